@@ -1,0 +1,51 @@
+# The rooms of the house and what each may use, in one place. The layering test reads this file:
+# an #include that is not covered by a USES list fails it.
+#
+# lanternfold_room(NAME [USES ROOM...] [LIBRARIES TARGET...])
+#   makes a library of every .cpp below NAME/ (main.cpp apart); a room of headers only becomes an
+#   interface library.
+
+find_package(PkgConfig REQUIRED)
+find_package(Threads REQUIRED)
+find_package(nlohmann_json REQUIRED)
+find_package(fmt REQUIRED)
+find_package(CLI11 REQUIRED)
+pkg_check_modules(mnl REQUIRED IMPORTED_TARGET libmnl)
+pkg_check_modules(udev REQUIRED IMPORTED_TARGET libudev)
+pkg_check_modules(pangocairo REQUIRED IMPORTED_TARGET pangocairo)
+pkg_check_modules(rsvg REQUIRED IMPORTED_TARGET librsvg-2.0)
+pkg_check_modules(cairo_surfaces REQUIRED IMPORTED_TARGET cairo-pdf cairo-svg cairo-png)
+
+function(lanternfold_room name)
+  cmake_parse_arguments(ROOM "" "" "USES;LIBRARIES" ${ARGN})
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/${name}/*.cpp")
+  list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+  if(sources)
+    add_library(${name} STATIC ${sources})
+    target_link_libraries(${name} PUBLIC LanternfoldFlags ${ROOM_USES} PRIVATE ${ROOM_LIBRARIES})
+  else()
+    add_library(${name} INTERFACE)
+    target_link_libraries(${name} INTERFACE LanternfoldFlags ${ROOM_USES})
+  endif()
+endfunction()
+
+lanternfold_room(Support)
+lanternfold_room(Platform USES Support)
+lanternfold_room(NetBase USES Platform Support)
+lanternfold_room(NetworkMonitor USES NetBase Platform Support
+                 LIBRARIES nlohmann_json::nlohmann_json)
+lanternfold_room(ViewTree USES Support)
+lanternfold_room(NetworkWidgetVexExtension USES ViewTree NetworkMonitor NetBase Platform Support)
+lanternfold_room(PlatformLinux USES NetworkMonitor Platform Support
+                 LIBRARIES PkgConfig::mnl PkgConfig::udev resolv Threads::Threads)
+lanternfold_room(PlatformDarwin USES Platform Support)
+lanternfold_room(Rendering USES ViewTree Support
+                 LIBRARIES PkgConfig::pangocairo PkgConfig::rsvg PkgConfig::cairo_surfaces)
+lanternfold_room(CommandLine USES NetworkWidgetVexExtension Rendering PlatformLinux ViewTree
+                                  NetworkMonitor NetBase Platform Support
+                 LIBRARIES nlohmann_json::nlohmann_json fmt::fmt CLI11::CLI11)
+
+if(EXISTS "${CMAKE_SOURCE_DIR}/CommandLine/main.cpp")
+  add_executable(lanternfold-widgets CommandLine/main.cpp)
+  target_link_libraries(lanternfold-widgets PRIVATE CommandLine)
+endif()

@@ -1,0 +1,29 @@
+// Where counters come from.
+//
+// Made by: the composition. Read by: the interface resolver and the recorder.
+#pragma once
+
+#include <expected>
+
+#include "NetworkMonitor/Metrics/ConnectionMetricsMap.h"
+
+namespace lanternfold {
+
+enum class ConnectionMetricsReaderError {
+  failedGetIf,  ///< enumerating the interfaces failed
+};
+
+/// Any thread.
+class ConnectionMetricsReader {
+ public:
+  virtual ~ConnectionMetricsReader() = default;
+
+  /// Whether the counters are 32-bit ones that wrap at 2^32 and need carrying forward.
+  [[nodiscard]] virtual bool is32bitCapped() const = 0;
+
+  /// The counters of every interface as they are now; nothing partial on failure.
+  [[nodiscard]] virtual std::expected<ConnectionMetricsMap, ConnectionMetricsReaderError>
+  read() = 0;
+};
+
+}  // namespace lanternfold
