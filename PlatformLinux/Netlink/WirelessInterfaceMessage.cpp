@@ -13,6 +13,8 @@ namespace lanternfold {
 
 namespace {
 
+constexpr std::size_t attributeHeaderSize = sizeof(nlattr);
+
 constexpr AttributeTable familyTable(std::array{
     numberAttribute<std::uint16_t>(CTRL_ATTR_FAMILY_ID, "CTRL_ATTR_FAMILY_ID",
                                    AttributePresence::required),
@@ -63,11 +65,12 @@ WirelessRole roleOf(std::uint32_t interfaceType) {
 NetlinkRequest genericFamilyRequest(std::string_view familyName) {
   NetlinkRequest request = genericRequest(GENL_ID_CTRL, NLM_F_ACK, CTRL_CMD_GETFAMILY);
   const std::size_t start = request.size();
-  const nlattr attribute{.nla_len = static_cast<std::uint16_t>(NLA_HDRLEN + familyName.size() + 1),
-                         .nla_type = CTRL_ATTR_FAMILY_NAME};
+  const nlattr attribute{
+      .nla_len = static_cast<std::uint16_t>(attributeHeaderSize + familyName.size() + 1),
+      .nla_type = CTRL_ATTR_FAMILY_NAME};
   request.resize(start + NLMSG_ALIGN(std::size_t{attribute.nla_len}));
   std::memcpy(request.data() + start, &attribute, sizeof(attribute));
-  std::memcpy(request.data() + start + NLA_HDRLEN, familyName.data(), familyName.size());
+  std::memcpy(request.data() + start + attributeHeaderSize, familyName.data(), familyName.size());
   const auto length = static_cast<std::uint32_t>(request.size());
   std::memcpy(request.data(), &length, sizeof(length));
   return request;

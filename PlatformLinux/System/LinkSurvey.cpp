@@ -27,11 +27,10 @@ LinkFacts factsOfMessage(const LinkMessage& link) {
           .wirelessRole = {}};
 }
 
-/// Only links without a kind can be a device's (and the switch ports of kind "dsa"); the device
-/// tree is not asked about the others. rtnetlink names the device since Linux 5.14, before that
-/// only the tree does.
+/// Only links of devices are in the device tree with more than their name. rtnetlink names the
+/// device since Linux 5.14, before that only the tree does.
 void addDeviceFacts(LinkFacts& facts, const DeviceTree& tree, WirelessRoles& wirelessRoles) {
-  if (facts.isLoopback || !(facts.kind.empty() || facts.kind == "dsa")) return;
+  if (facts.isLoopback || !isKindOfDevices(facts.kind)) return;
   const auto entry = tree.link(facts.name, facts.index);
   if (entry) {
     facts.hasDevice = facts.hasDevice || entry->hasDevice;

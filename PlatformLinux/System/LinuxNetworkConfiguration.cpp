@@ -38,7 +38,7 @@ LinuxNetworkConfiguration::LinuxNetworkConfiguration(const HardwareDatabase& dat
     : database_(database), tree_(tree), survey_(std::move(tree)) {}
 
 std::optional<std::string> LinuxNetworkConfiguration::humanName(const LinkMessage& link) const {
-  if (link.kind && *link.kind != "dsa") return std::nullopt;
+  if (!isKindOfDevices(link.kind.value_or(""))) return std::nullopt;
   const auto modalias = tree_.adapterModalias(link.name, link.index);
   const auto names = modalias ? database_.namesFor(*modalias) : std::nullopt;
   return names ? adapterName(*names) : std::nullopt;
