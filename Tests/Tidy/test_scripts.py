@@ -84,7 +84,7 @@ class Setup(unittest.TestCase):
         machine = self.machine([name for name in ALL_PACKAGES if name != "cmake"], user_id=1000)
         done = machine.run("Scripts/setup", "run")
         self.assertEqual(1, done.returncode)
-        self.assertEqual("setup: 1 packages are missing; run as root: apt-get update && apt-get "
+        self.assertEqual("setup: some packages are missing; as root, run: apt-get update && apt-get "
                          "install --yes --no-install-recommends cmake\n", done.stderr)
 
     def test_sudo_is_used_when_it_needs_no_password(self):
