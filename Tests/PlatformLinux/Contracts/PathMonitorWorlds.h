@@ -34,6 +34,7 @@ class LinuxPathWorld {
 
   [[nodiscard]] PathMonitorFactory& factory() { return *factory_; }
   [[nodiscard]] DispatchQueue& queue() { return dispatch_->mainQueue(); }
+  [[nodiscard]] EventLoop& loop() { return *loop_; }
 
   void connect() {
     ASSERT_TRUE(NetworkNamespace::run("ip route replace default via 192.0.2.1 dev en0"));
