@@ -116,11 +116,14 @@ StackPlan ViewMeasurer::planStack(const View& stack, Axis axis, double spacing,
   StackPlan plan;
   plan.spacing = fittingSpacing(spacing, stack.children.size(), available);
   std::vector<StackMember> members;
+  // How flexible a child is matters only beside others: asking would measure its whole tree twice.
+  const bool shares = available && stack.children.size() > 1;
   for (const View& child : stack.children) {
     const auto lengthFor = [this, &child, axis, offer](std::optional<double> length) {
       return along(axis, measure(child, withLength(axis, offer, length)));
     };
-    members.push_back({priorityOf(child), lengthFor(0), lengthFor(unlimited), lengthFor});
+    members.push_back({priorityOf(child), shares ? lengthFor(0) : 0,
+                       shares ? lengthFor(unlimited) : 0, lengthFor});
   }
   for (const std::optional<double>& length : stackOffers(available, plan.spacing, members)) {
     plan.offers.push_back(withLength(axis, offer, length));
