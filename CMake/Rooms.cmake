@@ -13,6 +13,7 @@ find_package(CLI11 REQUIRED)
 pkg_check_modules(mnl REQUIRED IMPORTED_TARGET libmnl)
 pkg_check_modules(udev REQUIRED IMPORTED_TARGET libudev)
 pkg_check_modules(pangocairo REQUIRED IMPORTED_TARGET pangocairo)
+pkg_check_modules(glib REQUIRED IMPORTED_TARGET glib-2.0)
 pkg_check_modules(rsvg REQUIRED IMPORTED_TARGET librsvg-2.0)
 pkg_check_modules(cairo_surfaces REQUIRED IMPORTED_TARGET cairo-pdf cairo-svg cairo-png)
 
@@ -43,7 +44,7 @@ lanternfold_room(Rendering USES ViewTree Support
                  LIBRARIES PkgConfig::pangocairo PkgConfig::rsvg PkgConfig::cairo_surfaces)
 lanternfold_room(CommandLine USES NetworkWidgetVexExtension Rendering PlatformLinux ViewTree
                                   NetworkMonitor NetBase Platform Support
-                 LIBRARIES nlohmann_json::nlohmann_json fmt::fmt CLI11::CLI11)
+                 LIBRARIES nlohmann_json::nlohmann_json fmt::fmt CLI11::CLI11 PkgConfig::glib)
 
 if(EXISTS "${CMAKE_SOURCE_DIR}/CommandLine/main.cpp")
   add_executable(lanternfold-widgets CommandLine/main.cpp)
