@@ -15,7 +15,8 @@ namespace lanternfold {
 /// Reports the current path soon after `start`, and again after every change of a link, an address
 /// or a default route (a burst of changes is reported at once and then at most ten times a second,
 /// the last state always). All updates run on the queue given to `start`; none runs after `cancel`
-/// returned on that queue or after the monitor was destroyed there.
+/// returned on that queue or after the monitor was destroyed there. A handler may cancel or destroy
+/// the monitor that is calling it.
 class PathMonitor {
  public:
   using UpdateHandler = std::function<void(const NetworkPath&)>;

@@ -20,7 +20,8 @@ namespace lanternfold {
 /// needs one thread lets the resolver call back on it.
 ///
 /// Lifetime: held by `std::shared_ptr`. An outstanding internet resolution keeps the monitor alive;
-/// its path monitor does not.
+/// its path monitor does not. The update handler may do anything from inside a report: call the
+/// monitor, replace itself, let go of the monitor.
 class NetworkStateMonitor : public std::enable_shared_from_this<NetworkStateMonitor> {
  public:
   /// `complete`: every active category is up to date. `error` is empty when there is none.
@@ -65,7 +66,6 @@ class NetworkStateMonitor : public std::enable_shared_from_this<NetworkStateMoni
   [[nodiscard]] bool isCellularAvailable() const;
 
  private:
-  void fullRefresh();
   void resolveCategories(NetworkSourceCategory categories);
   void resolveWlan();
   void resolveCellular();
@@ -73,8 +73,10 @@ class NetworkStateMonitor : public std::enable_shared_from_this<NetworkStateMoni
   void resolveInternet();
   void receive(const InternetInfo& info, bool complete, std::error_code error);
 
-  template <typename Change>
-  void change(const Change& change);
+  /// One write of a field of the state, and its report.
+  template <typename Field, typename Value>
+  void store(Field NetworkState::* field, Value&& value);
+  /// One write of the categories, and its report.
   void setUpToDateCategories(NetworkSourceCategory categories);
   void markUpToDate(NetworkSourceCategory category);
   void report(std::error_code error = {});
@@ -89,7 +91,9 @@ class NetworkStateMonitor : public std::enable_shared_from_this<NetworkStateMoni
   NetworkState currentState_;
   NetworkSourceCategory activeCategories_ = NetworkSourceCategory::all();
   NetworkSourceCategory upToDateCategories_;
-  StateUpdateHandler stateUpdateHandler_;
+  /// Null when there is none. Shared with the report that is calling it, so that it may replace
+  /// itself.
+  std::shared_ptr<const StateUpdateHandler> stateUpdateHandler_;
 };
 
 }  // namespace lanternfold

@@ -1,0 +1,51 @@
+# The front door: each target is a script in Scripts/ that CI calls too. `make help` lists them.
+# Options: FILTER=REGEX (names of tests), PRESET=NAME (a preset of CMakePresets.json).
+
+PRESET ?= dev
+FILTER ?=
+SECONDS_EACH ?= 10
+
+.DEFAULT_GOAL := help
+.PHONY: help setup build test test-quick test-one golden golden-update fuzz-smoke bench format lint run doctor
+
+help: ## List these targets
+	@awk -F ':.*## ' '/^[a-z-]+:.*## / { printf "  make %-15s %s\n", $$1, $$2 }' Makefile
+
+setup: ## Install the Debian packages that are missing
+	@Scripts/setup check
+
+build: ## Build a preset (PRESET=dev)
+	@Scripts/build "$(PRESET)"
+
+test: ## Build and pass every test, once more under sanitizers
+	@Scripts/test
+
+test-quick: ## The same without sanitizers and system tests
+	@Scripts/test --quick
+
+test-one: ## Build and run the tests whose names match (FILTER=REGEX, PRESET=dev)
+	@Scripts/test-one "$(FILTER)" "$(PRESET)"
+
+golden: ## Compare with the golden files (FILTER=REGEX)
+	@Scripts/golden "$(FILTER)"
+
+golden-update: ## Write the golden files anew (FILTER=REGEX)
+	@Scripts/golden --update "$(FILTER)"
+
+fuzz-smoke: ## Run every fuzz target for a few seconds (SECONDS_EACH=10)
+	@Scripts/fuzz-smoke "$(SECONDS_EACH)"
+
+bench: ## Measure against the baselines (FILTER=REGEX)
+	@Scripts/bench "$(FILTER)"
+
+format: ## Format every file
+	@Scripts/format
+
+lint: ## Check the format and run clang-tidy over every file
+	@Scripts/lint
+
+run: ## Show this machine's adapters and draw the adapter widget
+	@Scripts/run
+
+doctor: ## Say what is missing and what this machine can do
+	@Scripts/doctor

@@ -1,0 +1,43 @@
+#include "NetBase/AddressText.h"
+
+#include <arpa/inet.h>
+#include <array>
+#include <charconv>
+#include <string_view>
+#include <sys/socket.h>
+
+namespace lanternfold {
+
+// Written out instead of asking inet_ntop, which goes through the printf machinery: a walk over the
+// interfaces turns three such addresses into text for each of them, and that alone would take more
+// time than the kernel needs to list them.
+std::string ipv4Text(const IPv4Bytes& address) {
+  std::array<char, sizeof("255.255.255.255")> text{};
+  char* end = text.data();
+  for (const std::uint8_t byte : address) {
+    if (end != text.data()) *end++ = '.';
+    end = std::to_chars(end, text.data() + text.size(), byte).ptr;
+  }
+  return {text.data(), end};
+}
+
+std::string ipv6Text(const IPv6Bytes& address) {
+  std::array<char, INET6_ADDRSTRLEN> text{};
+  // Cannot fail: the family is known and the buffer holds the longest text.
+  inet_ntop(AF_INET6, address.data(), text.data(), static_cast<socklen_t>(text.size()));
+  return text.data();
+}
+
+std::string hardwareAddressText(const LinkAddress& address) {
+  constexpr std::string_view digits = "0123456789ABCDEF";
+  std::string text;
+  text.reserve(address.bytes.size() * 3);
+  for (const std::uint8_t byte : address.bytes) {
+    if (!text.empty()) text += ':';
+    text += digits[byte >> 4U];
+    text += digits[byte & 0x0FU];
+  }
+  return text;
+}
+
+}  // namespace lanternfold

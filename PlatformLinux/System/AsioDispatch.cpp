@@ -1,0 +1,63 @@
+#include "PlatformLinux/System/AsioDispatch.h"
+
+#include <utility>
+
+#include "PlatformLinux/System/MainThreadRunner.h"
+
+namespace lanternfold {
+namespace {
+
+constexpr std::array<const char*, 4> globalQueueLabels{
+    "global.userInteractive", "global.userInitiated", "global.utility", "global.background"};
+
+}  // namespace
+
+AsioDispatch::AsioDispatch(EventLoop& loop)
+    : timers_(loop),
+      mainRunner_(std::make_unique<MainThreadRunner>()),
+      mainQueue_("main", WorkQueue::Mode::serial, *mainRunner_, timers_) {
+  for (std::size_t index = 0; index < globalQueues_.size(); ++index) {
+    globalQueues_[index] =
+        std::make_unique<WorkQueue>(globalQueueLabels[index], WorkQueue::Mode::concurrent,
+                                    poolFor(static_cast<QualityOfService>(index)), timers_);
+  }
+}
+
+AsioDispatch::~AsioDispatch() {
+  // First nothing runs any more, then what waits is destroyed while every queue is still there.
+  timers_.close();
+  ordinaryPool_.stop();
+  backgroundPool_.stop();
+  mainQueue_.close();
+  for (const auto& queue : globalQueues_) queue->close();
+  for (const auto& [label, queue] : serialQueues_) queue->close();
+}
+
+DispatchQueue& AsioDispatch::mainQueue() { return mainQueue_; }
+
+DispatchQueue& AsioDispatch::serialQueue(std::string_view label, QualityOfService quality) {
+  const std::lock_guard lock(mutex_);
+  const auto existing = serialQueues_.find(label);
+  if (existing != serialQueues_.end()) return *existing->second;
+  auto queue = std::make_unique<WorkQueue>(std::string(label), WorkQueue::Mode::serial,
+                                           poolFor(quality), timers_);
+  return *serialQueues_.emplace(label, std::move(queue)).first->second;
+}
+
+DispatchQueue& AsioDispatch::globalQueue(QualityOfService quality) {
+  return *globalQueues_[static_cast<std::size_t>(quality)];
+}
+
+void AsioDispatch::runMain() { mainRunner_->run(std::nullopt); }
+
+bool AsioDispatch::runMainUntil(std::chrono::steady_clock::time_point deadline) {
+  return mainRunner_->run(deadline);
+}
+
+void AsioDispatch::stopMain() { mainRunner_->stop(); }
+
+WorkerPool& AsioDispatch::poolFor(QualityOfService quality) {
+  return quality == QualityOfService::background ? backgroundPool_ : ordinaryPool_;
+}
+
+}  // namespace lanternfold

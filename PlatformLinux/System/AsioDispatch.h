@@ -1,0 +1,67 @@
+// The production side of `Dispatch`: the main queue run by the main thread, serial and global
+// queues on pools of threads, delays on the event loop.
+//
+// Made by: the composition of each program, one per program.
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "Platform/Dispatch.h"
+#include "PlatformLinux/System/TimerSchedule.h"
+#include "PlatformLinux/System/WorkQueue.h"
+#include "PlatformLinux/System/WorkerPool.h"
+
+namespace lanternfold {
+
+class EventLoop;
+class MainThreadRunner;
+
+/// No thread is started before work is appended. Ordinary qualities of service share one pool;
+/// background work has its own, of threads with a lower priority.
+class AsioDispatch final : public Dispatch {
+ public:
+  /// `loop` outlives the dispatch.
+  explicit AsioDispatch(EventLoop& loop);
+  /// Waits for the works that are running, then destroys those that wait, on the calling thread.
+  /// Works and handlers that are being destroyed may still append: that work is destroyed too. Not
+  /// to be called by a work.
+  ~AsioDispatch() override;
+
+  [[nodiscard]] DispatchQueue& mainQueue() override;
+  [[nodiscard]] DispatchQueue& serialQueue(std::string_view label,
+                                           QualityOfService quality) override;
+  [[nodiscard]] DispatchQueue& globalQueue(QualityOfService quality) override;
+
+  /// Runs the main queue on the calling thread until `stopMain`. One call at a time, and not from
+  /// a work of the main queue.
+  void runMain();
+
+  /// The same, but no longer than to `deadline` (a work that is running then is finished). Returns
+  /// whether `stopMain` ended it.
+  [[nodiscard]] bool runMainUntil(std::chrono::steady_clock::time_point deadline);
+
+  /// Ends the current call of `runMain` after the work that it is running, or else the next call
+  /// at once. What waits on the main queue stays there. Any thread.
+  void stopMain();
+
+ private:
+  [[nodiscard]] WorkerPool& poolFor(QualityOfService quality);
+
+  TimerSchedule timers_;
+  WorkerPool ordinaryPool_{WorkerPool::Priority::ordinary};
+  WorkerPool backgroundPool_{WorkerPool::Priority::background};
+  std::unique_ptr<MainThreadRunner> mainRunner_;
+  WorkQueue mainQueue_;
+  std::array<std::unique_ptr<WorkQueue>, 4> globalQueues_;
+
+  std::mutex mutex_;
+  // Guarded by mutex_; queues are never removed, so references stay good.
+  std::map<std::string, std::unique_ptr<WorkQueue>, std::less<>> serialQueues_;
+};
+
+}  // namespace lanternfold

@@ -1,0 +1,43 @@
+// A counter reader that holds the counters a test sets, counts its reads and fails on demand.
+#pragma once
+
+#include <cstddef>
+#include <expected>
+#include <functional>
+#include <string_view>
+#include <utility>
+
+#include "NetworkMonitor/Metrics/ConnectionMetricsReader.h"
+
+namespace lanternfold {
+
+class FakeConnectionMetricsReader final : public ConnectionMetricsReader {
+ public:
+  void set(std::string_view name, const ConnectionMetrics& metrics) {
+    counters_.insertOrAssign(name, metrics);
+  }
+  void setCounters(ConnectionMetricsMap counters) { counters_ = std::move(counters); }
+  void setFailing(bool failing) { failing_ = failing; }
+  void set32bitCapped(bool capped) { capped_ = capped; }
+  /// Runs at the beginning of every read, after it was counted; may change counters and failing.
+  void beforeReading(std::function<void()> work) { beforeReading_ = std::move(work); }
+
+  [[nodiscard]] std::size_t readCount() const { return readCount_; }
+
+  [[nodiscard]] bool is32bitCapped() const override { return capped_; }
+  [[nodiscard]] std::expected<ConnectionMetricsMap, ConnectionMetricsReaderError> read() override {
+    ++readCount_;
+    if (beforeReading_) beforeReading_();
+    if (failing_) return std::unexpected(ConnectionMetricsReaderError::failedGetIf);
+    return counters_;
+  }
+
+ private:
+  ConnectionMetricsMap counters_;
+  bool failing_ = false;
+  bool capped_ = false;
+  std::function<void()> beforeReading_;
+  std::size_t readCount_ = 0;
+};
+
+}  // namespace lanternfold

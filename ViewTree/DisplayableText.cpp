@@ -1,0 +1,134 @@
+#include "ViewTree/DisplayableText.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace lanternfold {
+namespace {
+
+constexpr std::string_view ellipsis = "\u2026";
+constexpr std::string_view replacement = "\uFFFD";
+
+struct Character {
+  char32_t value = 0;
+  std::size_t length = 0;
+};
+
+/// The number of bytes that a first byte announces; 0 for one that begins no character.
+std::size_t announcedLength(std::uint8_t first) {
+  if (first < 0x80) return 1;
+  if (first >= 0xC2 && first < 0xE0) return 2;
+  if (first >= 0xE0 && first < 0xF0) return 3;
+  if (first >= 0xF0 && first < 0xF5) return 4;
+  return 0;
+}
+
+/// The character at the beginning of `bytes`; none when they begin no valid one (overlong forms,
+/// surrogates and values above U+10FFFF included).
+std::optional<Character> firstCharacter(std::string_view bytes) {
+  const auto first = static_cast<std::uint8_t>(bytes.front());
+  const std::size_t length = announcedLength(first);
+  if (length == 0 || length > bytes.size()) return std::nullopt;
+  if (length == 1) return Character{first, 1};
+  char32_t value = first & (0x7FU >> length);
+  for (const char next : bytes.substr(1, length - 1)) {
+    const auto byte = static_cast<std::uint8_t>(next);
+    if ((byte & 0xC0U) != 0x80U) return std::nullopt;
+    value = (value << 6) | (byte & 0x3FU);
+  }
+  constexpr char32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000};
+  const bool surrogate = value >= 0xD800 && value <= 0xDFFF;
+  if (value < smallest[length] || surrogate || value > 0x10FFFF) return std::nullopt;
+  return Character{value, length};
+}
+
+bool isControl(char32_t value) {
+  return value < 0x20 || (value >= 0x7F && value < 0xA0) || value == 0x2028 || value == 0x2029;
+}
+
+bool isDirectionalOverride(char32_t value) {
+  return (value >= 0x202A && value <= 0x202E) || (value >= 0x2066 && value <= 0x2069);
+}
+
+/// Whether a cut before this character would tear it from the one it belongs to.
+bool joinsThePrevious(char32_t value) {
+  return (value >= 0x0300 && value <= 0x036F) || (value >= 0xFE00 && value <= 0xFE0F) ||
+         (value >= 0x1F3FB && value <= 0x1F3FF) || (value >= 0x20D0 && value <= 0x20FF) ||
+         value == 0x200D;
+}
+
+/// The offsets at which `text` may be cut, 0 and its end included.
+std::vector<std::size_t> cutPositions(std::string_view text) {
+  std::vector<std::size_t> positions{0};
+  bool joining = false;
+  std::size_t offset = 0;
+  while (offset < text.size()) {
+    const Character character = firstCharacter(text.substr(offset)).value_or(Character{0xFFFD, 1});
+    const bool joins = joining || joinsThePrevious(character.value);
+    if (!joins && offset != 0) positions.push_back(offset);
+    joining = character.value == 0x200D;
+    offset += character.length;
+  }
+  if (!text.empty()) positions.push_back(text.size());
+  return positions;
+}
+
+/// `kept` characters of the text and an ellipsis in place of the others.
+std::string withEllipsis(std::string_view text, const std::vector<std::size_t>& cuts,
+                         Truncation truncation, std::size_t kept) {
+  const std::size_t atTheEnd = truncation == Truncation::middle ? kept / 2 : 0;
+  const std::size_t head = cuts[kept - atTheEnd];
+  const std::size_t tail = cuts[cuts.size() - 1 - atTheEnd];
+  return std::string(text.substr(0, head)).append(ellipsis).append(text.substr(tail));
+}
+
+}  // namespace
+
+std::string displayableText(std::string_view text) {
+  std::string shown;
+  std::size_t count = 0;
+  while (!text.empty()) {
+    if (count == maximumShownCharacters) return shown.append(ellipsis);
+    const std::optional<Character> character = firstCharacter(text);
+    const std::size_t length = character ? character->length : 1;
+    if (!character) {
+      shown += replacement;
+    } else if (isControl(character->value)) {
+      shown += ' ';
+    } else if (!isDirectionalOverride(character->value)) {
+      shown += text.substr(0, length);
+    }
+    text.remove_prefix(length);
+    ++count;
+  }
+  return shown;
+}
+
+std::string filledFormat(std::string_view format, std::string_view argument) {
+  const std::size_t place = format.find("%@");
+  std::string filled(format);
+  if (place != std::string_view::npos) filled.replace(place, 2, argument);
+  return filled;
+}
+
+std::string shortenedText(std::string_view text, Truncation truncation, double width,
+                          const std::function<double(std::string_view)>& widthOf) {
+  if (widthOf(text) <= width) return std::string(text);
+  if (widthOf(ellipsis) > width) return {};
+  const std::vector<std::size_t> cuts = cutPositions(text);
+  std::size_t fits = 0;
+  std::size_t tooMany = cuts.size() - 1;
+  while (tooMany - fits > 1) {
+    const std::size_t middle = fits + (tooMany - fits) / 2;
+    if (widthOf(withEllipsis(text, cuts, truncation, middle)) <= width) {
+      fits = middle;
+    } else {
+      tooMany = middle;
+    }
+  }
+  return withEllipsis(text, cuts, truncation, fits);
+}
+
+}  // namespace lanternfold

@@ -1,0 +1,78 @@
+// What a painter paints, in order, with every colour resolved: the last step before a surface.
+//
+// Made by: `makeDrawList` from a laid-out view. Read by: the painters, the golden tests.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "ViewTree/Colour.h"
+#include "ViewTree/Geometry.h"
+#include "ViewTree/Layout.h"
+
+namespace lanternfold {
+
+struct DrawText {
+  Rect frame;
+  std::string text;  ///< plain, one line, never markup
+  Font font;
+  Rgba colour;
+  friend bool operator==(const DrawText&, const DrawText&) = default;
+};
+
+struct DrawSymbol {
+  Rect frame;
+  std::string name;
+  Rgba colour;
+  friend bool operator==(const DrawSymbol&, const DrawSymbol&) = default;
+};
+
+/// A picture in its own colours.
+struct DrawImage {
+  Rect frame;
+  std::string name;
+  double opacity = 1;
+  friend bool operator==(const DrawImage&, const DrawImage&) = default;
+};
+
+/// Stroked inside the largest circle of the frame.
+struct StrokeCircle {
+  Rect frame;
+  double lineWidth = 1;
+  Rgba colour;
+  friend bool operator==(const StrokeCircle&, const StrokeCircle&) = default;
+};
+
+struct FillRoundedRectangle {
+  Rect frame;
+  double cornerRadius = 0;
+  Rgba colour;
+  friend bool operator==(const FillRoundedRectangle&, const FillRoundedRectangle&) = default;
+};
+
+/// From the frame's top to its bottom.
+struct FillLinearGradient {
+  Rect frame;
+  Rgba start;
+  Rgba end;
+  friend bool operator==(const FillLinearGradient&, const FillLinearGradient&) = default;
+};
+
+using DrawCommand = std::variant<DrawText, DrawSymbol, DrawImage, StrokeCircle,
+                                 FillRoundedRectangle, FillLinearGradient>;
+using DrawList = std::vector<DrawCommand>;
+
+struct DrawContext {
+  const ColourPalette& palette;
+  ColourScheme scheme = ColourScheme::light;
+  /// Told, in a line each, of colours that the palette lacks; a mid grey stands in for them.
+  std::function<void(std::string_view)> report;
+};
+
+/// Nodes without an area or without opacity are left out.
+[[nodiscard]] DrawList makeDrawList(const LaidOutView& view, const DrawContext& context);
+
+}  // namespace lanternfold

@@ -1,0 +1,69 @@
+#include "ViewTree/Elements.h"
+
+#include <utility>
+
+#include "Support/FatalError.h"
+#include "ViewTree/DisplayableText.h"
+
+namespace lanternfold {
+namespace {
+
+View leaf(ViewNode node) { return {std::move(node), {}, std::nullopt}; }
+
+}  // namespace
+
+View text(std::string_view content, const TextStyle& style) {
+  return leaf(
+      TextNode{displayableText(content), style.font, style.truncation, style.minimumScale});
+}
+
+View drawingTime(std::string_view format, const Font& font) {
+  return leaf(DrawingTimeNode{displayableText(format), font});
+}
+
+View symbol(std::string name) { return leaf(SymbolNode{std::move(name), std::nullopt}); }
+
+View symbol(std::string name, double pointSize) {
+  return leaf(SymbolNode{std::move(name), pointSize});
+}
+
+View image(std::string name) { return leaf(ImageNode{std::move(name), false}); }
+
+View templateImage(std::string name) { return leaf(ImageNode{std::move(name), true}); }
+
+View circle(double lineWidth) { return leaf(CircleNode{lineWidth}); }
+
+View roundedRectangle(double cornerRadius, Colour fill) {
+  return leaf(RoundedRectangleNode{cornerRadius, std::move(fill)});
+}
+
+View linearGradient(Colour start, Colour end) {
+  return leaf(LinearGradientNode{std::move(start), std::move(end)});
+}
+
+View emptyView() { return leaf(EmptyNode{}); }
+
+View hstack(VerticalAlignment alignment, double spacing, std::vector<View> children) {
+  return {HStackNode{alignment, spacing}, std::move(children), std::nullopt};
+}
+
+View vstack(HorizontalAlignment alignment, double spacing, std::vector<View> children) {
+  return {VStackNode{alignment, spacing}, std::move(children), std::nullopt};
+}
+
+View zstack(Alignment alignment, std::vector<View> children) {
+  return {ZStackNode{alignment}, std::move(children), std::nullopt};
+}
+
+View firstThatFits(std::vector<View> choices) {
+  if (choices.empty()) fatalError("a choice of views was made without a view to choose");
+  return {FirstThatFitsNode{}, std::move(choices), std::nullopt};
+}
+
+View button(std::string intent, View face) {
+  std::vector<View> children;
+  children.push_back(std::move(face));
+  return {ButtonNode{std::move(intent)}, std::move(children), std::nullopt};
+}
+
+}  // namespace lanternfold

@@ -1,0 +1,39 @@
+// The functions that make views. Texts from outside are made fit to show on the way in: bytes that
+// are no UTF-8, control characters and unbounded length never reach the layout.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ViewTree/View.h"
+
+namespace lanternfold {
+
+struct TextStyle {
+  Font font;
+  Truncation truncation = Truncation::tail;
+  double minimumScale = 1;
+};
+
+[[nodiscard]] View text(std::string_view content, const TextStyle& style);
+/// `format` with the time of drawing in place of its "%@".
+[[nodiscard]] View drawingTime(std::string_view format, const Font& font);
+[[nodiscard]] View symbol(std::string name);
+[[nodiscard]] View symbol(std::string name, double pointSize);
+[[nodiscard]] View image(std::string name);
+[[nodiscard]] View templateImage(std::string name);
+[[nodiscard]] View circle(double lineWidth);
+[[nodiscard]] View roundedRectangle(double cornerRadius, Colour fill);
+[[nodiscard]] View linearGradient(Colour start, Colour end);
+[[nodiscard]] View emptyView();
+
+[[nodiscard]] View hstack(VerticalAlignment alignment, double spacing, std::vector<View> children);
+[[nodiscard]] View vstack(HorizontalAlignment alignment, double spacing,
+                          std::vector<View> children);
+[[nodiscard]] View zstack(Alignment alignment, std::vector<View> children);
+/// `choices` from the richest to the plainest; at least one.
+[[nodiscard]] View firstThatFits(std::vector<View> choices);
+[[nodiscard]] View button(std::string intent, View face);
+
+}  // namespace lanternfold

@@ -1,0 +1,25 @@
+#include "ViewTree/FittedText.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "ViewTree/DisplayableText.h"
+
+namespace lanternfold {
+
+FittedText fittedText(const TextNode& node, std::optional<double> width,
+                      const TextMeasurer& measurer) {
+  FittedText fitted{node.text, node.font, measurer.measure(node.text, node.font)};
+  if (!width || fitted.size.width <= *width) return fitted;
+  if (node.minimumScale < 1) {
+    const double scale = std::max(node.minimumScale, *width / fitted.size.width);
+    fitted.font.size = node.font.size * scale;
+  }
+  fitted.text = shortenedText(
+      node.text, node.truncation, *width,
+      [&](std::string_view text) { return measurer.measure(text, fitted.font).width; });
+  fitted.size = measurer.measure(fitted.text, fitted.font);
+  return fitted;
+}
+
+}  // namespace lanternfold

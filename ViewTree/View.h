@@ -1,0 +1,192 @@
+// A view: what to draw, as a plain value. Views are made by the functions of ViewTree/Elements.h,
+// changed by the modifiers below, compared with ==, and never change while they are laid out.
+//
+// Made by: the extension. Read by: the layout.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "ViewTree/Colour.h"
+#include "ViewTree/Geometry.h"
+#include "ViewTree/TextMeasurer.h"
+
+namespace lanternfold {
+
+/// Where a text that is too long for its place is shortened.
+enum class Truncation { middle, tail };
+
+struct TextNode {
+  std::string text;  ///< one line of valid UTF-8
+  Font font;
+  Truncation truncation = Truncation::tail;
+  /// How far the font may shrink before the text is shortened: 1 for not at all.
+  double minimumScale = 1;
+  friend bool operator==(const TextNode&, const TextNode&) = default;
+};
+
+/// A text with the time of drawing in place of the format's "%@".
+struct DrawingTimeNode {
+  std::string format;
+  Font font;
+  friend bool operator==(const DrawingTimeNode&, const DrawingTimeNode&) = default;
+};
+
+/// A symbol drawn in the foreground colour. Without a point size it fills its frame.
+struct SymbolNode {
+  std::string name;
+  std::optional<double> pointSize;
+  friend bool operator==(const SymbolNode&, const SymbolNode&) = default;
+};
+
+/// A picture asset, stretched to its frame; a template image is drawn in the foreground colour.
+struct ImageNode {
+  std::string name;
+  bool isTemplate = false;
+  friend bool operator==(const ImageNode&, const ImageNode&) = default;
+};
+
+/// A circle in the middle of its frame, stroked inside it in the foreground colour.
+struct CircleNode {
+  double lineWidth = 1;
+  friend bool operator==(const CircleNode&, const CircleNode&) = default;
+};
+
+struct RoundedRectangleNode {
+  double cornerRadius = 0;
+  Colour fill;
+  friend bool operator==(const RoundedRectangleNode&, const RoundedRectangleNode&) = default;
+};
+
+/// From top to bottom.
+struct LinearGradientNode {
+  Colour start;
+  Colour end;
+  friend bool operator==(const LinearGradientNode&, const LinearGradientNode&) = default;
+};
+
+/// Takes no room and draws nothing.
+struct EmptyNode {
+  friend bool operator==(const EmptyNode&, const EmptyNode&) = default;
+};
+
+struct HStackNode {
+  VerticalAlignment alignment = VerticalAlignment::centre;
+  double spacing = 0;
+  friend bool operator==(const HStackNode&, const HStackNode&) = default;
+};
+
+struct VStackNode {
+  HorizontalAlignment alignment = HorizontalAlignment::centre;
+  double spacing = 0;
+  friend bool operator==(const VStackNode&, const VStackNode&) = default;
+};
+
+struct ZStackNode {
+  Alignment alignment;
+  friend bool operator==(const ZStackNode&, const ZStackNode&) = default;
+};
+
+/// The first child whose ideal size fits what is offered, else the last one.
+struct FirstThatFitsNode {
+  friend bool operator==(const FirstThatFitsNode&, const FirstThatFitsNode&) = default;
+};
+
+/// One dimension of a frame: a fixed length, or bounds and an ideal, each optional.
+struct FrameLength {
+  std::optional<double> fixed;
+  std::optional<double> minimum;
+  std::optional<double> ideal;
+  std::optional<double> maximum;
+  friend bool operator==(const FrameLength&, const FrameLength&) = default;
+};
+
+struct FrameNode {
+  FrameLength width;
+  FrameLength height;
+  Alignment alignment;
+  friend bool operator==(const FrameNode&, const FrameNode&) = default;
+};
+
+struct PaddingNode {
+  EdgeInsets insets;
+  friend bool operator==(const PaddingNode&, const PaddingNode&) = default;
+};
+
+/// Moves what is drawn, not the room it takes.
+struct OffsetNode {
+  Point by;
+  friend bool operator==(const OffsetNode&, const OffsetNode&) = default;
+};
+
+/// Two children: the content and what stands behind it, offered the content's size.
+struct BackgroundNode {
+  Alignment alignment;
+  friend bool operator==(const BackgroundNode&, const BackgroundNode&) = default;
+};
+
+/// Multiplies the opacity of everything below.
+struct OpacityNode {
+  double opacity = 1;
+  friend bool operator==(const OpacityNode&, const OpacityNode&) = default;
+};
+
+struct ForegroundNode {
+  Colour colour;
+  friend bool operator==(const ForegroundNode&, const ForegroundNode&) = default;
+};
+
+/// The child is the button's face; a press performs the intent of that name.
+struct ButtonNode {
+  std::string intent;
+  friend bool operator==(const ButtonNode&, const ButtonNode&) = default;
+};
+
+/// Content that is drawn as out of date from the press of a button until the next entry.
+struct InvalidatableNode {
+  friend bool operator==(const InvalidatableNode&, const InvalidatableNode&) = default;
+};
+
+/// Stands before its siblings of lower priority when a stack shares out its room.
+struct LayoutPriorityNode {
+  double priority = 0;
+  friend bool operator==(const LayoutPriorityNode&, const LayoutPriorityNode&) = default;
+};
+
+using ViewNode = std::variant<TextNode, DrawingTimeNode, SymbolNode, ImageNode, CircleNode,
+                              RoundedRectangleNode, LinearGradientNode, EmptyNode, HStackNode,
+                              VStackNode, ZStackNode, FirstThatFitsNode, FrameNode, PaddingNode,
+                              OffsetNode, BackgroundNode, OpacityNode, ForegroundNode, ButtonNode,
+                              InvalidatableNode, LayoutPriorityNode>;
+
+/// A node and its children. Stacks and choices have any number, a background two, every other
+/// modifier one, the rest none; the functions that make views keep to that.
+struct View {
+  ViewNode node;
+  std::vector<View> children;
+  /// What a screen reader says in place of what the view would say by itself.
+  std::optional<std::string> accessibleName;
+
+  [[nodiscard]] View frame(double width, double height, Alignment alignment = centred) &&;
+  [[nodiscard]] View frame(FrameNode frame) &&;
+  [[nodiscard]] View padding(double allEdges) &&;
+  [[nodiscard]] View padding(EdgeInsets insets) &&;
+  [[nodiscard]] View offset(double x, double y) &&;
+  [[nodiscard]] View background(View behind, Alignment alignment = centred) &&;
+  [[nodiscard]] View opacity(double opacity) &&;
+  [[nodiscard]] View foreground(Colour colour) &&;
+  [[nodiscard]] View invalidatable() &&;
+  [[nodiscard]] View layoutPriority(double priority) &&;
+  [[nodiscard]] View accessible(std::string name) &&;
+
+  friend bool operator==(const View&, const View&) = default;
+};
+
+/// What a screen reader says of `view`: its accessible name, else its own text, else what its
+/// children say. `drawingTime` stands in for the time in texts that show it. Decorations say
+/// nothing.
+[[nodiscard]] std::string accessibleDescription(const View& view, const std::string& drawingTime);
+
+}  // namespace lanternfold

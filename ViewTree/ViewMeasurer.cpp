@@ -1,0 +1,168 @@
+#include "ViewTree/ViewMeasurer.h"
+
+#include <algorithm>
+#include <variant>
+
+#include "ViewTree/DisplayableText.h"
+#include "ViewTree/LayoutArithmetic.h"
+
+namespace lanternfold {
+namespace {
+
+/// The side of a picture or a shape that nobody gives a size.
+constexpr double idealSide = 10;
+/// Room for lengths that are equal but for rounding.
+constexpr double tolerance = 0.001;
+
+double along(Axis axis, Size size) {
+  return axis == Axis::horizontal ? size.width : size.height;
+}
+
+double across(Axis axis, Size size) { return axis == Axis::horizontal ? size.height : size.width; }
+
+ProposedSize withLength(Axis axis, ProposedSize offer, std::optional<double> length) {
+  (axis == Axis::horizontal ? offer.width : offer.height) = length;
+  return offer;
+}
+
+double priorityOf(const View& view) {
+  const auto* node = std::get_if<LayoutPriorityNode>(&view.node);
+  return node ? node->priority : 0;
+}
+
+/// The size of what fills whatever it is offered.
+Size filling(const ProposedSize& offer) {
+  return {offer.width.value_or(idealSide), offer.height.value_or(idealSide)};
+}
+
+Size symbolSize(const SymbolNode& node, const ProposedSize& offer) {
+  if (!node.pointSize) return filling(offer);
+  return {std::min(*node.pointSize, offer.width.value_or(unlimited)),
+          std::min(*node.pointSize, offer.height.value_or(unlimited))};
+}
+
+bool fits(double length, std::optional<double> offered) {
+  return !offered || length <= *offered + tolerance;
+}
+
+}  // namespace
+
+PaddingPlan planPadding(const EdgeInsets& insets, const ProposedSize& offer) {
+  const auto [leading, trailing] = fittingInsets(insets.leading, insets.trailing, offer.width);
+  const auto [top, bottom] = fittingInsets(insets.top, insets.bottom, offer.height);
+  PaddingPlan plan{{top, leading, bottom, trailing}, offer};
+  if (plan.offer.width) plan.offer.width = std::max(0.0, *offer.width - leading - trailing);
+  if (plan.offer.height) plan.offer.height = std::max(0.0, *offer.height - top - bottom);
+  return plan;
+}
+
+Size ViewMeasurer::measure(const View& view, const ProposedSize& offer) {
+  const Key key{&view, offer.width.value_or(-1), offer.height.value_or(-1)};
+  if (const auto known = remembered_.find(key); known != remembered_.end()) return known->second;
+  const Size size = computed(view, offer);
+  remembered_.emplace(key, size);
+  return size;
+}
+
+Size ViewMeasurer::computed(const View& view, const ProposedSize& offer) {
+  const ViewNode& node = view.node;
+  if (std::holds_alternative<TextNode>(node) || std::holds_alternative<DrawingTimeNode>(node)) {
+    return shownText(view, offer).size;
+  }
+  if (const auto* symbol = std::get_if<SymbolNode>(&node)) return symbolSize(*symbol, offer);
+  if (std::holds_alternative<EmptyNode>(node)) return {};
+  if (view.children.empty()) {
+    const bool isStack = std::holds_alternative<HStackNode>(node) ||
+                         std::holds_alternative<VStackNode>(node) ||
+                         std::holds_alternative<ZStackNode>(node);
+    return isStack ? Size{} : filling(offer);
+  }
+  if (const auto* row = std::get_if<HStackNode>(&node)) {
+    return stackSize(view, Axis::horizontal, row->spacing, offer);
+  }
+  if (const auto* column = std::get_if<VStackNode>(&node)) {
+    return stackSize(view, Axis::vertical, column->spacing, offer);
+  }
+  if (std::holds_alternative<ZStackNode>(node)) return layeredSize(view, offer);
+  if (std::holds_alternative<FirstThatFitsNode>(node)) return measure(chosen(view, offer), offer);
+  if (const auto* frame = std::get_if<FrameNode>(&node)) return frameSize(view, *frame, offer);
+  if (const auto* padding = std::get_if<PaddingNode>(&node)) {
+    return paddedSize(view, padding->insets, offer);
+  }
+  return measure(view.children.front(), offer);
+}
+
+FittedText ViewMeasurer::shownText(const View& view, const ProposedSize& offer) const {
+  if (const auto* time = std::get_if<DrawingTimeNode>(&view.node)) {
+    const TextNode node{filledFormat(time->format, context_.drawingTime), time->font,
+                        Truncation::tail, 1};
+    return fittedText(node, offer.width, context_.measurer);
+  }
+  return fittedText(std::get<TextNode>(view.node), offer.width, context_.measurer);
+}
+
+const View& ViewMeasurer::chosen(const View& choice, const ProposedSize& offer) {
+  for (const View& candidate : choice.children) {
+    const Size ideal = measure(candidate, {std::nullopt, std::nullopt});
+    if (fits(ideal.width, offer.width) && fits(ideal.height, offer.height)) return candidate;
+  }
+  return choice.children.back();
+}
+
+StackPlan ViewMeasurer::planStack(const View& stack, Axis axis, double spacing,
+                                  const ProposedSize& offer) {
+  const std::optional<double> available = axis == Axis::horizontal ? offer.width : offer.height;
+  StackPlan plan;
+  plan.spacing = fittingSpacing(spacing, stack.children.size(), available);
+  std::vector<StackMember> members;
+  for (const View& child : stack.children) {
+    const auto lengthFor = [this, &child, axis, offer](std::optional<double> length) {
+      return along(axis, measure(child, withLength(axis, offer, length)));
+    };
+    members.push_back({priorityOf(child), lengthFor(0), lengthFor(unlimited), lengthFor});
+  }
+  for (const std::optional<double>& length : stackOffers(available, plan.spacing, members)) {
+    plan.offers.push_back(withLength(axis, offer, length));
+  }
+  return plan;
+}
+
+Size ViewMeasurer::stackSize(const View& stack, Axis axis, double spacing,
+                             const ProposedSize& offer) {
+  const StackPlan plan = planStack(stack, axis, spacing, offer);
+  double length = plan.spacing * static_cast<double>(stack.children.size() - 1);
+  double breadth = 0;
+  for (std::size_t index = 0; index < stack.children.size(); ++index) {
+    const Size size = measure(stack.children[index], plan.offers[index]);
+    length += along(axis, size);
+    breadth = std::max(breadth, across(axis, size));
+  }
+  return axis == Axis::horizontal ? Size{length, breadth} : Size{breadth, length};
+}
+
+Size ViewMeasurer::layeredSize(const View& stack, const ProposedSize& offer) {
+  Size size;
+  for (const View& child : stack.children) {
+    const Size layer = measure(child, offer);
+    size = {std::max(size.width, layer.width), std::max(size.height, layer.height)};
+  }
+  return size;
+}
+
+Size ViewMeasurer::frameSize(const View& view, const FrameNode& frame, const ProposedSize& offer) {
+  const ProposedSize inner{frameOffer(frame.width, offer.width),
+                           frameOffer(frame.height, offer.height)};
+  const Size child = measure(view.children.front(), inner);
+  return {frameExtent(frame.width, offer.width, child.width),
+          frameExtent(frame.height, offer.height, child.height)};
+}
+
+Size ViewMeasurer::paddedSize(const View& view, const EdgeInsets& insets,
+                              const ProposedSize& offer) {
+  const PaddingPlan plan = planPadding(insets, offer);
+  const Size child = measure(view.children.front(), plan.offer);
+  return {child.width + plan.insets.leading + plan.insets.trailing,
+          child.height + plan.insets.top + plan.insets.bottom};
+}
+
+}  // namespace lanternfold
