@@ -46,7 +46,13 @@ lanternfold_room(CommandLine USES NetworkWidgetVexExtension Rendering PlatformLi
                                   NetworkMonitor NetBase Platform Support
                  LIBRARIES nlohmann_json::nlohmann_json fmt::fmt CLI11::CLI11 PkgConfig::glib)
 
-if(EXISTS "${CMAKE_SOURCE_DIR}/CommandLine/main.cpp")
-  add_executable(lanternfold-widgets CommandLine/main.cpp)
-  target_link_libraries(lanternfold-widgets PRIVATE CommandLine)
-endif()
+target_compile_definitions(CommandLine PRIVATE
+  LANTERNFOLD_VERSION="${PROJECT_VERSION}"
+  LANTERNFOLD_SOURCE_ASSETS="${CMAKE_SOURCE_DIR}/Assets")
+
+add_executable(lanternfold-widgets CommandLine/main.cpp)
+target_link_libraries(lanternfold-widgets PRIVATE CommandLine)
+
+include(GNUInstallDirs)
+install(TARGETS lanternfold-widgets)
+install(DIRECTORY Assets DESTINATION "${CMAKE_INSTALL_DATADIR}/lanternfold-widgets")
