@@ -106,13 +106,6 @@ std::string displayableText(std::string_view text) {
   return shown;
 }
 
-std::string filledFormat(std::string_view format, std::string_view argument) {
-  const std::size_t place = format.find("%@");
-  std::string filled(format);
-  if (place != std::string_view::npos) filled.replace(place, 2, argument);
-  return filled;
-}
-
 std::string shortenedText(std::string_view text, Truncation truncation, double width,
                           const std::function<double(std::string_view)>& widthOf) {
   if (widthOf(text) <= width) return std::string(text);

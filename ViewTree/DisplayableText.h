@@ -20,9 +20,6 @@ inline constexpr std::size_t maximumShownCharacters = 512;
 /// from outside cannot turn round the texts beside it.
 [[nodiscard]] std::string displayableText(std::string_view text);
 
-/// `format` with `argument` in place of its first "%@"; the format itself when it has none.
-[[nodiscard]] std::string filledFormat(std::string_view format, std::string_view argument);
-
 /// The longest form of `text` whose width is at most `width`: the text itself, or as many of its
 /// characters as go beside an ellipsis, or nothing. `text` is valid UTF-8; `widthOf` measures a
 /// text and grows with its length.

@@ -20,7 +20,7 @@ class DrawListMaker {
     if (const auto* foreground = std::get_if<ForegroundNode>(&view.node)) {
       inherited.foreground = foreground->colour;
     } else if (const auto* opacity = std::get_if<OpacityNode>(&view.node)) {
-      inherited.opacity *= opacity->opacity;
+      inherited.opacity *= context_.scheme == ColourScheme::light ? opacity->light : opacity->dark;
     }
     if (inherited.opacity <= 0) return;
     addOwn(view, inherited);

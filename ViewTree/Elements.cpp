@@ -13,8 +13,7 @@ View leaf(ViewNode node) { return {std::move(node), {}, std::nullopt}; }
 }  // namespace
 
 View text(std::string_view content, const TextStyle& style) {
-  return leaf(
-      TextNode{displayableText(content), style.font, style.truncation, style.minimumScale});
+  return leaf(TextNode{displayableText(content), style.font, style.truncation, style.minimumScale});
 }
 
 View drawingTime(std::string_view format, const Font& font) {

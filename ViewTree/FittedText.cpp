@@ -15,9 +15,9 @@ FittedText fittedText(const TextNode& node, std::optional<double> width,
     const double scale = std::max(node.minimumScale, *width / fitted.size.width);
     fitted.font.size = node.font.size * scale;
   }
-  fitted.text = shortenedText(
-      node.text, node.truncation, *width,
-      [&](std::string_view text) { return measurer.measure(text, fitted.font).width; });
+  fitted.text = shortenedText(node.text, node.truncation, *width, [&](std::string_view text) {
+    return measurer.measure(text, fitted.font).width;
+  });
   fitted.size = measurer.measure(fitted.text, fitted.font);
   return fitted;
 }

@@ -16,12 +16,8 @@ class Placement {
 
   /// `view` with its top left corner at `origin`, for what its parent offers it.
   LaidOutView place(const View& view, Point origin, const ProposedSize& offer) {
-    LaidOutView placed{view.node,
-                       {origin, measurer_.measure(view, offer)},
-                       {},
-                       {},
-                       accessibleDescription(view, context_.drawingTime),
-                       {}};
+    LaidOutView placed{view.node, {origin, measurer_.measure(view, offer)},          {},
+                       {},        accessibleDescription(view, context_.drawingTime), {}};
     if (std::holds_alternative<TextNode>(view.node) ||
         std::holds_alternative<DrawingTimeNode>(view.node)) {
       FittedText shown = measurer_.shownText(view, offer);
@@ -81,9 +77,8 @@ class Placement {
   void placeStack(const View& view, LaidOutView& placed, const ProposedSize& offer) {
     const auto* row = std::get_if<HStackNode>(&view.node);
     const auto* column = std::get_if<VStackNode>(&view.node);
-    const StackPlan plan =
-        measurer_.planStack(view, row ? Axis::horizontal : Axis::vertical,
-                            row ? row->spacing : column->spacing, offer);
+    const StackPlan plan = measurer_.planStack(view, row ? Axis::horizontal : Axis::vertical,
+                                               row ? row->spacing : column->spacing, offer);
     Point next = placed.frame.origin;
     for (std::size_t index = 0; index < view.children.size(); ++index) {
       const View& child = view.children[index];

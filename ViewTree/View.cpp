@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "ViewTree/DisplayableText.h"
+#include "Support/TextPlaceholders.h"
 
 namespace lanternfold {
 namespace {
@@ -50,7 +50,9 @@ View View::background(View behind, Alignment alignment) && {
   return result;
 }
 
-View View::opacity(double opacity) && { return modified(OpacityNode{opacity}, std::move(*this)); }
+View View::opacity(double light, double dark) && {
+  return modified(OpacityNode{light, dark}, std::move(*this));
+}
 
 View View::foreground(Colour colour) && {
   return modified(ForegroundNode{std::move(colour)}, std::move(*this));
@@ -71,7 +73,7 @@ std::string accessibleDescription(const View& view, const std::string& drawingTi
   if (view.accessibleName) return *view.accessibleName;
   if (const auto* content = std::get_if<TextNode>(&view.node)) return content->text;
   if (const auto* time = std::get_if<DrawingTimeNode>(&view.node)) {
-    return filledFormat(time->format, drawingTime);
+    return fillPlaceholders(time->format, {drawingTime});
   }
   // The choices of one place all say the same; the richest says it whole.
   if (std::holds_alternative<FirstThatFitsNode>(view.node)) {

@@ -127,9 +127,10 @@ struct BackgroundNode {
   friend bool operator==(const BackgroundNode&, const BackgroundNode&) = default;
 };
 
-/// Multiplies the opacity of everything below.
+/// Multiplies the opacity of everything below, by the colour scheme.
 struct OpacityNode {
-  double opacity = 1;
+  double light = 1;
+  double dark = 1;
   friend bool operator==(const OpacityNode&, const OpacityNode&) = default;
 };
 
@@ -155,11 +156,11 @@ struct LayoutPriorityNode {
   friend bool operator==(const LayoutPriorityNode&, const LayoutPriorityNode&) = default;
 };
 
-using ViewNode = std::variant<TextNode, DrawingTimeNode, SymbolNode, ImageNode, CircleNode,
-                              RoundedRectangleNode, LinearGradientNode, EmptyNode, HStackNode,
-                              VStackNode, ZStackNode, FirstThatFitsNode, FrameNode, PaddingNode,
-                              OffsetNode, BackgroundNode, OpacityNode, ForegroundNode, ButtonNode,
-                              InvalidatableNode, LayoutPriorityNode>;
+using ViewNode =
+    std::variant<TextNode, DrawingTimeNode, SymbolNode, ImageNode, CircleNode, RoundedRectangleNode,
+                 LinearGradientNode, EmptyNode, HStackNode, VStackNode, ZStackNode,
+                 FirstThatFitsNode, FrameNode, PaddingNode, OffsetNode, BackgroundNode, OpacityNode,
+                 ForegroundNode, ButtonNode, InvalidatableNode, LayoutPriorityNode>;
 
 /// A node and its children. Stacks and choices have any number, a background two, every other
 /// modifier one, the rest none; the functions that make views keep to that.
@@ -175,7 +176,7 @@ struct View {
   [[nodiscard]] View padding(EdgeInsets insets) &&;
   [[nodiscard]] View offset(double x, double y) &&;
   [[nodiscard]] View background(View behind, Alignment alignment = centred) &&;
-  [[nodiscard]] View opacity(double opacity) &&;
+  [[nodiscard]] View opacity(double light, double dark) &&;
   [[nodiscard]] View foreground(Colour colour) &&;
   [[nodiscard]] View invalidatable() &&;
   [[nodiscard]] View layoutPriority(double priority) &&;

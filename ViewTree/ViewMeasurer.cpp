@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <variant>
 
-#include "ViewTree/DisplayableText.h"
+#include "Support/TextPlaceholders.h"
 #include "ViewTree/LayoutArithmetic.h"
 
 namespace lanternfold {
@@ -14,9 +14,7 @@ constexpr double idealSide = 10;
 /// Room for lengths that are equal but for rounding.
 constexpr double tolerance = 0.001;
 
-double along(Axis axis, Size size) {
-  return axis == Axis::horizontal ? size.width : size.height;
-}
+double along(Axis axis, Size size) { return axis == Axis::horizontal ? size.width : size.height; }
 
 double across(Axis axis, Size size) { return axis == Axis::horizontal ? size.height : size.width; }
 
@@ -94,7 +92,7 @@ Size ViewMeasurer::computed(const View& view, const ProposedSize& offer) {
 
 FittedText ViewMeasurer::shownText(const View& view, const ProposedSize& offer) const {
   if (const auto* time = std::get_if<DrawingTimeNode>(&view.node)) {
-    const TextNode node{filledFormat(time->format, context_.drawingTime), time->font,
+    const TextNode node{fillPlaceholders(time->format, {context_.drawingTime}), time->font,
                         Truncation::tail, 1};
     return fittedText(node, offer.width, context_.measurer);
   }

@@ -1,6 +1,6 @@
 #include "NetworkMonitor/Metrics/BsdConnectionMetricsReader.h"
 
-#include <algorithm>
+#include <map>
 #include <memory>
 #include <string_view>
 #include <utility>
@@ -12,10 +12,8 @@
 namespace lanternfold {
 namespace {
 
-struct LinkCounters {
-  std::string_view name;
-  ConnectionMetrics metrics;
-};
+/// Views into the entries they were made of, in the order of the names.
+using LinkCounters = std::map<std::string_view, ConnectionMetrics>;
 
 ConnectionMetrics widened(const LinkStatistics32& statistics) {
   return {.sentBytes = statistics.sentBytes,
@@ -28,29 +26,27 @@ ConnectionMetrics widened(const LinkStatistics32& statistics) {
           .mtu = statistics.mtu};
 }
 
-std::vector<LinkCounters> linkCounters(const std::vector<AddressEntry>& entries) {
-  std::vector<LinkCounters> links;
+LinkCounters linkCounters(const std::vector<AddressEntry>& entries) {
+  LinkCounters links;
   for (const AddressEntry& entry : entries) {
     if (!entry.name) fatalError("the kernel's address list holds an entry without a name");
     if (!entry.address) fatalError("the kernel's address list holds an entry without an address");
     if (!std::holds_alternative<LinkAddress>(*entry.address)) continue;
-    links.push_back({*entry.name, widened(entry.statistics.value_or(LinkStatistics32{}))});
+    const LinkStatistics32 statistics = entry.statistics.value_or(LinkStatistics32{});
+    links.insert_or_assign(*entry.name, widened(statistics));
   }
   return links;
 }
 
-/// Sorted by name once; inserting one by one would copy the table of names for each.
-ConnectionMetricsMap mapOf(std::vector<LinkCounters> links) {
-  std::ranges::stable_sort(links, {}, &LinkCounters::name);
+/// Built whole: inserting one by one would copy the map's table of names for each.
+ConnectionMetricsMap mapOf(const LinkCounters& links) {
   auto names = std::make_shared<ConnectionMetricsMap::Names>();
   std::vector<ConnectionMetrics> values;
-  for (const LinkCounters& link : links) {
-    if (!names->empty() && names->back() == link.name) {
-      values.back() = link.metrics;  // the later entry of a name replaces the earlier one
-      continue;
-    }
-    names->emplace_back(link.name);
-    values.push_back(link.metrics);
+  names->reserve(links.size());
+  values.reserve(links.size());
+  for (const auto& [name, metrics] : links) {
+    names->emplace_back(name);
+    values.push_back(metrics);
   }
   return {std::move(names), std::move(values)};
 }

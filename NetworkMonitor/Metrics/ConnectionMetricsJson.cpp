@@ -60,7 +60,9 @@ std::expected<Json, ConnectionMetricsJsonError> parseWatched(std::string_view te
   if (text.size() > longestConnectionMetricsJsonBytes) return failure(Fault::tooLong);
   ParseWatcher watcher;
   Json value = Json::parse(text.begin(), text.end(), std::ref(watcher), /*allow_exceptions=*/false);
-  if (value.is_discarded()) return failure(Fault::notJson, watcher.lastKey());
+  // The parser takes a zero byte for the end of the text and would not look at what stands behind.
+  const bool endsEarly = text.find('\0') != std::string_view::npos;
+  if (value.is_discarded() || endsEarly) return failure(Fault::notJson, watcher.lastKey());
   if (watcher.tooDeep()) return failure(Fault::tooDeep);
   if (!watcher.duplicateKey().empty()) return failure(Fault::duplicateKey, watcher.duplicateKey());
   return value;

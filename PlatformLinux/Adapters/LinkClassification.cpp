@@ -15,11 +15,8 @@ bool isOneOf(std::string_view text, const std::array<std::string_view, Count>& l
   return std::find(list.begin(), list.end(), text) != list.end();
 }
 
-/// A link that a driver made for a device. Switch ports of a router have a kind of their own
-/// ("dsa", since Linux 6.1) but are as much a socket in the case as any other.
-bool isDeviceLink(const LinkFacts& link) {
-  return link.hasDevice && (link.kind.empty() || link.kind == "dsa");
-}
+/// A link that a driver made for a device.
+bool isDeviceLink(const LinkFacts& link) { return link.hasDevice && isKindOfDevices(link.kind); }
 
 bool isLoopback(const LinkFacts& link) {
   return link.isLoopback || link.hardwareType == ARPHRD_LOOPBACK;

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace lanternfold {
 
@@ -15,6 +16,12 @@ enum class WirelessRole {
   network,    ///< station, access point, ad hoc, mesh: carries the machine's traffic
   auxiliary,  ///< monitor, Wi-Fi Direct, an access point's VLAN: a second use of the radio
 };
+
+/// Whether a link of this kind is what a device's driver makes: one without a kind, or a port of a
+/// router's switch ("dsa", a kind since Linux 6.1). All other kinds are made in software.
+[[nodiscard]] constexpr bool isKindOfDevices(std::string_view kind) {
+  return kind.empty() || kind == "dsa";
+}
 
 struct LinkFacts {
   std::string name;

@@ -1,0 +1,18 @@
+// The adapter widget's configuration, as the user left it.
+#pragma once
+
+#include <optional>
+
+#include "NetworkWidgetVexExtension/Intents/NetworkAdapter.h"
+
+namespace lanternfold {
+
+struct AdapterConfigurationIntent {
+  std::optional<NetworkAdapter> adapter;
+  std::optional<bool> showTimestamp;  ///< absent counts as false
+
+  friend bool operator==(const AdapterConfigurationIntent&,
+                         const AdapterConfigurationIntent&) = default;
+};
+
+}  // namespace lanternfold

@@ -1,0 +1,59 @@
+#include "NetworkWidgetVexExtension/Views/AdapterChoice.h"
+
+#include <algorithm>
+#include <optional>
+#include <tuple>
+
+namespace lanternfold {
+namespace {
+
+const BasicInterface* interfaceNamed(const std::vector<BasicInterface>& interfaces,
+                                     const std::string& name) {
+  const auto found = std::ranges::find(interfaces, name, &BasicInterface::name);
+  return found == interfaces.end() ? nullptr : &*found;
+}
+
+int kindRank(InterfaceType type) {
+  if (type == InterfaceType::ethernet) return 0;
+  return type == InterfaceType::wlan ? 1 : 2;
+}
+
+int connectionRank(const BasicInterface& interface) {
+  if (!interface.active) return 2;
+  return interface.IPv4.empty() ? 1 : 0;
+}
+
+/// The name that the user chose, if any.
+std::optional<std::string> chosenName(const AdapterConfigurationIntent& configuration) {
+  if (!configuration.adapter || !configuration.adapter->identifier) return std::nullopt;
+  if (*configuration.adapter->identifier == "auto") return std::nullopt;
+  return configuration.adapter->identifier;
+}
+
+}  // namespace
+
+AdapterChoice chooseAdapter(const AdapterConfigurationIntent& configuration,
+                            const std::vector<BasicInterface>& interfaces,
+                            const std::vector<std::string>& preferredNames) {
+  if (const std::optional<std::string> name = chosenName(configuration)) {
+    const BasicInterface* chosen = interfaceNamed(interfaces, *name);
+    if (!chosen) return MissingAdapter{*name};
+    return *chosen;
+  }
+  const BasicInterface* best = bestAdapter(interfaces, preferredNames);
+  if (!best) return NoAdapter{};
+  return *best;
+}
+
+const BasicInterface* bestAdapter(const std::vector<BasicInterface>& interfaces,
+                                  const std::vector<std::string>& preferredNames) {
+  for (const std::string& name : preferredNames) {
+    if (const BasicInterface* preferred = interfaceNamed(interfaces, name)) return preferred;
+  }
+  const auto best = std::ranges::min_element(interfaces, {}, [](const BasicInterface& interface) {
+    return std::tuple(connectionRank(interface), kindRank(interface.type), interface.name);
+  });
+  return best == interfaces.end() ? nullptr : &*best;
+}
+
+}  // namespace lanternfold

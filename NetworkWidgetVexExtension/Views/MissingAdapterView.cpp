@@ -1,0 +1,37 @@
+#include "NetworkWidgetVexExtension/Views/MissingAdapterView.h"
+
+#include <utility>
+#include <vector>
+
+#include "NetworkWidgetVexExtension/Views/NetworkSourceIconView.h"
+#include "NetworkWidgetVexExtension/Views/SourceListItemView.h"
+#include "NetworkWidgetVexExtension/Views/WidgetStyle.h"
+#include "ViewTree/Elements.h"
+
+namespace lanternfold {
+
+View MissingAdapterView::body(const WidgetEnvironment& environment) const {
+  const auto line = [&](const char* key) {
+    return text(environment.strings.localized(key), {valueFont});
+  };
+  std::vector<View> lines;
+  lines.push_back(
+      SourceListItemView{{name, environment.strings.localized("Not available"), true}, true}
+          .body());
+  lines.push_back(line("This adapter is not present now."));
+  lines.push_back(line("Its card comes back with it."));
+  FrameNode rows;
+  rows.width.ideal = 40;
+  rows.width.maximum = unlimited;
+  rows.alignment = topLeading;
+  View explanation = vstack(HorizontalAlignment::leading, 4, std::move(lines)).frame(rows);
+  std::vector<View> parts;
+  parts.push_back(NetworkSourceIconView{NetworkSourceCategory::other()}.body().opacity(0.5, 0.5));
+  parts.push_back(explanation);
+  std::vector<View> choices;
+  choices.push_back(hstack(VerticalAlignment::centre, 5, std::move(parts)));
+  choices.push_back(std::move(explanation));
+  return firstThatFits(std::move(choices));
+}
+
+}  // namespace lanternfold

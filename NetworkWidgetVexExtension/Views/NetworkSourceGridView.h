@@ -1,0 +1,28 @@
+// The sources of a widget, laid out for the room it has.
+#pragma once
+
+#include <compare>
+#include <optional>
+#include <vector>
+
+#include "NetworkMonitor/Model/NetworkState.h"
+#include "NetworkWidgetVexExtension/Views/WidgetEnvironment.h"
+#include "ViewTree/View.h"
+
+namespace lanternfold {
+
+struct NetworkSourceGridView {
+  /// Ordered by raw value.
+  enum class DisplayMode { accessory = 0, small = 10, large = 20 };
+
+  std::vector<AnyNetworkSource> sources;
+  DisplayMode displayMode = DisplayMode::small;
+  bool hideBytesMeters = false;
+
+  [[nodiscard]] View body(const WidgetEnvironment& environment) const;
+
+  /// The mode of `rawValue`; none for any other value.
+  [[nodiscard]] static std::optional<DisplayMode> displayModeOf(int rawValue);
+};
+
+}  // namespace lanternfold

@@ -1,0 +1,37 @@
+#include "NetworkWidgetVexExtension/Views/SourceListItemView.h"
+
+#include <utility>
+#include <vector>
+
+#include "NetworkWidgetVexExtension/Views/SimpleLabelView.h"
+#include "NetworkWidgetVexExtension/Views/WidgetStyle.h"
+#include "ViewTree/Elements.h"
+
+namespace lanternfold {
+
+Truncation truncationOf(std::string_view value) {
+  const std::string_view firstWord = value.substr(0, value.find(' '));
+  const bool hasSeparator = firstWord.find_first_of(".:") != std::string_view::npos;
+  const bool isNumeric =
+      firstWord.find_first_not_of("0123456789abcdefABCDEF.:/") == std::string_view::npos;
+  return hasSeparator && isNumeric ? Truncation::middle : Truncation::tail;
+}
+
+View SourceListItemView::body() const {
+  const View value =
+      text(item.value, {isFirstItem ? firstValueFont : valueFont, truncationOf(item.value)});
+  if (item.label.empty()) return value;
+  View label = SimpleLabelView{item.label}.body().layoutPriority(1);
+  if (item.value.empty()) return label;
+  std::vector<View> parts;
+  parts.push_back(std::move(label));
+  parts.push_back(value);
+  View whole = hstack(VerticalAlignment::centre, 4, std::move(parts));
+  if (item.labelRequired) return whole;
+  std::vector<View> choices;
+  choices.push_back(std::move(whole));
+  choices.push_back(value);
+  return firstThatFits(std::move(choices));
+}
+
+}  // namespace lanternfold

@@ -1,0 +1,24 @@
+// One row of a source: its label, and its value beside it.
+#pragma once
+
+#include <string_view>
+
+#include "NetworkMonitor/Model/SourceListItem.h"
+#include "ViewTree/View.h"
+
+namespace lanternfold {
+
+struct SourceListItemView {
+  SourceListItem item;
+  bool isFirstItem = false;
+
+  /// A label or value that is empty is left out. A label that is not required goes when the whole
+  /// row has no room.
+  [[nodiscard]] View body() const;
+};
+
+/// Where `value` may be shortened: an address in the middle, because both of its ends tell it from
+/// its neighbours; a name at its end.
+[[nodiscard]] Truncation truncationOf(std::string_view value);
+
+}  // namespace lanternfold

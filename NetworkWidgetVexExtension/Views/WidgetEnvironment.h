@@ -1,0 +1,24 @@
+// What views know besides their own fields.
+//
+// Made by: the composition root of whoever asks for an entry's view. Read by: every view's `body`.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "NetworkWidgetVexExtension/Views/WidgetFamily.h"
+#include "Platform/StringTable.h"
+
+namespace lanternfold {
+
+struct WidgetEnvironment {
+  const StringTable& strings;
+  WidgetFamily widgetFamily = WidgetFamily::medium;
+  /// Names of the interfaces that carry default routes, the best route first.
+  std::vector<std::string> preferredInterfaceNames = {};
+  /// Whether the host hands presses on to buttons; without that no button is shown.
+  bool supportsButtons = true;
+  std::string decimalSeparator = ".";
+};
+
+}  // namespace lanternfold

@@ -1,0 +1,172 @@
+#include "PlatformLinux/System/LinuxNetworkKernelReading.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <net/if_arp.h>
+#include <sys/socket.h>
+#include <utility>
+
+#include <linux/netlink.h>
+
+#include "PlatformLinux/Netlink/KernelRecords.h"
+#include "PlatformLinux/Netlink/LinkMessage.h"
+#include "PlatformLinux/Netlink/RouteMessage.h"
+#include "PlatformLinux/System/LinkSpeeds.h"
+
+namespace lanternfold {
+
+namespace {
+
+// Hardware has a speed, and so has a tap or tun, whose owner may set it.
+bool mayHaveSpeed(const LinkMessage& link) { return link.parentDeviceName || link.kind == "tun"; }
+
+// An interrupted dump passed over nothing that stayed when the kernel walked by ascending index.
+template <typename Records, typename Key>
+bool isUsableAfterInterruption(NetworkKernelError error, const Records& records, Key key) {
+  return error == NetworkKernelError::interrupted && std::ranges::is_sorted(records, {}, key);
+}
+
+// The kernel dumps the addresses of one family after those of the other.
+std::pair<std::size_t, std::uint32_t> dumpOrder(const AddressMessage& address) {
+  return {address.address ? address.address->index() : std::variant_npos, address.interfaceIndex};
+}
+
+}  // namespace
+
+const std::expected<std::vector<AddressEntry>, NetworkKernelError>&
+LinuxNetworkKernelReading::addressEntries() {
+  if (!addressEntries_) addressEntries_ = readAddressEntries();
+  return *addressEntries_;
+}
+
+const std::expected<std::vector<LinkRecord>, NetworkKernelError>&
+LinuxNetworkKernelReading::linkRecords() {
+  readLinks();
+  return *linkRecords_;
+}
+
+const std::expected<std::vector<RouteRecord>, NetworkKernelError>&
+LinuxNetworkKernelReading::routes(RouteFamily family) {
+  auto& table = family == RouteFamily::ipv4 ? ipv4Routes_ : ipv6Routes_;
+  if (!table) table = dumpRoutes(family);
+  return *table;
+}
+
+std::optional<std::string> LinuxNetworkKernelReading::interfaceName(std::uint32_t index) {
+  readLinks();
+  const auto position = positionOfLink(index);
+  return position ? std::optional((**linkRecords_)[*position].name) : std::nullopt;
+}
+
+void LinuxNetworkKernelReading::readLinks() {
+  if (linkRecords_) return;
+  auto links = dumpLinks();
+  if (!links) {
+    linkRecords_ = std::unexpected(links.error());
+    return;
+  }
+  positions_.reserve(links->records.size());
+  for (const LinkRecord& record : links->records) {
+    positions_.push_back({record.index, static_cast<std::uint32_t>(positions_.size())});
+  }
+  if (!std::ranges::is_sorted(positions_, {}, &IndexPosition::index)) {
+    std::ranges::sort(positions_, {}, &IndexPosition::index);
+  }
+  statistics_ = std::move(links->statistics);
+  linkRecords_ = std::move(links->records);
+  readSpeeds(links->speedCandidates);
+}
+
+std::expected<LinuxNetworkKernelReading::Links, NetworkKernelError>
+LinuxNetworkKernelReading::dumpLinks() {
+  Links links;
+  const auto take = [&links](const NetlinkMessage& message) {
+    auto link = decodeLinkMessage(message);
+    if (!link || !link->describesLink()) return;
+    if (mayHaveSpeed(*link)) links.speedCandidates.push_back(link->index);
+    links.statistics.push_back(statistics32Of(*link));
+    links.records.push_back(linkRecordOf(std::move(*link)));
+  };
+  const auto result = dump(linkDumpRequest(), {.begin = [&links] { links = {}; }, .message = take});
+  if (!result && !isUsableAfterInterruption(result.error(), links.records, &LinkRecord::index)) {
+    return std::unexpected(result.error());
+  }
+  return links;
+}
+
+void LinuxNetworkKernelReading::readSpeeds(const std::vector<std::uint32_t>& candidates) {
+  for (const LinkSpeed& speed : readLinkSpeeds(candidates)) {
+    const auto position = positionOfLink(speed.interfaceIndex);
+    if (position) (**linkRecords_)[*position].baudrate = speed.bitsPerSecond.value_or(0);
+  }
+}
+
+std::expected<std::vector<AddressMessage>, NetworkKernelError>
+LinuxNetworkKernelReading::dumpAddresses() {
+  std::vector<AddressMessage> addresses;
+  const auto take = [&addresses](const NetlinkMessage& message) {
+    const auto address = decodeAddressMessage(message);
+    if (address) addresses.push_back(*address);
+  };
+  const auto result =
+      dump(addressDumpRequest(), {.begin = [&addresses] { addresses.clear(); }, .message = take});
+  if (!result && !isUsableAfterInterruption(result.error(), addresses, dumpOrder)) {
+    return std::unexpected(result.error());
+  }
+  return addresses;
+}
+
+std::expected<std::vector<AddressEntry>, NetworkKernelError>
+LinuxNetworkKernelReading::readAddressEntries() {
+  readLinks();
+  if (!*linkRecords_) return std::unexpected(linkRecords_->error());
+  const auto addresses = dumpAddresses();
+  if (!addresses) return std::unexpected(addresses.error());
+  const std::vector<LinkRecord>& links = **linkRecords_;
+  std::vector<AddressEntry> entries;
+  entries.reserve(links.size() + addresses->size());
+  for (std::size_t position = 0; position < links.size(); ++position) {
+    entries.push_back(linkEntryOf(links[position], statistics_[position]));
+  }
+  for (const AddressMessage& address : *addresses) {
+    // A link that came or went between the two dumps has no name here; its address is left out.
+    const auto position = positionOfLink(address.interfaceIndex);
+    if (!position || !address.address) continue;
+    entries.push_back({links[*position].name, address.address, address.netmask, std::nullopt});
+  }
+  return entries;
+}
+
+std::expected<std::vector<RouteRecord>, NetworkKernelError> LinuxNetworkKernelReading::dumpRoutes(
+    RouteFamily family) {
+  std::vector<RouteRecord> routes;
+  const auto take = [&routes](const NetlinkMessage& message) {
+    const auto route = decodeRouteMessage(message);
+    if (route) appendGatewayRoutes(*route, routes);
+  };
+  const auto number = static_cast<std::uint8_t>(family == RouteFamily::ipv4 ? AF_INET : AF_INET6);
+  const auto result =
+      dump(routeDumpRequest(number), {.begin = [&routes] { routes.clear(); }, .message = take});
+  // The main table is made with its first route; until then the kernel knows no such table.
+  const bool isAbsent = !result && socket_ && socket_->lastErrorNumber() == ENOENT;
+  if (!result && !isAbsent) return std::unexpected(result.error());
+  return routes;
+}
+
+std::optional<std::size_t> LinuxNetworkKernelReading::positionOfLink(std::uint32_t index) const {
+  const auto found = std::ranges::lower_bound(positions_, index, {}, &IndexPosition::index);
+  if (found == positions_.end() || found->index != index) return std::nullopt;
+  return found->position;
+}
+
+std::expected<void, NetworkKernelError> LinuxNetworkKernelReading::dump(
+    const NetlinkRequest& request, const NetlinkDumpHandler& handler) {
+  if (!socket_) {
+    auto socket = NetlinkSocket::open(NETLINK_ROUTE);
+    if (!socket) return std::unexpected(socket.error());
+    socket_.emplace(std::move(*socket));
+  }
+  return socket_->dump(request, handler);
+}
+
+}  // namespace lanternfold

@@ -1,0 +1,63 @@
+// One look at the kernel's tables: each is dumped when it is first asked for and kept.
+//
+// Made by: `LinuxNetworkKernel`. Read by: `SNUtils` and the 32-bit counter reader.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <expected>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Platform/NetworkKernel.h"
+#include "PlatformLinux/Netlink/AddressMessage.h"
+#include "PlatformLinux/System/NetlinkSocket.h"
+
+namespace lanternfold {
+
+/// Costs: one dump of the links serves `addressEntries`, `linkRecords` and `interfaceName`; there
+/// is one more of the addresses and one for each family of routes. `linkRecords` also asks for the
+/// speeds of those links that have one.
+class LinuxNetworkKernelReading final : public NetworkKernelReading {
+ public:
+  [[nodiscard]] const std::expected<std::vector<AddressEntry>, NetworkKernelError>& addressEntries()
+      override;
+  [[nodiscard]] const std::expected<std::vector<LinkRecord>, NetworkKernelError>& linkRecords()
+      override;
+  [[nodiscard]] const std::expected<std::vector<RouteRecord>, NetworkKernelError>& routes(
+      RouteFamily family) override;
+  [[nodiscard]] std::optional<std::string> interfaceName(std::uint32_t index) override;
+
+ private:
+  struct Links {
+    std::vector<LinkRecord> records;
+    std::vector<LinkStatistics32> statistics;    // one for each record
+    std::vector<std::uint32_t> speedCandidates;  // indexes
+  };
+  struct IndexPosition {
+    std::uint32_t index = 0;
+    std::uint32_t position = 0;
+  };
+
+  void readLinks();
+  [[nodiscard]] std::expected<Links, NetworkKernelError> dumpLinks();
+  void readSpeeds(const std::vector<std::uint32_t>& candidates);
+  [[nodiscard]] std::expected<std::vector<AddressMessage>, NetworkKernelError> dumpAddresses();
+  [[nodiscard]] std::expected<std::vector<AddressEntry>, NetworkKernelError> readAddressEntries();
+  [[nodiscard]] std::expected<std::vector<RouteRecord>, NetworkKernelError> dumpRoutes(
+      RouteFamily family);
+  [[nodiscard]] std::optional<std::size_t> positionOfLink(std::uint32_t index) const;
+  [[nodiscard]] std::expected<void, NetworkKernelError> dump(const NetlinkRequest& request,
+                                                             const NetlinkDumpHandler& handler);
+
+  std::optional<NetlinkSocket> socket_;
+  std::optional<std::expected<std::vector<LinkRecord>, NetworkKernelError>> linkRecords_;
+  std::vector<LinkStatistics32> statistics_;  // one for each link record
+  std::vector<IndexPosition> positions_;      // of the link records, ascending by index
+  std::optional<std::expected<std::vector<AddressEntry>, NetworkKernelError>> addressEntries_;
+  std::optional<std::expected<std::vector<RouteRecord>, NetworkKernelError>> ipv4Routes_;
+  std::optional<std::expected<std::vector<RouteRecord>, NetworkKernelError>> ipv6Routes_;
+};
+
+}  // namespace lanternfold

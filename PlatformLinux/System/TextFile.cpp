@@ -1,0 +1,45 @@
+#include "PlatformLinux/System/TextFile.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace lanternfold {
+
+namespace {
+
+constexpr std::size_t chunkSize = 64 * 1024;
+
+class FileDescriptor {
+ public:
+  explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
+  ~FileDescriptor() {
+    if (descriptor_ >= 0) close(descriptor_);
+  }
+  FileDescriptor(const FileDescriptor&) = delete;
+  FileDescriptor& operator=(const FileDescriptor&) = delete;
+
+  [[nodiscard]] int get() const { return descriptor_; }
+
+ private:
+  int descriptor_;
+};
+
+}  // namespace
+
+std::optional<std::string> readTextFile(const char* path, std::size_t maximumSize) {
+  const FileDescriptor file(open(path, O_RDONLY | O_CLOEXEC));
+  if (file.get() < 0) return std::nullopt;
+  std::string text;
+  while (true) {
+    const std::size_t used = text.size();
+    text.resize(used + chunkSize);
+    const ssize_t count = read(file.get(), text.data() + used, chunkSize);
+    text.resize(used + static_cast<std::size_t>(count < 0 ? 0 : count));
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0 || text.size() > maximumSize) return std::nullopt;
+    if (count == 0) return text;
+  }
+}
+
+}  // namespace lanternfold

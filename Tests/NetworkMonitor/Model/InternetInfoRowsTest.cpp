@@ -1,0 +1,130 @@
+#include <gtest/gtest.h>
+
+#include "NetworkMonitor/Model/InternetInfo.h"
+#include "Tests/Support/FakeStringTable.h"
+#include "Tests/Support/SourceListText.h"
+
+namespace lanternfold {
+namespace {
+
+std::string rowsOf(const InternetInfo& info) {
+  return sourceListText(info.compressedListRepresentation(FakeStringTable()));
+}
+
+std::string rowsWithConnection(InterfaceType type) {
+  return rowsOf({.ip = "1.2.3.4", .interface = BasicInterface{.name = "en0", .type = type}});
+}
+
+TEST(InternetInfoRows, SayNotConnectedWhenNothingIsKnown) {
+  EXPECT_EQ(rowsOf({}), "Status / Not connected\n");
+}
+
+TEST(InternetInfoRows, ShowEveryRowInOrder) {
+  const InternetInfo info{.active = true,
+                          .ip = "12.34.56.78",
+                          .supportsIPv6 = true,
+                          .ipv6 = "2001:DB8::EF",
+                          .isp = "Your ISP Name",
+                          .country = "IT",
+                          .interface = BasicInterface{.type = InterfaceType::ethernet},
+                          .dns = {"8.8.8.8"}};
+  EXPECT_EQ(rowsOf(info),
+            "ISP / Your ISP Name\n"
+            "IP - COUNTRY / 12.34.56.78 (IT)\n"
+            "DNS / 8.8.8.8 !\n"
+            "IPv6 / 2001:db8::ef !\n"
+            "Active connection / Connected via Ethernet\n");
+}
+
+TEST(InternetInfoRows, ShowTheAddressAloneWithoutACountry) {
+  EXPECT_EQ(rowsOf({.ip = "12.34.56.78"}), "IP / 12.34.56.78\n");
+}
+
+TEST(InternetInfoRows, ShowNoCountryWithoutAnAddress) {
+  EXPECT_EQ(rowsOf({.country = "IT"}), "Status / Not connected\n");
+}
+
+TEST(InternetInfoRows, HaveNoStatusWhenOnlyIPv6IsKnown) {
+  EXPECT_EQ(rowsOf({.supportsIPv6 = true, .ipv6 = "2001:DB8::1"}), "IPv6 / 2001:db8::1 !\n");
+}
+
+TEST(InternetInfoRows, ShowWhatElseIsKnownBelowTheStatus) {
+  EXPECT_EQ(rowsOf({.supportsIPv6 = false, .isp = "Provider", .dns = {"9.9.9.9"}}),
+            "Status / Not connected\n"
+            "ISP / Provider\n"
+            "DNS / 9.9.9.9 !\n"
+            "IPv6 / N/A !\n");
+}
+
+TEST(InternetInfoRows, ShowTheFirstIPv4ServerBehindAnIPv6One) {
+  EXPECT_EQ(rowsOf({.ip = "1.2.3.4", .dns = {"fe80::1", "192.168.1.1", "192.168.1.2"}}),
+            "IP / 1.2.3.4\nDNS / 192.168.1.1 !\n");
+}
+
+TEST(InternetInfoRows, ShowTheFirstServerWhenAllAreIPv6) {
+  EXPECT_EQ(rowsOf({.ip = "1.2.3.4", .dns = {"fe80::1"}}), "IP / 1.2.3.4\nDNS / fe80::1 !\n");
+  EXPECT_EQ(rowsOf({.ip = "1.2.3.4", .dns = {"FE80::2", "fe80::1"}}),
+            "IP / 1.2.3.4\nDNS / FE80::2 !\n");
+}
+
+TEST(InternetInfoRows, HaveNoDnsRowWithoutServers) {
+  EXPECT_EQ(rowsOf({.ip = "1.2.3.4"}).find("DNS"), std::string::npos);
+}
+
+TEST(InternetInfoRows, SayThatIPv6IsNotAvailableThoughAnAddressIsThere) {
+  EXPECT_EQ(rowsOf({.supportsIPv6 = false, .ipv6 = "2001:db8::1"}), "IPv6 / N/A !\n");
+}
+
+TEST(InternetInfoRows, HaveNoIPv6RowWhileItsSupportIsNotKnown) {
+  EXPECT_EQ(rowsOf({.ipv6 = "2001:db8::1"}), "");
+}
+
+TEST(InternetInfoRowsDeathTest, StopTheProgramWhenIPv6IsSupportedWithoutAnAddress) {
+  EXPECT_DEATH(rowsOf({.ip = "1.2.3.4", .supportsIPv6 = true}),
+               "Fatal error: .*supports IPv6 but has no IPv6 address");
+}
+
+TEST(InternetInfoRows, NameTheActiveConnectionByItsType) {
+  EXPECT_EQ(rowsWithConnection(InterfaceType::wlan),
+            "IP / 1.2.3.4\nActive connection / Connected via Wi-Fi\n");
+  EXPECT_EQ(rowsWithConnection(InterfaceType::ethernet),
+            "IP / 1.2.3.4\nActive connection / Connected via Ethernet\n");
+  EXPECT_EQ(rowsWithConnection(InterfaceType::cellular),
+            "IP / 1.2.3.4\nActive connection / Connected via Cellular\n");
+}
+
+TEST(InternetInfoRows, HaveNoActiveConnectionByBluetoothOrUnknown) {
+  EXPECT_EQ(rowsWithConnection(InterfaceType::bluetooth), "IP / 1.2.3.4\n");
+  EXPECT_EQ(rowsWithConnection(InterfaceType::unknown), "IP / 1.2.3.4\n");
+}
+
+TEST(InternetInfoRows, FillTheLocalisedTypeIntoTheLocalisedFormat) {
+  const FakeStringTable german({{"Active connection", "Verbindung"},
+                                {"Connected via %@", "Über %@ verbunden"},
+                                {"Wi-Fi", "WLAN"}});
+  const InternetInfo info{.ip = "1.2.3.4",
+                          .interface = BasicInterface{.type = InterfaceType::wlan}};
+  EXPECT_EQ(sourceListText(info.compressedListRepresentation(german)),
+            "IP / 1.2.3.4\nVerbindung / Über WLAN verbunden\n");
+}
+
+TEST(InternetInfoRows, LocaliseTheFixedTexts) {
+  const FakeStringTable german({{"Status", "Zustand"},
+                                {"Not connected", "Getrennt"},
+                                {"N/A", "entfällt"},
+                                {"IP - COUNTRY", "IP - LAND"}});
+  EXPECT_EQ(sourceListText(InternetInfo{.supportsIPv6 = false}  //
+                               .compressedListRepresentation(german)),
+            "Zustand / Getrennt\nIPv6 / entfällt !\n");
+  EXPECT_EQ(
+      sourceListText(
+          InternetInfo{.ip = "1.2.3.4", .country = "DE"}.compressedListRepresentation(german)),
+      "IP - LAND / 1.2.3.4 (DE)\n");
+}
+
+TEST(InternetInfoRows, HaveNoLongList) {
+  EXPECT_TRUE(InternetInfo{.ip = "1.2.3.4"}.listRepresentation(FakeStringTable()).empty());
+}
+
+}  // namespace
+}  // namespace lanternfold

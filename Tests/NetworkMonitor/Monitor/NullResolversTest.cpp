@@ -1,0 +1,56 @@
+#include "NetworkMonitor/Monitor/NullResolvers.h"
+#include "Tests/NetworkMonitor/Monitor/MonitorScene.h"
+
+namespace lanternfold {
+namespace {
+
+TEST(NullInternetInfoResolverTest, AnswersOnceAndCompleteWithTheInitialInfo) {
+  FakeStringTable strings;
+  strings.set("Internet", "Rete");
+  NullInternetInfoResolver resolver(strings);
+  int calls = 0;
+
+  resolver.resolve([&](const InternetInfo& info, bool complete, std::error_code error) {
+    ++calls;
+    EXPECT_EQ(info, NetworkState::initial(strings).internet);
+    EXPECT_TRUE(complete);
+    EXPECT_FALSE(error);
+  });
+
+  EXPECT_EQ(calls, 1);
+}
+
+TEST(NullWlanInterfaceResolverTest, HasNone) {
+  NullWlanInterfaceResolver resolver;
+  const auto answer = resolver.wlanInterface();
+  ASSERT_TRUE(answer.has_value());
+  EXPECT_EQ(*answer, std::nullopt);
+}
+
+TEST(NullResolversTest, MonitorOverThemIsCompleteWhenRefreshReturns) {
+  MonitorScene scene;
+  const auto monitor = std::make_shared<NetworkStateMonitor>(
+      std::make_shared<NullInternetInfoResolver>(scene.strings), scene.interfaces,
+      std::make_shared<NullWlanInterfaceResolver>(), nullptr,
+      NetworkStateMonitor::Environment{scene.paths, scene.dispatch.mainQueue(), scene.strings});
+  monitor->setStateUpdateHandler(scene.reporter(monitor));
+
+  monitor->refresh();
+
+  EXPECT_EQ(scene.reports.text(),
+            "[0] same\n"
+            "[0] same\n"
+            "[0] wlan=none\n"
+            "[2] same\n"
+            "[2] same\n"
+            "[2] same\n"
+            "[2] same\n"
+            "[6] same\n"
+            "[6] others=en0,en1,en5\n"
+            "[14] same\n"
+            "[14] same\n"
+            "[15] same, complete\n");
+}
+
+}  // namespace
+}  // namespace lanternfold
