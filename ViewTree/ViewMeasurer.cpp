@@ -100,9 +100,12 @@ FittedText ViewMeasurer::shownText(const View& view, const ProposedSize& offer) 
 }
 
 const View& ViewMeasurer::chosen(const View& choice, const ProposedSize& offer) {
+  const FitAxes axes = std::get<FirstThatFitsNode>(choice.node).axes;
   for (const View& candidate : choice.children) {
     const Size ideal = measure(candidate, {std::nullopt, std::nullopt});
-    if (fits(ideal.width, offer.width) && fits(ideal.height, offer.height)) return candidate;
+    const bool fitsAcross = axes == FitAxes::vertical || fits(ideal.width, offer.width);
+    const bool fitsDown = axes == FitAxes::horizontal || fits(ideal.height, offer.height);
+    if (fitsAcross && fitsDown) return candidate;
   }
   return choice.children.back();
 }

@@ -31,7 +31,7 @@ View MissingAdapterView::body(const WidgetEnvironment& environment) const {
   std::vector<View> choices;
   choices.push_back(hstack(VerticalAlignment::centre, 5, std::move(parts)));
   choices.push_back(std::move(explanation));
-  return firstThatFits(std::move(choices));
+  return firstThatFits(FitAxes::horizontal, std::move(choices));
 }
 
 }  // namespace lanternfold

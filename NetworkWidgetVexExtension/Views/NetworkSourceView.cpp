@@ -55,7 +55,7 @@ View NetworkSourceView::body(const WidgetEnvironment& environment) const {
   }
   choices.push_back(sideBySide(direction, icon, rowsIn(rows, width)));
   choices.push_back(rowsIn(rows, {}));
-  return firstThatFits(std::move(choices)).accessible(displayNameOf(source));
+  return firstThatFits(FitAxes::horizontal, std::move(choices)).accessible(displayNameOf(source));
 }
 
 }  // namespace lanternfold

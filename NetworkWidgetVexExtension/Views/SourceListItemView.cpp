@@ -31,7 +31,7 @@ View SourceListItemView::body() const {
   std::vector<View> choices;
   choices.push_back(std::move(whole));
   choices.push_back(value);
-  return firstThatFits(std::move(choices));
+  return firstThatFits(FitAxes::horizontal, std::move(choices));
 }
 
 }  // namespace lanternfold
