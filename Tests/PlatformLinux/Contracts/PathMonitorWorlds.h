@@ -27,6 +27,10 @@ class LinuxPathWorld {
         NetworkNamespace::run("ip link add en0 type veth peer name far && "
                               "ip addr add 192.0.2.2/24 dev en0 && "
                               "ip link set far up && ip link set en0 up"));
+    // The kernel may take a second to notice the carrier of a link that was just made.
+    ASSERT_TRUE(NetworkNamespace::run(
+        "for try in $(seq 300); do grep -q up /sys/class/net/en0/operstate && exit 0; sleep 0.01; "
+        "done; exit 1"));
     loop_ = std::make_unique<EventLoop>();
     dispatch_ = std::make_unique<AsioDispatch>(*loop_);
     factory_ = std::make_unique<LinuxPathMonitorFactory>(*loop_);
