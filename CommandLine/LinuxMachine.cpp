@@ -15,6 +15,7 @@
 #include "PlatformLinux/System/LinuxResolverConfiguration.h"
 #include "PlatformLinux/System/StreamDiagnosticLog.h"
 #include "PlatformLinux/System/SystemClock.h"
+#include "PlatformLinux/System/UdevHardwareDatabase.h"
 
 namespace lanternfold {
 
@@ -31,7 +32,8 @@ struct LinuxMachine::Parts {
   LinuxMainLoop mainLoop{eventLoop, dispatch};
   LinuxNetworkKernel kernel;
   LinuxResolverConfiguration resolverConfiguration;
-  LinuxNetworkConfiguration networkConfiguration;
+  UdevHardwareDatabase hardwareDatabase;
+  LinuxNetworkConfiguration networkConfiguration{hardwareDatabase};
   LinuxInterfaceNaming interfaceNaming;
   LinuxPathMonitorFactory pathMonitors{eventLoop};
   Machine machine{.platform = {.kernel = kernel,
