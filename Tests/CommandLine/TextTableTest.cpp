@@ -42,7 +42,7 @@ TEST(TextTable, EscapesControlCharactersInCells) {
   TextTable table = sample();
   table.addRow({"a\nb", "1"});
   EXPECT_EQ(written(table),
-            "Name     Sent\n"
+            "Name    Sent\n"
             "a\\x0ab     1\n");
 }
 
