@@ -87,7 +87,7 @@ TEST_F(RenderCommandTest, TheSchemesDiffer) {
 }
 
 TEST_F(RenderCommandTest, AnAdapterThatIsGoneNeverShowsAnotherOne) {
-  auto gone = options("gone.svg");
+  auto gone = options("gone.png");
   gone.adapter = "en7";
   const std::string explanation = rendered(gone);
   fake_.kernel.setCounters("en0", {.recvBytes = 77'000'000, .sentBytes = 1});
