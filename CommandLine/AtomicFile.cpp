@@ -3,10 +3,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <system_error>
-
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace lanternfold {

@@ -5,9 +5,8 @@
 #include <iostream>
 #include <memory>
 #include <string>
-#include <vector>
-
 #include <unistd.h>
+#include <vector>
 
 #include "CommandLine/LinuxMachine.h"
 #include "CommandLine/Program.h"
@@ -24,7 +23,8 @@ bool environmentHas(const char* name) {
 TextStyle styleOfStandardOutput() {
   const char* terminal = std::getenv("TERM");
   const bool plainTerminal = terminal == nullptr || std::string_view(terminal) == "dumb";
-  const bool coloured = ::isatty(STDOUT_FILENO) == 1 && !plainTerminal && !environmentHas("NO_COLOR");
+  const bool coloured =
+      ::isatty(STDOUT_FILENO) == 1 && !plainTerminal && !environmentHas("NO_COLOR");
   return coloured ? TextStyle::coloured : TextStyle::plain;
 }
 
@@ -35,13 +35,12 @@ int main(int argumentCount, char** arguments) {
   // Numbers in JSON and in pictures keep their point whatever the user's locale says.
   std::setlocale(LC_NUMERIC, "C");
   std::unique_ptr<LinuxMachine> machine;
-  const Console console{
-      .output = std::cout, .errors = std::cerr, .style = styleOfStandardOutput()};
-  const ExitStatus status = runProgram(
-      std::vector<std::string>(arguments + 1, arguments + argumentCount), console,
-      [&machine](DiagnosticsTarget target) -> const Machine& {
-        machine = std::make_unique<LinuxMachine>(target);
-        return machine->machine();
-      });
+  const Console console{.output = std::cout, .errors = std::cerr, .style = styleOfStandardOutput()};
+  const ExitStatus status =
+      runProgram(std::vector<std::string>(arguments + 1, arguments + argumentCount), console,
+                 [&machine](DiagnosticsTarget target) -> const Machine& {
+                   machine = std::make_unique<LinuxMachine>(target);
+                   return machine->machine();
+                 });
   return static_cast<int>(status);
 }
