@@ -49,6 +49,7 @@ ConnectionMetricsMap countersOfIproute2() {
 
 TEST(CountersInNamespace, EverySourceAgreesWithIproute2) {
   inNewNetworkNamespace([] {
+    turnOffIPv6();
     TapLink tap("en0");
     ip("link set lo up\nlink set en0 up mtu 1400\nlink add en5 type ifb\n"
        "link add br0 type bridge\nlink add veth0 type veth peer name veth1\n");

@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <fstream>
 #include <memory>
 #include <sched.h>
 #include <thread>
@@ -26,6 +27,14 @@ void ip(std::string_view commands) {
   ASSERT_NE(batch, nullptr);
   std::fwrite(commands.data(), 1, commands.size(), batch);
   ASSERT_EQ(pclose(batch), 0) << commands.substr(0, 500);
+}
+
+void turnOffIPv6() {
+  for (const char* scope : {"all", "default"}) {
+    std::ofstream setting("/proc/sys/net/ipv6/conf/" + std::string(scope) + "/disable_ipv6");
+    setting << "1" << std::flush;
+    ASSERT_TRUE(setting.good());
+  }
 }
 
 std::string ipOutput(const std::string& arguments) {

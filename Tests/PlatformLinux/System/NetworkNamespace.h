@@ -16,6 +16,9 @@ void inNewNetworkNamespace(const std::function<void()>& work);
 /// when one of them fails.
 void ip(std::string_view commands);
 
+/// Turns IPv6 off in the namespace of the calling thread, so that no link sends anything by itself.
+void turnOffIPv6();
+
 /// What iproute2 prints to standard output.
 [[nodiscard]] std::string ipOutput(const std::string& arguments);
 
