@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "PlatformLinux/System/LinuxNetworkKernel.h"
-#include "Tests/PlatformLinux/System/NetworkNamespace.h"
+#include "Tests/PlatformLinux/System/NamespaceTools.h"
 #include "Tests/Support/FakeNetworkKernel.h"
 
 namespace lanternfold::test {

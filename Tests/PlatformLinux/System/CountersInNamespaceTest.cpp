@@ -17,7 +17,7 @@
 #include "PlatformLinux/System/LinuxConnectionMetricsReader.h"
 #include "PlatformLinux/System/ProcNetDevCounterSource.h"
 #include "PlatformLinux/System/StatisticsCounterSource.h"
-#include "Tests/PlatformLinux/System/NetworkNamespace.h"
+#include "Tests/PlatformLinux/System/NamespaceTools.h"
 #include "Tests/PlatformLinux/System/TapLink.h"
 
 namespace lanternfold::test {

@@ -10,7 +10,7 @@
 #include <nlohmann/json.hpp>
 
 #include "PlatformLinux/System/LinuxNetworkKernel.h"
-#include "Tests/PlatformLinux/System/NetworkNamespace.h"
+#include "Tests/PlatformLinux/System/NamespaceTools.h"
 #include "Tests/PlatformLinux/System/TapLink.h"
 
 namespace lanternfold::test {

@@ -1,25 +1,20 @@
-#include "Tests/PlatformLinux/System/NetworkNamespace.h"
+#include "Tests/PlatformLinux/System/NamespaceTools.h"
 
 #include <array>
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <fstream>
 #include <memory>
-#include <sched.h>
-#include <thread>
-#include <unistd.h>
 
 #include <gtest/gtest.h>
+
+#include "Tests/PlatformLinux/NetworkNamespace.h"
 
 namespace lanternfold::test {
 
 void inNewNetworkNamespace(const std::function<void()>& work) {
-  if (geteuid() != 0) GTEST_SKIP() << "needs root to make a network namespace";
-  std::thread([&work] {
-    ASSERT_EQ(unshare(CLONE_NEWNET), 0) << std::strerror(errno);
-    work();
-  }).join();
+  std::unique_ptr<NetworkNamespace> network;
+  ENTER_NETWORK_NAMESPACE(network);
+  work();
 }
 
 void ip(std::string_view commands) {

@@ -7,8 +7,8 @@
 
 namespace lanternfold::test {
 
-/// Runs `work` on a thread of its own in a new network namespace and waits for it. As root a
-/// namespace that cannot be made fails the test; for others the test is skipped with a line that
+/// Runs `work` on the calling thread in a new network namespace and comes back from it. As root a
+/// namespace that cannot be made fails the test; for others the test stands aside with a line that
 /// says so.
 void inNewNetworkNamespace(const std::function<void()>& work);
 
