@@ -4,8 +4,9 @@
 
 #include <memory>
 #include <string>
+#include <unistd.h>
 
-#include "Tests/Support/SystemTest.h"
+#include <gtest/gtest.h>
 
 namespace lanternfold {
 
@@ -31,6 +32,14 @@ class NetworkNamespace {
 };
 
 }  // namespace lanternfold
+
+/// For SetUp and for the beginning of a test: what follows runs as root only. As root nothing is
+/// ever left out; elsewhere the test stands aside and says what it lacks, as in "to make a
+/// namespace".
+#define REQUIRE_ROOT(purpose)                                      \
+  do {                                                             \
+    if (geteuid() != 0) GTEST_SKIP() << "needs root, " << purpose; \
+  } while (false)
 
 /// For a fixture's SetUp: enters a namespace kept in `holder`, or skips for want of privilege.
 #define ENTER_NETWORK_NAMESPACE(holder)                                               \
