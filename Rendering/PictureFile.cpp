@@ -52,12 +52,20 @@ std::error_code writeNew(const std::filesystem::path& file, std::string_view byt
 }
 
 std::error_code writeAndReplace(const std::filesystem::path& file, std::string_view bytes) {
-  const std::filesystem::path beside = file.parent_path() / ("." + file.filename().string() + "." +
-                                                             std::to_string(getpid()) + ".part");
-  std::error_code error = writeNew(beside, bytes);
-  if (error == std::errc::file_exists) return error;
-  if (!error && std::rename(beside.c_str(), file.c_str()) != 0) error = lastError();
-  if (error) unlink(beside.c_str());
+  const std::string stem =
+      (file.parent_path() / ("." + file.filename().string() + "." + std::to_string(getpid())))
+          .string();
+  // A name may be taken by what a program that was killed left behind.
+  constexpr int attempts = 16;
+  std::error_code error;
+  for (int attempt = 0; attempt < attempts; ++attempt) {
+    const std::string beside = stem + "." + std::to_string(attempt) + ".part";
+    error = writeNew(beside, bytes);
+    if (error == std::errc::file_exists) continue;
+    if (!error && std::rename(beside.c_str(), file.c_str()) != 0) error = lastError();
+    if (error) unlink(beside.c_str());
+    return error;
+  }
   return error;
 }
 
