@@ -24,10 +24,11 @@ AsioDispatch::AsioDispatch(EventLoop& loop)
 }
 
 AsioDispatch::~AsioDispatch() {
-  // First nothing runs any more, then what waits is destroyed while every queue is still there.
-  timers_.close();
+  // First nothing runs any more, then what waits is destroyed while every queue is still there:
+  // what it holds may append to one.
   ordinaryPool_.stop();
   backgroundPool_.stop();
+  timers_.close();
   mainQueue_.close();
   for (const auto& queue : globalQueues_) queue->close();
   for (const auto& [label, queue] : serialQueues_) queue->close();

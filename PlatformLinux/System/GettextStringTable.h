@@ -19,7 +19,8 @@ namespace lanternfold {
 /// still follows LANGUAGE (in plain C it does not). Texts are UTF-8 in every locale.
 ///
 /// gettext keeps one directory per domain for the whole process: a second table of the same domain
-/// with another directory would move the first one.
+/// with another directory would move the first one. It also remembers what it found: a change of
+/// the environment in a running process is not followed.
 class GettextStringTable final : public StringTable {
  public:
   GettextStringTable(std::string domain, const std::filesystem::path& directory);

@@ -1,0 +1,91 @@
+#include <map>
+#include <sstream>
+#include <thread>
+#include <unistd.h>
+
+#include "PlatformLinux/System/StreamDiagnosticLog.h"
+
+namespace lanternfold {
+namespace {
+
+/// A temporary file as a stream, read back through a descriptor of its own.
+class TemporaryStream {
+ public:
+  TemporaryStream() : stream_(std::tmpfile()) {}
+  ~TemporaryStream() { std::fclose(stream_); }
+  TemporaryStream(const TemporaryStream&) = delete;
+  TemporaryStream& operator=(const TemporaryStream&) = delete;
+
+  [[nodiscard]] std::FILE* get() { return stream_; }
+
+  /// What has reached the kernel.
+  [[nodiscard]] std::string written() const {
+    std::string text;
+    char block[4096];
+    off_t offset = 0;
+    ssize_t count = 0;
+    while ((count = pread(fileno(stream_), block, sizeof block, offset)) > 0) {
+      text.append(block, static_cast<std::size_t>(count));
+      offset += count;
+    }
+    return text;
+  }
+
+ private:
+  std::FILE* stream_;
+};
+
+TEST(StreamDiagnosticLogTest, LineIsWrittenAtOnceWithItsEnd) {
+  TemporaryStream stream;
+  StreamDiagnosticLog log(stream.get());
+
+  log.line("Failed to save storage: no space left");
+  EXPECT_EQ(stream.written(), "Failed to save storage: no space left\n");
+  log.line("");
+  EXPECT_EQ(stream.written(), "Failed to save storage: no space left\n\n");
+}
+
+TEST(StreamDiagnosticLogTest, OneCallIsOneLine) {
+  TemporaryStream stream;
+  StreamDiagnosticLog(stream.get()).line("first\nsecond\r\nthird");
+  EXPECT_EQ(stream.written(), "first second  third\n");
+}
+
+TEST(StreamDiagnosticLogTest, TextIsNotAFormat) {
+  TemporaryStream stream;
+  StreamDiagnosticLog(stream.get()).line("100%n %s");
+  EXPECT_EQ(stream.written(), "100%n %s\n");
+}
+
+TEST(StreamDiagnosticLogTest, LinesOfSeveralThreadsDoNotMix) {
+  TemporaryStream stream;
+  StreamDiagnosticLog log(stream.get());
+  constexpr int linesEach = 200;
+  std::vector<std::thread> threads;
+  for (const char letter : {'a', 'b', 'c', 'd'}) {
+    threads.emplace_back([&log, letter] {
+      for (int count = 0; count < linesEach; ++count) log.line(std::string(3000, letter));
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+
+  std::map<std::string, int> lines;
+  std::istringstream text(stream.written());
+  for (std::string line; std::getline(text, line);) ++lines[line];
+  EXPECT_EQ(lines.size(), 4u);
+  for (const char letter : {'a', 'b', 'c', 'd'}) {
+    EXPECT_EQ(lines[std::string(3000, letter)], linesEach);
+  }
+}
+
+TEST(StreamDiagnosticLogTest, StreamThatTakesNothingLosesTheLine) {
+  std::FILE* full = std::fopen("/dev/full", "w");
+  ASSERT_NE(full, nullptr);
+  StreamDiagnosticLog log(full);
+  log.line("lost");
+  log.line("lost too");
+  std::fclose(full);
+}
+
+}  // namespace
+}  // namespace lanternfold
