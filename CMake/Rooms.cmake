@@ -45,7 +45,8 @@ lanternfold_room(Rendering USES ViewTree Support
                  LIBRARIES PkgConfig::pangocairo PkgConfig::rsvg PkgConfig::cairo_surfaces)
 lanternfold_room(CommandLine USES NetworkWidgetVexExtension Rendering PlatformLinux ViewTree
                                   NetworkMonitor NetBase Platform Support
-                 LIBRARIES nlohmann_json::nlohmann_json fmt::fmt CLI11::CLI11 PkgConfig::glib)
+                 LIBRARIES nlohmann_json::nlohmann_json fmt::fmt CLI11::CLI11 PkgConfig::glib
+                           Threads::Threads)
 
 target_compile_definitions(CommandLine PRIVATE
   LANTERNFOLD_VERSION="${PROJECT_VERSION}"
