@@ -13,6 +13,8 @@ find_package(CLI11 REQUIRED)
 pkg_check_modules(mnl REQUIRED IMPORTED_TARGET libmnl)
 pkg_check_modules(udev REQUIRED IMPORTED_TARGET libudev)
 pkg_check_modules(pangocairo REQUIRED IMPORTED_TARGET pangocairo)
+pkg_check_modules(icu REQUIRED IMPORTED_TARGET icu-i18n icu-uc)
+pkg_check_modules(glib REQUIRED IMPORTED_TARGET glib-2.0)
 pkg_check_modules(rsvg REQUIRED IMPORTED_TARGET librsvg-2.0)
 pkg_check_modules(cairo_surfaces REQUIRED IMPORTED_TARGET cairo-pdf cairo-svg cairo-png)
 
@@ -29,7 +31,7 @@ function(lanternfold_room name)
   endif()
 endfunction()
 
-lanternfold_room(Support)
+lanternfold_room(Support LIBRARIES PkgConfig::icu)
 lanternfold_room(Platform USES Support)
 lanternfold_room(NetBase USES Platform Support)
 lanternfold_room(NetworkMonitor USES NetBase Platform Support
@@ -43,9 +45,15 @@ lanternfold_room(Rendering USES ViewTree Support
                  LIBRARIES PkgConfig::pangocairo PkgConfig::rsvg PkgConfig::cairo_surfaces)
 lanternfold_room(CommandLine USES NetworkWidgetVexExtension Rendering PlatformLinux ViewTree
                                   NetworkMonitor NetBase Platform Support
-                 LIBRARIES nlohmann_json::nlohmann_json fmt::fmt CLI11::CLI11)
+                 LIBRARIES nlohmann_json::nlohmann_json fmt::fmt CLI11::CLI11 PkgConfig::glib)
 
-if(EXISTS "${CMAKE_SOURCE_DIR}/CommandLine/main.cpp")
-  add_executable(lanternfold-widgets CommandLine/main.cpp)
-  target_link_libraries(lanternfold-widgets PRIVATE CommandLine)
-endif()
+target_compile_definitions(CommandLine PRIVATE
+  LANTERNFOLD_VERSION="${PROJECT_VERSION}"
+  LANTERNFOLD_SOURCE_ASSETS="${CMAKE_SOURCE_DIR}/Assets")
+
+add_executable(lanternfold-widgets CommandLine/main.cpp)
+target_link_libraries(lanternfold-widgets PRIVATE CommandLine)
+
+include(GNUInstallDirs)
+install(TARGETS lanternfold-widgets)
+install(DIRECTORY Assets DESTINATION "${CMAKE_INSTALL_DATADIR}/lanternfold-widgets")

@@ -54,9 +54,9 @@ View zstack(Alignment alignment, std::vector<View> children) {
   return {ZStackNode{alignment}, std::move(children), std::nullopt};
 }
 
-View firstThatFits(std::vector<View> choices) {
+View firstThatFits(FitAxes axes, std::vector<View> choices) {
   if (choices.empty()) fatalError("a choice of views was made without a view to choose");
-  return {FirstThatFitsNode{}, std::move(choices), std::nullopt};
+  return {FirstThatFitsNode{axes}, std::move(choices), std::nullopt};
 }
 
 View button(std::string intent, View face) {

@@ -33,7 +33,7 @@ struct TextStyle {
                           std::vector<View> children);
 [[nodiscard]] View zstack(Alignment alignment, std::vector<View> children);
 /// `choices` from the richest to the plainest; at least one.
-[[nodiscard]] View firstThatFits(std::vector<View> choices);
+[[nodiscard]] View firstThatFits(FitAxes axes, std::vector<View> choices);
 [[nodiscard]] View button(std::string intent, View face);
 
 }  // namespace lanternfold

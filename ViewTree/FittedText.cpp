@@ -12,7 +12,8 @@ FittedText fittedText(const TextNode& node, std::optional<double> width,
   FittedText fitted{node.text, node.font, measurer.measure(node.text, node.font)};
   if (!width || fitted.size.width <= *width) return fitted;
   if (node.minimumScale < 1) {
-    const double scale = std::max(node.minimumScale, *width / fitted.size.width);
+    // A little less than the ratio says, because letters do not scale to the last bit.
+    const double scale = std::max(node.minimumScale, 0.99 * *width / fitted.size.width);
     fitted.font.size = node.font.size * scale;
   }
   fitted.text = shortenedText(node.text, node.truncation, *width, [&](std::string_view text) {

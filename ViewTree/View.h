@@ -89,8 +89,12 @@ struct ZStackNode {
   friend bool operator==(const ZStackNode&, const ZStackNode&) = default;
 };
 
+/// The dimensions in which a choice must fit.
+enum class FitAxes { horizontal, vertical, both };
+
 /// The first child whose ideal size fits what is offered, else the last one.
 struct FirstThatFitsNode {
+  FitAxes axes = FitAxes::both;
   friend bool operator==(const FirstThatFitsNode&, const FirstThatFitsNode&) = default;
 };
 

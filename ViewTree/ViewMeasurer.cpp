@@ -100,9 +100,12 @@ FittedText ViewMeasurer::shownText(const View& view, const ProposedSize& offer) 
 }
 
 const View& ViewMeasurer::chosen(const View& choice, const ProposedSize& offer) {
+  const FitAxes axes = std::get<FirstThatFitsNode>(choice.node).axes;
   for (const View& candidate : choice.children) {
     const Size ideal = measure(candidate, {std::nullopt, std::nullopt});
-    if (fits(ideal.width, offer.width) && fits(ideal.height, offer.height)) return candidate;
+    const bool fitsAcross = axes == FitAxes::vertical || fits(ideal.width, offer.width);
+    const bool fitsDown = axes == FitAxes::horizontal || fits(ideal.height, offer.height);
+    if (fitsAcross && fitsDown) return candidate;
   }
   return choice.children.back();
 }
@@ -113,11 +116,14 @@ StackPlan ViewMeasurer::planStack(const View& stack, Axis axis, double spacing,
   StackPlan plan;
   plan.spacing = fittingSpacing(spacing, stack.children.size(), available);
   std::vector<StackMember> members;
+  // How flexible a child is matters only beside others: asking would measure its whole tree twice.
+  const bool shares = available && stack.children.size() > 1;
   for (const View& child : stack.children) {
     const auto lengthFor = [this, &child, axis, offer](std::optional<double> length) {
       return along(axis, measure(child, withLength(axis, offer, length)));
     };
-    members.push_back({priorityOf(child), lengthFor(0), lengthFor(unlimited), lengthFor});
+    members.push_back({priorityOf(child), shares ? lengthFor(0) : 0,
+                       shares ? lengthFor(unlimited) : 0, lengthFor});
   }
   for (const std::optional<double>& length : stackOffers(available, plan.spacing, members)) {
     plan.offers.push_back(withLength(axis, offer, length));

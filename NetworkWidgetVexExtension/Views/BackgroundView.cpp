@@ -17,7 +17,14 @@ const View& backgroundGradient() {
   return gradient;
 }
 
-View logo() { return image("LanternfoldLogo").frame(160, 160).opacity(0.2, 0.1).offset(40, -40); }
+/// Larger than a narrow widget, which it must not widen: hence the frame around it.
+View logo() {
+  FrameNode whole;
+  whole.width = {std::nullopt, 0, std::nullopt, unlimited};
+  whole.height = whole.width;
+  whole.alignment = topTrailing;
+  return image("LanternfoldLogo").frame(160, 160).opacity(0.2, 0.1).offset(40, -40).frame(whole);
+}
 
 /// Beside the refresh button, which stands in the same corner, on the line of its middle.
 View timestamp(const WidgetEnvironment& environment) {

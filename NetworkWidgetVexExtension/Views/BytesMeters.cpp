@@ -9,9 +9,6 @@
 namespace lanternfold {
 namespace {
 
-/// Lines of digits and arrows reach neither far up nor below the baseline; drawn together they
-/// just fill the room inside the circle.
-constexpr double lineSpacing = -1.5;
 /// How far a number of many digits may shrink to stay inside the circle.
 constexpr double smallestNumberScale = 0.6;
 
@@ -19,11 +16,14 @@ struct MeterMeasures {
   double side;
   double labelSize;
   double numberSize;
+  /// Negative: digits and arrows reach neither far up nor below their baseline, so that lines drawn
+  /// closer than their fonts ask for still stand apart, and together just fill the circle.
+  double lineSpacing;
 };
 
 MeterMeasures measuresOf(BytesCircularMeter::Size size) {
-  if (size == BytesCircularMeter::Size::small) return {36, 9, 11};
-  return {42, 10, 13};
+  if (size == BytesCircularMeter::Size::small) return {36, 9, 11, -1.5};
+  return {42, 10, 13, -0.5};
 }
 
 View meterText(std::string_view content, double size, FontWeight weight) {
@@ -55,7 +55,8 @@ View BytesCircularMeter::body(const WidgetEnvironment& environment) const {
       meterText(formatter.unit(metrics.byteCount), measures.labelSize, FontWeight::regular));
   std::vector<View> layers;
   layers.push_back(circle(2));
-  layers.push_back(vstack(HorizontalAlignment::centre, lineSpacing, std::move(lines)).padding(5));
+  layers.push_back(
+      vstack(HorizontalAlignment::centre, measures.lineSpacing, std::move(lines)).padding(5));
   return zstack(centred, std::move(layers))
       .frame(measures.side, measures.side)
       .accessible(metrics.accessibleName + ' ' + formatter.text(metrics.byteCount));

@@ -9,6 +9,12 @@
 #include "ViewTree/Elements.h"
 
 namespace lanternfold {
+namespace {
+
+/// The icon steps aside when the lines would have less than this; lines without it get no more.
+constexpr double rowsBesideIcon = 40;
+
+}  // namespace
 
 View MissingAdapterView::body(const WidgetEnvironment& environment) const {
   const auto line = [&](const char* key) {
@@ -21,7 +27,7 @@ View MissingAdapterView::body(const WidgetEnvironment& environment) const {
   lines.push_back(line("This adapter is not present now."));
   lines.push_back(line("Its card comes back with it."));
   FrameNode rows;
-  rows.width.ideal = 40;
+  rows.width.ideal = rowsBesideIcon;
   rows.width.maximum = unlimited;
   rows.alignment = topLeading;
   View explanation = vstack(HorizontalAlignment::leading, 4, std::move(lines)).frame(rows);
@@ -30,8 +36,10 @@ View MissingAdapterView::body(const WidgetEnvironment& environment) const {
   parts.push_back(explanation);
   std::vector<View> choices;
   choices.push_back(hstack(VerticalAlignment::centre, 5, std::move(parts)));
-  choices.push_back(std::move(explanation));
-  return firstThatFits(std::move(choices));
+  FrameNode alone;
+  alone.width.maximum = rowsBesideIcon;
+  choices.push_back(std::move(explanation).frame(alone));
+  return firstThatFits(FitAxes::horizontal, std::move(choices));
 }
 
 }  // namespace lanternfold

@@ -10,7 +10,9 @@
 namespace lanternfold {
 namespace {
 
-constexpr double rowSpacing = 4;
+/// The space between rows where they all have room, and where they have not.
+constexpr double wideRowSpacing = 9;
+constexpr double narrowRowSpacing = 4;
 
 }  // namespace
 
@@ -20,8 +22,12 @@ View NetworkSourceListView::body(const WidgetEnvironment& environment) const {
   for (std::size_t index = 0; index < std::min(items.size(), rowLimit); ++index) {
     rows.push_back(SourceListItemView{items[index], index == 0}.body());
   }
+  std::vector<View> spacings;
+  for (const double spacing : {wideRowSpacing, narrowRowSpacing}) {
+    spacings.push_back(vstack(HorizontalAlignment::leading, spacing, rows));
+  }
   std::vector<View> columns;
-  columns.push_back(vstack(HorizontalAlignment::leading, rowSpacing, std::move(rows)));
+  columns.push_back(firstThatFits(FitAxes::vertical, std::move(spacings)));
   FrameNode frame;
   frame.width.maximum = unlimited;
   frame.alignment = alignment;

@@ -15,7 +15,7 @@ constexpr double spacing = 5;
 /// The meters step aside when less than this is left for the rows. A card without meters gives its
 /// rows no more, so that a row never loses a letter when the card grows and the meters come in.
 constexpr double rowsBesideMeters = 180;
-/// The icon steps aside when the rows would have less than this.
+/// The icon steps aside when the rows would have less than this; rows without it get no more.
 constexpr double rowsBesideIcon = 40;
 
 View rowsIn(View rows, FrameLength width) {
@@ -54,8 +54,10 @@ View NetworkSourceView::body(const WidgetEnvironment& environment) const {
     width.maximum = rowsBesideMeters;
   }
   choices.push_back(sideBySide(direction, icon, rowsIn(rows, width)));
-  choices.push_back(rowsIn(rows, {}));
-  return firstThatFits(std::move(choices)).accessible(displayNameOf(source));
+  FrameLength alone;
+  alone.maximum = rowsBesideIcon;
+  choices.push_back(rowsIn(rows, alone));
+  return firstThatFits(FitAxes::horizontal, std::move(choices)).accessible(displayNameOf(source));
 }
 
 }  // namespace lanternfold

@@ -26,7 +26,7 @@ View refreshButtonInCorner(const WidgetEnvironment& environment) {
   corner.width.maximum = unlimited;
   corner.height.maximum = unlimited;
   corner.alignment = bottomLeading;
-  return firstThatFits(std::move(choices)).frame(corner);
+  return firstThatFits(FitAxes::both, std::move(choices)).frame(corner);
 }
 
 }  // namespace lanternfold

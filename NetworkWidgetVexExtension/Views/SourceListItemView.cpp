@@ -11,10 +11,12 @@ namespace lanternfold {
 
 Truncation truncationOf(std::string_view value) {
   const std::string_view firstWord = value.substr(0, value.find(' '));
-  const bool hasSeparator = firstWord.find_first_of(".:") != std::string_view::npos;
-  const bool isNumeric =
-      firstWord.find_first_not_of("0123456789abcdefABCDEF.:/") == std::string_view::npos;
-  return hasSeparator && isNumeric ? Truncation::middle : Truncation::tail;
+  const auto consistsOf = [firstWord](std::string_view characters) {
+    return firstWord.find_first_not_of(characters) == std::string_view::npos;
+  };
+  const bool isDotted = firstWord.contains('.') && consistsOf("0123456789./");
+  const bool isColonSeparated = firstWord.contains(':') && consistsOf("0123456789abcdefABCDEF.:/");
+  return isDotted || isColonSeparated ? Truncation::middle : Truncation::tail;
 }
 
 View SourceListItemView::body() const {
@@ -31,7 +33,7 @@ View SourceListItemView::body() const {
   std::vector<View> choices;
   choices.push_back(std::move(whole));
   choices.push_back(value);
-  return firstThatFits(std::move(choices));
+  return firstThatFits(FitAxes::horizontal, std::move(choices));
 }
 
 }  // namespace lanternfold

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <map>
+#include <vector>
 
 namespace lanternfold {
 
@@ -150,20 +150,6 @@ std::optional<std::string> adapterName(const HardwareNames& names) {
   std::string name = joined(words);
   shorten(name);
   return name;
-}
-
-void disambiguate(std::vector<NamedAdapter>& adapters) {
-  std::map<std::string, int> occurrences;
-  for (const NamedAdapter& adapter : adapters) {
-    if (adapter.humanName) {
-      ++occurrences[*adapter.humanName];
-    }
-  }
-  for (NamedAdapter& adapter : adapters) {
-    if (adapter.humanName && occurrences[*adapter.humanName] > 1) {
-      *adapter.humanName += " (" + adapter.kernelName + ")";
-    }
-  }
 }
 
 }  // namespace lanternfold

@@ -6,7 +6,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace lanternfold {
 
@@ -22,16 +21,5 @@ struct HardwareNames {
 /// vendor gives in brackets stands for it. Plain text of at most 96 bytes; none without a model,
 /// since a vendor alone names nothing.
 [[nodiscard]] std::optional<std::string> adapterName(const HardwareNames& names);
-
-/// An adapter's kernel name with its human name, if it has one.
-struct NamedAdapter {
-  std::string kernelName;
-  std::optional<std::string> humanName;
-  friend bool operator==(const NamedAdapter&, const NamedAdapter&) = default;
-};
-
-/// Adds the kernel's name to every human name that occurs more than once: "… (enp3s0)". The
-/// kernel's name stays with the adapter from one day to the next, a number would not.
-void disambiguate(std::vector<NamedAdapter>& adapters);
 
 }  // namespace lanternfold

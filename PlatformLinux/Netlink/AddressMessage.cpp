@@ -21,6 +21,8 @@ constexpr AttributeTable addressTable(std::array{
     bytesAttribute(IFA_LOCAL, "IFA_LOCAL", 1, longestAddress),
 });
 
+using AddressAttributes = decltype(addressTable)::Attributes;
+
 template <typename Bytes>
 Bytes maskOfPrefix(std::uint8_t prefixLength) {
   Bytes mask{};
@@ -40,7 +42,7 @@ std::optional<SocketAddress> netmaskOf(const SocketAddress& address, std::uint8_
 
 // On a point-to-point link IFA_ADDRESS is the other end, and IFA_LOCAL this one; elsewhere both are
 // this machine's address, and for IPv6 only IFA_ADDRESS is sent.
-std::optional<DecodeError> readAddress(std::uint8_t family, const AttributeSet& attributes,
+std::optional<DecodeError> readAddress(std::uint8_t family, const AddressAttributes& attributes,
                                        AddressMessage& message) {
   const bool hasLocal = attributes.has(IFA_LOCAL);
   const auto bytes = attributes.bytes(hasLocal ? IFA_LOCAL : IFA_ADDRESS);

@@ -25,58 +25,40 @@ std::optional<DecodeProblem> problemOf(const AttributePolicy& policy,
   return std::nullopt;
 }
 
+std::optional<DecodeError> missingAttribute(std::span<const AttributePolicy> policies,
+                                            std::uint32_t present) {
+  for (std::size_t slot = 0; slot < policies.size(); ++slot) {
+    const bool isRequired = policies[slot].presence == AttributePresence::required;
+    if (isRequired && (present >> slot & 1U) == 0) {
+      return DecodeError{DecodeProblem::missing, policies[slot].name};
+    }
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
-std::optional<std::string_view> AttributeSet::text(int type) const {
-  const auto value = bytes(type);
-  if (!value) return std::nullopt;
-  const auto end = std::ranges::find(*value, 0);
-  return std::string_view(reinterpret_cast<const char*>(value->data()),
-                          static_cast<std::size_t>(end - value->begin()));
-}
-
-std::size_t AttributeSet::slot(int type) const {
-  const auto position = static_cast<std::size_t>(type);
-  if (position >= slots_->size() || (*slots_)[position] == AttributeTable::noSlot) {
-    fatalError("a decoder asked for an attribute that its table does not list");
-  }
-  return (*slots_)[position];
-}
-
-std::expected<AttributeSet, DecodeError> AttributeTable::parse(
-    std::span<const std::uint8_t> bytes) const {
-  AttributeSet attributes(slots_);
+std::optional<DecodeError> walkAttributes(std::span<const std::uint8_t> bytes,
+                                          std::span<const AttributePolicy> policies,
+                                          const AttributeSlots& slots, std::uint32_t& present,
+                                          std::span<std::span<const std::uint8_t>> values) {
   ByteReader reader(bytes);
   while (!reader.empty()) {
     const auto header = reader.read<nlattr>();
-    if (!header) return std::unexpected(DecodeError{DecodeProblem::truncated, "nlattr"});
-    if (header->nla_len < sizeof(nlattr)) {
-      return std::unexpected(DecodeError{DecodeProblem::badLength, "nlattr"});
-    }
+    if (!header) return DecodeError{DecodeProblem::truncated, "nlattr"};
+    if (header->nla_len < sizeof(nlattr)) return DecodeError{DecodeProblem::badLength, "nlattr"};
     const auto value = reader.take(header->nla_len - sizeof(nlattr));
-    if (!value) return std::unexpected(DecodeError{DecodeProblem::truncated, "nlattr"});
+    if (!value) return DecodeError{DecodeProblem::truncated, "nlattr"};
     reader.skipUpTo(padding(header->nla_len));
-    const auto type = static_cast<std::uint16_t>(header->nla_type & NLA_TYPE_MASK);
-    if (const auto error = storeAttribute(type, *value, attributes)) return std::unexpected(*error);
+    const std::size_t slot = slots.of(static_cast<std::uint16_t>(header->nla_type & NLA_TYPE_MASK));
+    if (slot == AttributeSlots::noSlot) continue;
+    const AttributePolicy& policy = policies[slot];
+    if ((present >> slot & 1U) != 0) return DecodeError{DecodeProblem::duplicate, policy.name};
+    if (const auto problem = problemOf(policy, *value)) return DecodeError{*problem, policy.name};
+    present |= 1U << slot;
+    values[slot] = *value;
   }
-  for (std::size_t slot = 0; slot < count_; ++slot) {
-    if (policies_[slot].presence == AttributePresence::required && !attributes.stored(slot)) {
-      return std::unexpected(DecodeError{DecodeProblem::missing, policies_[slot].name});
-    }
-  }
-  return attributes;
-}
-
-std::optional<DecodeError> AttributeTable::storeAttribute(std::uint16_t type,
-                                                          std::span<const std::uint8_t> value,
-                                                          AttributeSet& attributes) const {
-  const std::uint8_t slot = type < slots_.size() ? slots_[type] : noSlot;
-  if (slot == noSlot) return std::nullopt;
-  const AttributePolicy& policy = policies_[slot];
-  if (attributes.stored(slot)) return DecodeError{DecodeProblem::duplicate, policy.name};
-  if (const auto problem = problemOf(policy, value)) return DecodeError{*problem, policy.name};
-  attributes.store(slot, value);
-  return std::nullopt;
+  return missingAttribute(policies, present);
 }
 
 }  // namespace lanternfold

@@ -15,6 +15,7 @@
 
 #include "PlatformLinux/Netlink/ByteReader.h"
 #include "PlatformLinux/Netlink/DecodeError.h"
+#include "Support/FatalError.h"
 
 namespace lanternfold {
 
@@ -78,69 +79,107 @@ template <typename Number>
 /// The bytes of one attribute; none when it was not there.
 using AttributeBytes = std::optional<std::span<const std::uint8_t>>;
 
-/// The attributes of one message that passed a table: sizes are as the table says.
-class AttributeSet {
+/// Where each attribute number of a table stands in it.
+class AttributeSlots {
  public:
-  /// The most attributes a table may list, and one more than the highest number it may list.
-  static constexpr std::size_t maximumCount = 24;
   static constexpr std::size_t maximumType = 96;
-  using Slots = std::array<std::uint8_t, maximumType>;
-
-  explicit AttributeSet(const Slots& slots) : slots_(&slots) {}
-
-  [[nodiscard]] bool has(int type) const { return bytes(type).has_value(); }
-  [[nodiscard]] AttributeBytes bytes(int type) const { return values_[slot(type)]; }
-  /// A number in this machine's byte order.
-  template <typename Number>
-  [[nodiscard]] std::optional<Number> number(int type) const {
-    const auto value = bytes(type);
-    return value ? ByteReader(*value).read<Number>() : std::nullopt;
-  }
-  /// Text up to its terminator; lives as long as the message.
-  [[nodiscard]] std::optional<std::string_view> text(int type) const;
-
-  void store(std::size_t slot, std::span<const std::uint8_t> value) { values_[slot] = value; }
-  [[nodiscard]] bool stored(std::size_t slot) const { return values_[slot].has_value(); }
-
- private:
-  [[nodiscard]] std::size_t slot(int type) const;
-
-  const Slots* slots_;
-  std::array<AttributeBytes, maximumCount> values_;
-};
-
-class AttributeTable {
- public:
   static constexpr std::uint8_t noSlot = 0xFF;
 
-  /// `policies` are in any order, each type once; both are checked by the compiler.
-  template <std::size_t Count>
+  constexpr AttributeSlots() { slots_.fill(noSlot); }
+
+  constexpr void set(std::uint16_t type, std::size_t slot) {
+    slots_.at(type) = static_cast<std::uint8_t>(slot);
+  }
+  /// `noSlot` for a number that the table does not list.
+  [[nodiscard]] constexpr std::uint8_t of(std::uint16_t type) const {
+    return type < maximumType ? slots_[type] : noSlot;
+  }
+
+ private:
+  std::array<std::uint8_t, maximumType> slots_{};
+};
+
+/// The attributes of one message that passed a table of `Count`: sizes are as the table says. Views
+/// of the message, and valid as long as its bytes.
+template <std::size_t Count>
+class AttributeSet {
+ public:
+  explicit AttributeSet(const AttributeSlots& slots) : slots_(&slots) {}
+
+  [[nodiscard]] bool has(std::uint16_t type) const { return (present_ >> slot(type) & 1U) != 0; }
+  [[nodiscard]] AttributeBytes bytes(std::uint16_t type) const {
+    return has(type) ? AttributeBytes(values_[slot(type)]) : std::nullopt;
+  }
+  /// A number in this machine's byte order.
+  template <typename Number>
+  [[nodiscard]] std::optional<Number> number(std::uint16_t type) const {
+    return has(type) ? ByteReader(values_[slot(type)]).read<Number>() : std::nullopt;
+  }
+  /// Text up to its terminator.
+  [[nodiscard]] std::optional<std::string_view> text(std::uint16_t type) const {
+    if (!has(type)) return std::nullopt;
+    const auto* begin = reinterpret_cast<const char*>(values_[slot(type)].data());
+    const std::string_view bytes(begin, values_[slot(type)].size());
+    return bytes.substr(0, bytes.find('\0'));
+  }
+
+ private:
+  template <std::size_t>
+  friend class AttributeTable;
+
+  [[nodiscard]] std::size_t slot(std::uint16_t type) const {
+    const std::size_t position = slots_->of(type);
+    if (position == AttributeSlots::noSlot) {
+      fatalError("a decoder asked for an attribute that its table does not list");
+    }
+    return position;
+  }
+
+  const AttributeSlots* slots_;
+  std::uint32_t present_ = 0;  // a bit for each slot
+  std::array<std::span<const std::uint8_t>, Count> values_;
+};
+
+/// The walk that every table shares. Writes the value of each attribute that `policies` lists into
+/// its slot and marks it in `present`; the error is that of `AttributeTable::parse`.
+[[nodiscard]] std::optional<DecodeError> walkAttributes(
+    std::span<const std::uint8_t> bytes, std::span<const AttributePolicy> policies,
+    const AttributeSlots& slots, std::uint32_t& present,
+    std::span<std::span<const std::uint8_t>> values);
+
+template <std::size_t Count>
+class AttributeTable {
+ public:
+  using Attributes = AttributeSet<Count>;
+
+  static_assert(Count <= 32, "the set of attributes keeps a bit for each");
+
+  /// `policies` stand in any order, each number once.
   consteval explicit AttributeTable(const std::array<AttributePolicy, Count>& policies)
-      : count_(Count) {
-    static_assert(Count <= AttributeSet::maximumCount);
-    slots_.fill(noSlot);
-    for (std::size_t position = 0; position < Count; ++position) {
-      policies_[position] = policies[position];
-      std::uint8_t& slot = slots_[policies[position].type];
-      if (slot != noSlot) throw "an attribute stands twice in a table";
-      slot = static_cast<std::uint8_t>(position);
+      : policies_(policies) {
+    for (std::size_t slot = 0; slot < Count; ++slot) {
+      if (slots_.of(policies[slot].type) != AttributeSlots::noSlot) {
+        throw "an attribute stands twice in a table";
+      }
+      slots_.set(policies[slot].type, slot);
     }
   }
 
   /// Walks `bytes` as attributes. Those that are not in the table are skipped; the flag bits of the
   /// type (nested, network byte order) are masked. Errors name the attribute: duplicate, wrongSize,
   /// missing, badValue (a text without a terminator); or the header "nlattr": truncated, badLength.
-  [[nodiscard]] std::expected<AttributeSet, DecodeError> parse(
-      std::span<const std::uint8_t> bytes) const;
+  [[nodiscard]] std::expected<AttributeSet<Count>, DecodeError> parse(
+      std::span<const std::uint8_t> bytes) const {
+    AttributeSet<Count> attributes(slots_);
+    const auto error =
+        walkAttributes(bytes, policies_, slots_, attributes.present_, attributes.values_);
+    if (error) return std::unexpected(*error);
+    return attributes;
+  }
 
  private:
-  [[nodiscard]] std::optional<DecodeError> storeAttribute(std::uint16_t type,
-                                                          std::span<const std::uint8_t> value,
-                                                          AttributeSet& attributes) const;
-
-  std::size_t count_ = 0;
-  std::array<AttributePolicy, AttributeSet::maximumCount> policies_{};
-  AttributeSet::Slots slots_{};
+  std::array<AttributePolicy, Count> policies_;
+  AttributeSlots slots_;
 };
 
 }  // namespace lanternfold

@@ -27,6 +27,8 @@ constexpr AttributeTable linkModesTable(std::array{
     numberAttribute<std::uint32_t>(ETHTOOL_A_LINKMODES_SPEED, "ETHTOOL_A_LINKMODES_SPEED"),
 });
 
+using LinkModesAttributes = decltype(linkModesTable)::Attributes;
+
 constexpr AttributeTable headerTable(std::array{
     numberAttribute<std::uint32_t>(ETHTOOL_A_HEADER_DEV_INDEX, "ETHTOOL_A_HEADER_DEV_INDEX",
                                    AttributePresence::required),
@@ -57,8 +59,9 @@ class GenericRequest {
   nlmsghdr* header_;
 };
 
-std::expected<AttributeSet, DecodeError> genericAttributes(const NetlinkMessage& message,
-                                                           const AttributeTable& table) {
+template <std::size_t Count>
+std::expected<AttributeSet<Count>, DecodeError> genericAttributes(
+    const NetlinkMessage& message, const AttributeTable<Count>& table) {
   ByteReader reader(message.payload);
   if (!reader.read<genlmsghdr>()) {
     return std::unexpected(DecodeError{DecodeProblem::truncated, "genlmsghdr"});
@@ -66,7 +69,7 @@ std::expected<AttributeSet, DecodeError> genericAttributes(const NetlinkMessage&
   return table.parse(reader.takeRest());
 }
 
-std::expected<std::uint32_t, DecodeError> interfaceIndexOf(const AttributeSet& attributes) {
+std::expected<std::uint32_t, DecodeError> interfaceIndexOf(const LinkModesAttributes& attributes) {
   const auto nested = attributes.bytes(ETHTOOL_A_LINKMODES_HEADER);
   if (!nested) {
     return std::unexpected(DecodeError{DecodeProblem::missing, "ETHTOOL_A_LINKMODES_HEADER"});

@@ -18,33 +18,6 @@ std::uint8_t typeCodeOf(std::uint16_t hardwareType) {
   return otherTypeCode;
 }
 
-// Widens or narrows each counter; narrowing keeps the low bits, as the kernel's own 32-bit block.
-template <typename Number, typename Source>
-BasicLinkCounters<Number> converted(const BasicLinkCounters<Source>& counters) {
-  return {.receivedPackets = static_cast<Number>(counters.receivedPackets),
-          .sentPackets = static_cast<Number>(counters.sentPackets),
-          .receivedBytes = static_cast<Number>(counters.receivedBytes),
-          .sentBytes = static_cast<Number>(counters.sentBytes),
-          .receivedErrors = static_cast<Number>(counters.receivedErrors),
-          .sentErrors = static_cast<Number>(counters.sentErrors),
-          .receivedDropped = static_cast<Number>(counters.receivedDropped),
-          .sentDropped = static_cast<Number>(counters.sentDropped),
-          .multicast = static_cast<Number>(counters.multicast),
-          .collisions = static_cast<Number>(counters.collisions)};
-}
-
-LinkCounters64 widestCountersOf(const LinkMessage& link) {
-  if (link.counters64) return *link.counters64;
-  if (link.counters32) return converted<std::uint64_t>(*link.counters32);
-  return {};
-}
-
-LinkCounters32 narrowCountersOf(const LinkMessage& link) {
-  if (link.counters32) return *link.counters32;
-  if (link.counters64) return converted<std::uint32_t>(*link.counters64);
-  return {};
-}
-
 }  // namespace
 
 LinkRecord linkRecordOf(LinkMessage link) {

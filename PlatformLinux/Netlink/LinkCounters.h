@@ -5,8 +5,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
-#include <span>
 
 namespace lanternfold {
 
@@ -25,6 +23,21 @@ struct BasicLinkCounters {
   Number collisions = 0;
   friend bool operator==(const BasicLinkCounters&, const BasicLinkCounters&) = default;
 };
+
+/// Widens or narrows each counter; narrowing keeps the low bits, as the kernel's own 32-bit block.
+template <typename Number, typename Source>
+[[nodiscard]] BasicLinkCounters<Number> countersAs(const BasicLinkCounters<Source>& counters) {
+  return {.receivedPackets = static_cast<Number>(counters.receivedPackets),
+          .sentPackets = static_cast<Number>(counters.sentPackets),
+          .receivedBytes = static_cast<Number>(counters.receivedBytes),
+          .sentBytes = static_cast<Number>(counters.sentBytes),
+          .receivedErrors = static_cast<Number>(counters.receivedErrors),
+          .sentErrors = static_cast<Number>(counters.sentErrors),
+          .receivedDropped = static_cast<Number>(counters.receivedDropped),
+          .sentDropped = static_cast<Number>(counters.sentDropped),
+          .multicast = static_cast<Number>(counters.multicast),
+          .collisions = static_cast<Number>(counters.collisions)};
+}
 
 using LinkCounters32 = BasicLinkCounters<std::uint32_t>;
 using LinkCounters64 = BasicLinkCounters<std::uint64_t>;

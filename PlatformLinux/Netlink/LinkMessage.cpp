@@ -32,6 +32,8 @@ constexpr AttributeTable linkTable(std::array{
     flagAttribute(IFLA_WIRELESS, "IFLA_WIRELESS"),
 });
 
+using LinkAttributes = decltype(linkTable)::Attributes;
+
 constexpr AttributeTable linkInfoTable(std::array{
     textAttribute(IFLA_INFO_KIND, "IFLA_INFO_KIND", longestDeviceText),
     textAttribute(IFLA_INFO_SLAVE_KIND, "IFLA_INFO_SLAVE_KIND", longestDeviceText),
@@ -57,7 +59,7 @@ std::optional<DecodeError> readHeader(ByteReader& reader, LinkMessage& link) {
   return std::nullopt;
 }
 
-std::optional<DecodeError> readLinkInfo(const AttributeSet& attributes, LinkMessage& link) {
+std::optional<DecodeError> readLinkInfo(const LinkAttributes& attributes, LinkMessage& link) {
   const auto nested = attributes.bytes(IFLA_LINKINFO);
   if (!nested) return std::nullopt;
   const auto info = linkInfoTable.parse(*nested);
@@ -67,7 +69,7 @@ std::optional<DecodeError> readLinkInfo(const AttributeSet& attributes, LinkMess
   return std::nullopt;
 }
 
-std::optional<DecodeError> readAttributes(const AttributeSet& attributes, LinkMessage& link) {
+std::optional<DecodeError> readAttributes(const LinkAttributes& attributes, LinkMessage& link) {
   const std::string_view name = attributes.text(IFLA_IFNAME).value_or("");
   if (!isTrustworthyInterfaceName(name)) {
     return DecodeError{DecodeProblem::badValue, "IFLA_IFNAME"};
@@ -93,6 +95,18 @@ std::optional<DecodeError> readAttributes(const AttributeSet& attributes, LinkMe
 }  // namespace
 
 bool LinkMessage::describesLink() const { return family == AF_UNSPEC && !hasWirelessEvent; }
+
+LinkCounters64 widestCountersOf(const LinkMessage& link) {
+  if (link.counters64) return *link.counters64;
+  if (link.counters32) return countersAs<std::uint64_t>(*link.counters32);
+  return {};
+}
+
+LinkCounters32 narrowCountersOf(const LinkMessage& link) {
+  if (link.counters32) return *link.counters32;
+  if (link.counters64) return countersAs<std::uint32_t>(*link.counters64);
+  return {};
+}
 
 std::expected<LinkMessage, DecodeError> decodeLinkMessage(const NetlinkMessage& message) {
   if (message.type != RTM_NEWLINK && message.type != RTM_DELLINK) {

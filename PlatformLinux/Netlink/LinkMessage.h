@@ -54,6 +54,11 @@ struct LinkMessage {
   friend bool operator==(const LinkMessage&, const LinkMessage&) = default;
 };
 
+/// The link's counters as they came in 64 bits, else those of 32 bits widened, else zeros.
+[[nodiscard]] LinkCounters64 widestCountersOf(const LinkMessage& link);
+/// The counters as they came in 32 bits, else those of 64 bits modulo 2^32, else zeros.
+[[nodiscard]] LinkCounters32 narrowCountersOf(const LinkMessage& link);
+
 /// Errors name the header or attribute; a message of another type is wrongMessage "nlmsg_type".
 [[nodiscard]] std::expected<LinkMessage, DecodeError> decodeLinkMessage(
     const NetlinkMessage& message);

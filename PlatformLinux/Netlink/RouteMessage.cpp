@@ -25,6 +25,8 @@ constexpr AttributeTable routeTable(std::array{
     numberAttribute<std::uint32_t>(RTA_TABLE, "RTA_TABLE"),
 });
 
+using RouteAttributes = decltype(routeTable)::Attributes;
+
 constexpr AttributeTable hopTable(std::array{
     bytesAttribute(RTA_GATEWAY, "RTA_GATEWAY", 1, longestAddress),
     bytesAttribute(RTA_VIA, "RTA_VIA", sizeof(rtvia), sizeof(rtvia) + longestAddress),
@@ -37,8 +39,9 @@ SocketAddress anyAddress(std::uint8_t family) {
 }
 
 // RTA_VIA names a gateway of another family than the route's own: a family, then the address.
-std::expected<std::optional<SocketAddress>, DecodeError> gatewayOf(std::uint8_t family,
-                                                                   const AttributeSet& attributes) {
+template <std::size_t Count>
+std::expected<std::optional<SocketAddress>, DecodeError> gatewayOf(
+    std::uint8_t family, const AttributeSet<Count>& attributes) {
   if (const auto bytes = attributes.bytes(RTA_GATEWAY)) {
     return socketAddressOf(family, *bytes, "RTA_GATEWAY");
   }
@@ -81,7 +84,7 @@ std::expected<std::vector<RouteHop>, DecodeError> decodeHops(std::uint8_t family
 }
 
 std::expected<std::vector<RouteHop>, DecodeError> hopsOf(std::uint8_t family,
-                                                         const AttributeSet& attributes) {
+                                                         const RouteAttributes& attributes) {
   if (const auto multipath = attributes.bytes(RTA_MULTIPATH)) {
     return decodeHops(family, *multipath);
   }
@@ -90,7 +93,7 @@ std::expected<std::vector<RouteHop>, DecodeError> hopsOf(std::uint8_t family,
   return std::vector{RouteHop{*gateway, attributes.number<std::uint32_t>(RTA_OIF).value_or(0)}};
 }
 
-std::optional<DecodeError> readAttributes(const AttributeSet& attributes, RouteMessage& route) {
+std::optional<DecodeError> readAttributes(const RouteAttributes& attributes, RouteMessage& route) {
   if (const auto bytes = attributes.bytes(RTA_DST)) {
     const auto destination = socketAddressOf(route.family, *bytes, "RTA_DST");
     if (!destination) return destination.error();

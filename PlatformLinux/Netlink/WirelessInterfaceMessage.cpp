@@ -39,8 +39,9 @@ NetlinkRequest genericRequest(std::uint16_t type, std::uint16_t flags, std::uint
   return request;
 }
 
-std::expected<AttributeSet, DecodeError> attributesOf(const NetlinkMessage& message,
-                                                      const AttributeTable& table) {
+template <std::size_t Count>
+std::expected<AttributeSet<Count>, DecodeError> attributesOf(const NetlinkMessage& message,
+                                                             const AttributeTable<Count>& table) {
   ByteReader reader(message.payload);
   if (!reader.read<genlmsghdr>()) {
     return std::unexpected(DecodeError{DecodeProblem::truncated, "genlmsghdr"});

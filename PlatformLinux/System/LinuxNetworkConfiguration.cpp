@@ -1,37 +1,12 @@
 #include "PlatformLinux/System/LinuxNetworkConfiguration.h"
 
-#include <algorithm>
-#include <tuple>
 #include <utility>
 
+#include "PlatformLinux/Adapters/AdapterList.h"
 #include "PlatformLinux/Adapters/AdapterNames.h"
 #include "PlatformLinux/Adapters/ScopedAddress.h"
 
 namespace lanternfold {
-
-namespace {
-
-int placeOf(ConfiguredInterfaceType type) {
-  switch (type) {
-    case ConfiguredInterfaceType::ethernet:
-      return 0;
-    case ConfiguredInterfaceType::ieee80211:
-      return 1;
-    case ConfiguredInterfaceType::bluetooth:
-      return 2;
-    case ConfiguredInterfaceType::other:
-      break;
-  }
-  return 3;
-}
-
-/// By type, then by name.
-bool comesBefore(const SurveyedLink& one, const SurveyedLink& other) {
-  return std::tuple(placeOf(*one.linkClass.configuredType), std::string_view(one.link.name)) <
-         std::tuple(placeOf(*other.linkClass.configuredType), std::string_view(other.link.name));
-}
-
-}  // namespace
 
 LinuxNetworkConfiguration::LinuxNetworkConfiguration(const HardwareDatabase& database,
                                                      DeviceTree tree)
@@ -45,22 +20,16 @@ std::optional<std::string> LinuxNetworkConfiguration::humanName(const LinkMessag
 }
 
 std::vector<ConfiguredInterface> LinuxNetworkConfiguration::allInterfaces() const {
-  auto links = survey_.allLinks();
+  const auto links = survey_.allLinks();
   if (!links) return {};
-  std::erase_if(*links, [](const SurveyedLink& each) { return !each.linkClass.configuredType; });
-  std::sort(links->begin(), links->end(), comesBefore);
-  std::vector<NamedAdapter> names;
+  std::vector<ConfiguredInterface> adapters;
   for (const SurveyedLink& each : *links) {
-    names.push_back({.kernelName = each.link.name, .humanName = humanName(each.link)});
+    const auto type = each.linkClass.configuredType;
+    if (!type) continue;
+    adapters.push_back(
+        {.bsdName = each.link.name, .type = type, .localizedDisplayName = humanName(each.link)});
   }
-  disambiguate(names);
-  std::vector<ConfiguredInterface> interfaces;
-  for (std::size_t i = 0; i < names.size(); ++i) {
-    interfaces.push_back({.bsdName = std::move(names[i].kernelName),
-                          .type = (*links)[i].linkClass.configuredType,
-                          .localizedDisplayName = std::move(names[i].humanName)});
-  }
-  return interfaces;
+  return arrangedAdapters(std::move(adapters));
 }
 
 std::optional<PathInterfaceType> LinuxNetworkConfiguration::scopedInterfaceType(

@@ -4,32 +4,19 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "PlatformLinux/System/FileDescriptor.h"
+
 namespace lanternfold {
 
 namespace {
 
 constexpr std::size_t chunkSize = 64 * 1024;
 
-class FileDescriptor {
- public:
-  explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
-  ~FileDescriptor() {
-    if (descriptor_ >= 0) close(descriptor_);
-  }
-  FileDescriptor(const FileDescriptor&) = delete;
-  FileDescriptor& operator=(const FileDescriptor&) = delete;
-
-  [[nodiscard]] int get() const { return descriptor_; }
-
- private:
-  int descriptor_;
-};
-
 }  // namespace
 
 std::optional<std::string> readTextFile(const char* path, std::size_t maximumSize) {
   const FileDescriptor file(open(path, O_RDONLY | O_CLOEXEC));
-  if (file.get() < 0) return std::nullopt;
+  if (!file.isOpen()) return std::nullopt;
   std::string text;
   while (true) {
     const std::size_t used = text.size();

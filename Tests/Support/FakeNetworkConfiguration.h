@@ -2,6 +2,7 @@
 // scoped addresses resolve to.
 #pragma once
 
+#include <arpa/inet.h>
 #include <cstddef>
 #include <functional>
 #include <map>
@@ -38,6 +39,9 @@ class FakeNetworkConfiguration final : public NetworkConfiguration {
     scopedQuestions_.emplace_back(scopedAddress);
     const std::size_t separator = scopedAddress.find('%');
     if (separator == std::string_view::npos) return std::nullopt;
+    const std::string address(scopedAddress.substr(0, separator));
+    in_addr parsed{};
+    if (inet_pton(AF_INET, address.c_str(), &parsed) != 1) return std::nullopt;
     const auto type = scopedTypes_.find(scopedAddress.substr(separator + 1));
     return type == scopedTypes_.end() ? std::nullopt : std::optional(type->second);
   }

@@ -72,20 +72,5 @@ TEST(AdapterNames, AnEndlessNameIsCutBetweenCharacters) {
   EXPECT_EQ(*name, model.substr(0, 95));
 }
 
-TEST(AdapterNames, EqualNamesAreToldApartByTheKernelsName) {
-  std::vector<NamedAdapter> adapters = {{"enp1s0", "Intel I210"},
-                                        {"enp2s0", "Intel I211"},
-                                        {"enp3s0", "Intel I210"},
-                                        {"eth0", {}},
-                                        {"eth1", {}}};
-  disambiguate(adapters);
-  const std::vector<NamedAdapter> expected = {{"enp1s0", "Intel I210 (enp1s0)"},
-                                              {"enp2s0", "Intel I211"},
-                                              {"enp3s0", "Intel I210 (enp3s0)"},
-                                              {"eth0", {}},
-                                              {"eth1", {}}};
-  EXPECT_EQ(adapters, expected);
-}
-
 }  // namespace
 }  // namespace lanternfold

@@ -1,0 +1,119 @@
+// Counters and the interface walk against the bare kernel dumps, at 8, 1,000 and 10,000 links, each
+// size in a network namespace of its own.
+#include <cstdio>
+#include <string>
+#include <sys/socket.h>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+
+#include "Benchmarks/BareDump.h"
+#include "Benchmarks/BenchmarkNamespace.h"
+#include "Benchmarks/RatioTable.h"
+#include "NetBase/LiteralInterfaceNaming.h"
+#include "NetBase/SNUtils.h"
+#include "PlatformLinux/System/LinuxConnectionMetricsReader.h"
+#include "PlatformLinux/System/LinuxNetworkKernel.h"
+#include "PlatformLinux/System/LinuxResolverConfiguration.h"
+#include "Support/FatalError.h"
+
+namespace lanternfold {
+
+namespace {
+
+constexpr std::size_t linkCounts[] = {8, 1'000, 10'000};
+constexpr int repetitions = 7;
+constexpr double counterAim = 1.3;
+constexpr double walkAim = 1.5;
+
+class SilentLog final : public DiagnosticLog {
+ public:
+  void line(std::string_view /*text*/) override {}
+};
+
+void bareCounters(benchmark::State& state) {
+  BareDump dump;
+  const NetlinkRequest request = statisticsDumpRequest();
+  for (auto iteration : state) benchmark::DoNotOptimize(dump.run(request));
+}
+
+void readCounters(benchmark::State& state, std::size_t linkCount) {
+  LinuxConnectionMetricsReader reader;
+  for (auto iteration : state) {
+    const auto metrics = reader.read();
+    if (!metrics || metrics->size() != linkCount) fatalError("the reader left links out");
+    benchmark::DoNotOptimize(metrics->value(0).recvBytes);
+  }
+  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(linkCount));
+}
+
+void bareTables(benchmark::State& state) {
+  BareDump dump;
+  const std::vector requests = {linkDumpRequest(), addressDumpRequest(), routeDumpRequest(AF_INET)};
+  for (auto iteration : state) {
+    for (const NetlinkRequest& request : requests) benchmark::DoNotOptimize(dump.run(request));
+  }
+}
+
+void readTables(benchmark::State& state, std::size_t linkCount) {
+  const LinuxNetworkKernel kernel;
+  for (auto iteration : state) {
+    const auto reading = kernel.beginReading();
+    if (reading->addressEntries().value().size() < linkCount) fatalError("links are missing");
+    benchmark::DoNotOptimize(reading->linkRecords().value().size());
+    benchmark::DoNotOptimize(reading->routes(RouteFamily::ipv4).value().size());
+  }
+}
+
+void walkInterfaces(benchmark::State& state, std::size_t linkCount) {
+  const LinuxNetworkKernel kernel;
+  const LinuxResolverConfiguration resolver;
+  const LiteralInterfaceNaming naming;
+  SilentLog log;
+  const SNUtils utilities(kernel, resolver, naming, log);
+  for (auto iteration : state) {
+    const auto interfaces = utilities.inetInterfacesWithPrefix(std::nullopt, std::nullopt);
+    if (interfaces.size() != linkCount) fatalError("the walk left links out");
+  }
+  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(linkCount));
+}
+
+template <typename Work>
+void add(const std::string& name, Work work) {
+  benchmark::RegisterBenchmark(name.c_str(), work)
+      ->Unit(benchmark::kMicrosecond)
+      ->UseRealTime()
+      ->Repetitions(repetitions);
+}
+
+void measure(std::size_t linkCount, RatioTable& reporter, std::vector<RatioTable::Row>& rows) {
+  const std::string suffix = "/" + std::to_string(linkCount);
+  add("counters-bare" + suffix, bareCounters);
+  add("counters" + suffix, [=](benchmark::State& state) { readCounters(state, linkCount); });
+  add("walk-bare" + suffix, bareTables);
+  add("tables" + suffix, [=](benchmark::State& state) { readTables(state, linkCount); });
+  add("walk" + suffix, [=](benchmark::State& state) { walkInterfaces(state, linkCount); });
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  benchmark::ClearRegisteredBenchmarks();
+  const std::string links = std::to_string(linkCount) + " links";
+  rows.push_back({"counters, " + links, "counters" + suffix, "counters-bare" + suffix, counterAim});
+  rows.push_back({"kernel tables, " + links, "tables" + suffix, "walk-bare" + suffix, walkAim});
+  rows.push_back({"interface walk, " + links, "walk" + suffix, "walk-bare" + suffix, walkAim});
+}
+
+}  // namespace
+
+}  // namespace lanternfold
+
+int main(int argumentCount, char** arguments) {
+  benchmark::Initialize(&argumentCount, arguments);
+  lanternfold::RatioTable reporter;
+  std::vector<lanternfold::RatioTable::Row> rows;
+  for (const std::size_t linkCount : lanternfold::linkCounts) {
+    if (!lanternfold::enterBenchmarkNamespace(linkCount)) return 1;
+    lanternfold::measure(linkCount, reporter, rows);
+  }
+  reporter.print(rows);
+  benchmark::Shutdown();
+  return 0;
+}

@@ -1,0 +1,36 @@
+// Collects the fastest time of each benchmark and prints what the product costs as a multiple of
+// its baseline.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+
+namespace lanternfold {
+
+/// The fastest of all repetitions counts: what other programs take away from a run only ever makes
+/// it slower.
+class RatioTable final : public benchmark::ConsoleReporter {
+ public:
+  RatioTable() : ConsoleReporter(OO_None) {}
+
+  void ReportRuns(const std::vector<Run>& runs) override;
+
+  /// One line of the final table.
+  struct Row {
+    std::string title;
+    std::string subject;   ///< name of the product's benchmark
+    std::string baseline;  ///< name of its baseline's
+    double aim = 0;
+  };
+
+  /// Rows of which one side was filtered away are left out.
+  void print(const std::vector<Row>& rows) const;
+
+ private:
+  std::map<std::string, double> fastest_;  // nanoseconds per iteration
+};
+
+}  // namespace lanternfold

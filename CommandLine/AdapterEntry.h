@@ -1,0 +1,31 @@
+// The entry that the adapter widget is drawn from.
+#pragma once
+
+#include <expected>
+#include <string>
+#include <vector>
+
+#include "CommandLine/Console.h"
+#include "CommandLine/Machine.h"
+#include "NetworkWidgetVexExtension/Providers/NetworkAdapterEntry.h"
+
+namespace lanternfold {
+
+enum class EntrySource {
+  placeholder,  ///< sample content, no adapter chosen
+  snapshot,     ///< sample content with the configuration given
+  timeline,     ///< this machine
+};
+
+struct DrawableAdapterEntry {
+  NetworkAdapterEntry entry;
+  /// The interface of the best default route, or nothing.
+  std::vector<std::string> preferredInterfaceNames;
+};
+
+/// Dated now. Reads the machine for a timeline entry only, and fails when it does not let itself be
+/// read.
+[[nodiscard]] std::expected<DrawableAdapterEntry, CommandFailure> drawableAdapterEntry(
+    EntrySource source, const AdapterConfigurationIntent& configuration, const Machine& machine);
+
+}  // namespace lanternfold

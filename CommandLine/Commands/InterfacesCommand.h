@@ -1,0 +1,26 @@
+// `lanternfold-widgets interfaces`: the machine's interfaces as a table or as JSON.
+#pragma once
+
+#include <expected>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "CommandLine/Console.h"
+#include "CommandLine/Machine.h"
+
+namespace lanternfold {
+
+struct InterfacesOptions {
+  std::optional<std::string> prefix;   ///< only names of this family
+  std::vector<std::string> excluding;  ///< names left out, matched exactly
+  bool json = false;
+};
+
+/// Writes the interfaces by name. An empty answer of a kernel that can be asked is a result; one of
+/// a kernel that refuses is a failure.
+[[nodiscard]] std::expected<void, CommandFailure> runInterfaces(const InterfacesOptions& options,
+                                                                const Machine& machine,
+                                                                const Console& console);
+
+}  // namespace lanternfold

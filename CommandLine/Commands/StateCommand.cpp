@@ -1,0 +1,97 @@
+#include "CommandLine/Commands/StateCommand.h"
+
+#include <array>
+#include <utility>
+
+#include "CommandLine/KernelAccess.h"
+#include "CommandLine/MonitorGraph.h"
+#include "CommandLine/RecordJson.h"
+#include "CommandLine/StateText.h"
+
+namespace lanternfold {
+namespace {
+
+struct NamedCategory {
+  std::string_view name;
+  NetworkSourceCategory category;
+};
+
+constexpr std::array<NamedCategory, 4> namedCategories = {{
+    {"internet", NetworkSourceCategory::internet()},
+    {"wlan", NetworkSourceCategory::wlan()},
+    {"cellular", NetworkSourceCategory::cellular()},
+    {"other", NetworkSourceCategory::other()},
+}};
+
+constexpr NetworkSourceCategory resolvableCategories =
+    NetworkSourceCategory::cellular().unionWith(NetworkSourceCategory::other());
+
+std::expected<NetworkSourceCategory, CommandFailure> parseCategory(std::string_view name) {
+  for (const NamedCategory& named : namedCategories) {
+    if (named.name != name) continue;
+    if (resolvableCategories.contains(named.category)) return named.category;
+    return std::unexpected(badArguments("the category \"" + std::string(name) +
+                                        "\" cannot be resolved by this version; use cellular or "
+                                        "other"));
+  }
+  return std::unexpected(badArguments("unknown category \"" + std::string(name) +
+                                      "\"; use internet, wlan, cellular or other, separated by "
+                                      "commas"));
+}
+
+void write(const NetworkState& state, bool complete, const StateOptions& options,
+           const Machine& machine, const Console& console) {
+  if (options.json) {
+    console.output << stateJson(state, options.categories, complete) << '\n';
+  } else {
+    writeStateText(state, options.categories, machine.platform.strings, console);
+  }
+  console.output.flush();
+}
+
+void watch(const StateOptions& options, const Machine& machine, const Console& console) {
+  const auto monitor = makeNetworkStateMonitor(machine);
+  monitor->setActiveCategories(options.categories);
+  bool first = true;
+  monitor->setStateUpdateHandler([&](const NetworkState& state, bool complete, std::error_code) {
+    // As text only whole states are worth a reader's while; a script gets every report.
+    if (!options.json && !complete) return;
+    if (!options.json && !std::exchange(first, false)) console.output << '\n';
+    write(state, complete, options, machine, console);
+    // Whoever read the output is gone: there is nobody left to watch for.
+    if (!console.output) machine.mainLoop.stop();
+  });
+  monitor->start();
+  machine.mainLoop.runUntilInterrupted();
+  monitor->stop();
+}
+
+}  // namespace
+
+std::expected<NetworkSourceCategory, CommandFailure> parseCategories(std::string_view names) {
+  NetworkSourceCategory categories;
+  for (std::size_t begin = 0; begin <= names.size();) {
+    const std::size_t end = std::min(names.find(',', begin), names.size());
+    const auto category = parseCategory(names.substr(begin, end - begin));
+    if (!category) return category;
+    categories.insert(*category);
+    begin = end + 1;
+  }
+  return categories;
+}
+
+std::expected<void, CommandFailure> runState(const StateOptions& options, const Machine& machine,
+                                             const Console& console) {
+  if (options.watch) {
+    watch(options, machine, console);
+    return {};
+  }
+  const ResolvedState resolved = resolveOnce(machine, options.categories);
+  if (resolved.state.others.empty()) {
+    if (auto access = requireReadableKernel(machine); !access) return access;
+  }
+  write(resolved.state, resolved.complete, options, machine, console);
+  return {};
+}
+
+}  // namespace lanternfold

@@ -1,0 +1,31 @@
+// `lanternfold-widgets state`: the network state, once or at every change.
+#pragma once
+
+#include <expected>
+#include <string>
+#include <string_view>
+
+#include "CommandLine/Console.h"
+#include "CommandLine/Machine.h"
+#include "NetworkMonitor/Model/NetworkSourceCategory.h"
+
+namespace lanternfold {
+
+/// The set that a comma-separated list of category names stands for; a failure for an empty list,
+/// an unknown name, or a category that this version cannot resolve.
+[[nodiscard]] std::expected<NetworkSourceCategory, CommandFailure> parseCategories(
+    std::string_view names);
+
+struct StateOptions {
+  NetworkSourceCategory categories = NetworkSourceCategory::other();
+  bool json = false;
+  bool watch = false;  ///< go on until the program is asked to end
+};
+
+/// Without `watch`, the state once it is complete. With it, in JSON every report on a line of its
+/// own, as text every complete one.
+[[nodiscard]] std::expected<void, CommandFailure> runState(const StateOptions& options,
+                                                           const Machine& machine,
+                                                           const Console& console);
+
+}  // namespace lanternfold

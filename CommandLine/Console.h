@@ -1,0 +1,42 @@
+// Where a command writes, and how a failure leaves it.
+#pragma once
+
+#include <ostream>
+#include <string>
+#include <utility>
+
+namespace lanternfold {
+
+enum class TextStyle {
+  plain,     ///< output that is piped, or a terminal that wants no colour
+  coloured,  ///< a terminal that takes escape sequences
+};
+
+struct Console {
+  std::ostream& output;  ///< results only
+  std::ostream& errors;  ///< one line per failure
+  TextStyle style = TextStyle::plain;
+};
+
+/// The program's exit statuses.
+enum class ExitStatus {
+  done = 0,
+  failed = 1,        ///< the work failed; one line on standard error says what and what to do
+  badArguments = 2,  ///< the command line was not understood
+};
+
+/// Why a command ended early.
+struct CommandFailure {
+  ExitStatus status = ExitStatus::failed;
+  std::string sentence;  ///< one line: what failed and what to do
+};
+
+[[nodiscard]] inline CommandFailure badArguments(std::string sentence) {
+  return {.status = ExitStatus::badArguments, .sentence = std::move(sentence)};
+}
+
+[[nodiscard]] inline CommandFailure workFailed(std::string sentence) {
+  return {.status = ExitStatus::failed, .sentence = std::move(sentence)};
+}
+
+}  // namespace lanternfold

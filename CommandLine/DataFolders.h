@@ -1,0 +1,14 @@
+// Where the program's own files are: beside it when it is installed, in the source tree otherwise.
+#pragma once
+
+#include <filesystem>
+
+namespace lanternfold {
+
+/// The folder of symbols, logo and colours.
+[[nodiscard]] std::filesystem::path assetsFolder();
+
+/// The folder of compiled message catalogues.
+[[nodiscard]] std::filesystem::path translationsFolder();
+
+}  // namespace lanternfold

@@ -1,0 +1,15 @@
+// Interfaces as a table for people.
+#pragma once
+
+#include <vector>
+
+#include "CommandLine/Console.h"
+#include "NetworkMonitor/Model/BasicInterface.h"
+
+namespace lanternfold {
+
+/// One line an interface, and one more for each further IPv4 address.
+void writeInterfaceTable(const std::vector<BasicInterface>& interfaces, const StringTable& strings,
+                         const Console& console);
+
+}  // namespace lanternfold

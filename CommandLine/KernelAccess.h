@@ -1,0 +1,16 @@
+// Tells an empty machine from one whose kernel does not answer. The library leaves out what it
+// cannot read; a person at a terminal is owed the difference.
+#pragma once
+
+#include <expected>
+
+#include "CommandLine/Console.h"
+#include "CommandLine/Machine.h"
+
+namespace lanternfold {
+
+/// Nothing when the kernel's interface and counter tables can be read; else a failure that says
+/// what to do.
+[[nodiscard]] std::expected<void, CommandFailure> requireReadableKernel(const Machine& machine);
+
+}  // namespace lanternfold

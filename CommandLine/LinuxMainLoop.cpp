@@ -1,0 +1,34 @@
+#include "CommandLine/LinuxMainLoop.h"
+
+#include <csignal>
+#include <optional>
+#include <system_error>
+
+#include <asio/io_context.hpp>
+#include <asio/signal_set.hpp>
+
+namespace lanternfold {
+
+LinuxMainLoop::LinuxMainLoop(EventLoop& eventLoop, AsioDispatch& dispatch)
+    : eventLoop_(eventLoop), dispatch_(dispatch) {}
+
+void LinuxMainLoop::runUntilInterrupted() {
+  std::optional<asio::signal_set> signals;
+  eventLoop_.runAndWait([&] {
+    signals.emplace(eventLoop_.context(), SIGINT, SIGTERM);
+    signals->async_wait([this](const std::error_code& error, int) {
+      if (!error) dispatch_.stopMain();
+    });
+  });
+  dispatch_.runMain();
+  eventLoop_.runAndWait([&] { signals.reset(); });
+}
+
+void LinuxMainLoop::runFor(std::chrono::milliseconds limit) {
+  // A run that reaches its limit leaves its caller with what there is by then.
+  (void)dispatch_.runMainUntil(std::chrono::steady_clock::now() + limit);
+}
+
+void LinuxMainLoop::stop() { dispatch_.stopMain(); }
+
+}  // namespace lanternfold

@@ -1,0 +1,38 @@
+// What a command needs of the machine it runs on.
+//
+// Made by: `LinuxMachine`, and by the tests over fakes. Read by: the commands.
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <memory>
+
+#include "NetworkMonitor/Metrics/ConnectionMetricsReader.h"
+#include "Platform/Platform.h"
+
+namespace lanternfold {
+
+/// The loop that runs the main queue. Main thread only, but for `stop`.
+class MainLoop {
+ public:
+  virtual ~MainLoop() = default;
+
+  /// Runs works of the main queue until `stop`, or until the user or the system asks the program to
+  /// end (SIGINT, SIGTERM).
+  virtual void runUntilInterrupted() = 0;
+  /// Runs works of the main queue until `stop`, for `limit` at the most. An interruption ends the
+  /// program as it would any other.
+  virtual void runFor(std::chrono::milliseconds limit) = 0;
+  /// Ends a run under way after the work at hand; without one, the next run ends at once.
+  virtual void stop() = 0;
+};
+
+struct Machine {
+  Platform platform;
+  std::shared_ptr<ConnectionMetricsReader> metricsReader;
+  MainLoop& mainLoop;
+  /// Where the symbols, the logo and the colours are kept.
+  std::filesystem::path assets;
+};
+
+}  // namespace lanternfold

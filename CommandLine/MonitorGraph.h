@@ -1,0 +1,26 @@
+// Wires a network state monitor over a machine's seams, with the resolvers that exist so far.
+#pragma once
+
+#include <memory>
+
+#include "CommandLine/Machine.h"
+#include "NetworkMonitor/Monitor/NetworkStateMonitor.h"
+
+namespace lanternfold {
+
+/// The resolver of this machine's interfaces.
+[[nodiscard]] std::shared_ptr<InterfaceResolver> makeInterfaceResolver(const Machine& machine);
+
+/// A monitor of this machine, not yet started. It resolves the cellular category and that of the
+/// other interfaces; asking it for Wi-Fi or the internet side answers that there is none.
+[[nodiscard]] std::shared_ptr<NetworkStateMonitor> makeNetworkStateMonitor(const Machine& machine);
+
+/// The state once every one of `categories` has been resolved, or after half a minute the state as
+/// it then is, not complete.
+struct ResolvedState {
+  NetworkState state;
+  bool complete = false;
+};
+[[nodiscard]] ResolvedState resolveOnce(const Machine& machine, NetworkSourceCategory categories);
+
+}  // namespace lanternfold

@@ -1,0 +1,17 @@
+// Text from outside, made safe for a terminal.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace lanternfold {
+
+/// `text` with every control character and every byte that is not valid UTF-8 written as "\xNN":
+/// the kernel lets an interface's name hold an escape sequence.
+[[nodiscard]] std::string printable(std::string_view text);
+
+/// The columns that `text` takes on a terminal; wide characters count two, combining ones none.
+[[nodiscard]] std::size_t terminalWidth(std::string_view text);
+
+}  // namespace lanternfold

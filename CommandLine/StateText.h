@@ -1,0 +1,13 @@
+// A network state as text for people.
+#pragma once
+
+#include "CommandLine/Console.h"
+#include "NetworkMonitor/Model/NetworkState.h"
+
+namespace lanternfold {
+
+/// Each source of `categories` as a heading and its rows; a line that says so when there is none.
+void writeStateText(const NetworkState& state, NetworkSourceCategory categories,
+                    const StringTable& strings, const Console& console);
+
+}  // namespace lanternfold

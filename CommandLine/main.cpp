@@ -1,0 +1,46 @@
+// The composition root of `lanternfold-widgets`: the only file here that knows it runs on Linux.
+#include <clocale>
+#include <csignal>
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+#include "CommandLine/LinuxMachine.h"
+#include "CommandLine/Program.h"
+
+namespace {
+
+using namespace lanternfold;
+
+bool environmentHas(const char* name) {
+  const char* value = std::getenv(name);
+  return value != nullptr && *value != '\0';
+}
+
+TextStyle styleOfStandardOutput() {
+  const char* terminal = std::getenv("TERM");
+  const bool plainTerminal = terminal == nullptr || std::string_view(terminal) == "dumb";
+  const bool coloured =
+      ::isatty(STDOUT_FILENO) == 1 && !plainTerminal && !environmentHas("NO_COLOR");
+  return coloured ? TextStyle::coloured : TextStyle::plain;
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments) {
+  std::setlocale(LC_ALL, "");
+  // Numbers in JSON and in pictures keep their point whatever the user's locale says.
+  std::setlocale(LC_NUMERIC, "C");
+  std::unique_ptr<LinuxMachine> machine;
+  const Console console{.output = std::cout, .errors = std::cerr, .style = styleOfStandardOutput()};
+  const ExitStatus status =
+      runProgram(std::vector<std::string>(arguments + 1, arguments + argumentCount), console,
+                 [&machine](DiagnosticsTarget target) -> const Machine& {
+                   machine = std::make_unique<LinuxMachine>(target);
+                   return machine->machine();
+                 });
+  return static_cast<int>(status);
+}

@@ -1,0 +1,32 @@
+// The seams of one program, gathered: what a composition root hands down instead of a dozen
+// arguments.
+//
+// Made by: composition roots and test fixtures. Read by: whatever wires the library's pieces.
+#pragma once
+
+#include "Platform/Clock.h"
+#include "Platform/DiagnosticLog.h"
+#include "Platform/Dispatch.h"
+#include "Platform/InterfaceNaming.h"
+#include "Platform/NetworkConfiguration.h"
+#include "Platform/NetworkKernel.h"
+#include "Platform/PathMonitor.h"
+#include "Platform/ResolverConfiguration.h"
+#include "Platform/StringTable.h"
+
+namespace lanternfold {
+
+/// References only; whoever made the seams outlives every holder of a copy.
+struct Platform {
+  const NetworkKernel& kernel;
+  const ResolverConfiguration& resolverConfiguration;
+  const NetworkConfiguration& networkConfiguration;
+  const InterfaceNaming& interfaceNaming;
+  PathMonitorFactory& pathMonitors;
+  Dispatch& dispatch;
+  const Clock& clock;
+  const StringTable& strings;
+  DiagnosticLog& diagnostics;
+};
+
+}  // namespace lanternfold

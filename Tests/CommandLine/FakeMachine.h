@@ -1,0 +1,77 @@
+// A machine made of the stateful fakes: a kernel with links that count, a virtual clock, and a main
+// loop that lets virtual time pass.
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <utility>
+
+#include "CommandLine/Machine.h"
+#include "NetBase/LiteralInterfaceNaming.h"
+#include "NetworkMonitor/Metrics/BsdConnectionMetricsReader.h"
+#include "Tests/Support/FakeNetworkConfiguration.h"
+#include "Tests/Support/FakeNetworkKernel.h"
+#include "Tests/Support/FakePathMonitor.h"
+#include "Tests/Support/FakeResolverConfiguration.h"
+#include "Tests/Support/FakeStringTable.h"
+#include "Tests/Support/RecordingDiagnosticLog.h"
+#include "Tests/Support/SimulatedClock.h"
+#include "Tests/Support/SimulatedDispatch.h"
+
+namespace lanternfold {
+
+/// Runs the simulated main queue. A run that nobody stops is interrupted after an hour.
+class SimulatedMainLoop final : public MainLoop {
+ public:
+  explicit SimulatedMainLoop(SimulatedDispatch& dispatch) : dispatch_(dispatch) {}
+
+  void runUntilInterrupted() override { runFor(std::chrono::hours(1)); }
+  void runFor(std::chrono::milliseconds limit) override {
+    (void)dispatch_.runUntil([this] { return stopped_; }, limit);
+    stopped_ = false;
+  }
+  void stop() override { stopped_ = true; }
+
+ private:
+  SimulatedDispatch& dispatch_;
+  bool stopped_ = false;
+};
+
+class FakeMachine {
+ public:
+  FakeNetworkKernel kernel;
+  FakeResolverConfiguration resolverConfiguration;
+  FakeNetworkConfiguration networkConfiguration;
+  LiteralInterfaceNaming interfaceNaming;
+  FakePathMonitorFactory pathMonitors;
+  SimulatedClock clock;
+  SimulatedDispatch dispatch{clock};
+  FakeStringTable strings;
+  RecordingDiagnosticLog diagnostics;
+  SimulatedMainLoop mainLoop{dispatch};
+  Machine machine{.platform = {.kernel = kernel,
+                               .resolverConfiguration = resolverConfiguration,
+                               .networkConfiguration = networkConfiguration,
+                               .interfaceNaming = interfaceNaming,
+                               .pathMonitors = pathMonitors,
+                               .dispatch = dispatch,
+                               .clock = clock,
+                               .strings = strings,
+                               .diagnostics = diagnostics},
+                  .metricsReader = std::make_shared<BsdConnectionMetricsReader>(kernel),
+                  .mainLoop = mainLoop,
+                  .assets = std::filesystem::path(LANTERNFOLD_SOURCE_DIR) / "Assets"};
+
+  /// An Ethernet link with a private address, a router and some traffic.
+  void addEthernet(std::string_view name, IPv4Bytes address) {
+    kernel.addLink(name);
+    kernel.setCounters(name, {.recvBytes = 1'500'000, .sentBytes = 2'000});
+    kernel.addIPv4Address(name, address, {255, 255, 255, 0});
+    kernel.addDefaultRoute(name, {address[0], address[1], address[2], 1});
+    networkConfiguration.addInterface(std::string(name), ConfiguredInterfaceType::ethernet,
+                                      "Ethernet Adapter");
+  }
+};
+
+}  // namespace lanternfold

@@ -1,0 +1,37 @@
+#include <gtest/gtest.h>
+
+#include "CommandLine/Commands/StateCommand.h"
+
+namespace lanternfold {
+namespace {
+
+std::string failureOf(std::string_view names) {
+  const auto categories = parseCategories(names);
+  if (categories) return "understood";
+  EXPECT_EQ(categories.error().status, ExitStatus::badArguments);
+  return categories.error().sentence;
+}
+
+TEST(ParseCategories, UnderstandsEveryCategoryThatCanBeResolved) {
+  EXPECT_EQ(parseCategories("other"), NetworkSourceCategory::other());
+  EXPECT_EQ(parseCategories("cellular"), NetworkSourceCategory::cellular());
+  EXPECT_EQ(parseCategories("other,cellular"), NetworkSourceCategory(12));
+  EXPECT_EQ(parseCategories("other,other"), NetworkSourceCategory::other());
+}
+
+TEST(ParseCategories, RefusesWhatItDoesNotKnow) {
+  EXPECT_EQ(
+      failureOf("wifi"),
+      "unknown category \"wifi\"; use internet, wlan, cellular or other, separated by commas");
+  EXPECT_THAT(failureOf(""), testing::StartsWith("unknown category \"\""));
+  EXPECT_THAT(failureOf("other,"), testing::StartsWith("unknown category \"\""));
+  EXPECT_THAT(failureOf("Other"), testing::StartsWith("unknown category \"Other\""));
+}
+
+TEST(ParseCategories, SaysSoWhenACategoryCannotBeResolvedYet) {
+  EXPECT_THAT(failureOf("internet"), testing::HasSubstr("cannot be resolved by this version"));
+  EXPECT_THAT(failureOf("other,wlan"), testing::HasSubstr("cannot be resolved by this version"));
+}
+
+}  // namespace
+}  // namespace lanternfold

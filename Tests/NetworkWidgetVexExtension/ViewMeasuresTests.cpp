@@ -1,0 +1,316 @@
+// The fields, sizes, spacings, opacities and orders of the widgets' views.
+#include <string>
+#include <utility>
+
+#include <gtest/gtest.h>
+
+#include "NetworkWidgetVexExtension/Views/BackgroundView.h"
+#include "NetworkWidgetVexExtension/Views/BytesMeters.h"
+#include "NetworkWidgetVexExtension/Views/NetworkAdapterWidgetEntryView.h"
+#include "NetworkWidgetVexExtension/Views/NetworkSourceGridView.h"
+#include "NetworkWidgetVexExtension/Views/NetworkSourceIconView.h"
+#include "NetworkWidgetVexExtension/Views/NetworkSourceListView.h"
+#include "NetworkWidgetVexExtension/Views/NetworkSourceView.h"
+#include "NetworkWidgetVexExtension/Views/RefreshButton.h"
+#include "NetworkWidgetVexExtension/Views/SimpleLabelView.h"
+#include "NetworkWidgetVexExtension/Views/SourceListItemView.h"
+#include "NetworkWidgetVexExtension/Views/TimeOfDrawing.h"
+#include "Tests/NetworkWidgetVexExtension/CardStates.h"
+#include "Tests/Support/MetricTextMeasurer.h"
+#include "ViewTree/TextDump.h"
+
+namespace lanternfold {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+const FakeStringTable strings;
+const WidgetEnvironment environment{strings};
+
+std::string dumpOf(const View& view, Size size = {340, 138}) {
+  const MetricTextMeasurer measurer;
+  return textDump(layOut(view, size, {measurer, "Today, 10:30"}));
+}
+
+std::size_t occurrences(const std::string& text, const std::string& part) {
+  std::size_t count = 0;
+  for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
+  return count;
+}
+
+TEST(WidgetFamily, HasTheSizesOfTheDesktop) {
+  EXPECT_EQ(widgetSize(WidgetFamily::small), (Size{170, 170}));
+  EXPECT_EQ(widgetSize(WidgetFamily::medium), (Size{364, 170}));
+  EXPECT_EQ(widgetSize(WidgetFamily::large), (Size{364, 382}));
+}
+
+TEST(NetworkSourceIconView, HasASymbolForEachCategory) {
+  EXPECT_EQ(symbolNameOf(NetworkSourceCategory::internet()), "globe");
+  EXPECT_EQ(symbolNameOf(NetworkSourceCategory::wlan()), "wifi");
+  EXPECT_EQ(symbolNameOf(NetworkSourceCategory::cellular()), "dot.radiowaves.left.and.right");
+  EXPECT_EQ(symbolNameOf(NetworkSourceCategory::other()), "bolt.circle");
+}
+
+TEST(NetworkSourceIconView, ShowsTheBoltForAnUnknownCategory) {
+  EXPECT_EQ(symbolNameOf(NetworkSourceCategory(64)), "bolt.circle");
+  EXPECT_EQ(symbolNameOf(NetworkSourceCategory::all()), "bolt.circle");
+}
+
+TEST(NetworkSourceIconView, Is18PointsSquare) {
+  EXPECT_THAT(dumpOf(NetworkSourceIconView{NetworkSourceCategory::wlan()}.body()),
+              HasSubstr("18x18 width 18 height 18"));
+}
+
+TEST(SimpleLabelView, IsSmallBoldTextOnATranslucentRoundedRectangle) {
+  EXPECT_EQ(dumpOf(SimpleLabelView{"MAC"}.body(), {18.4, 13.6}),
+            "background 0,0 18.4x13.6 centre-centre -- \"MAC\"\n"
+            "  rounded-rectangle 0,0 18.4x13.6 radius 3 fill #FFFFFFFF at 0.4\n"
+            "  foreground 0,0 18.4x13.6 LabelForeground -- \"MAC\"\n"
+            "    padding 0,0 18.4x13.6 2 2 2 2 -- \"MAC\"\n"
+            "      text 2,2 14.4x9.6 8 bold \"MAC\"\n");
+}
+
+TEST(SourceListItemView, SpacesLabelAndValueBy4) {
+  EXPECT_THAT(dumpOf(SourceListItemView{{"IP", "10.0.0.1", false}, false}.body()),
+              HasSubstr("centre spacing 4"));
+}
+
+TEST(SourceListItemView, FirstItemStandsOutByWeightNotBySize) {
+  const SourceListItem item{"en0", "Adapter", true};
+  EXPECT_THAT(dumpOf(SourceListItemView{item, true}.body()), HasSubstr("13 bold \"Adapter\""));
+  EXPECT_THAT(dumpOf(SourceListItemView{item, false}.body()), HasSubstr("13 \"Adapter\""));
+}
+
+TEST(SourceListItemView, ShowsLabelAndValueOnlyWhenPresent) {
+  EXPECT_THAT(dumpOf(SourceListItemView{{"", "Adapter", true}, false}.body()),
+              Not(HasSubstr("rounded-rectangle")));
+  EXPECT_EQ(occurrences(dumpOf(SourceListItemView{{"en0", "", true}, false}.body()), " text "), 1U);
+}
+
+TEST(SourceListItemView, DropsALabelForLackOfRoomOnlyWhenItIsNotRequired) {
+  const auto row = [](bool required) {
+    return dumpOf(SourceListItemView{{"Router", "192.168.0.1", required}, false}.body(), {80, 20});
+  };
+  EXPECT_THAT(row(false), Not(HasSubstr("\"Router\"\n")));
+  EXPECT_THAT(row(false), HasSubstr("\"192.168.0.1\"\n"));
+  EXPECT_THAT(row(true), HasSubstr("\"Router\"\n"));
+}
+
+TEST(SourceListItemView, ShortensAddressesInTheMiddleAndNamesAtTheEnd) {
+  for (const char* address :
+       {"192.168.0.1/24", "02:42:ac:11:1e:d6", "2001:db8::1", "fe80::1", "12.34.56.78 (IT)"}) {
+    EXPECT_EQ(truncationOf(address), Truncation::middle) << address;
+  }
+  for (const char* name :
+       {"Ethernet Adapter", "Home Network", "802.11ac", "44 (5 GHz, 80 MHz)", "", "Cafe"}) {
+    EXPECT_EQ(truncationOf(name), Truncation::tail) << name;
+  }
+}
+
+TEST(NetworkSourceListView, ShowsAtMostRowLimitRows) {
+  const auto rows = [](std::size_t limit) {
+    const NetworkSourceListView list{topLeading, sampleInterface(), limit};
+    return occurrences(dumpOf(list.body(environment)), "rounded-rectangle");
+  };
+  EXPECT_EQ(rows(8), 4U);
+  EXPECT_EQ(rows(4), 4U);
+  EXPECT_EQ(rows(1), 1U);
+  EXPECT_EQ(rows(0), 0U);
+}
+
+TEST(NetworkSourceListView, IsTopLeadingInAllTheWidthThereIs) {
+  const NetworkSourceListView list{topLeading, sampleInterface(), 1};
+  EXPECT_THAT(dumpOf(list.body(environment)),
+              HasSubstr("340x15.6 max-width unlimited top-leading"));
+  EXPECT_THAT(dumpOf(list.body(environment)), HasSubstr("top spacing 5"));
+}
+
+TEST(NetworkSourceView, SaysTheSourcesNameAsItsTitle) {
+  const View view =
+      NetworkSourceView{NetworkSourceView::Direction::horizontal, sampleInterface(), 8, true}.body(
+          environment);
+  EXPECT_EQ(accessibleDescription(view, ""), "Virtio network device");
+}
+
+TEST(NetworkSourceView, ArrangesIconAndRowsByDirection) {
+  const auto dump = [](NetworkSourceView::Direction direction) {
+    return dumpOf(NetworkSourceView{direction, sampleInterface(), 1, false}.body(environment));
+  };
+  EXPECT_THAT(dump(NetworkSourceView::Direction::horizontal), HasSubstr("hstack"));
+  EXPECT_THAT(dump(NetworkSourceView::Direction::horizontal), HasSubstr("centre spacing 5"));
+  EXPECT_THAT(dump(NetworkSourceView::Direction::vertical), HasSubstr("leading spacing 5"));
+}
+
+TEST(NetworkSourceView, ShowsMetersOnlyWhereWanted) {
+  const auto circles = [](bool shown) {
+    const NetworkSourceView view{NetworkSourceView::Direction::horizontal, sampleInterface(), 8,
+                                 shown};
+    return occurrences(dumpOf(view.body(environment)), "circle ");
+  };
+  EXPECT_EQ(circles(true), 2U);
+  EXPECT_EQ(circles(false), 0U);
+}
+
+TEST(NetworkSourceGridView, HasItsModesByRawValue) {
+  using Mode = NetworkSourceGridView::DisplayMode;
+  EXPECT_EQ(NetworkSourceGridView::displayModeOf(0), Mode::accessory);
+  EXPECT_EQ(NetworkSourceGridView::displayModeOf(10), Mode::small);
+  EXPECT_EQ(NetworkSourceGridView::displayModeOf(20), Mode::large);
+  EXPECT_EQ(NetworkSourceGridView::displayModeOf(5), std::nullopt);
+  EXPECT_LT(Mode::accessory, Mode::small);
+  EXPECT_LT(Mode::small, Mode::large);
+}
+
+TEST(NetworkSourceGridView, ShowsNoSourceWithoutSources) {
+  EXPECT_THAT(dumpOf(NetworkSourceGridView{}.body(environment)), HasSubstr("\"No source\""));
+}
+
+TEST(NetworkSourceGridView, SpacesTwoSourcesBy10InLargeWidgetsAndBy5Elsewhere) {
+  using Mode = NetworkSourceGridView::DisplayMode;
+  const auto dump = [](Mode mode) {
+    return dumpOf(
+        NetworkSourceGridView{{sampleInterface("eth0"), sampleInterface("eth1")}, mode}.body(
+            environment),
+        {340, 340});
+  };
+  EXPECT_THAT(dump(Mode::large), HasSubstr("leading spacing 10"));
+  EXPECT_THAT(dump(Mode::small), HasSubstr("leading spacing 5"));
+}
+
+TEST(NetworkSourceGridView, GivesEachModeItsRowsAndMeters) {
+  using Mode = NetworkSourceGridView::DisplayMode;
+  WlanInterface wlan = *placeholderEntry().networkState.wlan;
+  const auto rows = [&](Mode mode, std::size_t sources) {
+    NetworkSourceGridView grid{std::vector<AnyNetworkSource>(sources, wlan), mode};
+    return occurrences(dumpOf(grid.body(environment), {360, 1000}), "rounded-rectangle") / sources;
+  };
+  EXPECT_EQ(rows(Mode::accessory, 1), 1U);
+  EXPECT_EQ(rows(Mode::small, 1), 8U);
+  EXPECT_EQ(rows(Mode::small, 2), 4U);
+  EXPECT_EQ(rows(Mode::large, 2), 8U);
+}
+
+TEST(NetworkSourceGridView, HidesMetersWhenTold) {
+  NetworkSourceGridView grid{{sampleInterface()}};
+  EXPECT_THAT(dumpOf(grid.body(environment)), HasSubstr("circle "));
+  grid.hideBytesMeters = true;
+  EXPECT_EQ(occurrences(dumpOf(grid.body(environment)), " circle "), 0U);
+}
+
+TEST(BytesCircularMeter, Is36PointsSquareWithSmallTextsWhenSmall) {
+  const BytesCircularMeter meter{{10 << 20, "\u2193", "Received"}, BytesCircularMeter::Size::small};
+  EXPECT_EQ(dumpOf(meter.body(environment), {36, 36}),
+            "frame 0,0 36x36 width 36 height 36 centre-centre -- \"Received 10 MB\"\n"
+            "  zstack 0,0 36x36 centre-centre -- \"\u2193, 10, MB\"\n"
+            "    circle 0,0 36x36 line 2\n"
+            "    padding 6.4,0 23.2x36 5 5 5 5 -- \"\u2193, 10, MB\"\n"
+            "      vstack 11.4,5 13.2x26 centre spacing -1.5 -- \"\u2193, 10, MB\"\n"
+            "        text 15.8,5 4.5x9 9 tight \"\u2193\"\n"
+            "        text 11.4,12.5 13.2x11 11 bold tight \"10\"\n"
+            "        text 13.5,22 9x9 9 tight \"MB\"\n");
+}
+
+TEST(BytesCircularMeter, Is42PointsSquareWithLargerTextsElsewhere) {
+  for (const auto size : {BytesCircularMeter::Size::automatic, BytesCircularMeter::Size::large}) {
+    const std::string dump =
+        dumpOf(BytesCircularMeter{{10 << 20, "\u2193", "Received"}, size}.body(environment));
+    EXPECT_THAT(dump, HasSubstr("42x42 width 42 height 42"));
+    EXPECT_THAT(dump, HasSubstr("10 tight \"\u2193\""));
+    EXPECT_THAT(dump, HasSubstr("13 bold tight \"10\""));
+    EXPECT_THAT(dump, HasSubstr("10 tight \"MB\""));
+  }
+}
+
+TEST(BytesCircularMeter, KeepsLongNumbersWholeInsideTheCircle) {
+  const BytesCircularMeter meter{{11'319'153'550, "\u2193", "Received"}};
+  EXPECT_THAT(dumpOf(meter.body(environment)), HasSubstr("\"10.54\"\n"));
+}
+
+TEST(BytesMeters, ShowReceivedThenSentBytesWithArrowsAndNames) {
+  ConnectionMetrics metrics;
+  metrics.recvBytes = 5;
+  metrics.sentBytes = 7;
+  EXPECT_EQ(bytesMeterFigures(metrics, strings),
+            (std::vector<BytesMeterFigure>{{5, "\u2193", "Received"}, {7, "\u2191", "Sent"}}));
+}
+
+TEST(BytesMeters, StandInARowWithASpacingOf5) {
+  const HBytesMeters meters{bytesMeterFigures({}, strings)};
+  EXPECT_THAT(dumpOf(meters.body(environment), {89, 42}),
+              HasSubstr("hstack 0,0 89x42 centre spacing 5"));
+}
+
+TEST(BytesMeters, StandInAColumn) {
+  const VBytesMeters meters{bytesMeterFigures({}, strings)};
+  EXPECT_THAT(dumpOf(meters.body(environment), {42, 89}), HasSubstr("vstack 0,0 42x89 centre"));
+}
+
+TEST(BackgroundView, LayersGradientLogoAndTimestamp) {
+  const std::string dump = dumpOf(BackgroundView{true}.body(environment), {364, 170});
+  EXPECT_THAT(dump, HasSubstr("zstack 0,0 364x170 top-trailing"));
+  EXPECT_THAT(dump, HasSubstr("linear-gradient 0,0 364x170 BackgroundGradientStart to "
+                              "BackgroundGradientEnd"));
+  EXPECT_THAT(dump, HasSubstr("offset 204,0 160x160 40,-40"));
+  EXPECT_THAT(dump, HasSubstr("opacity 244,-40 160x160 0.2 dark 0.1"));
+  EXPECT_THAT(dump, HasSubstr("image 244,-40 160x160 LanternfoldLogo"));
+  EXPECT_THAT(dump, HasSubstr("8 \"Last update Today, 10:30\""));
+  EXPECT_LT(dump.find("linear-gradient"), dump.find("image"));
+  EXPECT_LT(dump.find("image"), dump.find("drawing-time"));
+}
+
+TEST(BackgroundView, ShowsNoTimestampUnlessSwitchedOn) {
+  EXPECT_THAT(dumpOf(BackgroundView{false}.body(environment)), Not(HasSubstr("Last update")));
+}
+
+TEST(BackgroundView, ShowsTheTimeOfDrawingNotTheEntrysDate) {
+  NetworkAdapterEntry entry = timestampEntry();
+  entry.date = std::chrono::system_clock::time_point(std::chrono::years(30));
+  EXPECT_THAT(dumpOf(NetworkAdapterWidgetEntryView{entry}.body(environment)),
+              HasSubstr("\"Last update Today, 10:30\""));
+}
+
+TEST(RefreshButton, IsWhiteAndPaddedAndFainterWhilePressed) {
+  EXPECT_EQ(dumpOf(RefreshButton{}.face(RefreshButton::State::resting), {17, 17}),
+            "foreground 0,0 17x17 #FFFFFFFF\n"
+            "  background 0,0 17x17 centre-centre\n"
+            "    rounded-rectangle 0,0 17x17 radius 5 fill #FFFFFFFF at 0.1\n"
+            "    padding 0,0 17x17 3 3 3 3\n"
+            "      symbol 3,3 11x11 arrow.triangle.2.circlepath\n");
+  EXPECT_THAT(dumpOf(RefreshButton{}.face(RefreshButton::State::pressed)),
+              HasSubstr("#FFFFFFFF at 0.5"));
+}
+
+TEST(RefreshButton, Stands8PointsFromTheBottomLeadingCorner) {
+  EXPECT_THAT(dumpOf(refreshButtonInCorner(environment), {364, 170}),
+              HasSubstr("button 8,145 17x17 RefreshAppIntent -- \"Refresh\""));
+}
+
+TEST(RefreshButton, IsNotShownWhereAHostCannotPressIt) {
+  WidgetEnvironment old{strings};
+  old.supportsButtons = false;
+  EXPECT_THAT(dumpOf(NetworkAdapterWidgetEntryView{placeholderEntry()}.body(old)),
+              Not(HasSubstr("RefreshAppIntent")));
+}
+
+TEST(NetworkAdapterWidgetEntryView, SaysWhenTheChosenAdapterHasGone) {
+  const std::string dump = dumpOf(NetworkAdapterWidgetEntryView{goneEntry()}.body(environment));
+  EXPECT_THAT(dump, HasSubstr("\"en5\""));
+  EXPECT_THAT(dump, HasSubstr("\"Not available\""));
+  EXPECT_THAT(dump, Not(HasSubstr("192.168.0.9")));
+}
+
+TEST(NetworkAdapterWidgetEntryView, ShowsLocalisedTexts) {
+  FakeStringTable german;
+  german.set("No source", "Keine Quelle");
+  EXPECT_THAT(dumpOf(NetworkAdapterWidgetEntryView{entryOf({})}.body({german})),
+              HasSubstr("Keine Quelle"));
+}
+
+TEST(TimeOfDrawing, IsTodaysClock) {
+  const std::string text = timeOfDrawing(std::chrono::system_clock::now(), strings);
+  EXPECT_THAT(text, testing::MatchesRegex("Today, [0-2][0-9]:[0-5][0-9]"));
+}
+
+}  // namespace
+}  // namespace lanternfold

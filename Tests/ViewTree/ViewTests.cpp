@@ -1,0 +1,50 @@
+#include <gtest/gtest.h>
+
+#include "ViewTree/Elements.h"
+#include "ViewTree/View.h"
+
+namespace lanternfold {
+namespace {
+
+TEST(View, SaysItsTexts) {
+  const View row =
+      hstack(VerticalAlignment::centre, 0, {symbol("globe"), text("IP", {}), text("10.0.0.1", {})});
+  EXPECT_EQ(accessibleDescription(row, ""), "IP, 10.0.0.1");
+}
+
+TEST(View, SaysItsAccessibleNameInPlaceOfItsTexts) {
+  EXPECT_EQ(accessibleDescription(text("\u2193", {}).accessible("Received"), ""), "Received");
+}
+
+TEST(View, SaysTheRichestOfItsChoices) {
+  const View choice = firstThatFits(FitAxes::both, {text("long", {}), text("short", {})});
+  EXPECT_EQ(accessibleDescription(choice, ""), "long");
+}
+
+TEST(View, SaysTheTimeOfDrawing) {
+  EXPECT_EQ(accessibleDescription(drawingTime("Last update %@", {}), "Today, 10:30"),
+            "Last update Today, 10:30");
+}
+
+TEST(View, SaysNothingOfDecorations) {
+  EXPECT_EQ(accessibleDescription(circle(2), ""), "");
+  EXPECT_EQ(accessibleDescription(image("LanternfoldLogo"), ""), "");
+}
+
+TEST(View, IsAValue) {
+  const View one = text("a", {}).padding(3);
+  EXPECT_EQ(one, text("a", {}).padding(3));
+  EXPECT_FALSE(one == text("a", {}).padding(4));
+  EXPECT_FALSE(one == text("b", {}).padding(3));
+}
+
+TEST(View, ShowsTextsFromOutsideOnlyAfterMakingThemFit) {
+  EXPECT_EQ(std::get<TextNode>(text("a\xff\n", {}).node).text, "a\uFFFD ");
+}
+
+TEST(ViewDeathTest, AChoiceNeedsAView) {
+  EXPECT_DEATH((void)firstThatFits(FitAxes::both, {}), "a choice of views was made without a view");
+}
+
+}  // namespace
+}  // namespace lanternfold

@@ -1,0 +1,174 @@
+#include "ViewTree/TextDump.h"
+
+#include <cstddef>
+#include <variant>
+
+#include "ViewTree/DumpFigures.h"
+
+namespace lanternfold {
+namespace {
+
+std::string name(HorizontalAlignment alignment) {
+  if (alignment == HorizontalAlignment::leading) return "leading";
+  return alignment == HorizontalAlignment::centre ? "centre" : "trailing";
+}
+
+std::string name(VerticalAlignment alignment) {
+  if (alignment == VerticalAlignment::top) return "top";
+  return alignment == VerticalAlignment::centre ? "centre" : "bottom";
+}
+
+std::string name(Alignment alignment) {
+  return name(alignment.vertical) + '-' + name(alignment.horizontal);
+}
+
+std::string dumpedLength(const char* dimension, const FrameLength& length) {
+  std::string text;
+  const auto add = [&](const char* bound, const std::optional<double>& value) {
+    if (value) text += std::string(" ") + bound + dimension + ' ' + dumped(*value);
+  };
+  add("", length.fixed);
+  add("min-", length.minimum);
+  add("ideal-", length.ideal);
+  add("max-", length.maximum);
+  return text;
+}
+
+/// A node's kind and its own figures.
+struct Describer {
+  std::string kind;
+  std::string figures;
+
+  void operator()(const TextNode& node) {
+    kind = "text";
+    figures = node.truncation == Truncation::middle ? " middle" : "";
+  }
+  void operator()(const DrawingTimeNode&) { kind = "drawing-time"; }
+  void operator()(const SymbolNode& node) {
+    kind = "symbol";
+    figures = ' ' + node.name;
+  }
+  void operator()(const ImageNode& node) {
+    kind = node.isTemplate ? "template-image" : "image";
+    figures = ' ' + node.name;
+  }
+  void operator()(const CircleNode& node) {
+    kind = "circle";
+    figures = " line " + dumped(node.lineWidth);
+  }
+  void operator()(const RoundedRectangleNode& node) {
+    kind = "rounded-rectangle";
+    figures = " radius " + dumped(node.cornerRadius) + " fill " + dumped(node.fill);
+  }
+  void operator()(const LinearGradientNode& node) {
+    kind = "linear-gradient";
+    figures = ' ' + dumped(node.start) + " to " + dumped(node.end);
+  }
+  void operator()(const EmptyNode&) { kind = "empty"; }
+  void operator()(const HStackNode& node) {
+    kind = "hstack";
+    figures = ' ' + name(node.alignment) + " spacing " + dumped(node.spacing);
+  }
+  void operator()(const VStackNode& node) {
+    kind = "vstack";
+    figures = ' ' + name(node.alignment) + " spacing " + dumped(node.spacing);
+  }
+  void operator()(const ZStackNode& node) {
+    kind = "zstack";
+    figures = ' ' + name(node.alignment);
+  }
+  void operator()(const FirstThatFitsNode&) { kind = "first-that-fits"; }
+  void operator()(const FrameNode& node) {
+    kind = "frame";
+    figures = dumpedLength("width", node.width) + dumpedLength("height", node.height) + ' ' +
+              name(node.alignment);
+  }
+  void operator()(const PaddingNode& node) {
+    kind = "padding";
+    const EdgeInsets& insets = node.insets;
+    figures = ' ' + dumped(insets.top) + ' ' + dumped(insets.leading) + ' ' +
+              dumped(insets.bottom) + ' ' + dumped(insets.trailing);
+  }
+  void operator()(const OffsetNode& node) {
+    kind = "offset";
+    figures = ' ' + dumped(node.by.x) + ',' + dumped(node.by.y);
+  }
+  void operator()(const BackgroundNode& node) {
+    kind = "background";
+    figures = ' ' + name(node.alignment);
+  }
+  void operator()(const OpacityNode& node) {
+    kind = "opacity";
+    figures = ' ' + dumped(node.light) + " dark " + dumped(node.dark);
+  }
+  void operator()(const ForegroundNode& node) {
+    kind = "foreground";
+    figures = ' ' + dumped(node.colour);
+  }
+  void operator()(const ButtonNode& node) {
+    kind = "button";
+    figures = ' ' + node.intent;
+  }
+  void operator()(const InvalidatableNode&) { kind = "invalidatable"; }
+  void operator()(const LayoutPriorityNode& node) {
+    kind = "layout-priority";
+    figures = ' ' + dumped(node.priority);
+  }
+};
+
+void addNode(const LaidOutView& view, std::size_t depth, std::string& dump) {
+  Describer describer;
+  std::visit(describer, view.node);
+  dump +=
+      std::string(depth * 2, ' ') + describer.kind + ' ' + dumped(view.frame) + describer.figures;
+  if (!view.shownText.empty()) {
+    dump += ' ' + dumped(view.shownFont) + ' ' + quoted(view.shownText);
+  }
+  if (view.accessibleDescription != view.shownText) {
+    dump += " -- " + quoted(view.accessibleDescription);
+  }
+  dump += '\n';
+  for (const LaidOutView& child : view.children) addNode(child, depth + 1, dump);
+}
+
+struct CommandDescriber {
+  std::string operator()(const DrawText& command) const {
+    return "text " + dumped(command.frame) + ' ' + dumped(command.colour) + ' ' +
+           dumped(command.font) + ' ' + quoted(command.text);
+  }
+  std::string operator()(const DrawSymbol& command) const {
+    return "symbol " + dumped(command.frame) + ' ' + dumped(command.colour) + ' ' + command.name;
+  }
+  std::string operator()(const DrawImage& command) const {
+    return "image " + dumped(command.frame) + ' ' + command.name + " opacity " +
+           dumped(command.opacity);
+  }
+  std::string operator()(const StrokeCircle& command) const {
+    return "circle " + dumped(command.frame) + ' ' + dumped(command.colour) + " line " +
+           dumped(command.lineWidth);
+  }
+  std::string operator()(const FillRoundedRectangle& command) const {
+    return "rounded-rectangle " + dumped(command.frame) + ' ' + dumped(command.colour) +
+           " radius " + dumped(command.cornerRadius);
+  }
+  std::string operator()(const FillLinearGradient& command) const {
+    return "linear-gradient " + dumped(command.frame) + ' ' + dumped(command.start) + " to " +
+           dumped(command.end);
+  }
+};
+
+}  // namespace
+
+std::string textDump(const LaidOutView& view) {
+  std::string dump;
+  addNode(view, 0, dump);
+  return dump;
+}
+
+std::string textDump(const DrawList& list) {
+  std::string dump;
+  for (const DrawCommand& command : list) dump += std::visit(CommandDescriber{}, command) + '\n';
+  return dump;
+}
+
+}  // namespace lanternfold
