@@ -70,6 +70,17 @@ TEST_F(AtomicFileTest, AFolderOfThatNameIsASentenceAndLeavesNothingBehind) {
   EXPECT_EQ(files(), 1U);
 }
 
+TEST_F(AtomicFileTest, ALinkToADeviceDoesNotReplaceTheDevice) {
+  fs::create_symlink("/dev/full", folder_ / "full.png");
+  const auto written = writeFileAtomically(folder_ / "full.png", "picture");
+  ASSERT_FALSE(written);
+  EXPECT_THAT(written.error(), testing::HasSubstr("No space left on device"));
+  EXPECT_TRUE(fs::is_character_file("/dev/full"));
+  fs::create_symlink("/dev/null", folder_ / "null.png");
+  EXPECT_TRUE(writeFileAtomically(folder_ / "null.png", "picture"));
+  EXPECT_TRUE(fs::is_character_file("/dev/null"));
+}
+
 TEST_F(AtomicFileTest, AWriteThatIsCutShortLeavesTheOldFileAndNothingElse) {
   EXPECT_TRUE(writeFileAtomically(folder_ / "a.png", "old"));
   struct rlimit before{};

@@ -22,8 +22,8 @@ ANYWHERE = re.compile("")
 NOWHERE = re.compile(r"(?!)")
 BANNED_CALLS = [
     (r"\b(sprintf|vsprintf)\s*\(", "fmt::format or std::snprintf", ANYWHERE, NOWHERE),
-    (r"\b(strcpy|strcat|strncpy|strncat|gets|strtok)\s*\(", "std::string or std::span", ANYWHERE,
-     NOWHERE),
+    (r"\b(strcpy|strcat|gets|strtok)\s*\(", "std::string or std::span", ANYWHERE, NOWHERE),
+    (r"\bstrn(cpy|cat)\s*\(", "std::string or std::span", PRODUCT, NOWHERE),
     (r"\b(atoi|atol|atoll|atof|strtol|strtoul|strtoll|strtoull|stoi|stol|stoul|stoll)\s*\(",
      "std::from_chars", ANYWHERE, NOWHERE),
     (r"(?<![\w.>])(std::)?(system|popen)\s*\(", "posix_spawn with an argument list", PRODUCT,
@@ -35,7 +35,7 @@ BANNED_CALLS = [
     (r"(?<![\w.>_])(std::)?exit\s*\(", "a return value that main hands on", PRODUCT, NOWHERE),
     (r"(?<!static_)\bassert\s*\(", "fatalError(\"which rule was broken\")", PRODUCT, NOWHERE),
     (r"\b(localtime|gmtime|asctime|ctime|inet_ntoa|strerror|gethostbyname)\s*\(",
-     "the re-entrant operation of the same name", ANYWHERE, NOWHERE),
+     "the re-entrant operation of the same name", PRODUCT, NOWHERE),
     (r"\b(sleep_for|sleep_until|usleep|nanosleep)\s*\(", "DispatchQueue::after", PRODUCT, NOWHERE),
     (r"\b(system_clock|steady_clock)::now\s*\(", "the Clock seam", PRODUCT,
      re.compile(r"^(PlatformLinux|CommandLine/Linux)")),
