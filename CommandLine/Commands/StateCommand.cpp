@@ -1,5 +1,6 @@
 #include "CommandLine/Commands/StateCommand.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
