@@ -18,7 +18,6 @@ struct WidgetEnvironment {
   std::vector<std::string> preferredInterfaceNames = {};
   /// Whether the host hands presses on to buttons; without that no button is shown.
   bool supportsButtons = true;
-  std::string decimalSeparator = ".";
 };
 
 }  // namespace lanternfold
