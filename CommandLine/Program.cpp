@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <expected>
 #include <sstream>
+#include <system_error>
 #include <utility>
 
 #include <CLI/CLI.hpp>
@@ -34,18 +35,20 @@ constexpr const char* exitStatusText =
 void addInterfaces(CLI::App& app, ChosenCommand& chosen) {
   auto options = std::make_shared<InterfacesOptions>();
   CLI::App* command = app.add_subcommand("interfaces", "List this machine's network interfaces");
-  command->add_option("--prefix", options->prefix,
-                      "Only interfaces whose name begins with PREFIX; \"en\" takes every network "
-                      "adapter of this machine, however the kernel calls it")
+  command
+      ->add_option("--prefix", options->prefix,
+                   "Only interfaces whose name begins with PREFIX; \"en\" takes every network "
+                   "adapter of this machine, however the kernel calls it")
       ->option_text("PREFIX");
   command->add_option("--excluding", options->excluding, "Leave these interfaces out")
       ->option_text("NAME,NAME")
       ->delimiter(',');
   command->add_flag("--json", options->json, "Write a JSON array of the interface records");
   command->callback([options, &chosen] {
-    chosen = {.run = [options](const Machine& machine, const Console& console) {
-                return runInterfaces(*options, machine, console);
-              },
+    chosen = {.run =
+                  [options](const Machine& machine, const Console& console) {
+                    return runInterfaces(*options, machine, console);
+                  },
               .diagnostics = diagnosticsBeside(options->json)};
   });
 }
@@ -57,8 +60,9 @@ void addState(CLI::App& app, ChosenCommand& chosen) {
   };
   auto parsed = std::make_shared<Parsed>();
   CLI::App* command = app.add_subcommand("state", "Show the state of this machine's network");
-  command->add_option("--categories", parsed->categories,
-                      "What to resolve: other (network adapters), cellular; default other")
+  command
+      ->add_option("--categories", parsed->categories,
+                   "What to resolve: other (network adapters), cellular; default other")
       ->option_text("NAME,NAME");
   command->add_flag("--json", parsed->options.json,
                     "Write {\"complete\":…,\"state\":{…}}; with --watch one object a line");
@@ -66,8 +70,8 @@ void addState(CLI::App& app, ChosenCommand& chosen) {
                     "Report again at every change of a link, an address or a default route, until "
                     "interrupted");
   command->callback([parsed, &chosen] {
-    chosen = {.run = [parsed](const Machine& machine, const Console& console)
-                  -> std::expected<void, CommandFailure> {
+    chosen = {.run = [parsed](const Machine& machine,
+                              const Console& console) -> std::expected<void, CommandFailure> {
                 const auto categories = parseCategories(parsed->categories);
                 if (!categories) return std::unexpected(categories.error());
                 parsed->options.categories = *categories;
@@ -89,11 +93,13 @@ void addRender(CLI::App& app, ChosenCommand& chosen) {
       ->option_text("SCHEME");
   command->add_option("--scale", options->scale, "Pixels a point, 0.5 to 8; default 2")
       ->option_text("N");
-  command->add_option("--entry", options->entry,
-                      "timeline (this machine, the default), snapshot or placeholder (samples)")
+  command
+      ->add_option("--entry", options->entry,
+                   "timeline (this machine, the default), snapshot or placeholder (samples)")
       ->option_text("ENTRY");
-  command->add_option("--adapter", options->adapter,
-                      "The interface to show; by default the one of the best default route")
+  command
+      ->add_option("--adapter", options->adapter,
+                   "The interface to show; by default the one of the best default route")
       ->option_text("NAME");
   command->add_flag("--show-timestamp", options->showTimestamp, "Draw the time of drawing");
   command->add_option("-o,--output", options->output, "The file to write: *.png, *.svg or *.pdf")
@@ -137,6 +143,19 @@ ExitStatus finishWriting(const Console& console) {
   return ExitStatus::failed;
 }
 
+/// What the system lacks for the program to start (descriptors, memory, threads) is a failure like
+/// any other.
+std::expected<void, CommandFailure> run(const ChosenCommand& chosen, const Console& console,
+                                        const MachineProvider& machine) {
+  try {
+    return chosen.run(machine(chosen.diagnostics), console);
+  } catch (const std::system_error& error) {
+    return std::unexpected(workFailed(std::string("the system lacks what is needed: ") +
+                                      error.what() +
+                                      "; check the limits on open files, threads and memory"));
+  }
+}
+
 }  // namespace
 
 ExitStatus runProgram(std::span<const std::string> arguments, const Console& console,
@@ -156,7 +175,7 @@ ExitStatus runProgram(std::span<const std::string> arguments, const Console& con
   } catch (const CLI::Error& error) {
     return finishParsing(app, error, console);
   }
-  if (const auto result = chosen.run(machine(chosen.diagnostics), console); !result) {
+  if (const auto result = run(chosen, console, machine); !result) {
     report(result.error(), console);
     return result.error().status;
   }

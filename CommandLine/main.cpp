@@ -2,12 +2,12 @@
 #include <clocale>
 #include <csignal>
 #include <cstdlib>
+#include <fcntl.h>
 #include <iostream>
 #include <memory>
 #include <string>
-#include <vector>
-
 #include <unistd.h>
+#include <vector>
 
 #include "CommandLine/LinuxMachine.h"
 #include "CommandLine/Program.h"
@@ -24,24 +24,35 @@ bool environmentHas(const char* name) {
 TextStyle styleOfStandardOutput() {
   const char* terminal = std::getenv("TERM");
   const bool plainTerminal = terminal == nullptr || std::string_view(terminal) == "dumb";
-  const bool coloured = ::isatty(STDOUT_FILENO) == 1 && !plainTerminal && !environmentHas("NO_COLOR");
+  const bool coloured =
+      ::isatty(STDOUT_FILENO) == 1 && !plainTerminal && !environmentHas("NO_COLOR");
   return coloured ? TextStyle::coloured : TextStyle::plain;
+}
+
+/// A standard descriptor that is closed would be taken by the first socket or file that is opened,
+/// and every line printed would go there. Opened the wrong way round, so that using it fails still.
+void reserveStandardDescriptors() {
+  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (::fcntl(descriptor, F_GETFD) >= 0) continue;
+    // The lowest free number is taken: this one. Without /dev/null there is nothing to be done.
+    (void)::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+  }
 }
 
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
+  reserveStandardDescriptors();
   std::setlocale(LC_ALL, "");
   // Numbers in JSON and in pictures keep their point whatever the user's locale says.
   std::setlocale(LC_NUMERIC, "C");
   std::unique_ptr<LinuxMachine> machine;
-  const Console console{
-      .output = std::cout, .errors = std::cerr, .style = styleOfStandardOutput()};
-  const ExitStatus status = runProgram(
-      std::vector<std::string>(arguments + 1, arguments + argumentCount), console,
-      [&machine](DiagnosticsTarget target) -> const Machine& {
-        machine = std::make_unique<LinuxMachine>(target);
-        return machine->machine();
-      });
+  const Console console{.output = std::cout, .errors = std::cerr, .style = styleOfStandardOutput()};
+  const ExitStatus status =
+      runProgram(std::vector<std::string>(arguments + 1, arguments + argumentCount), console,
+                 [&machine](DiagnosticsTarget target) -> const Machine& {
+                   machine = std::make_unique<LinuxMachine>(target);
+                   return machine->machine();
+                 });
   return static_cast<int>(status);
 }

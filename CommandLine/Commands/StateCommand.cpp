@@ -49,13 +49,22 @@ void write(const NetworkState& state, bool complete, const StateOptions& options
   console.output.flush();
 }
 
-void watch(const StateOptions& options, const Machine& machine, const Console& console) {
+/// Fails when the first whole state is empty because the kernel lets nothing be read; what fails
+/// later may pass, and the next change is looked at again.
+std::expected<void, CommandFailure> watch(const StateOptions& options, const Machine& machine,
+                                          const Console& console) {
+  std::expected<void, CommandFailure> access;
+  bool isFirstWhole = true;
   const auto monitor = makeNetworkStateMonitor(machine);
   monitor->setActiveCategories(options.categories);
   bool first = true;
   monitor->setStateUpdateHandler([&](const NetworkState& state, bool complete, std::error_code) {
     // As text only whole states are worth a reader's while; a script gets every report.
     if (!options.json && !complete) return;
+    if (complete && std::exchange(isFirstWhole, false) && state.others.empty()) {
+      access = requireReadableKernel(machine);
+      if (!access) return machine.mainLoop.stop();
+    }
     if (!options.json && !std::exchange(first, false)) console.output << '\n';
     write(state, complete, options, machine, console);
     // Whoever read the output is gone: there is nobody left to watch for.
@@ -64,6 +73,7 @@ void watch(const StateOptions& options, const Machine& machine, const Console& c
   monitor->start();
   machine.mainLoop.runUntilInterrupted();
   monitor->stop();
+  return access;
 }
 
 }  // namespace
@@ -82,10 +92,7 @@ std::expected<NetworkSourceCategory, CommandFailure> parseCategories(std::string
 
 std::expected<void, CommandFailure> runState(const StateOptions& options, const Machine& machine,
                                              const Console& console) {
-  if (options.watch) {
-    watch(options, machine, console);
-    return {};
-  }
+  if (options.watch) return watch(options, machine, console);
   const ResolvedState resolved = resolveOnce(machine, options.categories);
   if (resolved.state.others.empty()) {
     if (auto access = requireReadableKernel(machine); !access) return access;
