@@ -2,10 +2,10 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <sched.h>
 #include <string>
 #include <sys/wait.h>
+#include <system_error>
 
 namespace lanternfold {
 
@@ -35,7 +35,8 @@ std::string commands(std::size_t linkCount) {
 
 bool enterBenchmarkNamespace(std::size_t linkCount) {
   if (unshare(CLONE_NEWNET) != 0) {
-    std::fprintf(stderr, "a network namespace needs root: %s\n", std::strerror(errno));
+    std::fprintf(stderr, "a network namespace needs root: %s\n",
+                 std::generic_category().message(errno).c_str());
     return false;
   }
   std::FILE* batch = popen("ip -batch -", "w");

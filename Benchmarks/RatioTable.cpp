@@ -17,7 +17,7 @@ void RatioTable::ReportRuns(const std::vector<Run>& runs) {
   for (const Run& run : runs) {
     if (run.run_type != Run::RT_Iteration || run.iterations == 0) continue;
     const double time =
-        run.real_accumulated_time * nanosecondsPerSecond / static_cast<double>(run.iterations);
+        run.cpu_accumulated_time * nanosecondsPerSecond / static_cast<double>(run.iterations);
     const auto [position, isNew] = fastest_.try_emplace(run.run_name.function_name, time);
     if (!isNew) position->second = std::min(position->second, time);
   }

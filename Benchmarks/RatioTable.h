@@ -1,5 +1,5 @@
-// Collects the fastest time of each benchmark and prints what the product costs as a multiple of
-// its baseline.
+// Collects the least processor time of each benchmark and prints what the product costs as a
+// multiple of its baseline.
 #pragma once
 
 #include <map>
@@ -10,8 +10,8 @@
 
 namespace lanternfold {
 
-/// The fastest of all repetitions counts: what other programs take away from a run only ever makes
-/// it slower.
+/// Processor time, the kernel's share included, since a dump is made in the caller's own system
+/// calls; and the least of all repetitions, since what other programs do only ever adds to it.
 class RatioTable final : public benchmark::ConsoleReporter {
  public:
   RatioTable() : ConsoleReporter(OO_None) {}

@@ -8,7 +8,6 @@
 find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
 find_package(nlohmann_json REQUIRED)
-find_package(fmt REQUIRED)
 find_package(CLI11 REQUIRED)
 pkg_check_modules(mnl REQUIRED IMPORTED_TARGET libmnl)
 pkg_check_modules(udev REQUIRED IMPORTED_TARGET libudev)
@@ -45,7 +44,8 @@ lanternfold_room(Rendering USES ViewTree Support
                  LIBRARIES PkgConfig::pangocairo PkgConfig::rsvg PkgConfig::cairo_surfaces)
 lanternfold_room(CommandLine USES NetworkWidgetVexExtension Rendering PlatformLinux ViewTree
                                   NetworkMonitor NetBase Platform Support
-                 LIBRARIES nlohmann_json::nlohmann_json fmt::fmt CLI11::CLI11 PkgConfig::glib)
+                 LIBRARIES nlohmann_json::nlohmann_json CLI11::CLI11 PkgConfig::glib
+                           Threads::Threads)
 
 target_compile_definitions(CommandLine PRIVATE
   LANTERNFOLD_VERSION="${PROJECT_VERSION}"

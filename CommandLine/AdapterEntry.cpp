@@ -39,9 +39,10 @@ std::expected<DrawableAdapterEntry, CommandFailure> drawableAdapterEntry(
                     .networkState = NetworkState::placeholder(true, strings),
                     .configuration = {.showTimestamp = configuration.showTimestamp}}};
     case EntrySource::snapshot:
-      return DrawableAdapterEntry{.entry = {.date = now,
-                                            .networkState = NetworkState::placeholder(true, strings),
-                                            .configuration = configuration}};
+      return DrawableAdapterEntry{
+          .entry = {.date = now,
+                    .networkState = NetworkState::placeholder(true, strings),
+                    .configuration = configuration}};
     case EntrySource::timeline:
       break;
   }

@@ -3,10 +3,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <system_error>
-
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace lanternfold {
@@ -17,14 +16,25 @@ std::string failure(const std::filesystem::path& path, int error) {
          "; choose another file, or make room and check the folder's permissions";
 }
 
-bool writeWhole(int descriptor, std::string_view contents) {
+bool writeAll(int descriptor, std::string_view contents) {
   while (!contents.empty()) {
     const ssize_t written = ::write(descriptor, contents.data(), contents.size());
     if (written < 0 && errno == EINTR) continue;
     if (written <= 0) return false;
     contents.remove_prefix(static_cast<std::size_t>(written));
   }
-  return ::fsync(descriptor) == 0;
+  return true;
+}
+
+/// For a device or a pipe, which must stay what it is.
+bool writeInPlace(const std::filesystem::path& path, std::string_view contents) {
+  const int descriptor = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
+  if (descriptor < 0) return false;
+  const bool written = writeAll(descriptor, contents);
+  const int error = errno;
+  ::close(descriptor);
+  errno = error;
+  return written;
 }
 
 /// The permissions of an ordinary new file; the temporary one is private.
@@ -48,7 +58,7 @@ class TemporaryFile {
   TemporaryFile& operator=(const TemporaryFile&) = delete;
 
   bool fill(std::string_view contents) {
-    return descriptor_ >= 0 && writeWhole(descriptor_, contents) &&
+    return descriptor_ >= 0 && writeAll(descriptor_, contents) && ::fsync(descriptor_) == 0 &&
            ::fchmod(descriptor_, ordinaryMode()) == 0;
   }
   bool moveTo(const std::filesystem::path& path) {
@@ -70,6 +80,10 @@ std::expected<void, std::string> writeFileAtomically(const std::filesystem::path
   std::error_code unresolved;
   const auto target = std::filesystem::weakly_canonical(path, unresolved);
   const std::filesystem::path& destination = unresolved ? path : target;
+  if (std::filesystem::is_other(destination, unresolved)) {
+    if (!writeInPlace(destination, contents)) return std::unexpected(failure(path, errno));
+    return {};
+  }
   TemporaryFile file(destination);
   if (!file.fill(contents) || !file.moveTo(destination)) {
     return std::unexpected(failure(path, errno));

@@ -22,8 +22,8 @@ void addRows(TextTable& table, const BasicInterface& interface, const ByteCountF
                 interface.hwAddress.value_or("-"), bytes.text(interface.metrics.recvBytes),
                 bytes.text(interface.metrics.sentBytes)});
   for (std::size_t index = 1; index < interface.IPv4.size(); ++index) {
-    table.addRow({"", "", "", interface.IPv4[index].address, routerText(interface.IPv4[index]), "",
-                  "", ""});
+    table.addRow(
+        {"", "", "", interface.IPv4[index].address, routerText(interface.IPv4[index]), "", "", ""});
   }
 }
 
@@ -39,9 +39,8 @@ void writeInterfaceTable(const std::vector<BasicInterface>& interfaces, const St
                    {.title = "MAC"},
                    {.title = "Received", .alignment = ColumnAlignment::right},
                    {.title = "Sent", .alignment = ColumnAlignment::right}});
-  const ByteCountFormatter bytes(ByteCountStyle::decimal, [&strings](std::string_view key) {
-    return strings.localized(key);
-  });
+  const ByteCountFormatter bytes(
+      ByteCountStyle::decimal, [&strings](std::string_view key) { return strings.localized(key); });
   for (const BasicInterface& interface : interfaces) addRows(table, interface, bytes);
   table.write(console.output, console.style);
 }

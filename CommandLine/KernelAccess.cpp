@@ -26,8 +26,8 @@ std::string reasonAndRemedy(NetworkKernelError error) {
 std::expected<void, CommandFailure> requireReadableKernel(const Machine& machine) {
   const auto reading = machine.platform.kernel.beginReading();
   if (const auto& entries = reading->addressEntries(); !entries) {
-    return std::unexpected(workFailed("cannot read this machine's interfaces: " +
-                                      reasonAndRemedy(entries.error())));
+    return std::unexpected(
+        workFailed("cannot read this machine's interfaces: " + reasonAndRemedy(entries.error())));
   }
   if (!machine.metricsReader->read()) {
     return std::unexpected(workFailed(

@@ -9,8 +9,8 @@
 
 namespace lanternfold {
 
-/// Nothing when the kernel's interface and counter tables can be read; else a failure that says what
-/// to do.
+/// Nothing when the kernel's interface and counter tables can be read; else a failure that says
+/// what to do.
 [[nodiscard]] std::expected<void, CommandFailure> requireReadableKernel(const Machine& machine);
 
 }  // namespace lanternfold

@@ -28,8 +28,8 @@ Character firstCharacter(std::string_view text) {
 /// Control characters, line breaks, and the marks that turn the writing direction, which could make
 /// one name read as another.
 bool isUnsafe(gunichar codePoint) {
-  const bool turnsDirection = (codePoint >= 0x202A && codePoint <= 0x202E) ||
-                              (codePoint >= 0x2066 && codePoint <= 0x2069);
+  const bool turnsDirection =
+      (codePoint >= 0x202A && codePoint <= 0x202E) || (codePoint >= 0x2066 && codePoint <= 0x2069);
   const bool breaksLine = codePoint == 0x2028 || codePoint == 0x2029;
   return g_unichar_iscntrl(codePoint) != 0 || turnsDirection || breaksLine;
 }

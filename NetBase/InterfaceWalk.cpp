@@ -33,6 +33,8 @@ InterfaceWalk::InterfaceWalk(NetworkKernelReading& reading, NameFilter isWanted)
 InterfaceNameMap<PropertyListDictionary> InterfaceWalk::run() {
   const auto& entries = reading_.addressEntries();
   if (!entries) return {};
+  // Room for every entry, more than is needed: growing step by step costs more than empty buckets.
+  interfaces_.reserve(entries->size());
   for (const AddressEntry& entry : *entries) take(entry);
   if (!interfaces_.empty()) addMetrics();
   return std::move(interfaces_);

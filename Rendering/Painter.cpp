@@ -35,9 +35,11 @@ class CommandPainter {
 
   void operator()(const DrawText& command) {
     const PangoLayoutHandle line = makeTextLine(texts_.get(), command.text, command.font);
-    const double top = baselineOffset(line.get(), command.font);
+    const Rect& frame = command.frame;
+    const double above = (frame.size.height - lineSize(line.get(), command.font).height) / 2;
+    const double baseline = frame.top() + above + baselineOffset(line.get(), command.font);
     setColour(surface_, command.colour);
-    cairo_move_to(surface_, command.frame.left(), onDeviceRow(surface_, command.frame.top() + top));
+    cairo_move_to(surface_, frame.left(), onDeviceRow(surface_, baseline));
     pango_cairo_show_layout_line(surface_, pango_layout_get_line_readonly(line.get(), 0));
   }
 

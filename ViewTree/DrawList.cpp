@@ -39,11 +39,7 @@ class DrawListMaker {
     } else if (const auto* symbol = std::get_if<SymbolNode>(&view.node)) {
       list_.emplace_back(DrawSymbol{frame, symbol->name, foreground()});
     } else if (const auto* image = std::get_if<ImageNode>(&view.node)) {
-      if (image->isTemplate) {
-        list_.emplace_back(DrawSymbol{frame, image->name, foreground()});
-      } else {
-        list_.emplace_back(DrawImage{frame, image->name, inherited.opacity});
-      }
+      list_.emplace_back(DrawImage{frame, image->name, inherited.opacity});
     } else if (const auto* circle = std::get_if<CircleNode>(&view.node)) {
       list_.emplace_back(StrokeCircle{frame, circle->lineWidth, foreground()});
     } else if (const auto* rectangle = std::get_if<RoundedRectangleNode>(&view.node)) {

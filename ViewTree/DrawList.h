@@ -15,6 +15,7 @@
 
 namespace lanternfold {
 
+/// One line in the middle of the frame's height.
 struct DrawText {
   Rect frame;
   std::string text;  ///< plain, one line, never markup

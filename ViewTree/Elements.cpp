@@ -26,9 +26,7 @@ View symbol(std::string name, double pointSize) {
   return leaf(SymbolNode{std::move(name), pointSize});
 }
 
-View image(std::string name) { return leaf(ImageNode{std::move(name), false}); }
-
-View templateImage(std::string name) { return leaf(ImageNode{std::move(name), true}); }
+View image(std::string name) { return leaf(ImageNode{std::move(name)}); }
 
 View circle(double lineWidth) { return leaf(CircleNode{lineWidth}); }
 

@@ -22,7 +22,6 @@ struct TextStyle {
 [[nodiscard]] View symbol(std::string name);
 [[nodiscard]] View symbol(std::string name, double pointSize);
 [[nodiscard]] View image(std::string name);
-[[nodiscard]] View templateImage(std::string name);
 [[nodiscard]] View circle(double lineWidth);
 [[nodiscard]] View roundedRectangle(double cornerRadius, Colour fill);
 [[nodiscard]] View linearGradient(Colour start, Colour end);

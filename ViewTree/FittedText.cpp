@@ -19,7 +19,7 @@ FittedText fittedText(const TextNode& node, std::optional<double> width,
   fitted.text = shortenedText(node.text, node.truncation, *width, [&](std::string_view text) {
     return measurer.measure(text, fitted.font).width;
   });
-  fitted.size = measurer.measure(fitted.text, fitted.font);
+  fitted.size.width = measurer.measure(fitted.text, fitted.font).width;
   return fitted;
 }
 

@@ -14,8 +14,8 @@ struct FittedText {
   Size size;
 };
 
-/// `width` absent asks for the whole text in its own font. The height is always that of a line, so
-/// that a text that has lost all its characters still keeps its row's height.
+/// `width` absent asks for the whole text in its own font. The height is always that of a line
+/// of its own font, so that rows stay where they are when a text shrinks or loses its characters.
 [[nodiscard]] FittedText fittedText(const TextNode& node, std::optional<double> width,
                                     const TextMeasurer& measurer);
 

@@ -49,7 +49,7 @@ struct Describer {
     figures = ' ' + node.name;
   }
   void operator()(const ImageNode& node) {
-    kind = node.isTemplate ? "template-image" : "image";
+    kind = "image";
     figures = ' ' + node.name;
   }
   void operator()(const CircleNode& node) {
@@ -109,7 +109,6 @@ struct Describer {
     kind = "button";
     figures = ' ' + node.intent;
   }
-  void operator()(const InvalidatableNode&) { kind = "invalidatable"; }
   void operator()(const LayoutPriorityNode& node) {
     kind = "layout-priority";
     figures = ' ' + dumped(node.priority);

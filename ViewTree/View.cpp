@@ -58,8 +58,6 @@ View View::foreground(Colour colour) && {
   return modified(ForegroundNode{std::move(colour)}, std::move(*this));
 }
 
-View View::invalidatable() && { return modified(InvalidatableNode{}, std::move(*this)); }
-
 View View::layoutPriority(double priority) && {
   return modified(LayoutPriorityNode{priority}, std::move(*this));
 }

@@ -41,10 +41,9 @@ struct SymbolNode {
   friend bool operator==(const SymbolNode&, const SymbolNode&) = default;
 };
 
-/// A picture asset, stretched to its frame; a template image is drawn in the foreground colour.
+/// A picture asset in its own colours, stretched to its frame.
 struct ImageNode {
   std::string name;
-  bool isTemplate = false;
   friend bool operator==(const ImageNode&, const ImageNode&) = default;
 };
 
@@ -149,11 +148,6 @@ struct ButtonNode {
   friend bool operator==(const ButtonNode&, const ButtonNode&) = default;
 };
 
-/// Content that is drawn as out of date from the press of a button until the next entry.
-struct InvalidatableNode {
-  friend bool operator==(const InvalidatableNode&, const InvalidatableNode&) = default;
-};
-
 /// Stands before its siblings of lower priority when a stack shares out its room.
 struct LayoutPriorityNode {
   double priority = 0;
@@ -164,7 +158,7 @@ using ViewNode =
     std::variant<TextNode, DrawingTimeNode, SymbolNode, ImageNode, CircleNode, RoundedRectangleNode,
                  LinearGradientNode, EmptyNode, HStackNode, VStackNode, ZStackNode,
                  FirstThatFitsNode, FrameNode, PaddingNode, OffsetNode, BackgroundNode, OpacityNode,
-                 ForegroundNode, ButtonNode, InvalidatableNode, LayoutPriorityNode>;
+                 ForegroundNode, ButtonNode, LayoutPriorityNode>;
 
 /// A node and its children. Stacks and choices have any number, a background two, every other
 /// modifier one, the rest none; the functions that make views keep to that.
@@ -182,7 +176,6 @@ struct View {
   [[nodiscard]] View background(View behind, Alignment alignment = centred) &&;
   [[nodiscard]] View opacity(double light, double dark) &&;
   [[nodiscard]] View foreground(Colour colour) &&;
-  [[nodiscard]] View invalidatable() &&;
   [[nodiscard]] View layoutPriority(double priority) &&;
   [[nodiscard]] View accessible(std::string name) &&;
 

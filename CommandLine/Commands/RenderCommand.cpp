@@ -73,8 +73,8 @@ std::expected<void, CommandFailure> checkKind(const std::string& kind) {
 std::expected<void, CommandFailure> checkFamily(const std::string& family) {
   if (family == "medium") return {};
   if (family == "small" || family == "large") {
-    return std::unexpected(badArguments("the adapter widget has no " + family +
-                                        " family; use --family medium"));
+    return std::unexpected(
+        badArguments("the adapter widget has no " + family + " family; use --family medium"));
   }
   return std::unexpected(
       badArguments("unknown family \"" + family + "\"; the adapter widget has medium"));

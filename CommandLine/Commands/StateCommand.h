@@ -11,8 +11,8 @@
 
 namespace lanternfold {
 
-/// The set that a comma-separated list of category names stands for; a failure for an empty list, an
-/// unknown name, or a category that this version cannot resolve.
+/// The set that a comma-separated list of category names stands for; a failure for an empty list,
+/// an unknown name, or a category that this version cannot resolve.
 [[nodiscard]] std::expected<NetworkSourceCategory, CommandFailure> parseCategories(
     std::string_view names);
 

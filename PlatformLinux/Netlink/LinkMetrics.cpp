@@ -1,6 +1,6 @@
 #include "PlatformLinux/Netlink/LinkMetrics.h"
 
-#include <algorithm>
+#include <map>
 #include <memory>
 #include <utility>
 
@@ -11,17 +11,15 @@ NamedMetrics namedMetricsOf(const LinkMessage& link) {
 }
 
 ConnectionMetricsMap metricsMapOf(std::vector<NamedMetrics> links) {
-  std::ranges::reverse(links);
-  std::ranges::stable_sort(links, {}, &NamedMetrics::name);
-  const auto surplus = std::ranges::unique(links, {}, &NamedMetrics::name);
-  links.erase(surplus.begin(), surplus.end());
+  std::map<std::string, ConnectionMetrics> byName;
+  for (NamedMetrics& link : links) byName.insert_or_assign(std::move(link.name), link.metrics);
   auto names = std::make_shared<ConnectionMetricsMap::Names>();
   std::vector<ConnectionMetrics> values;
-  names->reserve(links.size());
-  values.reserve(links.size());
-  for (NamedMetrics& link : links) {
-    names->push_back(std::move(link.name));
-    values.push_back(link.metrics);
+  names->reserve(byName.size());
+  values.reserve(byName.size());
+  for (const auto& [name, metrics] : byName) {
+    names->push_back(name);
+    values.push_back(metrics);
   }
   return {std::move(names), std::move(values)};
 }

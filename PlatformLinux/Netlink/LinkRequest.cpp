@@ -41,8 +41,8 @@ NetlinkRequest linkRequest(std::uint16_t flags, std::string_view name) {
   appendBytes(request, &header, sizeof(header));
   appendBytes(request, &body, sizeof(body));
   std::array<std::uint8_t, sizeof(std::uint32_t)> mask{};
-  const std::uint32_t skipCounters = RTEXT_FILTER_SKIP_STATS;
-  std::memcpy(mask.data(), &skipCounters, sizeof(skipCounters));
+  const std::uint32_t skipStatistics = RTEXT_FILTER_SKIP_STATS;
+  std::memcpy(mask.data(), &skipStatistics, sizeof(skipStatistics));
   appendAttribute(request, IFLA_EXT_MASK, mask);
   if (!name.empty()) {
     std::vector<std::uint8_t> terminated(name.begin(), name.end());

@@ -10,11 +10,12 @@
 
 namespace lanternfold {
 
-/// RTM_GETLINK for every link, without counters: about half the bytes of the dump with them.
+/// RTM_GETLINK for every link, without the IPv6 statistics: a quarter fewer bytes and a third less
+/// time at 1,000 links. The link's own counters come nevertheless.
 [[nodiscard]] NetlinkRequest linkSurveyRequest();
 
-/// RTM_GETLINK for the one link of this name, without counters; answered by the link and an
-/// acknowledgment, or by ENODEV. `name` is of 1 to 15 bytes.
+/// RTM_GETLINK for the one link of this name; answered by the link and an acknowledgment, or by
+/// ENODEV. `name` is of 1 to 15 bytes.
 [[nodiscard]] NetlinkRequest linkByNameRequest(std::string_view name);
 
 }  // namespace lanternfold

@@ -17,15 +17,20 @@ bool isUsable(const SnapshotLink& each, std::optional<PathInterfaceType> require
 }
 
 /// The interfaces of the default routes, best first; one may be there several times.
-std::vector<std::uint32_t> defaultRouteInterfaces(std::vector<RouteMessage> routes) {
-  std::stable_sort(routes.begin(), routes.end(),
-                   [](const RouteMessage& one, const RouteMessage& other) {
-                     return std::tuple(one.priority, one.family != AF_INET) <
-                            std::tuple(other.priority, other.family != AF_INET);
-                   });
-  std::vector<std::uint32_t> indexes;
+std::vector<std::uint32_t> defaultRouteInterfaces(const std::vector<RouteMessage>& routes) {
+  struct Ranked {
+    std::tuple<std::uint32_t, bool, std::size_t> rank;
+    const RouteMessage* route;
+  };
+  std::vector<Ranked> ranked;
   for (const RouteMessage& route : routes) {
-    for (const RouteHop& hop : route.hops) indexes.push_back(hop.interfaceIndex);
+    ranked.push_back({{route.priority, route.family != AF_INET, ranked.size()}, &route});
+  }
+  std::sort(ranked.begin(), ranked.end(),
+            [](const Ranked& one, const Ranked& other) { return one.rank < other.rank; });
+  std::vector<std::uint32_t> indexes;
+  for (const Ranked& each : ranked) {
+    for (const RouteHop& hop : each.route->hops) indexes.push_back(hop.interfaceIndex);
   }
   return indexes;
 }

@@ -52,7 +52,7 @@ std::vector<LinkSpeed> readLinkSpeeds(std::span<const std::uint32_t> interfaceIn
       request(*socket, linkSpeedRequest(*family, index), speeds);
     }
   }
-  std::ranges::stable_sort(speeds, {}, &LinkSpeed::interfaceIndex);
+  std::ranges::sort(speeds, {}, &LinkSpeed::interfaceIndex);
   return speeds;
 }
 

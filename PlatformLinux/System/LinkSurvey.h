@@ -23,7 +23,7 @@ struct SurveyedLink {
   friend bool operator==(const SurveyedLink&, const SurveyedLink&) = default;
 };
 
-/// Stateless: every question is one dump without counters. Links that were made in software, of
+/// Stateless: every question is one dump. Links that were made in software, of
 /// which there may be thousands, cost nothing beyond it. Speaks of the network namespace of the
 /// calling thread.
 class LinkSurvey {

@@ -13,8 +13,10 @@ constexpr std::size_t longestProcStat = 4 * 1024 * 1024;
 
 }  // namespace
 
+LinuxNetworkKernel::LinuxNetworkKernel() : sockets_(std::make_shared<NetlinkSocketPool>()) {}
+
 std::unique_ptr<NetworkKernelReading> LinuxNetworkKernel::beginReading() const {
-  return std::make_unique<LinuxNetworkKernelReading>();
+  return std::make_unique<LinuxNetworkKernelReading>(sockets_);
 }
 
 std::optional<std::chrono::system_clock::time_point> LinuxNetworkKernel::bootTime() const {

@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "Platform/NetworkKernel.h"
+#include "PlatformLinux/System/NetlinkSocketPool.h"
 
 namespace lanternfold {
 
@@ -20,13 +21,20 @@ namespace lanternfold {
 /// dumped are dumped again; when they never rest, the last dump counts if it came in ascending
 /// order of the indexes, since then nothing that stayed can have been passed over (Linux 6.9 and
 /// later dump that way), and fails as interrupted otherwise.
+///
+/// A kernel sees the network namespace of the thread that reads first.
 class LinuxNetworkKernel final : public NetworkKernel {
  public:
+  LinuxNetworkKernel();
+
   [[nodiscard]] std::unique_ptr<NetworkKernelReading> beginReading() const override;
 
   /// The kernel's own figure of /proc/stat ("btime", whole seconds). It moves only when somebody
   /// sets the clock; the difference of two clocks read one after the other would jitter.
   [[nodiscard]] std::optional<std::chrono::system_clock::time_point> bootTime() const override;
+
+ private:
+  std::shared_ptr<NetlinkSocketPool> sockets_;
 };
 
 }  // namespace lanternfold

@@ -6,8 +6,6 @@
 #include <sys/socket.h>
 #include <utility>
 
-#include <linux/netlink.h>
-
 #include "PlatformLinux/Netlink/KernelRecords.h"
 #include "PlatformLinux/Netlink/LinkMessage.h"
 #include "PlatformLinux/Netlink/RouteMessage.h"
@@ -32,6 +30,13 @@ std::pair<std::size_t, std::uint32_t> dumpOrder(const AddressMessage& address) {
 }
 
 }  // namespace
+
+LinuxNetworkKernelReading::LinuxNetworkKernelReading(std::shared_ptr<NetlinkSocketPool> sockets)
+    : sockets_(std::move(sockets)) {}
+
+LinuxNetworkKernelReading::~LinuxNetworkKernelReading() {
+  if (socket_) sockets_->giveBack(std::move(*socket_));
+}
 
 const std::expected<std::vector<AddressEntry>, NetworkKernelError>&
 LinuxNetworkKernelReading::addressEntries() {
@@ -162,7 +167,7 @@ std::optional<std::size_t> LinuxNetworkKernelReading::positionOfLink(std::uint32
 std::expected<void, NetworkKernelError> LinuxNetworkKernelReading::dump(
     const NetlinkRequest& request, const NetlinkDumpHandler& handler) {
   if (!socket_) {
-    auto socket = NetlinkSocket::open(NETLINK_ROUTE);
+    auto socket = sockets_->take();
     if (!socket) return std::unexpected(socket.error());
     socket_.emplace(std::move(*socket));
   }

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <expected>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -13,6 +14,7 @@
 #include "Platform/NetworkKernel.h"
 #include "PlatformLinux/Netlink/AddressMessage.h"
 #include "PlatformLinux/System/NetlinkSocket.h"
+#include "PlatformLinux/System/NetlinkSocketPool.h"
 
 namespace lanternfold {
 
@@ -21,6 +23,12 @@ namespace lanternfold {
 /// speeds of those links that have one.
 class LinuxNetworkKernelReading final : public NetworkKernelReading {
  public:
+  /// Borrows its socket from `sockets` for as long as it lives.
+  explicit LinuxNetworkKernelReading(std::shared_ptr<NetlinkSocketPool> sockets);
+  ~LinuxNetworkKernelReading() override;
+  LinuxNetworkKernelReading(const LinuxNetworkKernelReading&) = delete;
+  LinuxNetworkKernelReading& operator=(const LinuxNetworkKernelReading&) = delete;
+
   [[nodiscard]] const std::expected<std::vector<AddressEntry>, NetworkKernelError>& addressEntries()
       override;
   [[nodiscard]] const std::expected<std::vector<LinkRecord>, NetworkKernelError>& linkRecords()
@@ -51,7 +59,8 @@ class LinuxNetworkKernelReading final : public NetworkKernelReading {
   [[nodiscard]] std::expected<void, NetworkKernelError> dump(const NetlinkRequest& request,
                                                              const NetlinkDumpHandler& handler);
 
-  std::optional<NetlinkSocket> socket_;
+  std::shared_ptr<NetlinkSocketPool> sockets_;
+  std::optional<NetlinkSocket> socket_;  // once the first table was asked for
   std::optional<std::expected<std::vector<LinkRecord>, NetworkKernelError>> linkRecords_;
   std::vector<LinkStatistics32> statistics_;  // one for each link record
   std::vector<IndexPosition> positions_;      // of the link records, ascending by index

@@ -18,7 +18,7 @@ class NetworkSnapshotReader {
   [[nodiscard]] static std::expected<NetworkSnapshotReader, NetworkKernelError> open(
       LinkSurvey survey);
 
-  /// Four dumps: links without counters, addresses, the routes of both families. A table that kept
+  /// Four dumps: links, addresses, the routes of both families. A table that kept
   /// changing while it was read is given as it was last seen, and a machine without IPv6 has no
   /// routes of that family. Errors: refused, malformed, failed.
   [[nodiscard]] std::expected<NetworkSnapshot, NetworkKernelError> read();

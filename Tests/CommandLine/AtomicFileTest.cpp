@@ -1,13 +1,12 @@
-#include "CommandLine/AtomicFile.h"
-
-#include <gtest/gtest.h>
-
 #include <csignal>
 #include <fstream>
 #include <iterator>
-
 #include <sys/resource.h>
 #include <sys/stat.h>
+
+#include <gtest/gtest.h>
+
+#include "CommandLine/AtomicFile.h"
 
 namespace lanternfold {
 namespace {
@@ -71,11 +70,22 @@ TEST_F(AtomicFileTest, AFolderOfThatNameIsASentenceAndLeavesNothingBehind) {
   EXPECT_EQ(files(), 1U);
 }
 
+TEST_F(AtomicFileTest, ALinkToADeviceDoesNotReplaceTheDevice) {
+  fs::create_symlink("/dev/full", folder_ / "full.png");
+  const auto written = writeFileAtomically(folder_ / "full.png", "picture");
+  ASSERT_FALSE(written);
+  EXPECT_THAT(written.error(), testing::HasSubstr("No space left on device"));
+  EXPECT_TRUE(fs::is_character_file("/dev/full"));
+  fs::create_symlink("/dev/null", folder_ / "null.png");
+  EXPECT_TRUE(writeFileAtomically(folder_ / "null.png", "picture"));
+  EXPECT_TRUE(fs::is_character_file("/dev/null"));
+}
+
 TEST_F(AtomicFileTest, AWriteThatIsCutShortLeavesTheOldFileAndNothingElse) {
   EXPECT_TRUE(writeFileAtomically(folder_ / "a.png", "old"));
-  struct rlimit before {};
+  struct rlimit before{};
   ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
-  const struct rlimit small { .rlim_cur = 4096, .rlim_max = before.rlim_max };
+  const struct rlimit small{.rlim_cur = 4096, .rlim_max = before.rlim_max};
   const auto ignored = std::signal(SIGXFSZ, SIG_IGN);
   ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
   const auto written = writeFileAtomically(folder_ / "a.png", std::string(100'000, 'x'));

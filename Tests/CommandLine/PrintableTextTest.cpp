@@ -1,6 +1,6 @@
-#include "CommandLine/PrintableText.h"
-
 #include <gtest/gtest.h>
+
+#include "CommandLine/PrintableText.h"
 
 namespace lanternfold {
 namespace {

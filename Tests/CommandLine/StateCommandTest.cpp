@@ -1,6 +1,6 @@
-#include "CommandLine/Commands/StateCommand.h"
-
 #include <gtest/gtest.h>
+
+#include "CommandLine/Commands/StateCommand.h"
 
 namespace lanternfold {
 namespace {
@@ -20,8 +20,9 @@ TEST(ParseCategories, UnderstandsEveryCategoryThatCanBeResolved) {
 }
 
 TEST(ParseCategories, RefusesWhatItDoesNotKnow) {
-  EXPECT_EQ(failureOf("wifi"),
-            "unknown category \"wifi\"; use internet, wlan, cellular or other, separated by commas");
+  EXPECT_EQ(
+      failureOf("wifi"),
+      "unknown category \"wifi\"; use internet, wlan, cellular or other, separated by commas");
   EXPECT_THAT(failureOf(""), testing::StartsWith("unknown category \"\""));
   EXPECT_THAT(failureOf("other,"), testing::StartsWith("unknown category \"\""));
   EXPECT_THAT(failureOf("Other"), testing::StartsWith("unknown category \"Other\""));

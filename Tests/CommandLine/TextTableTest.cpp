@@ -1,8 +1,8 @@
-#include "CommandLine/TextTable.h"
+#include <sstream>
 
 #include <gtest/gtest.h>
 
-#include <sstream>
+#include "CommandLine/TextTable.h"
 
 namespace lanternfold {
 namespace {
@@ -18,7 +18,8 @@ TextTable sample() {
 }
 
 TEST(TextTable, AlignsColumnsAndLeavesNoSpaceAtALinesEnd) {
-  TextTable table({{.title = "Name"}, {.title = "Sent", .alignment = ColumnAlignment::right}, {"X"}});
+  TextTable table(
+      {{.title = "Name"}, {.title = "Sent", .alignment = ColumnAlignment::right}, {"X"}});
   table.addRow({"eth0", "1 KB", ""});
   table.addRow({"enp0s31f6", "12.5 GB", "y"});
   EXPECT_EQ(written(table),
@@ -41,7 +42,7 @@ TEST(TextTable, EscapesControlCharactersInCells) {
   TextTable table = sample();
   table.addRow({"a\nb", "1"});
   EXPECT_EQ(written(table),
-            "Name     Sent\n"
+            "Name    Sent\n"
             "a\\x0ab     1\n");
 }
 

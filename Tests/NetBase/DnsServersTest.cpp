@@ -14,11 +14,11 @@ const IPv6Bytes ipv6Server{0x20, 0x01, 0x0D, 0xB8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
 
 TEST(DnsServers, AreListedAsTextInResolverOrder) {
   NetBaseEnvironment world;
-  world.resolver.setServers({{IPv4Bytes{192, 168, 1, 1}, ipv6Server, IPv4Bytes{9, 9, 9, 9}}});
+  world.resolver.setServers({{IPv4Bytes{192, 168, 1, 1}, ipv6Server, IPv4Bytes{203, 0, 113, 9}}});
   EXPECT_THAT(world.snUtils.listDNSServers(),
-              ElementsAre("192.168.1.1", "2001:db8::35", "9.9.9.9"));
+              ElementsAre("192.168.1.1", "2001:db8::35", "203.0.113.9"));
   EXPECT_THAT(world.netUtils.defaultDnsServers(),
-              ElementsAre("192.168.1.1", "2001:db8::35", "9.9.9.9"));
+              ElementsAre("192.168.1.1", "2001:db8::35", "203.0.113.9"));
   EXPECT_THAT(world.log.lines(), IsEmpty());
 }
 

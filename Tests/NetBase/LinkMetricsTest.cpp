@@ -53,8 +53,8 @@ TEST_F(LinkMetricsTest, CarryEveryFigureAtItsFullWidth) {
 }
 
 TEST_F(LinkMetricsTest, ShowAHardwareAddressInUpperCase) {
-  EXPECT_EQ(*metricsWith({0xAC, 0xDE, 0x48, 0x00, 0x11, 0x22}).find("hw_address"),
-            PropertyListValue("AC:DE:48:00:11:22"));
+  EXPECT_EQ(*metricsWith({0xAE, 0xDE, 0x48, 0x00, 0x11, 0x22}).find("hw_address"),
+            PropertyListValue("AE:DE:48:00:11:22"));
 }
 
 TEST_F(LinkMetricsTest, HideAHardwareAddressOfAllZeros) {

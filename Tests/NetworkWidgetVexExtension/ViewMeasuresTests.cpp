@@ -14,7 +14,6 @@
 #include "NetworkWidgetVexExtension/Views/RefreshButton.h"
 #include "NetworkWidgetVexExtension/Views/SimpleLabelView.h"
 #include "NetworkWidgetVexExtension/Views/SourceListItemView.h"
-#include "NetworkWidgetVexExtension/Views/TimeOfDrawing.h"
 #include "Tests/NetworkWidgetVexExtension/CardStates.h"
 #include "Tests/Support/MetricTextMeasurer.h"
 #include "ViewTree/TextDump.h"
@@ -305,11 +304,6 @@ TEST(NetworkAdapterWidgetEntryView, ShowsLocalisedTexts) {
   german.set("No source", "Keine Quelle");
   EXPECT_THAT(dumpOf(NetworkAdapterWidgetEntryView{entryOf({})}.body({german})),
               HasSubstr("Keine Quelle"));
-}
-
-TEST(TimeOfDrawing, IsTodaysClock) {
-  const std::string text = timeOfDrawing(std::chrono::system_clock::now(), strings);
-  EXPECT_THAT(text, testing::MatchesRegex("Today, [0-2][0-9]:[0-5][0-9]"));
 }
 
 }  // namespace

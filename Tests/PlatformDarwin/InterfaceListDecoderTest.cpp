@@ -16,7 +16,7 @@ LinkRecord ethernet(std::string name, std::uint32_t index) {
   LinkRecord link;
   link.name = std::move(name);
   link.index = index;
-  link.hardwareAddress = {{0xAC, 0xDE, 0x48, 0x00, 0x11, 0x22}};
+  link.hardwareAddress = {{0xAE, 0xDE, 0x48, 0x00, 0x11, 0x22}};
   link.type = 6;
   link.mtu = 1500;
   return link;

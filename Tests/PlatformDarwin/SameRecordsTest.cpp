@@ -22,7 +22,7 @@ LinkRecord card() {
   LinkRecord link;
   link.name = "en0";
   link.index = 4;
-  link.hardwareAddress = {{0xAC, 0xDE, 0x48, 0x00, 0x11, 0x22}};
+  link.hardwareAddress = {{0xAE, 0xDE, 0x48, 0x00, 0x11, 0x22}};
   link.type = 6;
   link.baudrate = 1'000'000'000;
   link.mtu = 1500;

@@ -1,16 +1,17 @@
 #include "Tests/PlatformLinux/NetworkNamespace.h"
 
 #include <array>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
 #include <sched.h>
+#include <spawn.h>
 #include <sys/mount.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace lanternfold {
-
-bool NetworkNamespace::isAllowed() { return geteuid() == 0; }
 
 std::unique_ptr<NetworkNamespace> NetworkNamespace::enter() {
   const int network = open("/proc/thread-self/ns/net", O_RDONLY | O_CLOEXEC);
@@ -33,17 +34,20 @@ NetworkNamespace::~NetworkNamespace() {
   }
 }
 
-bool NetworkNamespace::run(const std::string& command) { return std::system(command.c_str()) == 0; }
-
-std::string NetworkNamespace::outputOf(const std::string& command) {
-  std::FILE* const pipe = popen(command.c_str(), "re");
-  if (pipe == nullptr) return {};
-  std::string text;
-  std::array<char, 4096> part{};
-  for (std::size_t size = 0; (size = std::fread(part.data(), 1, part.size(), pipe)) > 0;) {
-    text.append(part.data(), size);
+bool NetworkNamespace::run(const std::string& command) {
+  std::string shell = "sh";
+  std::string option = "-c";
+  std::string text = command;
+  std::array<char*, 4> arguments = {shell.data(), option.data(), text.data(), nullptr};
+  pid_t child = 0;
+  if (posix_spawn(&child, "/bin/sh", nullptr, nullptr, arguments.data(), environ) != 0) {
+    return false;
   }
-  return pclose(pipe) == 0 ? text : std::string();
+  int status = 0;
+  while (waitpid(child, &status, 0) < 0) {
+    if (errno != EINTR) return false;
+  }
+  return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 }  // namespace lanternfold

@@ -4,6 +4,9 @@
 
 #include <memory>
 #include <string>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
 
 namespace lanternfold {
 
@@ -11,9 +14,7 @@ namespace lanternfold {
 /// private: whatever is mounted inside is gone afterwards.
 class NetworkNamespace {
  public:
-  /// Whether this process may make namespaces at all; a test that may not says so and is skipped.
-  [[nodiscard]] static bool isAllowed();
-  /// Null when the system refuses, which is a failure for a process that is allowed to.
+  /// Null when the system refuses.
   [[nodiscard]] static std::unique_ptr<NetworkNamespace> enter();
 
   ~NetworkNamespace();
@@ -22,8 +23,6 @@ class NetworkNamespace {
 
   /// Runs a shell command inside; whether it ended with status 0.
   [[nodiscard]] static bool run(const std::string& command);
-  /// What the command wrote to its standard output; empty when it failed.
-  [[nodiscard]] static std::string outputOf(const std::string& command);
 
  private:
   NetworkNamespace(int network, int mounts) : network_(network), mounts_(mounts) {}
@@ -34,12 +33,18 @@ class NetworkNamespace {
 
 }  // namespace lanternfold
 
+/// For SetUp and for the beginning of a test: what follows runs as root only. As root nothing is
+/// ever left out; elsewhere the test stands aside and says what it lacks, as in "to make a
+/// namespace".
+#define REQUIRE_ROOT(purpose)                                      \
+  do {                                                             \
+    if (geteuid() != 0) GTEST_SKIP() << "needs root, " << purpose; \
+  } while (false)
+
 /// For a fixture's SetUp: enters a namespace kept in `holder`, or skips for want of privilege.
 #define ENTER_NETWORK_NAMESPACE(holder)                                               \
   do {                                                                                \
-    if (!lanternfold::NetworkNamespace::isAllowed()) {                                \
-      GTEST_SKIP() << "needs root, to make a network namespace";                      \
-    }                                                                                 \
+    REQUIRE_ROOT("to make a network namespace");                                      \
     (holder) = lanternfold::NetworkNamespace::enter();                                \
     ASSERT_NE((holder), nullptr) << "the system refuses to make a network namespace"; \
   } while (false)

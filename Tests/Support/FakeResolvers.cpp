@@ -51,4 +51,6 @@ void FakeInternetInfoResolver::answer(std::size_t resolution, const Answer& answ
   handler(answer.info, answer.complete, answer.error);
 }
 
+void FakeInternetInfoResolver::abandon() { std::vector<UpdateHandler>().swap(handlers_); }
+
 }  // namespace lanternfold

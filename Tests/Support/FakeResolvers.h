@@ -66,6 +66,9 @@ class FakeInternetInfoResolver final : public InternetInfoResolver {
   /// of its handler.
   void answer(std::size_t resolution, const Answer& answer);
 
+  /// Lets go of the handlers that still wait: they hold the monitor, which holds this resolver.
+  void abandon();
+
  private:
   std::vector<UpdateHandler> handlers_;  // empty where the resolution has ended
 };

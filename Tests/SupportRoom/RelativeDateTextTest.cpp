@@ -1,6 +1,6 @@
-#include "Support/RelativeDateText.h"
-
 #include <gtest/gtest.h>
+
+#include "Support/RelativeDateText.h"
 
 namespace lanternfold {
 namespace {
@@ -12,8 +12,8 @@ TEST(RelativeDateText, SaysTodayAndYesterday) {
 }
 
 TEST(RelativeDateText, GivesAShortDateForAnyOtherDay) {
-  const auto newYear = std::chrono::sys_days(std::chrono::year(2001) / 1 / 1) +
-                       std::chrono::hours(12);
+  const auto newYear =
+      std::chrono::sys_days(std::chrono::year(2001) / 1 / 1) + std::chrono::hours(12);
   EXPECT_THAT(relativeDateText(newYear), testing::MatchesRegex("1/1/0?1, .+"));
 }
 

@@ -40,11 +40,6 @@ TEST(DrawList, LeavesOutWhatIsInvisible) {
   EXPECT_EQ(dumpOf(image("Logo").frame(0, 10)), "");
 }
 
-TEST(DrawList, DrawsATemplateImageInTheForegroundColour) {
-  EXPECT_EQ(dumpOf(templateImage("Gauge").foreground(Colour::named("Ink"))),
-            "symbol 0,0 20x12 #000000FF Gauge\n");
-}
-
 TEST(DrawList, DrawsTheBackgroundFirst) {
   EXPECT_EQ(dumpOf(circle(2).background(roundedRectangle(3, Colour::white()))),
             "rounded-rectangle 0,0 20x12 #FFFFFFFF radius 3\n"

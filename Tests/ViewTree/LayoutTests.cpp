@@ -120,8 +120,8 @@ TEST(Layout, ChoosesByTheAxesAskedFor) {
 
 TEST(Layout, ShrinksATextBeforeItShortensIt) {
   const View shrinking = text("abcdefgh", {{10}, Truncation::tail, 0.5});
-  EXPECT_EQ(dumpOf(shrinking, {30, 12}), "text 0.2,1.5 29.7x8.9 7.4 \"abcdefgh\"\n");
-  EXPECT_EQ(dumpOf(shrinking, {15, 12}), "text 0,3 15x6 5 \"abcde\u2026\" -- \"abcdefgh\"\n");
+  EXPECT_EQ(dumpOf(shrinking, {30, 12}), "text 0.2,0 29.7x12 7.4 \"abcdefgh\"\n");
+  EXPECT_EQ(dumpOf(shrinking, {15, 12}), "text 0,0 15x12 5 \"abcde\u2026\" -- \"abcdefgh\"\n");
 }
 
 TEST(Layout, FillsTheTimeOfDrawingIn) {

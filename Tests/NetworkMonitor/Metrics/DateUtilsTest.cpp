@@ -2,22 +2,12 @@
 
 #include "NetworkMonitor/Metrics/DateUtils.h"
 #include "Tests/Support/FakeNetworkKernel.h"
+#include "Tests/Support/SimulatedClock.h"
 
 namespace lanternfold {
 namespace {
 
 using std::chrono::system_clock;
-
-/// Stands still until it is set.
-class StandingClock final : public Clock {
- public:
-  system_clock::time_point now() const override { return now_; }
-  std::chrono::steady_clock::time_point steadyNow() const override { return {}; }
-  void set(system_clock::time_point now) { now_ = now; }
-
- private:
-  system_clock::time_point now_;
-};
 
 class DateUtilsTest : public testing::Test {
  protected:
@@ -25,16 +15,18 @@ class DateUtilsTest : public testing::Test {
     return system_clock::time_point(std::chrono::seconds(seconds));
   }
 
-  StandingClock clock;
+  SimulatedClock clock;
   FakeNetworkKernel kernel;
   DateUtils dates{clock, kernel};
 };
 
 TEST_F(DateUtilsTest, CurrentDateIsThatOfTheClock) {
-  clock.set(secondsSince1970(1'700'000'000));
-  EXPECT_EQ(dates.currentDate(), secondsSince1970(1'700'000'000));
-  clock.set(secondsSince1970(1'600'000'000));
-  EXPECT_EQ(dates.currentDate(), secondsSince1970(1'600'000'000)) << "a clock may step back";
+  const auto start = clock.now();
+  EXPECT_EQ(dates.currentDate(), start);
+  clock.advance(std::chrono::seconds(90));
+  EXPECT_EQ(dates.currentDate(), start + std::chrono::seconds(90));
+  clock.stepWallClock(-std::chrono::hours(2));
+  EXPECT_EQ(dates.currentDate(), clock.now()) << "a wall clock may step back";
 }
 
 TEST_F(DateUtilsTest, LastBootDateIsThatOfTheKernel) {

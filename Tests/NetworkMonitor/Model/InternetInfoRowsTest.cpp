@@ -12,7 +12,7 @@ std::string rowsOf(const InternetInfo& info) {
 }
 
 std::string rowsWithConnection(InterfaceType type) {
-  return rowsOf({.ip = "1.2.3.4", .interface = BasicInterface{.name = "en0", .type = type}});
+  return rowsOf({.ip = "203.0.113.4", .interface = BasicInterface{.name = "en0", .type = type}});
 }
 
 TEST(InternetInfoRows, SayNotConnectedWhenNothingIsKnown) {
@@ -49,26 +49,27 @@ TEST(InternetInfoRows, HaveNoStatusWhenOnlyIPv6IsKnown) {
 }
 
 TEST(InternetInfoRows, ShowWhatElseIsKnownBelowTheStatus) {
-  EXPECT_EQ(rowsOf({.supportsIPv6 = false, .isp = "Provider", .dns = {"9.9.9.9"}}),
+  EXPECT_EQ(rowsOf({.supportsIPv6 = false, .isp = "Provider", .dns = {"192.0.2.9"}}),
             "Status / Not connected\n"
             "ISP / Provider\n"
-            "DNS / 9.9.9.9 !\n"
+            "DNS / 192.0.2.9 !\n"
             "IPv6 / N/A !\n");
 }
 
 TEST(InternetInfoRows, ShowTheFirstIPv4ServerBehindAnIPv6One) {
-  EXPECT_EQ(rowsOf({.ip = "1.2.3.4", .dns = {"fe80::1", "192.168.1.1", "192.168.1.2"}}),
-            "IP / 1.2.3.4\nDNS / 192.168.1.1 !\n");
+  EXPECT_EQ(rowsOf({.ip = "203.0.113.4", .dns = {"fe80::1", "192.168.1.1", "192.168.1.2"}}),
+            "IP / 203.0.113.4\nDNS / 192.168.1.1 !\n");
 }
 
 TEST(InternetInfoRows, ShowTheFirstServerWhenAllAreIPv6) {
-  EXPECT_EQ(rowsOf({.ip = "1.2.3.4", .dns = {"fe80::1"}}), "IP / 1.2.3.4\nDNS / fe80::1 !\n");
-  EXPECT_EQ(rowsOf({.ip = "1.2.3.4", .dns = {"FE80::2", "fe80::1"}}),
-            "IP / 1.2.3.4\nDNS / FE80::2 !\n");
+  EXPECT_EQ(rowsOf({.ip = "203.0.113.4", .dns = {"fe80::1"}}),
+            "IP / 203.0.113.4\nDNS / fe80::1 !\n");
+  EXPECT_EQ(rowsOf({.ip = "203.0.113.4", .dns = {"FE80::2", "fe80::1"}}),
+            "IP / 203.0.113.4\nDNS / FE80::2 !\n");
 }
 
 TEST(InternetInfoRows, HaveNoDnsRowWithoutServers) {
-  EXPECT_EQ(rowsOf({.ip = "1.2.3.4"}).find("DNS"), std::string::npos);
+  EXPECT_EQ(rowsOf({.ip = "203.0.113.4"}).find("DNS"), std::string::npos);
 }
 
 TEST(InternetInfoRows, SayThatIPv6IsNotAvailableThoughAnAddressIsThere) {
@@ -80,32 +81,32 @@ TEST(InternetInfoRows, HaveNoIPv6RowWhileItsSupportIsNotKnown) {
 }
 
 TEST(InternetInfoRowsDeathTest, StopTheProgramWhenIPv6IsSupportedWithoutAnAddress) {
-  EXPECT_DEATH(rowsOf({.ip = "1.2.3.4", .supportsIPv6 = true}),
+  EXPECT_DEATH(rowsOf({.ip = "203.0.113.4", .supportsIPv6 = true}),
                "Fatal error: .*supports IPv6 but has no IPv6 address");
 }
 
 TEST(InternetInfoRows, NameTheActiveConnectionByItsType) {
   EXPECT_EQ(rowsWithConnection(InterfaceType::wlan),
-            "IP / 1.2.3.4\nActive connection / Connected via Wi-Fi\n");
+            "IP / 203.0.113.4\nActive connection / Connected via Wi-Fi\n");
   EXPECT_EQ(rowsWithConnection(InterfaceType::ethernet),
-            "IP / 1.2.3.4\nActive connection / Connected via Ethernet\n");
+            "IP / 203.0.113.4\nActive connection / Connected via Ethernet\n");
   EXPECT_EQ(rowsWithConnection(InterfaceType::cellular),
-            "IP / 1.2.3.4\nActive connection / Connected via Cellular\n");
+            "IP / 203.0.113.4\nActive connection / Connected via Cellular\n");
 }
 
 TEST(InternetInfoRows, HaveNoActiveConnectionByBluetoothOrUnknown) {
-  EXPECT_EQ(rowsWithConnection(InterfaceType::bluetooth), "IP / 1.2.3.4\n");
-  EXPECT_EQ(rowsWithConnection(InterfaceType::unknown), "IP / 1.2.3.4\n");
+  EXPECT_EQ(rowsWithConnection(InterfaceType::bluetooth), "IP / 203.0.113.4\n");
+  EXPECT_EQ(rowsWithConnection(InterfaceType::unknown), "IP / 203.0.113.4\n");
 }
 
 TEST(InternetInfoRows, FillTheLocalisedTypeIntoTheLocalisedFormat) {
   const FakeStringTable german({{"Active connection", "Verbindung"},
                                 {"Connected via %@", "Über %@ verbunden"},
                                 {"Wi-Fi", "WLAN"}});
-  const InternetInfo info{.ip = "1.2.3.4",
+  const InternetInfo info{.ip = "203.0.113.4",
                           .interface = BasicInterface{.type = InterfaceType::wlan}};
   EXPECT_EQ(sourceListText(info.compressedListRepresentation(german)),
-            "IP / 1.2.3.4\nVerbindung / Über WLAN verbunden\n");
+            "IP / 203.0.113.4\nVerbindung / Über WLAN verbunden\n");
 }
 
 TEST(InternetInfoRows, LocaliseTheFixedTexts) {
@@ -118,12 +119,12 @@ TEST(InternetInfoRows, LocaliseTheFixedTexts) {
             "Zustand / Getrennt\nIPv6 / entfällt !\n");
   EXPECT_EQ(
       sourceListText(
-          InternetInfo{.ip = "1.2.3.4", .country = "DE"}.compressedListRepresentation(german)),
-      "IP - LAND / 1.2.3.4 (DE)\n");
+          InternetInfo{.ip = "203.0.113.4", .country = "DE"}.compressedListRepresentation(german)),
+      "IP - LAND / 203.0.113.4 (DE)\n");
 }
 
 TEST(InternetInfoRows, HaveNoLongList) {
-  EXPECT_TRUE(InternetInfo{.ip = "1.2.3.4"}.listRepresentation(FakeStringTable()).empty());
+  EXPECT_TRUE(InternetInfo{.ip = "203.0.113.4"}.listRepresentation(FakeStringTable()).empty());
 }
 
 }  // namespace

@@ -43,6 +43,10 @@ class ReportText {
 /// A machine with Wi-Fi on en0, one carrier and the adapters en0, en1 and en5.
 struct MonitorScene {
   MonitorScene();
+  /// Ends what no test answered, so that nothing is held in a circle.
+  ~MonitorScene() { internet->abandon(); }
+  MonitorScene(const MonitorScene&) = delete;
+  MonitorScene& operator=(const MonitorScene&) = delete;
 
   /// A monitor of this machine that reports to `reports`.
   [[nodiscard]] std::shared_ptr<NetworkStateMonitor> makeMonitor(

@@ -1,7 +1,11 @@
 #include "Tests/PlatformLinux/Contracts/GettextCatalogue.h"
 
+#include <array>
 #include <cstdlib>
 #include <fstream>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <utility>
 
 namespace lanternfold {
@@ -19,6 +23,20 @@ std::filesystem::path newTemporaryDirectory() {
   std::string name = std::filesystem::temp_directory_path() / "catalogue-XXXXXX";
   if (mkdtemp(name.data()) == nullptr) std::abort();
   return name;
+}
+
+/// Whether msgfmt made `compiled` of `source`.
+bool compile(std::string source, std::string compiled) {
+  std::string program = "msgfmt";
+  std::string option = "-o";
+  const std::array<char*, 5> arguments{program.data(), option.data(), compiled.data(),
+                                       source.data(), nullptr};
+  pid_t child = 0;
+  if (posix_spawnp(&child, program.c_str(), nullptr, nullptr, arguments.data(), environ) != 0) {
+    return false;
+  }
+  int status = 0;
+  return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 }  // namespace
@@ -46,9 +64,7 @@ bool GettextCatalogue::add(std::string_view language, std::string_view domain,
     file << "\nmsgid \"" << key << "\"\nmsgstr \"" << text << "\"\n";
   }
   file.close();
-  const std::filesystem::path compiled = folder / (std::string(domain) + ".mo");
-  const std::string command = "msgfmt -o '" + compiled.string() + "' '" + source.string() + "'";
-  return std::system(command.c_str()) == 0;
+  return compile(source, folder / (std::string(domain) + ".mo"));
 }
 
 }  // namespace lanternfold

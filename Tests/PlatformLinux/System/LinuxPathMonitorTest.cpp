@@ -1,5 +1,4 @@
 // The path monitor against a kernel that really changes, in a network namespace of the test's own.
-#include <cstring>
 #include <future>
 #include <net/if.h>
 #include <sys/ioctl.h>
@@ -20,7 +19,7 @@ namespace {
 /// Changes the MTU of a link over and over: the cheapest real link event there is.
 class LinkShaker {
  public:
-  explicit LinkShaker(const char* name) { std::strncpy(request_.ifr_name, name, IFNAMSIZ - 1); }
+  explicit LinkShaker(const std::string& name) { name.copy(request_.ifr_name, IFNAMSIZ - 1); }
   ~LinkShaker() { close(socket_); }
   LinkShaker(const LinkShaker&) = delete;
   LinkShaker& operator=(const LinkShaker&) = delete;

@@ -40,6 +40,8 @@ LIBRARY_HEADERS = [
     (re.compile(r"<(pango|fontconfig)/"), "PkgConfig::pangocairo"),
     (re.compile(r"<cairo"), "PkgConfig::cairo_surfaces"),
     (re.compile(r"<librsvg/"), "PkgConfig::rsvg"),
+    (re.compile(r"<unicode/"), "PkgConfig::icu"),
+    (re.compile(r"<glib(\.h|/)"), "PkgConfig::glib"),
 ]
 
 
@@ -80,7 +82,7 @@ class _Allowed:
     def _rooms_for_test(self, folder):
         fakes = {"NetworkMonitor", "NetBase", "Platform", "Support", "Tests"}
         if folder == "Support":
-            return fakes
+            return {*self._rooms, "Tests"} - {PRODUCTION_SIDE} - COMPOSITION_ROOTS
         if folder not in self._tests:
             return None
         return fakes | self._closure([folder, *self._tests[folder]])

@@ -1,0 +1,153 @@
+// The picture of the adapter widget, from a machine of fakes to the file.
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "CommandLine/AdapterEntry.h"
+#include "CommandLine/Commands/RenderCommand.h"
+#include "Tests/CommandLine/FakeMachine.h"
+
+namespace lanternfold {
+namespace {
+
+namespace fs = std::filesystem;
+
+class RenderCommandTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::string name = (fs::temp_directory_path() / "lanternfold-render-XXXXXX").string();
+    ASSERT_NE(::mkdtemp(name.data()), nullptr);
+    folder_ = name;
+    fake_.addEthernet("en0", {192, 168, 1, 20});
+    fake_.addEthernet("en1", {10, 0, 0, 5});
+  }
+  void TearDown() override { fs::remove_all(folder_); }
+
+  RenderOptions options(const std::string& fileName) const {
+    RenderOptions options;
+    options.kind = "NetworkAdapterWidget";
+    options.output = folder_ / fileName;
+    return options;
+  }
+  std::expected<void, CommandFailure> render(const RenderOptions& options) {
+    return runRender(options, fake_.machine, {.output = output_, .errors = errors_});
+  }
+  /// The file's bytes after a successful run.
+  std::string rendered(const RenderOptions& options) {
+    const auto result = render(options);
+    EXPECT_TRUE(result) << (result ? "" : result.error().sentence);
+    std::ifstream stream(options.output, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+  }
+
+  FakeMachine fake_;
+  fs::path folder_;
+  std::ostringstream output_;
+  std::ostringstream errors_;
+};
+
+/// Big-endian, as the header of a PNG file holds its width and height.
+std::uint32_t wordAt(const std::string& bytes, std::size_t position) {
+  std::uint32_t word = 0;
+  for (const char byte : bytes.substr(position, 4)) {
+    word = (word << 8U) | static_cast<unsigned char>(byte);
+  }
+  return word;
+}
+
+TEST_F(RenderCommandTest, WritesAPngOfTheMediumFamilyAtTheScaleGiven) {
+  for (const double scale : {0.5, 1.0, 2.0, 3.0}) {
+    auto options = this->options("card.png");
+    options.scale = scale;
+    const std::string picture = rendered(options);
+    ASSERT_GT(picture.size(), 24U);
+    EXPECT_EQ(picture.substr(0, 8), "\x89PNG\r\n\x1a\n");
+    EXPECT_EQ(wordAt(picture, 16), static_cast<std::uint32_t>(364 * scale));
+    EXPECT_EQ(wordAt(picture, 20), static_cast<std::uint32_t>(170 * scale));
+  }
+}
+
+TEST_F(RenderCommandTest, SaysWhereThePictureIs) {
+  (void)rendered(options("card.png"));
+  EXPECT_EQ(output_.str(), "Wrote " + (folder_ / "card.png").string() + "\n");
+  EXPECT_EQ(errors_.str(), "") << "every asset was found";
+}
+
+TEST_F(RenderCommandTest, TheFilesEndingTellsTheFormatInAnyCase) {
+  EXPECT_EQ(rendered(options("card.SVG")).substr(0, 5), "<?xml");
+  EXPECT_EQ(rendered(options("card.pdf")).substr(0, 5), "%PDF-");
+}
+
+TEST_F(RenderCommandTest, TheSchemesDiffer) {
+  auto dark = options("dark.png");
+  dark.scheme = "dark";
+  EXPECT_NE(rendered(options("light.png")), rendered(dark));
+}
+
+TEST_F(RenderCommandTest, AnAdapterThatIsGoneNeverShowsAnotherOne) {
+  auto gone = options("gone.png");
+  gone.adapter = "en7";
+  const std::string explanation = rendered(gone);
+  fake_.kernel.setCounters("en0", {.recvBytes = 77'000'000, .sentBytes = 1});
+  fake_.kernel.removeLink("en1");
+  EXPECT_EQ(rendered(gone), explanation) << "what happens to other adapters does not show";
+}
+
+TEST_F(RenderCommandTest, PlaceholdersNeedNoKernel) {
+  fake_.kernel.fail(FakeNetworkKernel::Table::addressEntries, NetworkKernelError::refused);
+  auto sample = options("sample.png");
+  sample.entry = "placeholder";
+  const std::string first = rendered(sample);
+  EXPECT_EQ(rendered(sample), first);
+  EXPECT_FALSE(render(options("card.png"))) << "this machine's card needs it";
+  EXPECT_FALSE(fs::exists(folder_ / "card.png"));
+}
+
+TEST_F(RenderCommandTest, AFolderThatIsNotThereIsASentence) {
+  const auto result = render(options("none/card.png"));
+  ASSERT_FALSE(result);
+  EXPECT_EQ(result.error().status, ExitStatus::failed);
+  EXPECT_THAT(result.error().sentence, testing::HasSubstr("No such file or directory"));
+}
+
+TEST_F(RenderCommandTest, MissingAssetsAreDrawnByAStandInAndSaidOnStandardError) {
+  fake_.machine.assets = folder_;
+  (void)rendered(options("card.png"));
+  EXPECT_THAT(errors_.str(), testing::HasSubstr("LanternfoldLogo"));
+}
+
+TEST_F(RenderCommandTest, ATimelineEntryPrefersTheInterfaceOfTheBestDefaultRoute) {
+  fake_.pathMonitors.deliver(
+      {.status = PathStatus::satisfied,
+       .availableInterfaces = {{.name = "en1", .index = 2}, {.name = "en0", .index = 1}}});
+  const auto drawable = drawableAdapterEntry(EntrySource::timeline, {}, fake_.machine);
+  ASSERT_TRUE(drawable);
+  EXPECT_EQ(drawable->preferredInterfaceNames, std::vector<std::string>{"en1"});
+  EXPECT_EQ(drawable->entry.networkState.others.size(), 2U);
+  EXPECT_EQ(drawable->entry.date, fake_.clock.now());
+}
+
+TEST_F(RenderCommandTest, WithoutADefaultRouteNoInterfaceIsPreferred) {
+  fake_.pathMonitors.deliver(
+      {.status = PathStatus::unsatisfied, .availableInterfaces = {{.name = "en1", .index = 2}}});
+  const auto drawable = drawableAdapterEntry(EntrySource::timeline, {}, fake_.machine);
+  ASSERT_TRUE(drawable);
+  EXPECT_TRUE(drawable->preferredInterfaceNames.empty());
+}
+
+TEST_F(RenderCommandTest, APlaceholderLeavesTheChosenAdapterOutAndASnapshotKeepsIt) {
+  const AdapterConfigurationIntent configuration{
+      .adapter = NetworkAdapter{.identifier = "en5", .display = "en5"}, .showTimestamp = true};
+  const auto placeholder =
+      drawableAdapterEntry(EntrySource::placeholder, configuration, fake_.machine);
+  const auto snapshot = drawableAdapterEntry(EntrySource::snapshot, configuration, fake_.machine);
+  ASSERT_TRUE(placeholder && snapshot);
+  EXPECT_FALSE(placeholder->entry.configuration.adapter);
+  EXPECT_EQ(snapshot->entry.configuration, configuration);
+  EXPECT_EQ(snapshot->entry.networkState, NetworkState::placeholder(true, fake_.strings));
+}
+
+}  // namespace
+}  // namespace lanternfold
