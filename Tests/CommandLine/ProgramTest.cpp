@@ -1,5 +1,7 @@
 // The program as a user at a shell meets it: arguments in, text and exit status out.
+#include <cerrno>
 #include <sstream>
+#include <system_error>
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -207,6 +209,13 @@ TEST_F(ProgramTest, WatchAsJsonWritesEveryReportOnALineOfItsOwn) {
   EXPECT_EQ(complete, 2) << "one refresh at the start and one for the first path";
 }
 
+TEST_F(ProgramTest, AWatchOfAKernelThatRefusesFailsInsteadOfWaiting) {
+  fake_.kernel.fail(FakeNetworkKernel::Table::addressEntries, NetworkKernelError::refused);
+  EXPECT_EQ(run({"state", "--watch"}), ExitStatus::failed);
+  EXPECT_EQ(output(), "");
+  EXPECT_THAT(errors(), testing::HasSubstr("the kernel refused the request; allow"));
+}
+
 TEST_F(ProgramTest, WatchEndsWhenNobodyReadsTheOutputAnyMore) {
   fake_.addEthernet("en0", {192, 168, 1, 20});
   const auto begin = fake_.clock.steadyNow();
@@ -214,6 +223,17 @@ TEST_F(ProgramTest, WatchEndsWhenNobodyReadsTheOutputAnyMore) {
   EXPECT_EQ(run({"state", "--watch"}), ExitStatus::failed);
   EXPECT_LT(fake_.clock.steadyNow() - begin, std::chrono::minutes(1));
   EXPECT_THAT(errors(), testing::HasSubstr("cannot write to standard output"));
+}
+
+TEST_F(ProgramTest, ASystemThatLacksWhatTheMachineNeedsIsAFailureInOneLine) {
+  const std::vector<std::string> arguments{"interfaces"};
+  const auto lacking = [](DiagnosticsTarget) -> const Machine& {
+    throw std::system_error(EMFILE, std::generic_category(), "epoll");
+  };
+  EXPECT_EQ(runProgram(arguments, {.output = output_, .errors = errors_}, lacking),
+            ExitStatus::failed);
+  EXPECT_THAT(errors(), testing::HasSubstr("epoll: Too many open files; check the limits"));
+  EXPECT_EQ(std::ranges::count(errors(), '\n'), 1);
 }
 
 TEST_F(ProgramTest, AResultThatCannotBeWrittenIsAFailure) {
