@@ -5,16 +5,14 @@ import os
 import resource
 import subprocess
 import tempfile
-import time
 from pathlib import Path
 
 import expected
 from namespaces import NamespaceTest, ip, mount, unmount
-from program import PROGRAM, json_of, run
+from program import AS_NOBODY, PROGRAM, install, json_of, run
 
 REFUSE_NETLINK = os.environ["LANTERNFOLD_REFUSE_NETLINK"]
 OLD_KERNEL = os.environ["LANTERNFOLD_OLD_KERNEL"]
-NOBODY = 65534
 
 
 class BadInputTest(NamespaceTest):
@@ -35,7 +33,8 @@ class BadInputTest(NamespaceTest):
 
     def assert_fails_in_one_line(self, done, *words):
         errors = done.stderr.decode()
-        self.assertEqual((1, 1), (done.returncode, len(errors.splitlines())), f"{done.args}: {errors}")
+        self.assertEqual((1, 1), (done.returncode, len(errors.splitlines())),
+                         f"{done.args}: {errors}")
         self.assertTrue(errors.startswith("lanternfold-widgets: "), errors)
         for word in words:
             self.assertIn(word, errors)
@@ -102,9 +101,9 @@ class RefusedTest(BadInputTest):
         self.assert_answers()
 
     def test_as_a_user_without_any_privilege(self):
+        program = install(self.folder)
         self.folder.chmod(0o777)
-        self.assert_answers(user=NOBODY, group=NOBODY, extra_groups=[], cwd="/",
-                            env={"PATH": "/usr/bin:/bin"})
+        self.assert_answers(program=program, **AS_NOBODY)
 
 
 class SurroundingsTest(BadInputTest):
@@ -115,8 +114,8 @@ class SurroundingsTest(BadInputTest):
         """Numbers keep their point and their digits, and the JSON stays the same byte for byte."""
         usual = run("interfaces", "--json", env={}).stdout
         for setting in ("LC_ALL=ar_EG.UTF-8", "LC_ALL=tr_TR", "LC_ALL=de_DE.UTF-8", "LC_ALL=C",
-                        "LANG=" + "x" * 5000, "LANGUAGE=../../etc", "TZ=:/etc/passwd", "TZ=garbage//",
-                        "TZ=" + "A" * 5000, "TERM=" + "%s" * 100, "HOME=/nonexistent",
+                        "LANG=" + "x" * 5000, "LANGUAGE=../../etc", "TZ=:/etc/passwd",
+                        "TZ=garbage//", "TZ=" + "A" * 5000, "TERM=" + "%s" * 100, "HOME=/nonexistent",
                         "XDG_DATA_HOME=relative"):
             name, _, value = setting.partition("=")
             done = run("interfaces", "--json", env={name: value})
@@ -204,11 +203,12 @@ class OutputTest(BadInputTest):
         self.assertEqual({"folder.png", "file"}, {each.name for each in self.folder.iterdir()})
 
     def test_a_folder_that_may_only_be_read(self):
+        program = install(self.folder)
         self.folder.chmod(0o555)
         done = run("render", "NetworkAdapterWidget", "-o", str(self.folder / "picture.png"),
-                   user=NOBODY, group=NOBODY, extra_groups=[])
+                   program=program, **AS_NOBODY)
         self.assert_fails_in_one_line(done, "cannot write", "permissions")
-        self.assertEqual([], list(self.folder.iterdir()))
+        self.assertEqual({"bin", "share"}, {each.name for each in self.folder.iterdir()})
 
     def test_a_disk_without_room_keeps_the_old_picture(self):
         place = self.folder / "small"

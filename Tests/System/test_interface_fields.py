@@ -63,12 +63,12 @@ class EveryFieldTest(FieldsTest):
     def test_several_addresses_on_one_interface(self):
         ip("link add en0 type veth peer name peer0", "addr add 192.0.2.2/24 dev en0",
            "addr add 192.0.2.3/24 dev en0", "addr add 198.51.100.1/31 dev en0",
-           "addr add 203.0.113.200/32 dev en0", "addr add 10.0.0.1/1 dev en0",
+           "addr add 203.0.113.200/32 dev en0", "addr add 10.0.0.1/9 dev en0",
            "addr add 203.0.113.1/30 dev en0 label en0:one")
         answer = self.assert_like_iproute2(ethernet={"en0"})
         self.assertEqual(6, len(answer[0]["IPv4"]))
-        self.assertIn({"address": "10.0.0.1", "netmask": "128.0.0.0", "gateway": "0.0.0.0",
-                       "cidr": "0.0.0.0/1"}, answer[0]["IPv4"])
+        self.assertIn({"address": "10.0.0.1", "netmask": "255.128.0.0", "gateway": "0.0.0.0",
+                       "cidr": "0.0.0.0/9"}, answer[0]["IPv4"])
 
     def test_ipv6_addresses_are_never_listed(self):
         ip("link add en0 type veth peer name peer0", "-6 addr add 2001:db8::2/64 dev en0 nodad",
