@@ -3,6 +3,7 @@
 import fcntl
 import os
 import struct
+import subprocess
 
 import expected
 from namespaces import NamespaceTest, ip
@@ -59,6 +60,18 @@ class EveryFieldTest(FieldsTest):
         answer = self.assert_like_iproute2(ethernet={"en0", "en01", "en5", "eth0"})
         self.assertEqual(["docker0", "en0", "en01", "en5", "eth0", "ifb0", "lo", "mac0", "peer0",
                           "peer1", "tap0", "tun0", "vxlan9"], names(answer))
+
+    def test_a_container(self):
+        """Its eth0 is one end of a pair whose other end, a port of the bridge docker0, is outside."""
+        outside = subprocess.Popen(["unshare", "--net", "cat"], stdin=subprocess.PIPE,
+                                   stdout=subprocess.PIPE)
+        self.addCleanup(outside.communicate)
+        outside.stdin.write(b"\n")
+        outside.stdin.flush()
+        outside.stdout.read(1)  # from here on it is in a namespace of its own
+        ip(f"link add eth0 type veth peer name vethc0ffee netns {outside.pid}",
+           "addr add 172.17.0.2/16 dev eth0")
+        self.assertEqual(["eth0", "lo"], names(self.assert_like_iproute2(ethernet={"eth0"})))
 
     def test_several_addresses_on_one_interface(self):
         ip("link add en0 type veth peer name peer0", "addr add 192.0.2.2/24 dev en0",
