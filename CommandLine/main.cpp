@@ -1,5 +1,5 @@
-// The entry point of `lanternfold-widgets`: what the process itself needs (descriptors, locale, colours),
-// and the machine that LinuxMachine.cpp wires.
+// The entry point of `lanternfold-widgets`: what the process itself needs (descriptors, locale,
+// colours), and the machine that LinuxMachine.cpp wires.
 #include <clocale>
 #include <csignal>
 #include <cstdlib>
