@@ -1,7 +1,9 @@
-// The composition root of `lanternfold-widgets`: the only file here that knows it runs on Linux.
+// The entry point of `lanternfold-widgets`: what the process itself needs (descriptors, locale,
+// colours), and the machine that LinuxMachine.cpp wires.
 #include <clocale>
 #include <csignal>
 #include <cstdlib>
+#include <fcntl.h>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -28,9 +30,20 @@ TextStyle styleOfStandardOutput() {
   return coloured ? TextStyle::coloured : TextStyle::plain;
 }
 
+/// A standard descriptor that is closed would be taken by the first socket or file that is opened,
+/// and every line printed would go there. Opened the wrong way round, so that using it fails still.
+void reserveStandardDescriptors() {
+  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (::fcntl(descriptor, F_GETFD) >= 0) continue;
+    // The lowest free number is taken: this one. Without /dev/null there is nothing to be done.
+    (void)::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+  }
+}
+
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
+  reserveStandardDescriptors();
   std::setlocale(LC_ALL, "");
   // Numbers in JSON and in pictures keep their point whatever the user's locale says.
   std::setlocale(LC_NUMERIC, "C");

@@ -49,8 +49,11 @@ CairoSurface makeSurface(PictureFormat format, Size pixels, std::string& bytes) 
     return surface;
   }
   if (format == PictureFormat::pdf) {
-    return CairoSurface(
+    CairoSurface surface(
         cairo_pdf_surface_create_for_stream(append, &bytes, pixels.width, pixels.height));
+    // Without a date the same picture is the same bytes.
+    cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_CREATE_DATE, "");
+    return surface;
   }
   return CairoSurface(cairo_image_surface_create(
       CAIRO_FORMAT_ARGB32, static_cast<int>(pixels.width), static_cast<int>(pixels.height)));

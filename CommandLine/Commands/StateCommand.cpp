@@ -36,8 +36,15 @@ std::expected<NetworkSourceCategory, CommandFailure> parseCategory(std::string_v
                                         "other"));
   }
   return std::unexpected(badArguments("unknown category \"" + std::string(name) +
-                                      "\"; use internet, wlan, cellular or other, separated by "
-                                      "commas"));
+                                      "\"; use cellular or other, separated by commas"));
+}
+
+/// A state without adapters is a result only when the kernel lets itself be asked for them.
+std::expected<void, CommandFailure> requireTruth(const NetworkState& state,
+                                                 NetworkSourceCategory categories,
+                                                 const Machine& machine) {
+  if (!categories.contains(NetworkSourceCategory::other()) || !state.others.empty()) return {};
+  return requireReadableKernel(machine);
 }
 
 void write(const NetworkState& state, bool complete, const StateOptions& options,
@@ -50,13 +57,22 @@ void write(const NetworkState& state, bool complete, const StateOptions& options
   console.output.flush();
 }
 
-void watch(const StateOptions& options, const Machine& machine, const Console& console) {
+/// Fails when the first whole state is empty because the kernel lets nothing be read; what fails
+/// later may pass, and the next change is looked at again.
+std::expected<void, CommandFailure> watch(const StateOptions& options, const Machine& machine,
+                                          const Console& console) {
+  std::expected<void, CommandFailure> access;
+  bool isFirstWhole = true;
   const auto monitor = makeNetworkStateMonitor(machine);
   monitor->setActiveCategories(options.categories);
   bool first = true;
   monitor->setStateUpdateHandler([&](const NetworkState& state, bool complete, std::error_code) {
     // As text only whole states are worth a reader's while; a script gets every report.
     if (!options.json && !complete) return;
+    if (complete && std::exchange(isFirstWhole, false)) {
+      access = requireTruth(state, options.categories, machine);
+      if (!access) return machine.mainLoop.stop();
+    }
     if (!options.json && !std::exchange(first, false)) console.output << '\n';
     write(state, complete, options, machine, console);
     // Whoever read the output is gone: there is nobody left to watch for.
@@ -65,6 +81,7 @@ void watch(const StateOptions& options, const Machine& machine, const Console& c
   monitor->start();
   machine.mainLoop.runUntilInterrupted();
   monitor->stop();
+  return access;
 }
 
 }  // namespace
@@ -83,13 +100,10 @@ std::expected<NetworkSourceCategory, CommandFailure> parseCategories(std::string
 
 std::expected<void, CommandFailure> runState(const StateOptions& options, const Machine& machine,
                                              const Console& console) {
-  if (options.watch) {
-    watch(options, machine, console);
-    return {};
-  }
+  if (options.watch) return watch(options, machine, console);
   const ResolvedState resolved = resolveOnce(machine, options.categories);
-  if (resolved.state.others.empty()) {
-    if (auto access = requireReadableKernel(machine); !access) return access;
+  if (auto access = requireTruth(resolved.state, options.categories, machine); !access) {
+    return access;
   }
   write(resolved.state, resolved.complete, options, machine, console);
   return {};

@@ -2,12 +2,28 @@
 
 import json
 import os
+import shutil
 import signal
 import subprocess
 import threading
 import time
+from pathlib import Path
 
 PROGRAM = os.environ["LANTERNFOLD_WIDGETS"]
+ASSETS = Path(__file__).resolve().parents[2] / "Assets"
+# For a program that every user may read; see `install`.
+AS_NOBODY = {"user": 65534, "group": 65534, "extra_groups": [], "cwd": "/"}
+
+
+def install(folder):
+    """The program as it is installed, below a folder that every user may read: a clone of the tree
+    may be private."""
+    program = folder / "bin" / "lanternfold-widgets"
+    program.parent.mkdir()
+    shutil.copy(PROGRAM, program)
+    shutil.copytree(ASSETS, folder / "share" / "lanternfold-widgets" / "Assets")
+    folder.chmod(0o755)
+    return str(program)
 
 
 def run(*arguments, **options):
@@ -15,7 +31,8 @@ def run(*arguments, **options):
     settings = {"stdin": subprocess.DEVNULL, "capture_output": True, "timeout": 60} | options
     if "stdout" in settings or "stderr" in settings:
         settings.pop("capture_output")
-    return subprocess.run([*settings.pop("through", []), PROGRAM, *arguments], **settings)
+    command = [*settings.pop("through", []), settings.pop("program", PROGRAM), *arguments]
+    return subprocess.run(command, **settings)
 
 
 def json_of(*arguments, **options):
@@ -33,10 +50,10 @@ class Watch:
     Use it in a `with` statement; leaving it ends the process.
     """
 
-    def __init__(self, *arguments):
+    def __init__(self, program=PROGRAM, **options):
         self.process = subprocess.Popen(
-            [PROGRAM, "state", "--watch", "--json", *arguments], stdin=subprocess.DEVNULL,
-            stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+            [program, "state", "--watch", "--json"], stdin=subprocess.DEVNULL,
+            stdout=subprocess.PIPE, stderr=subprocess.PIPE, **options)
         self.reports = []  # (moment, report), only ever appended to
         self.broken = []  # lines that were not a report
         self._news = threading.Condition()

@@ -4,12 +4,14 @@ import fcntl
 import signal
 import socket
 import struct
+import tempfile
 import time
+from pathlib import Path
 
 import expected
 from kernel_events import RTM_NEWLINK, KernelEvents
 from namespaces import NamespaceTest, ip
-from program import Watch, others
+from program import AS_NOBODY, Watch, install, others
 
 SIOCSIFMTU = 0x8922
 EVENTS_PER_SECOND = 2000
@@ -42,7 +44,8 @@ class EventStormTest(NamespaceTest):
                 fcntl.ioctl(control, SIOCSIFMTU, struct.pack("16si20x", b"en0", mtu))
                 moments[mtu] = time.monotonic()
             elapsed = time.monotonic() - begin
-            self.assertIsNotNone(kernel.moment_of(lambda *_: len(kernel.messages) >= len(moments), 10))
+            self.assertIsNotNone(
+                kernel.moment_of(lambda *_: len(kernel.messages) >= len(moments), 10))
             announced = sum(kind == RTM_NEWLINK and link == index
                             for _, kind, link, _ in kernel.messages)
         print(f"\n    {announced} events in {elapsed:.2f} s: {announced / elapsed:.0f} a second",
@@ -54,8 +57,8 @@ class EventStormTest(NamespaceTest):
     def assert_right_at_the_end(self, watch, moments):
         last_mtu = max(moments)
         moment = watch.moment_of(
-            lambda report: report["complete"] and others(report)["en0"]["metrics"]["mtu"] == last_mtu,
-            5)
+            lambda report: report["complete"] and
+            others(report)["en0"]["metrics"]["mtu"] == last_mtu, 5)
         self.assertIsNotNone(moment, "the last state was never reported")
         late = moment - moments[last_mtu]
         print(f"\n    last state after {max(late, 0) * 1000:.0f} ms", end="", flush=True)
@@ -99,6 +102,17 @@ class EventStormTest(NamespaceTest):
             self.assert_never_stale(watch, moments)
             self.assertEqual((0, b""), watch.finish())
 
+    def test_the_same_for_a_user_without_any_privilege(self):
+        with tempfile.TemporaryDirectory(prefix="lanternfold ") as folder:
+            with Watch(install(Path(folder)), **AS_NOBODY) as watch:
+                watch.settle()
+                moments = self.storm()
+                self.assert_right_at_the_end(watch, moments)
+                self.assert_never_blank(watch)
+                self.assert_never_stale(watch, moments)
+                print(f"\n    {self.dropped_messages()} messages were dropped", end="", flush=True)
+                self.assertEqual((0, b""), watch.finish())
+
     def test_events_that_overflow_the_socket_of_a_stopped_program(self):
         with Watch() as watch:
             watch.settle()
@@ -122,7 +136,8 @@ class EventStormTest(NamespaceTest):
             continued = time.monotonic()
             watch.process.send_signal(signal.SIGCONT)
             moment = watch.moment_of(
-                lambda report: report["complete"] and set(others(report)) == {"en0", "eth2"}, 5, since)
+                lambda report: report["complete"] and set(others(report)) == {"en0", "eth2"}, 5,
+                since)
             self.assertIsNotNone(moment)
             self.assertLessEqual(moment - continued, STALE_SECONDS)
 

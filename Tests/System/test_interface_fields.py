@@ -3,6 +3,7 @@
 import fcntl
 import os
 import struct
+import subprocess
 
 import expected
 from namespaces import NamespaceTest, ip
@@ -60,15 +61,27 @@ class EveryFieldTest(FieldsTest):
         self.assertEqual(["docker0", "en0", "en01", "en5", "eth0", "ifb0", "lo", "mac0", "peer0",
                           "peer1", "tap0", "tun0", "vxlan9"], names(answer))
 
+    def test_a_container(self):
+        """Its eth0 is one end of a pair whose other end, a port of the bridge docker0, is outside."""
+        outside = subprocess.Popen(["unshare", "--net", "cat"], stdin=subprocess.PIPE,
+                                   stdout=subprocess.PIPE)
+        self.addCleanup(outside.communicate)
+        outside.stdin.write(b"\n")
+        outside.stdin.flush()
+        outside.stdout.read(1)  # from here on it is in a namespace of its own
+        ip(f"link add eth0 type veth peer name vethc0ffee netns {outside.pid}",
+           "addr add 172.17.0.2/16 dev eth0")
+        self.assertEqual(["eth0", "lo"], names(self.assert_like_iproute2(ethernet={"eth0"})))
+
     def test_several_addresses_on_one_interface(self):
         ip("link add en0 type veth peer name peer0", "addr add 192.0.2.2/24 dev en0",
            "addr add 192.0.2.3/24 dev en0", "addr add 198.51.100.1/31 dev en0",
-           "addr add 203.0.113.200/32 dev en0", "addr add 10.0.0.1/1 dev en0",
+           "addr add 203.0.113.200/32 dev en0", "addr add 10.0.0.1/9 dev en0",
            "addr add 203.0.113.1/30 dev en0 label en0:one")
         answer = self.assert_like_iproute2(ethernet={"en0"})
         self.assertEqual(6, len(answer[0]["IPv4"]))
-        self.assertIn({"address": "10.0.0.1", "netmask": "128.0.0.0", "gateway": "0.0.0.0",
-                       "cidr": "0.0.0.0/1"}, answer[0]["IPv4"])
+        self.assertIn({"address": "10.0.0.1", "netmask": "255.128.0.0", "gateway": "0.0.0.0",
+                       "cidr": "0.0.0.0/9"}, answer[0]["IPv4"])
 
     def test_ipv6_addresses_are_never_listed(self):
         ip("link add en0 type veth peer name peer0", "-6 addr add 2001:db8::2/64 dev en0 nodad",

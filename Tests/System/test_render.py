@@ -1,0 +1,158 @@
+"""`render NetworkAdapterWidget`: pictures of the network that is really there."""
+
+import re
+import tempfile
+import time
+from pathlib import Path
+
+from namespaces import NamespaceTest, ip
+from pictures import pdf_words, png_size, svg_size
+from program import run
+
+WIDTH_POINTS, HEIGHT_POINTS = 364, 170
+
+
+class RenderTest(NamespaceTest):
+    def setUp(self):
+        super().setUp()
+        folder = tempfile.TemporaryDirectory(prefix="lanternfold ")
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
+
+    def make_two_adapters(self):
+        for number, network in ((0, "192.0.2"), (1, "198.51.100")):
+            ip(f"link add eth{number} address 0a:00:00:00:00:0{number + 1} type veth peer name "
+               f"peer{number}", f"link set peer{number} up", f"link set eth{number} up",
+               f"addr add {network}.2/24 dev eth{number}",
+               f"route add default via {network}.1 dev eth{number} metric {200 - number * 100}")
+
+    def draw(self, name, *arguments):
+        """The picture's path; the command says where it is and nothing else."""
+        path = self.folder / name
+        done = run("render", "NetworkAdapterWidget", *arguments, "-o", str(path))
+        self.assertEqual((0, b"", f"Wrote {path}\n"),
+                         (done.returncode, done.stderr, done.stdout.decode()))
+        self.assertEqual(path.name, next(iter(self.folder.glob("*" + path.suffix))).name)
+        return path
+
+    def words(self, *arguments):
+        path = self.draw("card.pdf", *arguments)
+        words = pdf_words(path)
+        path.unlink()
+        return words
+
+
+class FormatTest(RenderTest):
+    def test_a_picture_at_every_scale(self):
+        self.make_two_adapters()
+        self.assertEqual((728, 340), png_size(self.draw("card.png").read_bytes()))
+        for scale in (0.5, 1, 2, 3, 7.9, 8):
+            size = png_size(self.draw("card.png", "--scale", str(scale)).read_bytes())
+            for pixels, points in zip(size, (WIDTH_POINTS, HEIGHT_POINTS)):
+                self.assertLess(abs(pixels - points * scale), 1)
+
+    def test_a_scale_or_format_that_is_none_is_a_bad_argument(self):
+        for arguments in (("--scale", "0.4", "-o", "card.png"), ("--scale", "9", "-o", "card.png"),
+                          ("--scale", "nan", "-o", "card.png"), ("-o", "card.jpeg"), ("-o", "card"),
+                          ("--scheme", "blue", "-o", "card.png"),
+                          ("-o", "card.png", "--family", "large")):
+            done = run("render", "NetworkAdapterWidget", *arguments, cwd=self.folder)
+            self.assertEqual((2, 1), (done.returncode, len(done.stderr.splitlines())), arguments)
+        self.assertEqual([], list(self.folder.iterdir()))
+
+    def test_svg_and_pdf_are_whole(self):
+        self.make_two_adapters()
+        width, height = svg_size(self.draw("card.svg", "--scale", "1").read_bytes())
+        self.assertEqual((WIDTH_POINTS, HEIGHT_POINTS), (width, height))
+        self.assertIn("eth1", self.words())
+
+    def test_the_dark_scheme_differs_and_says_the_same(self):
+        self.make_two_adapters()
+        for name in ("card.png", "card.svg"):
+            light = self.draw(name).read_bytes()
+            self.assertEqual(light, self.draw(name, "--scheme", "light").read_bytes())
+            self.assertNotEqual(light, self.draw(name, "--scheme", "dark").read_bytes())
+        self.assertEqual(self.words(), self.words("--scheme", "dark"))
+
+    def test_an_older_picture_is_replaced(self):
+        (self.folder / "card.png").write_text("x" * 1_000_000)
+        self.assertEqual((728, 340), png_size(self.draw("card.png").read_bytes()))
+
+
+class FiguresTest(RenderTest):
+    """What the card says, read from the picture itself."""
+
+    def test_the_card_shows_the_adapter_of_the_best_default_route(self):
+        self.make_two_adapters()
+        words = self.words()
+        for word in ("eth1", "198.51.100.2", "198.51.100.1/24", "0a:00:00:00:00:02"):
+            self.assertIn(word, words)
+        self.assert_nothing_of(words, "eth0", "192.0.2.", "0a:00:00:00:00:01")
+
+    def test_the_best_default_route_moves(self):
+        self.make_two_adapters()
+        ip("route del default dev eth1")
+        words = self.words()
+        for word in ("eth0", "192.0.2.2", "192.0.2.1/24", "0a:00:00:00:00:01"):
+            self.assertIn(word, words)
+
+    def test_the_adapter_that_was_asked_for(self):
+        self.make_two_adapters()
+        words = self.words("--adapter", "eth0")
+        for word in ("eth0", "192.0.2.2", "192.0.2.1/24", "0a:00:00:00:00:01"):
+            self.assertIn(word, words)
+        self.assert_nothing_of(words, "eth1", "198.51.100.", "0a:00:00:00:00:02")
+
+    def test_an_adapter_that_is_gone_shows_nothing_of_another(self):
+        self.make_two_adapters()
+        words = self.words("--adapter", "gone")
+        self.assertIn("gone", words)
+        self.assertIn("not", words)
+        self.assert_nothing_of(words, "eth", "192.0.2.", "198.51.100.", "0a:00:")
+        absent = self.draw("card.svg", "--adapter", "gone").read_bytes()
+        for adapter in ("eth0", "eth1"):
+            self.assertNotEqual(absent, self.draw("card.svg", "--adapter", adapter).read_bytes())
+
+    def test_a_link_that_is_no_adapter_is_not_shown_either(self):
+        self.make_two_adapters()
+        ip("addr add 203.0.113.9/24 dev peer0")
+        self.assert_nothing_of(self.words("--adapter", "peer0"), "203.0.113.", "192.0.2.", "0a:00:")
+
+    def test_an_adapter_without_an_address(self):
+        ip("link add eth0 address 0a:00:00:00:00:07 type veth peer name peer0")
+        words = self.words()
+        self.assertIn("0a:00:00:00:00:07", words)
+        self.assertFalse([word for word in words if re.search(r"\d+\.\d+\.\d+\.\d+", word)], words)
+
+    def test_no_adapter_at_all(self):
+        words = self.words()
+        self.assertTrue(words)
+        self.assert_nothing_of(words, "127.0.0.1", "lo ")
+        self.assertEqual((728, 340), png_size(self.draw("card.png").read_bytes()))
+
+    def test_the_time_of_drawing_is_shown_on_demand(self):
+        self.make_two_adapters()
+        self.assertNotIn("update", self.words())
+        self.assertIn("update", self.words("--show-timestamp"))
+
+    def assert_nothing_of(self, words, *texts):
+        for text in texts:
+            self.assertFalse([word for word in words if text in word], f"{text} in {words}")
+
+
+class PlaceholderTest(RenderTest):
+    def test_a_placeholder_is_the_same_on_every_machine_byte_for_byte(self):
+        names = ("card.png", "card.svg", "card.pdf")
+        first = [self.draw(name, "--entry", "placeholder").read_bytes() for name in names]
+        self.make_two_adapters()
+        time.sleep(1.1)  # dates in files are whole seconds
+        for name, contents in zip(names, first):
+            self.assertEqual(contents, self.draw(name, "--entry", "placeholder").read_bytes(), name)
+
+    def test_neither_placeholder_nor_snapshot_tells_of_this_machine(self):
+        self.make_two_adapters()
+        for entry in ("placeholder", "snapshot"):
+            text = " ".join(self.words("--entry", entry))
+            for own in ("192.0.2.", "198.51.100.", "0a:00:00"):
+                self.assertNotIn(own, text)
+            self.assertIn("en2", text)
