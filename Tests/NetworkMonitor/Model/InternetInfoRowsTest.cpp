@@ -28,7 +28,7 @@ TEST(InternetInfoRows, SayNotConnectedWhenNothingIsKnown) {
   EXPECT_EQ(rowsOf({}), "Status / Not connected\n");
 }
 
-TEST(InternetInfoRows, ShowEveryRowInOrder) {
+TEST(InternetInfoRows, ShowEveryRowOfAConnectionInOrder) {
   const InternetInfo info{.active = true,
                           .ip = "12.34.56.78",
                           .supportsIPv6 = true,
