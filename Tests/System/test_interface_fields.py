@@ -122,9 +122,7 @@ class GatewayTest(FieldsTest):
 
     def setUp(self):
         super().setUp()
-        for scope in ("all", "default"):
-            with open(f"/proc/sys/net/ipv6/conf/{scope}/disable_ipv6", "w") as switch:
-                switch.write("1")
+        self.switch_ipv6_off()
         ip("link add en0 type veth peer name peer0", "link add en1 type veth peer name peer1")
         for name, network in (("en0", "192.0.2"), ("en1", "198.51.100")):
             ip(f"link set peer{name[2:]} up", f"link set {name} up",
@@ -175,8 +173,7 @@ class CounterTest(FieldsTest):
 
     def setUp(self):
         super().setUp()
-        with open("/proc/sys/net/ipv6/conf/default/disable_ipv6", "w") as switch:
-            switch.write("1")
+        self.switch_ipv6_off()
 
     def test_a_tap_counts_exactly_what_is_written(self):
         tap = self.open_tap("en7")
