@@ -78,7 +78,10 @@ std::expected<void, CommandFailure> watch(const StateOptions& options, const Mac
     // Whoever read the output is gone: there is nobody left to watch for.
     if (!console.output) machine.mainLoop.stop();
   });
-  monitor->start();
+  // From within the loop: whoever interrupts the program after its first report ends it properly.
+  machine.platform.dispatch.mainQueue().async([watched = std::weak_ptr(monitor)] {
+    if (const auto startable = watched.lock()) startable->start();
+  });
   machine.mainLoop.runUntilInterrupted();
   monitor->stop();
   return access;

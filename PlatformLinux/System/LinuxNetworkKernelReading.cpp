@@ -86,11 +86,11 @@ std::expected<LinuxNetworkKernelReading::Links, NetworkKernelError>
 LinuxNetworkKernelReading::dumpLinks() {
   Links links;
   const auto take = [&links](const NetlinkMessage& message) {
-    auto link = decodeLinkMessage(message);
+    const auto link = decodeLinkMessage(message);
     if (!link || !link->describesLink()) return;
     if (mayHaveSpeed(*link)) links.speedCandidates.push_back(link->index);
     links.statistics.push_back(statistics32Of(*link));
-    links.records.push_back(linkRecordOf(std::move(*link)));
+    links.records.push_back(linkRecordOf(*link));
   };
   const auto result = dump(linkDumpRequest(), {.begin = [&links] { links = {}; }, .message = take});
   if (!result && !isUsableAfterInterruption(result.error(), links.records, &LinkRecord::index)) {
