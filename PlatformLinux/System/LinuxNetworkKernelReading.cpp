@@ -6,6 +6,7 @@
 #include <sys/socket.h>
 #include <utility>
 
+#include "PlatformLinux/Netlink/AddressMessage.h"
 #include "PlatformLinux/Netlink/KernelRecords.h"
 #include "PlatformLinux/Netlink/LinkMessage.h"
 #include "PlatformLinux/Netlink/RouteMessage.h"
@@ -18,21 +19,36 @@ namespace {
 // Hardware has a speed, and so has a tap or tun, whose owner may set it.
 bool mayHaveSpeed(const LinkMessage& link) { return link.parentDeviceName || link.kind == "tun"; }
 
-// An interrupted dump passed over nothing that stayed when the kernel walked by ascending index.
-template <typename Records, typename Key>
-bool isUsableAfterInterruption(NetworkKernelError error, const Records& records, Key key) {
-  return error == NetworkKernelError::interrupted && std::ranges::is_sorted(records, {}, key);
-}
+/// Whether a dump came in ascending order. An interrupted dump of which that is true passed over
+/// nothing that stayed.
+template <typename Key>
+class DumpOrder {
+ public:
+  void note(const Key& key) {
+    isAscending_ = isAscending_ && !(key < last_);
+    last_ = key;
+  }
+  [[nodiscard]] bool allowsUse(NetworkKernelError error) const {
+    return error == NetworkKernelError::interrupted && isAscending_;
+  }
+
+ private:
+  Key last_{};
+  bool isAscending_ = true;
+};
 
 // The kernel dumps the addresses of one family after those of the other.
-std::pair<std::size_t, std::uint32_t> dumpOrder(const AddressMessage& address) {
+using AddressKey = std::pair<std::size_t, std::uint32_t>;
+
+AddressKey keyOf(const AddressMessage& address) {
   return {address.address ? address.address->index() : std::variant_npos, address.interfaceIndex};
 }
 
 }  // namespace
 
-LinuxNetworkKernelReading::LinuxNetworkKernelReading(std::shared_ptr<NetlinkSocketPool> sockets)
-    : sockets_(std::move(sockets)) {}
+LinuxNetworkKernelReading::LinuxNetworkKernelReading(std::shared_ptr<NetlinkSocketPool> sockets,
+                                                     std::shared_ptr<TableSizes> sizes)
+    : sockets_(std::move(sockets)), sizes_(std::move(sizes)) {}
 
 LinuxNetworkKernelReading::~LinuxNetworkKernelReading() {
   if (socket_) sockets_->giveBack(std::move(*socket_));
@@ -85,17 +101,24 @@ void LinuxNetworkKernelReading::readLinks() {
 std::expected<LinuxNetworkKernelReading::Links, NetworkKernelError>
 LinuxNetworkKernelReading::dumpLinks() {
   Links links;
-  const auto take = [&links](const NetlinkMessage& message) {
+  DumpOrder<std::uint32_t> order;
+  const auto begin = [&] {
+    links = {};
+    order = {};
+    links.records.reserve(sizes_->links);
+    links.statistics.reserve(sizes_->links);
+  };
+  const auto take = [&](const NetlinkMessage& message) {
     const auto link = decodeLinkMessage(message);
     if (!link || !link->describesLink()) return;
+    order.note(link->index);
     if (mayHaveSpeed(*link)) links.speedCandidates.push_back(link->index);
     links.statistics.push_back(statistics32Of(*link));
     links.records.push_back(linkRecordOf(*link));
   };
-  const auto result = dump(linkDumpRequest(), {.begin = [&links] { links = {}; }, .message = take});
-  if (!result && !isUsableAfterInterruption(result.error(), links.records, &LinkRecord::index)) {
-    return std::unexpected(result.error());
-  }
+  const auto result = dump(linkDumpRequest(), {.begin = begin, .message = take});
+  if (!result && !order.allowsUse(result.error())) return std::unexpected(result.error());
+  sizes_->links = links.records.size();
   return links;
 }
 
@@ -106,39 +129,33 @@ void LinuxNetworkKernelReading::readSpeeds(const std::vector<std::uint32_t>& can
   }
 }
 
-std::expected<std::vector<AddressMessage>, NetworkKernelError>
-LinuxNetworkKernelReading::dumpAddresses() {
-  std::vector<AddressMessage> addresses;
-  const auto take = [&addresses](const NetlinkMessage& message) {
-    const auto address = decodeAddressMessage(message);
-    if (address) addresses.push_back(*address);
-  };
-  const auto result =
-      dump(addressDumpRequest(), {.begin = [&addresses] { addresses.clear(); }, .message = take});
-  if (!result && !isUsableAfterInterruption(result.error(), addresses, dumpOrder)) {
-    return std::unexpected(result.error());
-  }
-  return addresses;
-}
-
 std::expected<std::vector<AddressEntry>, NetworkKernelError>
 LinuxNetworkKernelReading::readAddressEntries() {
   readLinks();
   if (!*linkRecords_) return std::unexpected(linkRecords_->error());
-  const auto addresses = dumpAddresses();
-  if (!addresses) return std::unexpected(addresses.error());
   const std::vector<LinkRecord>& links = **linkRecords_;
   std::vector<AddressEntry> entries;
-  entries.reserve(links.size() + addresses->size());
-  for (std::size_t position = 0; position < links.size(); ++position) {
-    entries.push_back(linkEntryOf(links[position], statistics_[position]));
-  }
-  for (const AddressMessage& address : *addresses) {
+  DumpOrder<AddressKey> order;
+  const auto begin = [&] {
+    entries.clear();
+    order = {};
+    entries.reserve(std::max(links.size(), sizes_->addressEntries.load()));
+    for (std::size_t position = 0; position < links.size(); ++position) {
+      entries.push_back(linkEntryOf(links[position], statistics_[position]));
+    }
+  };
+  const auto take = [&](const NetlinkMessage& message) {
+    const auto address = decodeAddressMessage(message);
+    if (!address) return;
+    order.note(keyOf(*address));
     // A link that came or went between the two dumps has no name here; its address is left out.
-    const auto position = positionOfLink(address.interfaceIndex);
-    if (!position || !address.address) continue;
-    entries.push_back({links[*position].name, address.address, address.netmask, std::nullopt});
-  }
+    const auto position = positionOfLink(address->interfaceIndex);
+    if (!position || !address->address) return;
+    entries.push_back({links[*position].name, address->address, address->netmask, std::nullopt});
+  };
+  const auto result = dump(addressDumpRequest(), {.begin = begin, .message = take});
+  if (!result && !order.allowsUse(result.error())) return std::unexpected(result.error());
+  sizes_->addressEntries = entries.size();
   return entries;
 }
 
@@ -158,8 +175,14 @@ std::expected<std::vector<RouteRecord>, NetworkKernelError> LinuxNetworkKernelRe
   return routes;
 }
 
-std::optional<std::size_t> LinuxNetworkKernelReading::positionOfLink(std::uint32_t index) const {
+std::optional<std::size_t> LinuxNetworkKernelReading::positionOfLink(std::uint32_t index) {
+  // Addresses come in the order of their links: mostly the same link is meant again or the next.
+  const std::size_t end = std::min(lastFound_ + 2, positions_.size());
+  for (; lastFound_ < end; ++lastFound_) {
+    if (positions_[lastFound_].index == index) return positions_[lastFound_].position;
+  }
   const auto found = std::ranges::lower_bound(positions_, index, {}, &IndexPosition::index);
+  lastFound_ = static_cast<std::size_t>(found - positions_.begin());
   if (found == positions_.end() || found->index != index) return std::nullopt;
   return found->position;
 }
