@@ -71,13 +71,21 @@ inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::type{LiteralTe
 inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::physical{LiteralText("physical")};
 inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::baudrate{LiteralText("baudrate")};
 inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::mtu{LiteralText("mtu")};
-inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::recvBytes{LiteralText("recv_bytes")};
-inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::sentBytes{LiteralText("sent_bytes")};
-inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::recvPackets{LiteralText("recv_packets")};
-inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::sentPackets{LiteralText("sent_packets")};
-inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::recvErrors{LiteralText("recv_errors")};
-inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::sentErrors{LiteralText("sent_errors")};
-inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::collisions{LiteralText("collisions")};
-inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::hwAddress{LiteralText("hw_address")};
+inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::recvBytes{
+    LiteralText("recv_bytes")};
+inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::sentBytes{
+    LiteralText("sent_bytes")};
+inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::recvPackets{
+    LiteralText("recv_packets")};
+inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::sentPackets{
+    LiteralText("sent_packets")};
+inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::recvErrors{
+    LiteralText("recv_errors")};
+inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::sentErrors{
+    LiteralText("sent_errors")};
+inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::collisions{
+    LiteralText("collisions")};
+inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::hwAddress{
+    LiteralText("hw_address")};
 
 }  // namespace lanternfold

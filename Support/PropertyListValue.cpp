@@ -18,12 +18,14 @@ PropertyListDictionary& PropertyListDictionary::operator=(PropertyListDictionary
 PropertyListDictionary::~PropertyListDictionary() = default;
 
 const PropertyListValue* PropertyListDictionary::find(std::string_view key) const {
-  const auto entry = std::ranges::find_if(entries_, [key](const Entry& each) { return each.first == key; });
+  const auto entry =
+      std::ranges::find_if(entries_, [key](const Entry& each) { return each.first == key; });
   return entry == entries_.end() ? nullptr : &entry->second;
 }
 
 PropertyListValue* PropertyListDictionary::find(std::string_view key) {
-  const auto entry = std::ranges::find_if(entries_, [key](const Entry& each) { return each.first == key; });
+  const auto entry =
+      std::ranges::find_if(entries_, [key](const Entry& each) { return each.first == key; });
   return entry == entries_.end() ? nullptr : &entry->second;
 }
 

@@ -17,23 +17,28 @@ ConnectionMetricsMap::ConnectionMetricsMap(std::shared_ptr<const Names> sortedNa
   }
 }
 
+ConnectionMetricsMap ConnectionMetricsMap::of(std::vector<Entry> entries) {
+  // Stable and from behind: of equal names the one that was last comes first and is kept.
+  std::ranges::reverse(entries);
+  std::ranges::stable_sort(entries, {}, &Entry::name);
+  const auto surplus = std::ranges::unique(entries, {}, &Entry::name);
+  entries.erase(surplus.begin(), surplus.end());
+
+  auto names = std::make_shared<Names>();
+  std::vector<ConnectionMetrics> values;
+  names->reserve(entries.size());
+  values.reserve(entries.size());
+  for (Entry& entry : entries) {
+    names->push_back(std::move(entry.name));
+    values.push_back(entry.metrics);
+  }
+  return {std::move(names), std::move(values)};
+}
+
 const ConnectionMetrics* ConnectionMetricsMap::find(std::string_view name) const {
   const auto position = std::ranges::lower_bound(*names_, name);
   if (position == names_->end() || *position != name) return nullptr;
   return &values_[static_cast<std::size_t>(position - names_->begin())];
-}
-
-void ConnectionMetricsMap::insertOrAssign(std::string_view name, const ConnectionMetrics& metrics) {
-  const auto position = std::ranges::lower_bound(*names_, name);
-  const auto offset = position - names_->begin();
-  if (position != names_->end() && *position == name) {
-    values_[static_cast<std::size_t>(offset)] = metrics;
-    return;
-  }
-  auto names = std::make_shared<Names>(*names_);
-  names->insert(names->begin() + offset, std::string(name));
-  names_ = std::move(names);
-  values_.insert(values_.begin() + offset, metrics);
 }
 
 bool operator==(const ConnectionMetricsMap& left, const ConnectionMetricsMap& right) {

@@ -16,7 +16,7 @@ std::expected<ConnectionMetricsMap, NetworkKernelError> LinkCounterSource::read(
     if (!socket) return std::unexpected(socket.error());
     socket_.emplace(std::move(*socket));
   }
-  std::vector<NamedMetrics> links;
+  std::vector<ConnectionMetricsMap::Entry> links;
   const auto take = [&links](const NetlinkMessage& message) {
     const auto link = decodeLinkMessage(message);
     if (link && link->describesLink()) links.push_back(namedMetricsOf(*link));
@@ -27,7 +27,7 @@ std::expected<ConnectionMetricsMap, NetworkKernelError> LinkCounterSource::read(
     socket_.reset();
     return std::unexpected(result.error());
   }
-  return metricsMapOf(std::move(links));
+  return ConnectionMetricsMap::of(std::move(links));
 }
 
 }  // namespace lanternfold
