@@ -29,8 +29,8 @@ class LinuxNetworkKernelReading final : public NetworkKernelReading {
     std::atomic<std::size_t> addressEntries = 0;
   };
 
-  /// Borrows its socket from `sockets` for as long as it lives. `sizes` may be shared by readings of
-  /// any thread.
+  /// Borrows its socket from `sockets` for as long as it lives. `sizes` may be shared by readings
+  /// of any thread.
   LinuxNetworkKernelReading(std::shared_ptr<NetlinkSocketPool> sockets,
                             std::shared_ptr<TableSizes> sizes);
   ~LinuxNetworkKernelReading() override;
