@@ -1,6 +1,7 @@
 #include "NetworkMonitor/Metrics/ConnectionMetricsMap.h"
 
 #include <algorithm>
+#include <map>
 #include <utility>
 
 #include "Support/FatalError.h"
@@ -18,19 +19,15 @@ ConnectionMetricsMap::ConnectionMetricsMap(std::shared_ptr<const Names> sortedNa
 }
 
 ConnectionMetricsMap ConnectionMetricsMap::of(std::vector<Entry> entries) {
-  // Stable and from behind: of equal names the one that was last comes first and is kept.
-  std::ranges::reverse(entries);
-  std::ranges::stable_sort(entries, {}, &Entry::name);
-  const auto surplus = std::ranges::unique(entries, {}, &Entry::name);
-  entries.erase(surplus.begin(), surplus.end());
-
+  std::map<std::string, ConnectionMetrics> byName;
+  for (Entry& entry : entries) byName.insert_or_assign(std::move(entry.name), entry.metrics);
   auto names = std::make_shared<Names>();
   std::vector<ConnectionMetrics> values;
-  names->reserve(entries.size());
-  values.reserve(entries.size());
-  for (Entry& entry : entries) {
-    names->push_back(std::move(entry.name));
-    values.push_back(entry.metrics);
+  names->reserve(byName.size());
+  values.reserve(byName.size());
+  for (const auto& [name, metrics] : byName) {
+    names->push_back(name);
+    values.push_back(metrics);
   }
   return {std::move(names), std::move(values)};
 }
