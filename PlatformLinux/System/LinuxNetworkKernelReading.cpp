@@ -2,14 +2,15 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <net/if_arp.h>
 #include <sys/socket.h>
 #include <utility>
 
+#include "PlatformLinux/Netlink/AddressMessage.h"
 #include "PlatformLinux/Netlink/KernelRecords.h"
 #include "PlatformLinux/Netlink/LinkMessage.h"
 #include "PlatformLinux/Netlink/RouteMessage.h"
 #include "PlatformLinux/System/LinkSpeeds.h"
+#include "PlatformLinux/System/TableDump.h"
 
 namespace lanternfold {
 
@@ -18,15 +19,25 @@ namespace {
 // Hardware has a speed, and so has a tap or tun, whose owner may set it.
 bool mayHaveSpeed(const LinkMessage& link) { return link.parentDeviceName || link.kind == "tun"; }
 
-// An interrupted dump passed over nothing that stayed when the kernel walked by ascending index.
-template <typename Records, typename Key>
-bool isUsableAfterInterruption(NetworkKernelError error, const Records& records, Key key) {
-  return error == NetworkKernelError::interrupted && std::ranges::is_sorted(records, {}, key);
+struct DumpedLink {
+  LinkRecord record;
+  LinkStatistics32 statistics;
+  bool mayHaveSpeed = false;
+};
+
+/// None for a message that speaks of something else of the link, such as its bridge's settings.
+std::optional<DumpedLink> dumpedLinkOf(const NetlinkMessage& message) {
+  auto link = decodeLinkMessage(message);
+  if (!link || !link->describesLink()) return std::nullopt;
+  DumpedLink result{.statistics = statistics32Of(*link), .mayHaveSpeed = mayHaveSpeed(*link)};
+  result.record = linkRecordOf(*std::move(link));
+  return result;
 }
 
-// The kernel dumps the addresses of one family after those of the other.
-std::pair<std::size_t, std::uint32_t> dumpOrder(const AddressMessage& address) {
-  return {address.address ? address.address->index() : std::variant_npos, address.interfaceIndex};
+std::expected<std::vector<DumpedLink>, NetworkKernelError> dumpLinks(NetlinkSocket& socket) {
+  const auto index = [](const DumpedLink& link) { return link.record.index; };
+  const auto name = [](const DumpedLink& link) { return link.record.name; };
+  return dumpTable(socket, linkDumpRequest(), dumpedLinkOf, index, index, name);
 }
 
 }  // namespace
@@ -65,38 +76,29 @@ std::optional<std::string> LinuxNetworkKernelReading::interfaceName(std::uint32_
 
 void LinuxNetworkKernelReading::readLinks() {
   if (linkRecords_) return;
-  auto links = dumpLinks();
+  const auto opened = socket();
+  auto links = opened ? dumpLinks(**opened) : std::unexpected(opened.error());
   if (!links) {
     linkRecords_ = std::unexpected(links.error());
     return;
   }
-  positions_.reserve(links->records.size());
-  for (const LinkRecord& record : links->records) {
-    positions_.push_back({record.index, static_cast<std::uint32_t>(positions_.size())});
+  std::vector<LinkRecord> records;
+  std::vector<std::uint32_t> speedCandidates;
+  records.reserve(links->size());
+  statistics_.reserve(links->size());
+  positions_.reserve(links->size());
+  for (DumpedLink& link : *links) {
+    const std::uint32_t index = link.record.index;
+    positions_.push_back({index, static_cast<std::uint32_t>(positions_.size())});
+    if (link.mayHaveSpeed) speedCandidates.push_back(index);
+    statistics_.push_back(link.statistics);
+    records.push_back(std::move(link.record));
   }
   if (!std::ranges::is_sorted(positions_, {}, &IndexPosition::index)) {
     std::ranges::sort(positions_, {}, &IndexPosition::index);
   }
-  statistics_ = std::move(links->statistics);
-  linkRecords_ = std::move(links->records);
-  readSpeeds(links->speedCandidates);
-}
-
-std::expected<LinuxNetworkKernelReading::Links, NetworkKernelError>
-LinuxNetworkKernelReading::dumpLinks() {
-  Links links;
-  const auto take = [&links](const NetlinkMessage& message) {
-    auto link = decodeLinkMessage(message);
-    if (!link || !link->describesLink()) return;
-    if (mayHaveSpeed(*link)) links.speedCandidates.push_back(link->index);
-    links.statistics.push_back(statistics32Of(*link));
-    links.records.push_back(linkRecordOf(std::move(*link)));
-  };
-  const auto result = dump(linkDumpRequest(), {.begin = [&links] { links = {}; }, .message = take});
-  if (!result && !isUsableAfterInterruption(result.error(), links.records, &LinkRecord::index)) {
-    return std::unexpected(result.error());
-  }
-  return links;
+  linkRecords_ = std::move(records);
+  readSpeeds(speedCandidates);
 }
 
 void LinuxNetworkKernelReading::readSpeeds(const std::vector<std::uint32_t>& candidates) {
@@ -106,26 +108,14 @@ void LinuxNetworkKernelReading::readSpeeds(const std::vector<std::uint32_t>& can
   }
 }
 
-std::expected<std::vector<AddressMessage>, NetworkKernelError>
-LinuxNetworkKernelReading::dumpAddresses() {
-  std::vector<AddressMessage> addresses;
-  const auto take = [&addresses](const NetlinkMessage& message) {
-    const auto address = decodeAddressMessage(message);
-    if (address) addresses.push_back(*address);
-  };
-  const auto result =
-      dump(addressDumpRequest(), {.begin = [&addresses] { addresses.clear(); }, .message = take});
-  if (!result && !isUsableAfterInterruption(result.error(), addresses, dumpOrder)) {
-    return std::unexpected(result.error());
-  }
-  return addresses;
-}
-
 std::expected<std::vector<AddressEntry>, NetworkKernelError>
 LinuxNetworkKernelReading::readAddressEntries() {
   readLinks();
   if (!*linkRecords_) return std::unexpected(linkRecords_->error());
-  const auto addresses = dumpAddresses();
+  const auto opened = socket();
+  if (!opened) return std::unexpected(opened.error());
+  const auto addresses =
+      dumpTable(**opened, addressDumpRequest(), decodeAddressMessage, dumpPlace, dumpIdentity);
   if (!addresses) return std::unexpected(addresses.error());
   const std::vector<LinkRecord>& links = **linkRecords_;
   std::vector<AddressEntry> entries;
@@ -144,18 +134,17 @@ LinuxNetworkKernelReading::readAddressEntries() {
 
 std::expected<std::vector<RouteRecord>, NetworkKernelError> LinuxNetworkKernelReading::dumpRoutes(
     RouteFamily family) {
-  std::vector<RouteRecord> routes;
-  const auto take = [&routes](const NetlinkMessage& message) {
-    const auto route = decodeRouteMessage(message);
-    if (route) appendGatewayRoutes(*route, routes);
-  };
+  const auto opened = socket();
+  if (!opened) return std::unexpected(opened.error());
   const auto number = static_cast<std::uint8_t>(family == RouteFamily::ipv4 ? AF_INET : AF_INET6);
-  const auto result =
-      dump(routeDumpRequest(number), {.begin = [&routes] { routes.clear(); }, .message = take});
+  const auto routes = dumpTable(**opened, routeDumpRequest(number), decodeRouteMessage);
   // The main table is made with its first route; until then the kernel knows no such table.
-  const bool isAbsent = !result && socket_ && socket_->lastErrorNumber() == ENOENT;
-  if (!result && !isAbsent) return std::unexpected(result.error());
-  return routes;
+  const bool isAbsent = !routes && (*opened)->lastErrorNumber() == ENOENT;
+  if (!routes && !isAbsent) return std::unexpected(routes.error());
+  std::vector<RouteRecord> records;
+  if (!routes) return records;
+  for (const RouteMessage& route : *routes) appendGatewayRoutes(route, records);
+  return records;
 }
 
 std::optional<std::size_t> LinuxNetworkKernelReading::positionOfLink(std::uint32_t index) const {
@@ -164,14 +153,13 @@ std::optional<std::size_t> LinuxNetworkKernelReading::positionOfLink(std::uint32
   return found->position;
 }
 
-std::expected<void, NetworkKernelError> LinuxNetworkKernelReading::dump(
-    const NetlinkRequest& request, const NetlinkDumpHandler& handler) {
+std::expected<NetlinkSocket*, NetworkKernelError> LinuxNetworkKernelReading::socket() {
   if (!socket_) {
     auto socket = sockets_->take();
     if (!socket) return std::unexpected(socket.error());
     socket_.emplace(std::move(*socket));
   }
-  return socket_->dump(request, handler);
+  return &*socket_;
 }
 
 }  // namespace lanternfold

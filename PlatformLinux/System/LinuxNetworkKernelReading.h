@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "Platform/NetworkKernel.h"
-#include "PlatformLinux/Netlink/AddressMessage.h"
 #include "PlatformLinux/System/NetlinkSocket.h"
 #include "PlatformLinux/System/NetlinkSocketPool.h"
 
@@ -38,26 +37,18 @@ class LinuxNetworkKernelReading final : public NetworkKernelReading {
   [[nodiscard]] std::optional<std::string> interfaceName(std::uint32_t index) override;
 
  private:
-  struct Links {
-    std::vector<LinkRecord> records;
-    std::vector<LinkStatistics32> statistics;    // one for each record
-    std::vector<std::uint32_t> speedCandidates;  // indexes
-  };
   struct IndexPosition {
     std::uint32_t index = 0;
     std::uint32_t position = 0;
   };
 
   void readLinks();
-  [[nodiscard]] std::expected<Links, NetworkKernelError> dumpLinks();
   void readSpeeds(const std::vector<std::uint32_t>& candidates);
-  [[nodiscard]] std::expected<std::vector<AddressMessage>, NetworkKernelError> dumpAddresses();
   [[nodiscard]] std::expected<std::vector<AddressEntry>, NetworkKernelError> readAddressEntries();
   [[nodiscard]] std::expected<std::vector<RouteRecord>, NetworkKernelError> dumpRoutes(
       RouteFamily family);
   [[nodiscard]] std::optional<std::size_t> positionOfLink(std::uint32_t index) const;
-  [[nodiscard]] std::expected<void, NetworkKernelError> dump(const NetlinkRequest& request,
-                                                             const NetlinkDumpHandler& handler);
+  [[nodiscard]] std::expected<NetlinkSocket*, NetworkKernelError> socket();
 
   std::shared_ptr<NetlinkSocketPool> sockets_;
   std::optional<NetlinkSocket> socket_;  // once the first table was asked for
