@@ -30,14 +30,14 @@ std::string ipv6Text(const IPv6Bytes& address) {
 
 std::string hardwareAddressText(const LinkAddress& address) {
   constexpr std::string_view digits = "0123456789ABCDEF";
-  std::string text;
-  text.reserve(address.bytes.size() * 3);
+  std::array<char, 3 * LinkAddressBytes::maximumSize> text{};
+  char* end = text.data();
   for (const std::uint8_t byte : address.bytes) {
-    if (!text.empty()) text += ':';
-    text += digits[byte >> 4U];
-    text += digits[byte & 0x0FU];
+    if (end != text.data()) *end++ = ':';
+    *end++ = digits[byte >> 4U];
+    *end++ = digits[byte & 0x0FU];
   }
-  return text;
+  return {text.data(), end};
 }
 
 }  // namespace lanternfold

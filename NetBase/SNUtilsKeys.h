@@ -2,18 +2,14 @@
 // own, so that a key of one level is not taken for a key of another.
 #pragma once
 
-#include <string_view>
+#include "Support/PropertyListKey.h"
 
 namespace lanternfold {
 
-/// What the key families have in common: a key is a text.
-class SNUtilsKey {
+/// What the key families have in common: a key is a text, which dictionaries borrow.
+class SNUtilsKey : public LiteralText {
  public:
-  constexpr explicit SNUtilsKey(std::string_view text) : text_(text) {}
-  constexpr operator std::string_view() const { return text_; }
-
- private:
-  std::string_view text_;
+  constexpr explicit SNUtilsKey(LiteralText text) : LiteralText(text) {}
 };
 
 /// Keys of one interface dictionary.
@@ -28,11 +24,11 @@ class SNUtilsInetInterfacesKey : public SNUtilsKey {
   static const SNUtilsInetInterfacesKey metrics;  ///< metrics dictionary, empty when unknown
 };
 
-inline constexpr SNUtilsInetInterfacesKey SNUtilsInetInterfacesKey::name{"name"};
-inline constexpr SNUtilsInetInterfacesKey SNUtilsInetInterfacesKey::active{"active"};
-inline constexpr SNUtilsInetInterfacesKey SNUtilsInetInterfacesKey::ipv4{"ipv4"};
-inline constexpr SNUtilsInetInterfacesKey SNUtilsInetInterfacesKey::ipv6{"ipv6"};
-inline constexpr SNUtilsInetInterfacesKey SNUtilsInetInterfacesKey::metrics{"metrics"};
+inline constexpr SNUtilsInetInterfacesKey SNUtilsInetInterfacesKey::name{LiteralText("name")};
+inline constexpr SNUtilsInetInterfacesKey SNUtilsInetInterfacesKey::active{LiteralText("active")};
+inline constexpr SNUtilsInetInterfacesKey SNUtilsInetInterfacesKey::ipv4{LiteralText("ipv4")};
+inline constexpr SNUtilsInetInterfacesKey SNUtilsInetInterfacesKey::ipv6{LiteralText("ipv6")};
+inline constexpr SNUtilsInetInterfacesKey SNUtilsInetInterfacesKey::metrics{LiteralText("metrics")};
 
 /// Keys of one address dictionary; all five are always there.
 class SNUtilsInetAddressKey : public SNUtilsKey {
@@ -46,11 +42,11 @@ class SNUtilsInetAddressKey : public SNUtilsKey {
   static const SNUtilsInetAddressKey cidr;     ///< string: for IPv4 gateway "/" prefix
 };
 
-inline constexpr SNUtilsInetAddressKey SNUtilsInetAddressKey::ip{"ip"};
-inline constexpr SNUtilsInetAddressKey SNUtilsInetAddressKey::netmask{"netmask"};
-inline constexpr SNUtilsInetAddressKey SNUtilsInetAddressKey::gateway{"gateway"};
-inline constexpr SNUtilsInetAddressKey SNUtilsInetAddressKey::prefix{"prefix"};
-inline constexpr SNUtilsInetAddressKey SNUtilsInetAddressKey::cidr{"cidr"};
+inline constexpr SNUtilsInetAddressKey SNUtilsInetAddressKey::ip{LiteralText("ip")};
+inline constexpr SNUtilsInetAddressKey SNUtilsInetAddressKey::netmask{LiteralText("netmask")};
+inline constexpr SNUtilsInetAddressKey SNUtilsInetAddressKey::gateway{LiteralText("gateway")};
+inline constexpr SNUtilsInetAddressKey SNUtilsInetAddressKey::prefix{LiteralText("prefix")};
+inline constexpr SNUtilsInetAddressKey SNUtilsInetAddressKey::cidr{LiteralText("cidr")};
 
 /// Keys of one metrics dictionary: unsigned numbers, all eleven always there, and `hwAddress`.
 class SNUtilsInterfaceInfoKey : public SNUtilsKey {
@@ -71,17 +67,25 @@ class SNUtilsInterfaceInfoKey : public SNUtilsKey {
   static const SNUtilsInterfaceInfoKey hwAddress;  ///< string; absent when none or withheld
 };
 
-inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::type{"type"};
-inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::physical{"physical"};
-inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::baudrate{"baudrate"};
-inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::mtu{"mtu"};
-inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::recvBytes{"recv_bytes"};
-inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::sentBytes{"sent_bytes"};
-inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::recvPackets{"recv_packets"};
-inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::sentPackets{"sent_packets"};
-inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::recvErrors{"recv_errors"};
-inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::sentErrors{"sent_errors"};
-inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::collisions{"collisions"};
-inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::hwAddress{"hw_address"};
+inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::type{LiteralText("type")};
+inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::physical{LiteralText("physical")};
+inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::baudrate{LiteralText("baudrate")};
+inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::mtu{LiteralText("mtu")};
+inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::recvBytes{
+    LiteralText("recv_bytes")};
+inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::sentBytes{
+    LiteralText("sent_bytes")};
+inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::recvPackets{
+    LiteralText("recv_packets")};
+inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::sentPackets{
+    LiteralText("sent_packets")};
+inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::recvErrors{
+    LiteralText("recv_errors")};
+inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::sentErrors{
+    LiteralText("sent_errors")};
+inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::collisions{
+    LiteralText("collisions")};
+inline constexpr SNUtilsInterfaceInfoKey SNUtilsInterfaceInfoKey::hwAddress{
+    LiteralText("hw_address")};
 
 }  // namespace lanternfold

@@ -18,25 +18,23 @@ PropertyListDictionary& PropertyListDictionary::operator=(PropertyListDictionary
 PropertyListDictionary::~PropertyListDictionary() = default;
 
 const PropertyListValue* PropertyListDictionary::find(std::string_view key) const {
-  const auto entry = std::ranges::find(entries_, key, &Entry::first);
+  const auto entry =
+      std::ranges::find_if(entries_, [key](const Entry& each) { return each.first == key; });
   return entry == entries_.end() ? nullptr : &entry->second;
 }
 
 PropertyListValue* PropertyListDictionary::find(std::string_view key) {
-  const auto entry = std::ranges::find(entries_, key, &Entry::first);
+  const auto entry =
+      std::ranges::find_if(entries_, [key](const Entry& each) { return each.first == key; });
   return entry == entries_.end() ? nullptr : &entry->second;
 }
 
-void PropertyListDictionary::set(std::string_view key, PropertyListValue value) {
+void PropertyListDictionary::set(PropertyListKey key, PropertyListValue value) {
   if (PropertyListValue* existing = find(key)) {
     *existing = std::move(value);
   } else {
-    append(key, std::move(value));
+    append(std::move(key), std::move(value));
   }
-}
-
-void PropertyListDictionary::append(std::string_view key, PropertyListValue value) {
-  entries_.emplace_back(std::string(key), std::move(value));
 }
 
 void PropertyListDictionary::reserve(std::size_t count) { entries_.reserve(count); }

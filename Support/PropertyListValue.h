@@ -14,6 +14,8 @@
 #include <variant>
 #include <vector>
 
+#include "Support/PropertyListKey.h"
+
 namespace lanternfold {
 
 class PropertyListValue;
@@ -26,7 +28,7 @@ using PropertyListArray = std::vector<PropertyListValue>;
 /// node for each.
 class PropertyListDictionary {
  public:
-  using Entry = std::pair<std::string, PropertyListValue>;
+  using Entry = std::pair<PropertyListKey, PropertyListValue>;
 
   PropertyListDictionary();
   PropertyListDictionary(std::initializer_list<Entry> entries);
@@ -41,9 +43,11 @@ class PropertyListDictionary {
   [[nodiscard]] PropertyListValue* find(std::string_view key);
 
   /// Stores `value` under `key`, in the place of an earlier one.
-  void set(std::string_view key, PropertyListValue value);
-  /// Appends without looking for an earlier entry: the caller knows that `key` is new.
-  void append(std::string_view key, PropertyListValue value);
+  void set(PropertyListKey key, PropertyListValue value);
+  /// Appends without looking for an earlier entry: the caller knows that `key` is new. The value is
+  /// made in its place of what a `PropertyListValue` can be made of.
+  template <typename Value>
+  void append(PropertyListKey key, Value&& value);
   void reserve(std::size_t count);
   void erase(std::string_view key);
 
@@ -108,5 +112,10 @@ class PropertyListValue {
  private:
   Storage storage_;
 };
+
+template <typename Value>
+void PropertyListDictionary::append(PropertyListKey key, Value&& value) {
+  entries_.emplace_back(std::move(key), std::forward<Value>(value));
+}
 
 }  // namespace lanternfold

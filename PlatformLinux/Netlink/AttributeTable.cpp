@@ -1,6 +1,7 @@
 #include "PlatformLinux/Netlink/AttributeTable.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include <linux/netlink.h>
 
@@ -10,8 +11,8 @@ namespace lanternfold {
 
 namespace {
 
-constexpr std::size_t padding(std::size_t length) {
-  return (NLA_ALIGNTO - length % NLA_ALIGNTO) % NLA_ALIGNTO;
+constexpr std::size_t paddedLength(std::size_t length) {
+  return (length + (NLA_ALIGNTO - 1)) & ~std::size_t{NLA_ALIGNTO - 1};
 }
 
 std::optional<DecodeProblem> problemOf(const AttributePolicy& policy,
@@ -42,21 +43,23 @@ std::optional<DecodeError> walkAttributes(std::span<const std::uint8_t> bytes,
                                           std::span<const AttributePolicy> policies,
                                           const AttributeSlots& slots, std::uint32_t& present,
                                           std::span<std::span<const std::uint8_t>> values) {
-  ByteReader reader(bytes);
-  while (!reader.empty()) {
-    const auto header = reader.read<nlattr>();
-    if (!header) return DecodeError{DecodeProblem::truncated, "nlattr"};
-    if (header->nla_len < sizeof(nlattr)) return DecodeError{DecodeProblem::badLength, "nlattr"};
-    const auto value = reader.take(header->nla_len - sizeof(nlattr));
-    if (!value) return DecodeError{DecodeProblem::truncated, "nlattr"};
-    reader.skipUpTo(padding(header->nla_len));
-    const std::size_t slot = slots.of(static_cast<std::uint16_t>(header->nla_type & NLA_TYPE_MASK));
+  // Without the reader's optionals: half a hundred attributes of each link are only stepped over.
+  while (!bytes.empty()) {
+    nlattr header{};
+    if (bytes.size() < sizeof(header)) return DecodeError{DecodeProblem::truncated, "nlattr"};
+    std::memcpy(&header, bytes.data(), sizeof(header));
+    const std::size_t length = header.nla_len;
+    if (length < sizeof(header)) return DecodeError{DecodeProblem::badLength, "nlattr"};
+    if (length > bytes.size()) return DecodeError{DecodeProblem::truncated, "nlattr"};
+    const auto value = bytes.subspan(sizeof(header), length - sizeof(header));
+    bytes = bytes.subspan(std::min(paddedLength(length), bytes.size()));
+    const std::size_t slot = slots.of(static_cast<std::uint16_t>(header.nla_type & NLA_TYPE_MASK));
     if (slot == AttributeSlots::noSlot) continue;
     const AttributePolicy& policy = policies[slot];
     if ((present >> slot & 1U) != 0) return DecodeError{DecodeProblem::duplicate, policy.name};
-    if (const auto problem = problemOf(policy, *value)) return DecodeError{*problem, policy.name};
+    if (const auto problem = problemOf(policy, value)) return DecodeError{*problem, policy.name};
     present |= 1U << slot;
-    values[slot] = *value;
+    values[slot] = value;
   }
   return missingAttribute(policies, present);
 }

@@ -170,10 +170,11 @@ class AttributeTable {
   /// missing, badValue (a text without a terminator); or the header "nlattr": truncated, badLength.
   [[nodiscard]] std::expected<AttributeSet<Count>, DecodeError> parse(
       std::span<const std::uint8_t> bytes) const {
-    AttributeSet<Count> attributes(slots_);
+    // Filled where it is returned: a set is as large as its table.
+    std::expected<AttributeSet<Count>, DecodeError> attributes(std::in_place, slots_);
     const auto error =
-        walkAttributes(bytes, policies_, slots_, attributes.present_, attributes.values_);
-    if (error) return std::unexpected(*error);
+        walkAttributes(bytes, policies_, slots_, attributes->present_, attributes->values_);
+    if (error) attributes = std::unexpected(*error);
     return attributes;
   }
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <functional>
 #include <set>
 #include <tuple>
@@ -17,8 +18,11 @@ namespace lanternfold {
 template <typename Record>
 class DumpTries {
  public:
+  /// `room` is how many records a try is made ready for.
+  explicit DumpTries(std::size_t room = 0) : room_(room) {}
+
   void begin() {
-    if (tries_.empty() || !tries_.back().empty()) tries_.emplace_back();
+    if (tries_.empty() || !tries_.back().empty()) tries_.emplace_back().reserve(room_);
   }
 
   void take(Record record) {
@@ -69,6 +73,7 @@ class DumpTries {
         seen);
   }
 
+  std::size_t room_;
   std::vector<std::vector<Record>> tries_;
 };
 

@@ -1,7 +1,6 @@
 #include "PlatformLinux/Netlink/KernelRecords.h"
 
 #include <net/if_arp.h>
-#include <utility>
 
 namespace lanternfold {
 
@@ -20,13 +19,13 @@ std::uint8_t typeCodeOf(std::uint16_t hardwareType) {
 
 }  // namespace
 
-LinkRecord linkRecordOf(LinkMessage link) {
+LinkRecord linkRecordOf(const LinkMessage& link) {
   const LinkCounters64 counters = widestCountersOf(link);
   LinkRecord record;
-  record.name = std::move(link.name);
+  record.name = link.name;
   record.index = link.index;
   if (link.address.size() == hardwareAddressSize) {
-    record.hardwareAddress.bytes = std::move(link.address);
+    record.hardwareAddress.bytes = link.address;
   }
   record.type = typeCodeOf(link.hardwareType);
   record.mtu = link.mtu.value_or(0);

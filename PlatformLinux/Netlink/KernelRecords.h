@@ -15,7 +15,7 @@ namespace lanternfold {
 /// The link's record; its speed is not in the message and stays 0. Counters that came in 32 bits
 /// only are widened, and 0 when there are none. A hardware address that is not six bytes long (the
 /// address of a tunnel's end, an InfiniBand address) counts as none.
-[[nodiscard]] LinkRecord linkRecordOf(LinkMessage link);
+[[nodiscard]] LinkRecord linkRecordOf(const LinkMessage& link);
 
 /// The 32-bit block as the kernel sent it, else the 64-bit one modulo 2^32, else zeros.
 [[nodiscard]] LinkStatistics32 statistics32Of(const LinkMessage& link);

@@ -12,14 +12,12 @@ namespace lanternfold {
 
 namespace {
 
-// MAX_ADDR_LEN of the kernel, which its public headers do not have.
-constexpr std::size_t longestHardwareAddress = 32;
 // Longer than any kind or device name of today's kernels; the kernel sets no common limit.
 constexpr std::size_t longestDeviceText = 256;
 
 constexpr AttributeTable linkTable(std::array{
     textAttribute(IFLA_IFNAME, "IFLA_IFNAME", IFNAMSIZ, AttributePresence::required),
-    bytesAttribute(IFLA_ADDRESS, "IFLA_ADDRESS", 0, longestHardwareAddress),
+    bytesAttribute(IFLA_ADDRESS, "IFLA_ADDRESS", 0, LinkAddressBytes::maximumSize),
     numberAttribute<std::uint32_t>(IFLA_MTU, "IFLA_MTU"),
     numberAttribute<std::uint8_t>(IFLA_OPERSTATE, "IFLA_OPERSTATE"),
     numberAttribute<std::uint8_t>(IFLA_CARRIER, "IFLA_CARRIER"),
@@ -76,7 +74,7 @@ std::optional<DecodeError> readAttributes(const LinkAttributes& attributes, Link
   }
   link.name = name;
   if (const auto address = attributes.bytes(IFLA_ADDRESS)) {
-    link.address.assign(address->begin(), address->end());
+    link.address = LinkAddressBytes(*address);
   }
   link.mtu = attributes.number<std::uint32_t>(IFLA_MTU);
   link.operationalState = attributes.number<std::uint8_t>(IFLA_OPERSTATE);
@@ -90,6 +88,18 @@ std::optional<DecodeError> readAttributes(const LinkAttributes& attributes, Link
   link.parentDeviceBus = copiedText(attributes.text(IFLA_PARENT_DEV_BUS_NAME));
   link.hasWirelessEvent = attributes.has(IFLA_WIRELESS);
   return readLinkInfo(attributes, link);
+}
+
+std::optional<DecodeError> readLink(const NetlinkMessage& message, LinkMessage& link) {
+  if (message.type != RTM_NEWLINK && message.type != RTM_DELLINK) {
+    return DecodeError{DecodeProblem::wrongMessage, "nlmsg_type"};
+  }
+  link.isRemoval = message.type == RTM_DELLINK;
+  ByteReader reader(message.payload);
+  if (const auto error = readHeader(reader, link)) return error;
+  const auto attributes = linkTable.parse(reader.takeRest());
+  if (!attributes) return attributes.error();
+  return readAttributes(*attributes, link);
 }
 
 }  // namespace
@@ -109,16 +119,9 @@ LinkCounters32 narrowCountersOf(const LinkMessage& link) {
 }
 
 std::expected<LinkMessage, DecodeError> decodeLinkMessage(const NetlinkMessage& message) {
-  if (message.type != RTM_NEWLINK && message.type != RTM_DELLINK) {
-    return std::unexpected(DecodeError{DecodeProblem::wrongMessage, "nlmsg_type"});
-  }
-  LinkMessage link;
-  link.isRemoval = message.type == RTM_DELLINK;
-  ByteReader reader(message.payload);
-  if (const auto error = readHeader(reader, link)) return std::unexpected(*error);
-  const auto attributes = linkTable.parse(reader.takeRest());
-  if (!attributes) return std::unexpected(attributes.error());
-  if (const auto error = readAttributes(*attributes, link)) return std::unexpected(*error);
+  // Filled where it is returned: a link is too large to be handed on by copies.
+  std::expected<LinkMessage, DecodeError> link;
+  if (const auto error = readLink(message, *link)) link = std::unexpected(*error);
   return link;
 }
 

@@ -8,8 +8,8 @@
 #include <expected>
 #include <optional>
 #include <string>
-#include <vector>
 
+#include "Platform/SocketAddress.h"
 #include "PlatformLinux/Netlink/DecodeError.h"
 #include "PlatformLinux/Netlink/LinkCounters.h"
 #include "PlatformLinux/Netlink/NetlinkMessage.h"
@@ -30,8 +30,8 @@ struct LinkMessage {
   std::optional<std::uint8_t> operationalState;
   /// Whether a cable or a peer is there; absent in messages that do not describe the link.
   std::optional<bool> carrier;
-  std::optional<std::uint32_t> mtu;   ///< bytes; absent in messages that do not describe the link
-  std::vector<std::uint8_t> address;  ///< hardware address, at most 32 bytes; empty for none
+  std::optional<std::uint32_t> mtu;  ///< bytes; absent in messages that do not describe the link
+  LinkAddressBytes address;          ///< hardware address; empty for none
   std::optional<LinkCounters32> counters32;
   std::optional<LinkCounters64> counters64;
   /// The link's kind ("veth", "bridge", "vxlan"); absent for hardware.

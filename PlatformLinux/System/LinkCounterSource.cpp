@@ -5,8 +5,8 @@
 
 #include <linux/netlink.h>
 
+#include "PlatformLinux/Netlink/CounterRecords.h"
 #include "PlatformLinux/Netlink/LinkMessage.h"
-#include "PlatformLinux/Netlink/LinkMetrics.h"
 #include "PlatformLinux/System/TableDump.h"
 
 namespace lanternfold {

@@ -1,7 +1,6 @@
 #include "PlatformLinux/System/LinuxNetworkKernel.h"
 
 #include "PlatformLinux/Netlink/ProcStat.h"
-#include "PlatformLinux/System/LinuxNetworkKernelReading.h"
 #include "PlatformLinux/System/TextFile.h"
 
 namespace lanternfold {
@@ -13,10 +12,12 @@ constexpr std::size_t longestProcStat = 4 * 1024 * 1024;
 
 }  // namespace
 
-LinuxNetworkKernel::LinuxNetworkKernel() : sockets_(std::make_shared<NetlinkSocketPool>()) {}
+LinuxNetworkKernel::LinuxNetworkKernel()
+    : sockets_(std::make_shared<NetlinkSocketPool>()),
+      sizes_(std::make_shared<LinuxNetworkKernelReading::TableSizes>()) {}
 
 std::unique_ptr<NetworkKernelReading> LinuxNetworkKernel::beginReading() const {
-  return std::make_unique<LinuxNetworkKernelReading>(sockets_);
+  return std::make_unique<LinuxNetworkKernelReading>(sockets_, sizes_);
 }
 
 std::optional<std::chrono::system_clock::time_point> LinuxNetworkKernel::bootTime() const {

@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "Platform/NetworkKernel.h"
+#include "PlatformLinux/System/LinuxNetworkKernelReading.h"
 #include "PlatformLinux/System/NetlinkSocketPool.h"
 
 namespace lanternfold {
@@ -34,6 +35,7 @@ class LinuxNetworkKernel final : public NetworkKernel {
 
  private:
   std::shared_ptr<NetlinkSocketPool> sockets_;
+  std::shared_ptr<LinuxNetworkKernelReading::TableSizes> sizes_;
 };
 
 }  // namespace lanternfold

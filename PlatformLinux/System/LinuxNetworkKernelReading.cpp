@@ -34,16 +34,18 @@ std::optional<DumpedLink> dumpedLinkOf(const NetlinkMessage& message) {
   return result;
 }
 
-std::expected<std::vector<DumpedLink>, NetworkKernelError> dumpLinks(NetlinkSocket& socket) {
+std::expected<std::vector<DumpedLink>, NetworkKernelError> dumpLinks(NetlinkSocket& socket,
+                                                                     std::size_t room) {
   const auto index = [](const DumpedLink& link) { return link.record.index; };
   const auto name = [](const DumpedLink& link) { return link.record.name; };
-  return dumpTable(socket, linkDumpRequest(), dumpedLinkOf, index, index, name);
+  return dumpTableWithRoom(room, socket, linkDumpRequest(), dumpedLinkOf, index, index, name);
 }
 
 }  // namespace
 
-LinuxNetworkKernelReading::LinuxNetworkKernelReading(std::shared_ptr<NetlinkSocketPool> sockets)
-    : sockets_(std::move(sockets)) {}
+LinuxNetworkKernelReading::LinuxNetworkKernelReading(std::shared_ptr<NetlinkSocketPool> sockets,
+                                                     std::shared_ptr<TableSizes> sizes)
+    : sockets_(std::move(sockets)), sizes_(std::move(sizes)) {}
 
 LinuxNetworkKernelReading::~LinuxNetworkKernelReading() {
   if (socket_) sockets_->giveBack(std::move(*socket_));
@@ -77,11 +79,12 @@ std::optional<std::string> LinuxNetworkKernelReading::interfaceName(std::uint32_
 void LinuxNetworkKernelReading::readLinks() {
   if (linkRecords_) return;
   const auto opened = socket();
-  auto links = opened ? dumpLinks(**opened) : std::unexpected(opened.error());
+  auto links = opened ? dumpLinks(**opened, sizes_->links) : std::unexpected(opened.error());
   if (!links) {
     linkRecords_ = std::unexpected(links.error());
     return;
   }
+  sizes_->links = links->size();
   std::vector<LinkRecord> records;
   std::vector<std::uint32_t> speedCandidates;
   records.reserve(links->size());
@@ -114,9 +117,10 @@ LinuxNetworkKernelReading::readAddressEntries() {
   if (!*linkRecords_) return std::unexpected(linkRecords_->error());
   const auto opened = socket();
   if (!opened) return std::unexpected(opened.error());
-  const auto addresses =
-      dumpTable(**opened, addressDumpRequest(), decodeAddressMessage, dumpPlace, dumpIdentity);
+  const auto addresses = dumpTableWithRoom(sizes_->addresses, **opened, addressDumpRequest(),
+                                           decodeAddressMessage, dumpPlace, dumpIdentity);
   if (!addresses) return std::unexpected(addresses.error());
+  sizes_->addresses = addresses->size();
   const std::vector<LinkRecord>& links = **linkRecords_;
   std::vector<AddressEntry> entries;
   entries.reserve(links.size() + addresses->size());
@@ -147,8 +151,14 @@ std::expected<std::vector<RouteRecord>, NetworkKernelError> LinuxNetworkKernelRe
   return records;
 }
 
-std::optional<std::size_t> LinuxNetworkKernelReading::positionOfLink(std::uint32_t index) const {
+std::optional<std::size_t> LinuxNetworkKernelReading::positionOfLink(std::uint32_t index) {
+  // Addresses come in the order of their links: mostly the same link is meant again or the next.
+  const std::size_t end = std::min(lastFound_ + 2, positions_.size());
+  for (; lastFound_ < end; ++lastFound_) {
+    if (positions_[lastFound_].index == index) return positions_[lastFound_].position;
+  }
   const auto found = std::ranges::lower_bound(positions_, index, {}, &IndexPosition::index);
+  lastFound_ = static_cast<std::size_t>(found - positions_.begin());
   if (found == positions_.end() || found->index != index) return std::nullopt;
   return found->position;
 }

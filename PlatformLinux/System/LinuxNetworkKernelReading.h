@@ -3,6 +3,7 @@
 // Made by: `LinuxNetworkKernel`. Read by: `SNUtils` and the 32-bit counter reader.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <expected>
@@ -22,8 +23,16 @@ namespace lanternfold {
 /// speeds of those links that have one.
 class LinuxNetworkKernelReading final : public NetworkKernelReading {
  public:
-  /// Borrows its socket from `sockets` for as long as it lives.
-  explicit LinuxNetworkKernelReading(std::shared_ptr<NetlinkSocketPool> sockets);
+  /// How large the tables were when they were last read: the room that the next reading makes.
+  struct TableSizes {
+    std::atomic<std::size_t> links = 0;
+    std::atomic<std::size_t> addresses = 0;
+  };
+
+  /// Borrows its socket from `sockets` for as long as it lives. `sizes` may be shared by readings
+  /// of any thread.
+  LinuxNetworkKernelReading(std::shared_ptr<NetlinkSocketPool> sockets,
+                            std::shared_ptr<TableSizes> sizes);
   ~LinuxNetworkKernelReading() override;
   LinuxNetworkKernelReading(const LinuxNetworkKernelReading&) = delete;
   LinuxNetworkKernelReading& operator=(const LinuxNetworkKernelReading&) = delete;
@@ -47,14 +56,16 @@ class LinuxNetworkKernelReading final : public NetworkKernelReading {
   [[nodiscard]] std::expected<std::vector<AddressEntry>, NetworkKernelError> readAddressEntries();
   [[nodiscard]] std::expected<std::vector<RouteRecord>, NetworkKernelError> dumpRoutes(
       RouteFamily family);
-  [[nodiscard]] std::optional<std::size_t> positionOfLink(std::uint32_t index) const;
+  [[nodiscard]] std::optional<std::size_t> positionOfLink(std::uint32_t index);
   [[nodiscard]] std::expected<NetlinkSocket*, NetworkKernelError> socket();
 
   std::shared_ptr<NetlinkSocketPool> sockets_;
+  std::shared_ptr<TableSizes> sizes_;
   std::optional<NetlinkSocket> socket_;  // once the first table was asked for
   std::optional<std::expected<std::vector<LinkRecord>, NetworkKernelError>> linkRecords_;
   std::vector<LinkStatistics32> statistics_;  // one for each link record
   std::vector<IndexPosition> positions_;      // of the link records, ascending by index
+  std::size_t lastFound_ = 0;                 // in `positions_`, by the last look-up
   std::optional<std::expected<std::vector<AddressEntry>, NetworkKernelError>> addressEntries_;
   std::optional<std::expected<std::vector<RouteRecord>, NetworkKernelError>> ipv4Routes_;
   std::optional<std::expected<std::vector<RouteRecord>, NetworkKernelError>> ipv6Routes_;

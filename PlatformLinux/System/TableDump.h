@@ -3,6 +3,7 @@
 // Read by: everybody who dumps a table over a `NetlinkSocket`.
 #pragma once
 
+#include <cstddef>
 #include <expected>
 #include <type_traits>
 #include <utility>
@@ -20,13 +21,15 @@ namespace lanternfold {
 /// rested has everything that was there all the time. Without, the last try counts, which is right
 /// for answers that the kernel does not walk in steps that a change could upset: routes and single
 /// records. Errors: those of `NetlinkSocket::dump`, apart from interrupted.
+///
+/// `room` is how many records to make room for at once.
 template <typename Decode, typename... Walk>
-[[nodiscard]] auto dumpTable(NetlinkSocket& socket, const NetlinkRequest& request, Decode decode,
-                             Walk... walk) {
+[[nodiscard]] auto dumpTableWithRoom(std::size_t room, NetlinkSocket& socket,
+                                     const NetlinkRequest& request, Decode decode, Walk... walk) {
   using Record =
       typename std::decay_t<std::invoke_result_t<Decode, const NetlinkMessage&>>::value_type;
   using Table = std::expected<std::vector<Record>, NetworkKernelError>;
-  DumpTries<Record> tries;
+  DumpTries<Record> tries(room);
   const auto take = [&](const NetlinkMessage& message) {
     auto record = decode(message);
     if (record) tries.take(*std::move(record));
@@ -41,6 +44,13 @@ template <typename Decode, typename... Walk>
   } else {
     return Table(std::move(tries).united(std::move(walk)...));
   }
+}
+
+/// The same, growing as the records come.
+template <typename Decode, typename... Walk>
+[[nodiscard]] auto dumpTable(NetlinkSocket& socket, const NetlinkRequest& request, Decode decode,
+                             Walk... walk) {
+  return dumpTableWithRoom(0, socket, request, std::move(decode), std::move(walk)...);
 }
 
 }  // namespace lanternfold

@@ -104,10 +104,10 @@ std::uint32_t FakeNetworkKernel::addLink(LinkRecord link) {
 }
 
 std::uint32_t FakeNetworkKernel::addLink(std::string_view name,
-                                         std::vector<std::uint8_t> hardwareAddress) {
+                                         const std::vector<std::uint8_t>& hardwareAddress) {
   LinkRecord link;
   link.name = name;
-  link.hardwareAddress = {std::move(hardwareAddress)};
+  link.hardwareAddress = {LinkAddressBytes(hardwareAddress)};
   link.type = 6;
   link.mtu = 1500;
   return addLink(std::move(link));
@@ -116,7 +116,7 @@ std::uint32_t FakeNetworkKernel::addLink(std::string_view name,
 std::uint32_t FakeNetworkKernel::addLoopback() {
   LinkRecord link;
   link.name = "lo";
-  link.hardwareAddress = {std::vector<std::uint8_t>(6, 0)};
+  link.hardwareAddress = {{0, 0, 0, 0, 0, 0}};
   link.type = 24;
   link.mtu = 65536;
   const std::uint32_t index = addLink(std::move(link));

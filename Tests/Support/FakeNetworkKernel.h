@@ -48,7 +48,7 @@ class FakeNetworkKernel final : public NetworkKernel {
   /// statistics are the lower halves of the 64-bit counters, as that kernel has them.
   std::uint32_t addLink(LinkRecord link);
   /// An Ethernet link of that name with an MTU of 1500 and no counters.
-  std::uint32_t addLink(std::string_view name, std::vector<std::uint8_t> hardwareAddress = {
+  std::uint32_t addLink(std::string_view name, const std::vector<std::uint8_t>& hardwareAddress = {
                                                    0x02, 0x42, 0xAC, 0x11, 0x00, 0x02});
   /// The loopback link "lo" with 127.0.0.1/8 and ::1/128.
   std::uint32_t addLoopback();

@@ -14,7 +14,7 @@ using Date = PropertyListValue::Date;
 
 std::string keysOf(const PropertyListDictionary& dictionary) {
   std::string keys;
-  for (const auto& entry : dictionary.entries()) keys += entry.first + " ";
+  for (const auto& entry : dictionary.entries()) keys += std::string(entry.first) + " ";
   return keys;
 }
 

@@ -17,7 +17,7 @@ namespace {
 class ScriptedKernel final : public NetworkKernel {
  public:
   [[nodiscard]] std::unique_ptr<NetworkKernelReading> beginReading() const override {
-    return std::make_unique<LinuxNetworkKernelReading>(sockets_);
+    return std::make_unique<LinuxNetworkKernelReading>(sockets_, sizes_);
   }
   [[nodiscard]] std::optional<std::chrono::system_clock::time_point> bootTime() const override {
     return std::nullopt;
@@ -28,6 +28,8 @@ class ScriptedKernel final : public NetworkKernel {
  private:
   std::shared_ptr<NetlinkSocketPool> sockets_ =
       std::make_shared<NetlinkSocketPool>(netlink.opener());
+  std::shared_ptr<LinuxNetworkKernelReading::TableSizes> sizes_ =
+      std::make_shared<LinuxNetworkKernelReading::TableSizes>();
 };
 
 Bytes half(Bytes bytes) {
