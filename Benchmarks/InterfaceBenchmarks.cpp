@@ -1,6 +1,7 @@
-// Counters and the interface walk against the bare kernel dumps, at 8, 1,000 and 10,000 links, each
-// size in a network namespace of its own.
+// Counters, the interface walk and the resolver against the bare kernel dumps, at 8, 1,000 and
+// 10,000 links, each size in a network namespace of its own.
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <sys/socket.h>
 #include <vector>
@@ -12,9 +13,12 @@
 #include "Benchmarks/RatioTable.h"
 #include "NetBase/LiteralInterfaceNaming.h"
 #include "NetBase/SNUtils.h"
+#include "NetworkMonitor/Interfaces/PosixInterfaceResolver.h"
 #include "PlatformLinux/System/LinuxConnectionMetricsReader.h"
+#include "PlatformLinux/System/LinuxNetworkConfiguration.h"
 #include "PlatformLinux/System/LinuxNetworkKernel.h"
 #include "PlatformLinux/System/LinuxResolverConfiguration.h"
+#include "PlatformLinux/System/UdevHardwareDatabase.h"
 #include "Support/FatalError.h"
 
 namespace lanternfold {
@@ -25,6 +29,9 @@ constexpr std::size_t linkCounts[] = {8, 1'000, 10'000};
 constexpr int repetitions = 7;
 constexpr double counterAim = 1.3;
 constexpr double walkAim = 1.5;
+constexpr double noAim = 0;
+// The resolver is quadratic in the links that it lists.
+constexpr std::size_t mostResolvedLinks = 1'000;
 
 class SilentLog final : public DiagnosticLog {
  public:
@@ -67,6 +74,28 @@ void readTables(benchmark::State& state, std::size_t linkCount) {
   }
 }
 
+class EnglishTexts final : public StringTable {
+ public:
+  std::string localized(std::string_view key) const override { return std::string(key); }
+};
+
+void resolveInterfaces(benchmark::State& state, std::size_t linkCount) {
+  const LinuxNetworkKernel kernel;
+  const LinuxResolverConfiguration resolverConfiguration;
+  const LiteralInterfaceNaming naming;
+  SilentLog log;
+  const UdevHardwareDatabase database;
+  const LinuxNetworkConfiguration configuration(database);
+  const EnglishTexts texts;
+  PosixInterfaceResolver resolver(std::make_shared<LinuxConnectionMetricsReader>(),
+                                  NetUtils(SNUtils(kernel, resolverConfiguration, naming, log)),
+                                  configuration, texts);
+  for (auto iteration : state) {
+    if (resolver.interfaces().size() != linkCount) fatalError("the resolver left links out");
+  }
+  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(linkCount));
+}
+
 void walkInterfaces(benchmark::State& state, std::size_t linkCount) {
   const LinuxNetworkKernel kernel;
   const LinuxResolverConfiguration resolver;
@@ -94,12 +123,16 @@ void measure(std::size_t linkCount, RatioTable& reporter, std::vector<RatioTable
   add("walk-bare" + suffix, bareTables);
   add("tables" + suffix, [=](benchmark::State& state) { readTables(state, linkCount); });
   add("walk" + suffix, [=](benchmark::State& state) { walkInterfaces(state, linkCount); });
+  if (linkCount <= mostResolvedLinks) {
+    add("resolver" + suffix, [=](benchmark::State& state) { resolveInterfaces(state, linkCount); });
+  }
   benchmark::RunSpecifiedBenchmarks(&reporter);
   benchmark::ClearRegisteredBenchmarks();
   const std::string links = std::to_string(linkCount) + " links";
   rows.push_back({"counters, " + links, "counters" + suffix, "counters-bare" + suffix, counterAim});
   rows.push_back({"kernel tables, " + links, "tables" + suffix, "walk-bare" + suffix, walkAim});
   rows.push_back({"interface walk, " + links, "walk" + suffix, "walk-bare" + suffix, walkAim});
+  rows.push_back({"resolver, " + links, "resolver" + suffix, "walk-bare" + suffix, noAim});
 }
 
 }  // namespace

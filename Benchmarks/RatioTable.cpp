@@ -29,10 +29,13 @@ void RatioTable::print(const std::vector<Row>& rows) const {
     const auto subject = fastest_.find(row.subject);
     const auto baseline = fastest_.find(row.baseline);
     if (subject == fastest_.end() || baseline == fastest_.end()) continue;
-    std::printf("| %s | %.1f | %.1f | %.2f | %.1f |\n", row.title.c_str(),
+    std::printf("| %s | %.1f | %.1f | %.2f | ", row.title.c_str(),
                 baseline->second / nanosecondsPerMicrosecond,
-                subject->second / nanosecondsPerMicrosecond, subject->second / baseline->second,
-                row.aim);
+                subject->second / nanosecondsPerMicrosecond, subject->second / baseline->second);
+    if (row.aim > 0)
+      std::printf("%.1f |\n", row.aim);
+    else
+      std::printf("none |\n");
   }
 }
 

@@ -23,7 +23,7 @@ class RatioTable final : public benchmark::ConsoleReporter {
     std::string title;
     std::string subject;   ///< name of the product's benchmark
     std::string baseline;  ///< name of its baseline's
-    double aim = 0;
+    double aim = 0;        ///< the largest ratio wished for; 0 for none
   };
 
   /// Rows of which one side was filtered away are left out.

@@ -1,7 +1,10 @@
 #include "CommandLine/AdapterEntry.h"
 
+#include <optional>
+
 #include "CommandLine/KernelAccess.h"
 #include "CommandLine/MonitorGraph.h"
+#include "NetworkWidgetVexExtension/Providers/NetworkAdapterProvider.h"
 
 namespace lanternfold {
 namespace {
@@ -26,35 +29,36 @@ std::vector<std::string> interfacesOfBestRoute(const NetworkPath& path) {
   return {path.availableInterfaces.front().name};
 }
 
-}  // namespace
-
-std::expected<DrawableAdapterEntry, CommandFailure> drawableAdapterEntry(
-    EntrySource source, const AdapterConfigurationIntent& configuration, const Machine& machine) {
-  const auto now = machine.platform.clock.now();
-  const StringTable& strings = machine.platform.strings;
-  switch (source) {
-    case EntrySource::placeholder:
-      return DrawableAdapterEntry{
-          .entry = {.date = now,
-                    .networkState = NetworkState::placeholder(true, strings),
-                    .configuration = {.showTimestamp = configuration.showTimestamp}}};
-    case EntrySource::snapshot:
-      return DrawableAdapterEntry{
-          .entry = {.date = now,
-                    .networkState = NetworkState::placeholder(true, strings),
-                    .configuration = configuration}};
-    case EntrySource::timeline:
-      break;
-  }
-  const ResolvedState resolved = resolveOnce(machine, NetworkSourceCategory::other());
-  if (resolved.state.others.empty()) {
+std::expected<DrawableAdapterEntry, CommandFailure> entryOfThisMachine(
+    const NetworkAdapterProvider& provider, const AdapterConfigurationIntent& configuration,
+    const Machine& machine) {
+  DrawableAdapterEntry drawable;
+  provider.timeline(configuration,
+                    [&](NetworkAdapterEntry entry) { drawable.entry = std::move(entry); });
+  if (drawable.entry.networkState.others.empty()) {
     if (auto access = requireReadableKernel(machine); !access) {
       return std::unexpected(access.error());
     }
   }
-  return DrawableAdapterEntry{
-      .entry = {.date = now, .networkState = resolved.state, .configuration = configuration},
-      .preferredInterfaceNames = interfacesOfBestRoute(currentPath(machine))};
+  drawable.preferredInterfaceNames = interfacesOfBestRoute(currentPath(machine));
+  return drawable;
+}
+
+}  // namespace
+
+std::expected<DrawableAdapterEntry, CommandFailure> drawableAdapterEntry(
+    EntrySource source, const AdapterConfigurationIntent& configuration, const Machine& machine) {
+  const NetworkAdapterProvider provider(machine.platform.clock, machine.platform.strings,
+                                        [&machine] { return makeNetworkStateMonitor(machine); });
+  switch (source) {
+    case EntrySource::placeholder:
+      return DrawableAdapterEntry{.entry = provider.placeholder()};
+    case EntrySource::snapshot:
+      return DrawableAdapterEntry{.entry = provider.snapshot(configuration)};
+    case EntrySource::timeline:
+      break;
+  }
+  return entryOfThisMachine(provider, configuration, machine);
 }
 
 }  // namespace lanternfold

@@ -12,7 +12,7 @@
 namespace lanternfold {
 
 enum class EntrySource {
-  placeholder,  ///< sample content, no adapter chosen
+  placeholder,  ///< sample content, an empty configuration
   snapshot,     ///< sample content with the configuration given
   timeline,     ///< this machine
 };
@@ -23,7 +23,7 @@ struct DrawableAdapterEntry {
   std::vector<std::string> preferredInterfaceNames;
 };
 
-/// Dated now. Reads the machine for a timeline entry only, and fails when it does not let itself be
+/// Reads the machine for a timeline entry only, and fails when it does not let itself be
 /// read.
 [[nodiscard]] std::expected<DrawableAdapterEntry, CommandFailure> drawableAdapterEntry(
     EntrySource source, const AdapterConfigurationIntent& configuration, const Machine& machine);

@@ -1,4 +1,5 @@
-// The composition root of `lanternfold-widgets`: the only file here that knows it runs on Linux.
+// The entry point of `lanternfold-widgets`: what the process itself needs (descriptors, locale,
+// colours), and the machine that LinuxMachine.cpp wires.
 #include <clocale>
 #include <csignal>
 #include <cstdlib>

@@ -2,7 +2,6 @@
 
 #include <arpa/inet.h>
 #include <array>
-#include <charconv>
 #include <string_view>
 #include <sys/socket.h>
 
@@ -16,7 +15,9 @@ std::string ipv4Text(const IPv4Bytes& address) {
   char* end = text.data();
   for (const std::uint8_t byte : address) {
     if (end != text.data()) *end++ = '.';
-    end = std::to_chars(end, text.data() + text.size(), byte).ptr;
+    if (byte >= 100) *end++ = static_cast<char>('0' + byte / 100);
+    if (byte >= 10) *end++ = static_cast<char>('0' + byte / 10 % 10);
+    *end++ = static_cast<char>('0' + byte % 10);
   }
   return {text.data(), end};
 }

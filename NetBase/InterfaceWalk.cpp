@@ -13,16 +13,14 @@
 namespace lanternfold {
 namespace {
 
-PropertyListDictionary emptyInterface(const std::string& name, bool active) {
+void fillEmptyInterface(PropertyListDictionary& interface, const std::string& name, bool active) {
   using Key = SNUtilsInetInterfacesKey;
-  PropertyListDictionary interface;
   interface.reserve(5);
   interface.append(Key::name, name);
   interface.append(Key::active, active);
   interface.append(Key::ipv4, PropertyListArray{});
   interface.append(Key::ipv6, PropertyListArray{});
   interface.append(Key::metrics, PropertyListDictionary{});
-  return interface;
 }
 
 }  // namespace
@@ -35,6 +33,7 @@ InterfaceNameMap<PropertyListDictionary> InterfaceWalk::run() {
   if (!entries) return {};
   // Room for every entry, more than is needed: growing step by step costs more than empty buckets.
   interfaces_.reserve(entries->size());
+  met_.reserve(entries->size());
   for (const AddressEntry& entry : *entries) take(entry);
   if (!interfaces_.empty()) addMetrics();
   return std::move(interfaces_);
@@ -58,10 +57,29 @@ void InterfaceWalk::take(const AddressEntry& entry) {
 }
 
 PropertyListDictionary* InterfaceWalk::interfaceNamed(const std::string& name, bool active) {
-  const auto known = interfaces_.find(name);
-  if (known != interfaces_.end()) return &known->second;
+  if (PropertyListDictionary* known = knownInterface(name)) return known;
   if (!isWanted_(name)) return nullptr;
-  return &interfaces_.emplace(name, emptyInterface(name, active)).first->second;
+  const auto [place, isNew] = interfaces_.try_emplace(name);
+  if (isNew) {
+    fillEmptyInterface(place->second, name, active);
+    lastFound_ = met_.size();
+    met_.push_back(&*place);
+  }
+  return &place->second;
+}
+
+// Each of the kernel's lists comes in the order of the links, so that mostly the interface that was
+// found last is meant again or the next one, and the map need not be asked.
+PropertyListDictionary* InterfaceWalk::knownInterface(std::string_view name) {
+  constexpr std::size_t lookAhead = 2;
+  std::size_t position = lastFound_;
+  for (std::size_t step = 0; step < lookAhead && !met_.empty(); ++step, ++position) {
+    if (position == met_.size()) position = 0;
+    if (met_[position]->first != name) continue;
+    lastFound_ = position;
+    return &met_[position]->second;
+  }
+  return nullptr;
 }
 
 void InterfaceWalk::addIPv4Address(PropertyListDictionary& interface, const std::string& name,
@@ -100,9 +118,13 @@ void InterfaceWalk::addMetrics() {
   const auto& links = reading_.linkRecords();
   if (!links) return;
   for (const LinkRecord& link : *links) {
-    const auto interface = interfaces_.find(link.name);
-    if (interface == interfaces_.end()) continue;
-    *interface->second.find(SNUtilsInetInterfacesKey::metrics) = linkMetricsDictionary(link);
+    PropertyListDictionary* interface = knownInterface(link.name);
+    if (interface == nullptr) {
+      const auto found = interfaces_.find(link.name);
+      if (found == interfaces_.end()) continue;
+      interface = &found->second;
+    }
+    *interface->find(SNUtilsInetInterfacesKey::metrics) = linkMetricsDictionary(link);
   }
 }
 

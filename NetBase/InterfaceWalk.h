@@ -5,10 +5,12 @@
 // and every entry is looked up once by its name.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "NetBase/InterfaceNameMap.h"
 #include "Platform/NetworkKernel.h"
@@ -31,6 +33,7 @@ class InterfaceWalk {
  private:
   void take(const AddressEntry& entry);
   [[nodiscard]] PropertyListDictionary* interfaceNamed(const std::string& name, bool active);
+  [[nodiscard]] PropertyListDictionary* knownInterface(std::string_view name);
   void addIPv4Address(PropertyListDictionary& interface, const std::string& name,
                       const IPv4Bytes& address, const IPv4Bytes& netmask);
   [[nodiscard]] std::string_view gatewayOf(std::string_view name);
@@ -39,6 +42,9 @@ class InterfaceWalk {
   NetworkKernelReading& reading_;
   NameFilter isWanted_;
   InterfaceNameMap<PropertyListDictionary> interfaces_;
+  // In the order in which they were first met, and where the last look-up ended among them.
+  std::vector<InterfaceNameMap<PropertyListDictionary>::value_type*> met_;
+  std::size_t lastFound_ = 0;
   // Filled when the first address asks, so that a walk without addresses reads no routing table.
   std::optional<InterfaceNameMap<std::string>> gateways_;
 };

@@ -44,7 +44,8 @@ struct AddressEntry {
   /// The interface's name. Absent only in a malformed record.
   std::optional<std::string> name;
   /// The address. A link entry always carries a `LinkAddress`, of zero bytes for a link without a
-  /// hardware address; absent only in a malformed record or for an address-less point-to-point end.
+  /// hardware address; absent only in a malformed record. Whoever fills the list drops an address
+  /// message that holds no address, as that of an unnumbered point-to-point end.
   std::optional<SocketAddress> address;
   /// The mask, of the same family as `address`; absent for link entries and when unknown.
   std::optional<SocketAddress> netmask;

@@ -1,8 +1,10 @@
 #include "PlatformDarwin/InterfaceListDecoder.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <utility>
 
@@ -61,18 +63,18 @@ std::optional<std::string> linkName(MessageBytes address) {
   return name.empty() ? std::nullopt : std::optional(std::move(name));
 }
 
-/// The bytes behind the name; zero of them when they do not lie inside.
+/// The bytes behind the name; zero of them when they do not lie inside or are more than any link
+/// layer's.
 LinkAddress hardwareAddress(MessageBytes address) {
-  LinkAddress result;
   const auto nameLength = address.number<std::uint8_t>(nameLengthOffset);
   const auto length = address.number<std::uint8_t>(addressLengthOffset);
-  if (!nameLength || !length) return result;
+  if (!nameLength || !length || *length > LinkAddressBytes::maximumSize) return {};
   const auto part = address.slice(dataOffset + *nameLength, *length);
-  if (!part) return result;
-  for (const std::byte byte : part->bytes()) {
-    result.bytes.push_back(std::to_integer<std::uint8_t>(byte));
-  }
-  return result;
+  if (!part) return {};
+  std::array<std::uint8_t, LinkAddressBytes::maximumSize> bytes{};
+  std::ranges::transform(part->bytes(), bytes.begin(),
+                         [](std::byte byte) { return std::to_integer<std::uint8_t>(byte); });
+  return {LinkAddressBytes(std::span(bytes).first(*length))};
 }
 
 /// `message` holds at least the header, so no read inside it fails.

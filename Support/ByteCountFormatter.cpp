@@ -8,6 +8,8 @@
 namespace lanternfold {
 namespace {
 
+constexpr std::string_view decimalPoint = ".";
+
 struct Unit {
   std::string_view key;
   std::uint64_t size = 1;  ///< bytes
@@ -72,24 +74,21 @@ RoundedCount rounded(std::uint64_t byteCount, ByteCountStyle style) {
   return roundedInAFittingUnit(byteCount, binaryUnits);
 }
 
-std::string digitsOf(const RoundedCount& count, std::string_view decimalSeparator) {
+std::string digitsOf(const RoundedCount& count) {
   const std::uint64_t scale = powerOf(10, count.unit.fractionDigits);
   std::string text = std::to_string(count.scaled / scale);
   const std::uint64_t fraction = count.scaled % scale;
   if (fraction == 0) return text;
-  // The leading one keeps the zeros behind the separator.
+  // The leading one keeps the zeros behind the point.
   std::string digits = std::to_string(scale + fraction).substr(1);
   digits.erase(digits.find_last_not_of('0') + 1);
-  return text.append(decimalSeparator).append(digits);
+  return text.append(decimalPoint).append(digits);
 }
 
 }  // namespace
 
-ByteCountFormatter::ByteCountFormatter(ByteCountStyle style, Localization localized,
-                                       std::string decimalSeparator)
-    : style_(style),
-      localized_(std::move(localized)),
-      decimalSeparator_(std::move(decimalSeparator)) {}
+ByteCountFormatter::ByteCountFormatter(ByteCountStyle style, Localization localized)
+    : style_(style), localized_(std::move(localized)) {}
 
 std::string ByteCountFormatter::text(std::uint64_t byteCount) const {
   return number(byteCount) + " " + unit(byteCount);
@@ -97,7 +96,7 @@ std::string ByteCountFormatter::text(std::uint64_t byteCount) const {
 
 std::string ByteCountFormatter::number(std::uint64_t byteCount) const {
   if (byteCount == 0 && style_ == ByteCountStyle::decimal) return localized_("Zero");
-  return digitsOf(rounded(byteCount, style_), decimalSeparator_);
+  return digitsOf(rounded(byteCount, style_));
 }
 
 std::string ByteCountFormatter::unit(std::uint64_t byteCount) const {

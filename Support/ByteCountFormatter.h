@@ -2,8 +2,10 @@
 //
 // Read by: the hotspot row (text as a whole) and the byte meters (number and unit apart).
 // Exact integer arithmetic throughout; rounding is half to even, and a count that rounds up to a
-// full unit is shown in the next one ("1 GB", never "1000 MB"). A formatter is a plain value; its
-// operations may be called on any thread if the look-up may.
+// full unit is shown in the next one ("1 GB", never "1000 MB"). A fraction stands behind a point
+// wherever a count is shown, in rows, meters, pictures and JSON alike: the languages' own
+// separators come with the languages. A formatter is a plain value; its operations may be called on
+// any thread if the look-up may.
 #pragma once
 
 #include <cstdint>
@@ -28,9 +30,7 @@ class ByteCountFormatter {
   /// "GB", "TB", "PB" or "EB".
   using Localization = std::function<std::string(std::string_view key)>;
 
-  /// `decimalSeparator` stands between the whole number and its fraction.
-  ByteCountFormatter(ByteCountStyle style, Localization localized,
-                     std::string decimalSeparator = ".");
+  ByteCountFormatter(ByteCountStyle style, Localization localized);
 
   /// Number and unit with a space between them.
   [[nodiscard]] std::string text(std::uint64_t byteCount) const;
@@ -42,7 +42,6 @@ class ByteCountFormatter {
  private:
   ByteCountStyle style_;
   Localization localized_;
-  std::string decimalSeparator_;
 };
 
 }  // namespace lanternfold

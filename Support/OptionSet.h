@@ -48,12 +48,6 @@ class OptionSet {
     return (rawValue_ & ~other.rawValue()) == 0;
   }
   [[nodiscard]] constexpr bool isSuperset(Self other) const { return other.isSubset(self()); }
-  [[nodiscard]] constexpr bool isStrictSubset(Self other) const {
-    return isSubset(other) && rawValue_ != other.rawValue();
-  }
-  [[nodiscard]] constexpr bool isStrictSuperset(Self other) const {
-    return other.isStrictSubset(self());
-  }
   [[nodiscard]] constexpr bool isDisjoint(Self other) const {
     return (rawValue_ & other.rawValue()) == 0;
   }

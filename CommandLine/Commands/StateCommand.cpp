@@ -1,5 +1,6 @@
 #include "CommandLine/Commands/StateCommand.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -35,8 +36,15 @@ std::expected<NetworkSourceCategory, CommandFailure> parseCategory(std::string_v
                                         "other"));
   }
   return std::unexpected(badArguments("unknown category \"" + std::string(name) +
-                                      "\"; use internet, wlan, cellular or other, separated by "
-                                      "commas"));
+                                      "\"; use cellular or other, separated by commas"));
+}
+
+/// A state without adapters is a result only when the kernel lets itself be asked for them.
+std::expected<void, CommandFailure> requireTruth(const NetworkState& state,
+                                                 NetworkSourceCategory categories,
+                                                 const Machine& machine) {
+  if (!categories.contains(NetworkSourceCategory::other()) || !state.others.empty()) return {};
+  return requireReadableKernel(machine);
 }
 
 void write(const NetworkState& state, bool complete, const StateOptions& options,
@@ -61,8 +69,8 @@ std::expected<void, CommandFailure> watch(const StateOptions& options, const Mac
   monitor->setStateUpdateHandler([&](const NetworkState& state, bool complete, std::error_code) {
     // As text only whole states are worth a reader's while; a script gets every report.
     if (!options.json && !complete) return;
-    if (complete && std::exchange(isFirstWhole, false) && state.others.empty()) {
-      access = requireReadableKernel(machine);
+    if (complete && std::exchange(isFirstWhole, false)) {
+      access = requireTruth(state, options.categories, machine);
       if (!access) return machine.mainLoop.stop();
     }
     if (!options.json && !std::exchange(first, false)) console.output << '\n';
@@ -70,7 +78,10 @@ std::expected<void, CommandFailure> watch(const StateOptions& options, const Mac
     // Whoever read the output is gone: there is nobody left to watch for.
     if (!console.output) machine.mainLoop.stop();
   });
-  monitor->start();
+  // From within the loop: whoever interrupts the program after its first report ends it properly.
+  machine.platform.dispatch.mainQueue().async([watched = std::weak_ptr(monitor)] {
+    if (const auto startable = watched.lock()) startable->start();
+  });
   machine.mainLoop.runUntilInterrupted();
   monitor->stop();
   return access;
@@ -94,8 +105,8 @@ std::expected<void, CommandFailure> runState(const StateOptions& options, const 
                                              const Console& console) {
   if (options.watch) return watch(options, machine, console);
   const ResolvedState resolved = resolveOnce(machine, options.categories);
-  if (resolved.state.others.empty()) {
-    if (auto access = requireReadableKernel(machine); !access) return access;
+  if (auto access = requireTruth(resolved.state, options.categories, machine); !access) {
+    return access;
   }
   write(resolved.state, resolved.complete, options, machine, console);
   return {};

@@ -5,10 +5,7 @@
 #pragma once
 
 #include <cstdint>
-#include <expected>
 #include <optional>
-#include <string>
-#include <string_view>
 
 namespace lanternfold {
 

@@ -8,6 +8,7 @@
 
 #include "NetworkMonitor/Metrics/ConnectionMetricsFields.h"
 #include "NetworkMonitor/Metrics/ConnectionMetricsJsonValue.h"
+#include "Support/FatalError.h"
 
 namespace lanternfold {
 namespace {
@@ -87,7 +88,7 @@ std::string_view clauseOf(Fault fault) {
     case Fault::unknownCase:
       return "is not a known case";
   }
-  return "is malformed";
+  fatalError("the fault of a counter record's JSON is none of the known ones");
 }
 
 }  // namespace

@@ -30,7 +30,9 @@ struct ConnectionMetricsJsonError {
   };
 
   Fault fault = Fault::notJson;
-  std::string key;  ///< the first one to blame; empty when it is the document as a whole
+  /// The first one to blame, in a record within a document behind the key of the record and a
+  /// slash, as in "en0/mtu"; empty when it is the document as a whole.
+  std::string key;
 
   friend bool operator==(const ConnectionMetricsJsonError&,
                          const ConnectionMetricsJsonError&) = default;

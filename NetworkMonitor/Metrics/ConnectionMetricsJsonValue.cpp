@@ -1,12 +1,24 @@
 #include "NetworkMonitor/Metrics/ConnectionMetricsJsonValue.h"
 
+#include <cstdint>
+#include <string>
+
 #include <nlohmann/json.hpp>
 
 #include "NetworkMonitor/Metrics/ConnectionMetricsFields.h"
 
 namespace lanternfold {
+namespace {
 
 using Fault = ConnectionMetricsJsonError::Fault;
+
+std::string joined(std::string_view enclosingKey, std::string_view key) {
+  std::string path(enclosingKey);
+  if (!enclosingKey.empty() && !key.empty()) path += '/';
+  return path.append(key);
+}
+
+}  // namespace
 
 nlohmann::ordered_json connectionMetricsToJson(const ConnectionMetrics& metrics) {
   auto value = nlohmann::ordered_json::object();
@@ -17,9 +29,10 @@ nlohmann::ordered_json connectionMetricsToJson(const ConnectionMetrics& metrics)
 }
 
 std::expected<ConnectionMetrics, ConnectionMetricsJsonError> connectionMetricsFromJson(
-    const nlohmann::ordered_json& value) {
-  const auto failure = [](Fault fault, std::string_view key) {
-    return std::unexpected(ConnectionMetricsJsonError{.fault = fault, .key = std::string(key)});
+    const nlohmann::ordered_json& value, std::string_view enclosingKey) {
+  const auto failure = [enclosingKey](Fault fault, std::string_view key) {
+    return std::unexpected(
+        ConnectionMetricsJsonError{.fault = fault, .key = joined(enclosingKey, key)});
   };
   if (!value.is_object()) return failure(Fault::notAnObject, "");
   ConnectionMetrics metrics;
@@ -39,13 +52,14 @@ nlohmann::ordered_json connectionMetricsTypeToJson(ConnectionMetricsType type) {
 }
 
 std::expected<ConnectionMetricsType, ConnectionMetricsJsonError> connectionMetricsTypeFromJson(
-    const nlohmann::ordered_json& value) {
+    const nlohmann::ordered_json& value, std::string_view enclosingKey) {
   if (value.is_number_integer()) {
     // An unsigned number beyond the signed range turns negative here, and no case is negative.
     const auto type = connectionMetricsType(value.get<std::int64_t>());
     if (type) return *type;
   }
-  return std::unexpected(ConnectionMetricsJsonError{.fault = Fault::unknownCase});
+  return std::unexpected(
+      ConnectionMetricsJsonError{.fault = Fault::unknownCase, .key = std::string(enclosingKey)});
 }
 
 }  // namespace lanternfold

@@ -1,6 +1,7 @@
 #include "NetworkMonitor/Metrics/ConnectionMetricsMap.h"
 
 #include <algorithm>
+#include <map>
 #include <utility>
 
 #include "Support/FatalError.h"
@@ -17,23 +18,24 @@ ConnectionMetricsMap::ConnectionMetricsMap(std::shared_ptr<const Names> sortedNa
   }
 }
 
+ConnectionMetricsMap ConnectionMetricsMap::of(std::vector<Entry> entries) {
+  std::map<std::string, ConnectionMetrics> byName;
+  for (Entry& entry : entries) byName.insert_or_assign(std::move(entry.name), entry.metrics);
+  auto names = std::make_shared<Names>();
+  std::vector<ConnectionMetrics> values;
+  names->reserve(byName.size());
+  values.reserve(byName.size());
+  for (const auto& [name, metrics] : byName) {
+    names->push_back(name);
+    values.push_back(metrics);
+  }
+  return {std::move(names), std::move(values)};
+}
+
 const ConnectionMetrics* ConnectionMetricsMap::find(std::string_view name) const {
   const auto position = std::ranges::lower_bound(*names_, name);
   if (position == names_->end() || *position != name) return nullptr;
   return &values_[static_cast<std::size_t>(position - names_->begin())];
-}
-
-void ConnectionMetricsMap::insertOrAssign(std::string_view name, const ConnectionMetrics& metrics) {
-  const auto position = std::ranges::lower_bound(*names_, name);
-  const auto offset = position - names_->begin();
-  if (position != names_->end() && *position == name) {
-    values_[static_cast<std::size_t>(offset)] = metrics;
-    return;
-  }
-  auto names = std::make_shared<Names>(*names_);
-  names->insert(names->begin() + offset, std::string(name));
-  names_ = std::move(names);
-  values_.insert(values_.begin() + offset, metrics);
 }
 
 bool operator==(const ConnectionMetricsMap& left, const ConnectionMetricsMap& right) {

@@ -19,16 +19,25 @@ class ConnectionMetricsMap {
  public:
   using Names = std::vector<std::string>;
 
+  struct Entry {
+    std::string name;
+    ConnectionMetrics metrics;
+
+    friend bool operator==(const Entry&, const Entry&) = default;
+  };
+
   ConnectionMetricsMap();
-  /// Takes names that are sorted and distinct, and one record for each; stops the program when the
-  /// counts differ.
+  /// Takes names in ascending order of their bytes, each once, and one record for each. Stops the
+  /// program when the counts differ; the order is the caller's duty and is not looked at, because
+  /// the same table of names comes with every reading.
   ConnectionMetricsMap(std::shared_ptr<const Names> sortedNames,
                        std::vector<ConnectionMetrics> values);
 
-  /// The counters of `name`, or null. Valid until the map changes.
+  /// Of entries in any order; of several with one name the last one counts.
+  [[nodiscard]] static ConnectionMetricsMap of(std::vector<Entry> entries);
+
+  /// The counters of `name`, or null. Valid until the map is assigned to or destroyed.
   [[nodiscard]] const ConnectionMetrics* find(std::string_view name) const;
-  /// Stores the counters of `name`, in the place of earlier ones.
-  void insertOrAssign(std::string_view name, const ConnectionMetrics& metrics);
 
   [[nodiscard]] std::size_t size() const { return values_.size(); }
   [[nodiscard]] bool empty() const { return values_.empty(); }

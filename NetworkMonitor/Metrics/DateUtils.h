@@ -1,7 +1,7 @@
 // The current time and the time of the last boot.
 //
-// Made by: each composition, once, and shared from there. Read by: the recorder, which compares the
-// two to notice a reboot.
+// Made by: the composition that needs one, of its own clock and kernel; there is no shared
+// instance. Read by: the recorder, which compares the two to notice a reboot.
 #pragma once
 
 #include <chrono>

@@ -1,5 +1,4 @@
-// What any network source says of itself, whichever kind it is.
-#include "NetworkMonitor/Model/NetworkState.h"
+#include "NetworkMonitor/Model/AnyNetworkSource.h"
 
 namespace lanternfold {
 
@@ -19,6 +18,11 @@ const ConnectionMetrics& metricsOf(const AnyNetworkSource& source) {
 
 NetworkSourceCategory categoryOf(const AnyNetworkSource& source) {
   return std::visit([](const auto& record) { return record.category(); }, source);
+}
+
+SourceList listRepresentationOf(const AnyNetworkSource& source, const StringTable& strings) {
+  return std::visit([&strings](const auto& record) { return record.listRepresentation(strings); },
+                    source);
 }
 
 SourceList compressedListRepresentationOf(const AnyNetworkSource& source,

@@ -3,9 +3,6 @@
 // Made by and for the list representations of this folder.
 #pragma once
 
-#include <string>
-#include <string_view>
-
 #include "NetworkMonitor/Model/BasicInterface.h"
 
 namespace lanternfold {

@@ -20,12 +20,13 @@ void appendAddressRow(SourceList& rows, const InternetInfo& info, const StringTa
   }
 }
 
-bool isIPv6(std::string_view address) { return address.find(':') != std::string_view::npos; }
+bool containsColon(std::string_view address) { return address.find(':') != std::string_view::npos; }
 
-/// The first IPv4 server, or the first server of all when there are only IPv6 ones.
+/// The first IPv4 server, which is told by having no colon, or the first server of all when there
+/// are only IPv6 ones.
 void appendDnsRow(SourceList& rows, const InternetInfo& info, const StringTable& strings) {
   if (info.dns.empty()) return;
-  const auto firstIPv4 = std::ranges::find_if_not(info.dns, isIPv6);
+  const auto firstIPv4 = std::ranges::find_if_not(info.dns, containsColon);
   const std::string& shown = firstIPv4 == info.dns.end() ? info.dns.front() : *firstIPv4;
   rows.push_back({.label = strings.localized("DNS"), .value = shown, .labelRequired = true});
 }

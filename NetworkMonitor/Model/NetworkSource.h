@@ -1,12 +1,10 @@
 // What every network source can say of itself. The kinds of sources are a closed set
-// (`AnyNetworkSource` in NetworkState.h), so these are concepts that the records are checked
+// (`AnyNetworkSource` in AnyNetworkSource.h), so these are concepts that the records are checked
 // against, not base classes: records stay plain values with a defaulted equality.
 #pragma once
 
 #include <concepts>
-#include <optional>
 #include <string>
-#include <vector>
 
 #include "NetworkMonitor/Metrics/ConnectionMetrics.h"
 #include "NetworkMonitor/Model/NetworkSourceCategory.h"
@@ -25,8 +23,8 @@ concept ListableSource = requires(const Record& record, const StringTable& strin
   { record.compressedListRepresentation(strings) } -> std::same_as<SourceList>;
 };
 
-/// A part of the machine's network. `metrics()` and `category()` are functions because some kinds
-/// compute them.
+/// A part of the machine's network. Counters and category are asked for by functions, the free
+/// `metricsOf` and the static `category`, because not every kind keeps them as fields.
 template <typename Record>
 concept NetworkSource = ListableSource<Record> && requires(const Record& record) {
   { record.active } -> std::convertible_to<bool>;

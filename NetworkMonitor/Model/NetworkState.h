@@ -4,26 +4,15 @@
 #pragma once
 
 #include <optional>
-#include <variant>
 #include <vector>
 
+#include "NetworkMonitor/Model/AnyNetworkSource.h"
 #include "NetworkMonitor/Model/BasicInterface.h"
 #include "NetworkMonitor/Model/CellularProvider.h"
 #include "NetworkMonitor/Model/InternetInfo.h"
 #include "NetworkMonitor/Model/WlanInterface.h"
 
 namespace lanternfold {
-
-/// Any network source, by value: the closed set of its kinds.
-using AnyNetworkSource =
-    std::variant<InternetInfo, WlanInterface, CellularProvider, BasicInterface>;
-
-[[nodiscard]] bool activeOf(const AnyNetworkSource& source);
-[[nodiscard]] const std::string& displayNameOf(const AnyNetworkSource& source);
-[[nodiscard]] const ConnectionMetrics& metricsOf(const AnyNetworkSource& source);
-[[nodiscard]] NetworkSourceCategory categoryOf(const AnyNetworkSource& source);
-[[nodiscard]] SourceList compressedListRepresentationOf(const AnyNetworkSource& source,
-                                                        const StringTable& strings);
 
 struct NetworkState {
   InternetInfo internet;

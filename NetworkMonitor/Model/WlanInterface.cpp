@@ -1,6 +1,8 @@
 #include "NetworkMonitor/Model/WlanInterface.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <string_view>
 
 #include "NetworkMonitor/Model/InterfaceRows.h"
 #include "Support/AsciiCase.h"

@@ -1,4 +1,5 @@
-#include "NetworkMonitor/Model/WlanInterface.h"
+#include "NetworkMonitor/Model/WlanMetrics.h"
+
 #include "Support/DoubleText.h"
 
 namespace lanternfold {

@@ -1,6 +1,11 @@
 #include "NetworkMonitor/Monitor/NetworkStateMonitor.h"
 
+#include <expected>
+#include <string_view>
 #include <utility>
+#include <vector>
+
+#include "Support/FatalError.h"
 
 namespace lanternfold {
 namespace {
@@ -12,7 +17,7 @@ constexpr std::string_view adapterPrefix = "en";
 std::optional<WlanInterface> interfaceOf(
     std::expected<std::optional<WlanInterface>, WlanInterfaceResolverError> answer) {
   if (answer) return *std::move(answer);
-  return std::move(answer.error().interface);
+  return std::move(answer.error().wlan);
 }
 
 }  // namespace

@@ -39,7 +39,7 @@ class InterfaceResolver : public NetworkStateResolver {
 struct WlanInterfaceResolverError {
   enum class Kind { authorizationMissing, authorizationDenied };
   Kind kind = Kind::authorizationMissing;
-  WlanInterface interface;
+  WlanInterface wlan;
 
   friend bool operator==(const WlanInterfaceResolverError&,
                          const WlanInterfaceResolverError&) = default;

@@ -44,8 +44,7 @@ std::vector<View> meters(const std::vector<BytesMeterFigure>& figures,
 View BytesCircularMeter::body(const WidgetEnvironment& environment) const {
   const ByteCountFormatter formatter(
       ByteCountStyle::binaryFromKilobytes,
-      [&](std::string_view key) { return environment.strings.localized(key); },
-      environment.decimalSeparator);
+      [&](std::string_view key) { return environment.strings.localized(key); });
   const MeterMeasures measures = measuresOf(size);
   std::vector<View> lines;
   lines.push_back(meterText(metrics.label, measures.labelSize, FontWeight::regular));

@@ -16,9 +16,8 @@ struct WidgetEnvironment {
   WidgetFamily widgetFamily = WidgetFamily::medium;
   /// Names of the interfaces that carry default routes, the best route first.
   std::vector<std::string> preferredInterfaceNames = {};
-  /// Whether the host hands presses on to buttons; without that no button is shown.
+  /// Whether the system draws buttons in widgets; one that does not shows no refresh button.
   bool supportsButtons = true;
-  std::string decimalSeparator = ".";
 };
 
 }  // namespace lanternfold

@@ -26,11 +26,9 @@ using AddressAttributes = decltype(addressTable)::Attributes;
 template <typename Bytes>
 Bytes maskOfPrefix(std::uint8_t prefixLength) {
   Bytes mask{};
-  int bits = prefixLength;
-  for (std::uint8_t& byte : mask) {
-    byte = static_cast<std::uint8_t>(0xFF00U >> std::clamp(bits, 0, 8));
-    bits -= 8;
-  }
+  const std::size_t whole = std::min<std::size_t>(prefixLength / 8U, mask.size());
+  std::fill_n(mask.begin(), whole, std::uint8_t{0xFF});
+  if (whole < mask.size()) mask[whole] = static_cast<std::uint8_t>(0xFF00U >> prefixLength % 8U);
   return mask;
 }
 

@@ -43,23 +43,26 @@ std::optional<DecodeError> walkAttributes(std::span<const std::uint8_t> bytes,
                                           std::span<const AttributePolicy> policies,
                                           const AttributeSlots& slots, std::uint32_t& present,
                                           std::span<std::span<const std::uint8_t>> values) {
-  // Without the reader's optionals: half a hundred attributes of each link are only stepped over.
-  while (!bytes.empty()) {
+  // Without the reader's optionals: three dozen attributes of each link are only stepped over.
+  for (std::size_t offset = 0; offset < bytes.size();) {
+    const std::size_t remaining = bytes.size() - offset;
     nlattr header{};
-    if (bytes.size() < sizeof(header)) return DecodeError{DecodeProblem::truncated, "nlattr"};
-    std::memcpy(&header, bytes.data(), sizeof(header));
+    if (remaining < sizeof(header)) return DecodeError{DecodeProblem::truncated, "nlattr"};
+    std::memcpy(&header, &bytes[offset], sizeof(header));
     const std::size_t length = header.nla_len;
     if (length < sizeof(header)) return DecodeError{DecodeProblem::badLength, "nlattr"};
-    if (length > bytes.size()) return DecodeError{DecodeProblem::truncated, "nlattr"};
-    const auto value = bytes.subspan(sizeof(header), length - sizeof(header));
-    bytes = bytes.subspan(std::min(paddedLength(length), bytes.size()));
+    if (length > remaining) return DecodeError{DecodeProblem::truncated, "nlattr"};
     const std::size_t slot = slots.of(static_cast<std::uint16_t>(header.nla_type & NLA_TYPE_MASK));
-    if (slot == AttributeSlots::noSlot) continue;
-    const AttributePolicy& policy = policies[slot];
-    if ((present >> slot & 1U) != 0) return DecodeError{DecodeProblem::duplicate, policy.name};
-    if (const auto problem = problemOf(policy, value)) return DecodeError{*problem, policy.name};
-    present |= 1U << slot;
-    values[slot] = value;
+    if (slot != AttributeSlots::noSlot) {
+      const auto value = bytes.subspan(offset + sizeof(header), length - sizeof(header));
+      const AttributePolicy& policy = policies[slot];
+      if ((present >> slot & 1U) != 0) return DecodeError{DecodeProblem::duplicate, policy.name};
+      if (const auto problem = problemOf(policy, value)) return DecodeError{*problem, policy.name};
+      present |= 1U << slot;
+      values[slot] = value;
+    }
+    // Past the end where the last attribute's padding is left out.
+    offset += paddedLength(length);
   }
   return missingAttribute(policies, present);
 }

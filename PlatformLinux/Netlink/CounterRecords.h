@@ -4,8 +4,6 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
-#include <vector>
 
 #include "NetworkMonitor/Metrics/ConnectionMetrics.h"
 #include "NetworkMonitor/Metrics/ConnectionMetricsMap.h"
@@ -27,16 +25,7 @@ namespace lanternfold {
           .mtu = mtu};
 }
 
-struct NamedMetrics {
-  std::string name;
-  ConnectionMetrics metrics;
-  friend bool operator==(const NamedMetrics&, const NamedMetrics&) = default;
-};
-
 /// The link's 64-bit counters, else its 32-bit ones widened, else zeros.
-[[nodiscard]] NamedMetrics namedMetricsOf(const LinkMessage& link);
-
-/// The map of all of them; of equal names the last one counts.
-[[nodiscard]] ConnectionMetricsMap metricsMapOf(std::vector<NamedMetrics> links);
+[[nodiscard]] ConnectionMetricsMap::Entry namedMetricsOf(const LinkMessage& link);
 
 }  // namespace lanternfold

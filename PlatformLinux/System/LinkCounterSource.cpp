@@ -24,12 +24,12 @@ std::expected<ConnectionMetricsMap, NetworkKernelError> LinkCounterSource::read(
     socket_.reset();
     return std::unexpected(links.error());
   }
-  std::vector<NamedMetrics> metrics;
+  std::vector<ConnectionMetricsMap::Entry> metrics;
   metrics.reserve(links->size());
   for (const LinkMessage& link : *links) {
     if (link.describesLink()) metrics.push_back(namedMetricsOf(link));
   }
-  return metricsMapOf(std::move(metrics));
+  return ConnectionMetricsMap::of(std::move(metrics));
 }
 
 }  // namespace lanternfold

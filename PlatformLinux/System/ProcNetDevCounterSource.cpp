@@ -38,12 +38,12 @@ std::expected<ConnectionMetricsMap, NetworkKernelError> ProcNetDevCounterSource:
   const auto lines = parseProcNetDev(*text);
   if (!lines) return std::unexpected(NetworkKernelError::malformed);
   const FileDescriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
-  std::vector<NamedMetrics> links;
+  std::vector<ConnectionMetricsMap::Entry> links;
   links.reserve(lines->size());
   for (const ProcNetDevLine& line : *lines) {
     links.push_back({line.name, connectionMetricsOf(line.counters, mtuOf(socket, line.name))});
   }
-  return metricsMapOf(std::move(links));
+  return ConnectionMetricsMap::of(std::move(links));
 }
 
 }  // namespace lanternfold

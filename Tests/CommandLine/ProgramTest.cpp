@@ -94,6 +94,34 @@ TEST_F(ProgramTest, WhatIsNotUnderstoodIsOneLineOnStandardErrorAndStatusTwo) {
     EXPECT_THAT(errors(), testing::StartsWith("lanternfold-widgets: "));
     EXPECT_EQ(std::ranges::count(errors(), '\n'), 1) << errors();
   }
+  EXPECT_EQ(machinesMade_, 0)
+      << "nothing is asked of the machine for a command that makes no sense";
+}
+
+TEST_F(ProgramTest, ABadArgumentIsNamed) {
+  const std::vector<std::pair<std::vector<std::string>, std::string>> culprits = {
+      {{}, "no command was given"},
+      {{"bogus"}, "unknown command \"bogus\""},
+      {{"--bogus", "state"}, "unknown argument \"--bogus\""},
+      {{"state", "--data-dir", "/tmp/x"}, "unknown argument \"--data-dir\""},
+      {{"interfaces", "eth0", "eth1"}, "unknown argument \"eth0\""},
+      {{"interfaces", "--prefix"}, "--prefix"},
+      {{"state", "--categories", "all"}, "unknown category \"all\""},
+      {{"render"}, "kind"},
+      {{"render", "NetworkAdapterWidget"}, "--output"},
+      {{"render", "Panorama", "-o", "a.png"}, "unknown widget kind \"Panorama\""},
+      {{"render", "BandwidthMonitorWidget", "-o", "a.png"}, "cannot be drawn by this version"},
+      {{"render", "NetworkAdapterWidget", "-o", "a.gif"}, "\"a.gif\""},
+      {{"render", "NetworkAdapterWidget", "-o", "a.png", "--family", "large"}, "no large family"},
+      {{"render", "NetworkAdapterWidget", "-o", "a.png", "--scheme", "sepia"}, "\"sepia\""},
+      {{"render", "NetworkAdapterWidget", "-o", "a.png", "--scale", "9"}, "between 0.5 and 8"},
+      {{"render", "NetworkAdapterWidget", "-o", "a.png", "--scale", "two"}, "two"},
+      {{"render", "NetworkAdapterWidget", "-o", "a.png", "--entry", "now"}, "\"now\""},
+  };
+  for (const auto& [arguments, culprit] : culprits) {
+    EXPECT_EQ(run(arguments), ExitStatus::badArguments);
+    EXPECT_THAT(errors(), testing::HasSubstr(culprit));
+  }
 }
 
 TEST_F(ProgramTest, AControlCharacterInAnArgumentIsNotEchoedToTheTerminal) {
@@ -163,6 +191,19 @@ TEST_F(ProgramTest, AKernelThatRefusesIsAFailureThatSaysWhatToDo) {
     EXPECT_THAT(errors(), testing::HasSubstr("the kernel refused the request; allow"));
     EXPECT_EQ(std::ranges::count(errors(), '\n'), 1);
   }
+}
+
+TEST_F(ProgramTest, WatchingAKernelThatRefusesIsAFailureAndNoEndlessWait) {
+  fake_.kernel.fail(FakeNetworkKernel::Table::addressEntries, NetworkKernelError::refused);
+  const auto begin = fake_.clock.steadyNow();
+  EXPECT_EQ(run({"state", "--watch"}), ExitStatus::failed);
+  EXPECT_THAT(errors(), testing::HasSubstr("the kernel refused the request"));
+  EXPECT_LT(fake_.clock.steadyNow() - begin, std::chrono::minutes(1));
+}
+
+TEST_F(ProgramTest, WhatWasNotAskedForMayBeRefused) {
+  fake_.kernel.fail(FakeNetworkKernel::Table::addressEntries, NetworkKernelError::refused);
+  EXPECT_EQ(run({"state", "--categories", "cellular"}), ExitStatus::done);
 }
 
 TEST_F(ProgramTest, StatePrintsEachAdaptersRows) {

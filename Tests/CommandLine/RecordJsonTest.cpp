@@ -7,6 +7,7 @@
 
 #include "CommandLine/RecordJson.h"
 #include "Tests/Support/FakeStringTable.h"
+#include "Tests/Support/SampleConnectionMetrics.h"
 
 namespace lanternfold {
 namespace {
@@ -150,7 +151,7 @@ TEST(StateJson, WritesTheWifiOfThePlaceholder) {
                 R"("noise":-92,"transmitPower":1,"transmitRate":1300.0}}})");
 }
 
-TEST(StateJson, WritesTheCellularProvider) {
+TEST(StateJson, WritesEveryFieldOfTheCellularProviderInOrder) {
   const NetworkState state{
       .cellular = CellularProvider{.active = true,
                                    .displayName = "Cellular",
@@ -158,19 +159,36 @@ TEST(StateJson, WritesTheCellularProvider) {
                                                  .radioAccessTechnology = "LTE",
                                                  .allowsVOIP = true,
                                                  .countryCode = "IT",
-                                                 .mcc = "222"}},
+                                                 .mcc = "222",
+                                                 .mnc = "10"}},
                                    .dataCarrierIndex = 0,
-                                   .interfaces = {BasicInterface{}},
+                                   .interfaces = {BasicInterface{.name = "pdp_ip0"}},
+                                   .metrics = oneToEight,
+                                   .hotspotInterface = BasicInterface{.name = "bridge100"},
                                    .hotspotMetrics = ConnectionMetrics{}},
       .cellularEnabled = true,
       .multipleSim = true};
   EXPECT_EQ(stateOf(stateJson(state, Category::cellular(), true)),
             R"({"internet":null,"wlan":null,"cellular":{"active":true,"displayName":"Cellular",)"
             R"("carriers":[{"name":"Blue","radioAccessTechnology":"LTE","allowsVOIP":true,)"
-            R"("countryCode":"IT","mcc":"222","mnc":null}],"dataCarrierIndex":0,"interfaces":[)" +
-                bareInterface + R"(],"metrics":)" + zeroMetrics +
-                R"(,"hotspotInterface":null,"hotspotMetrics":)" + zeroMetrics +
+            R"("countryCode":"IT","mcc":"222","mnc":"10"}],"dataCarrierIndex":0,"interfaces":[)" +
+                interfaceJson({.name = "pdp_ip0"}) +
+                R"(],"metrics":{"sentBytes":1,"recvBytes":2,"sentError":3,"recvError":4,)"
+                R"("sentPacket":5,"recvPacket":6,"collisions":7,"mtu":8},"hotspotInterface":)" +
+                interfaceJson({.name = "bridge100"}) + R"(,"hotspotMetrics":)" + zeroMetrics +
                 R"(},"others":[],"cellularEnabled":true,"multipleSim":true})");
+}
+
+TEST(StateJson, WritesNullForWhatIsAbsentInTheCellularProvider) {
+  const NetworkState state{.cellular = CellularProvider{.carriers = {{.name = "Blue"}}}};
+  EXPECT_EQ(stateOf(stateJson(state, Category::cellular(), true)),
+            R"({"internet":null,"wlan":null,"cellular":{"active":false,"displayName":"",)"
+            R"("carriers":[{"name":"Blue","radioAccessTechnology":"","allowsVOIP":false,)"
+            R"("countryCode":null,"mcc":null,"mnc":null}],"dataCarrierIndex":null,)"
+            R"("interfaces":[],"metrics":)" +
+                zeroMetrics +
+                R"(,"hotspotInterface":null,"hotspotMetrics":null},"others":[],)"
+                R"("cellularEnabled":false,"multipleSim":false})");
 }
 
 TEST(StateJson, WritesNullForCategoriesThatWereNotAskedFor) {

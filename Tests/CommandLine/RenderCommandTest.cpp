@@ -32,7 +32,9 @@ class RenderCommandTest : public testing::Test {
     return options;
   }
   std::expected<void, CommandFailure> render(const RenderOptions& options) {
-    return runRender(options, fake_.machine, {.output = output_, .errors = errors_});
+    const auto plan = planRender(options);
+    if (!plan) return std::unexpected(plan.error());
+    return runRender(*plan, fake_.machine, {.output = output_, .errors = errors_});
   }
   /// The file's bytes after a successful run.
   std::string rendered(const RenderOptions& options) {
@@ -137,14 +139,14 @@ TEST_F(RenderCommandTest, WithoutADefaultRouteNoInterfaceIsPreferred) {
   EXPECT_TRUE(drawable->preferredInterfaceNames.empty());
 }
 
-TEST_F(RenderCommandTest, APlaceholderLeavesTheChosenAdapterOutAndASnapshotKeepsIt) {
+TEST_F(RenderCommandTest, APlaceholderHasAnEmptyConfigurationAndASnapshotTheGivenOne) {
   const AdapterConfigurationIntent configuration{
       .adapter = NetworkAdapter{.identifier = "en5", .display = "en5"}, .showTimestamp = true};
   const auto placeholder =
       drawableAdapterEntry(EntrySource::placeholder, configuration, fake_.machine);
   const auto snapshot = drawableAdapterEntry(EntrySource::snapshot, configuration, fake_.machine);
   ASSERT_TRUE(placeholder && snapshot);
-  EXPECT_FALSE(placeholder->entry.configuration.adapter);
+  EXPECT_EQ(placeholder->entry.configuration, AdapterConfigurationIntent{});
   EXPECT_EQ(snapshot->entry.configuration, configuration);
   EXPECT_EQ(snapshot->entry.networkState, NetworkState::placeholder(true, fake_.strings));
 }

@@ -20,9 +20,8 @@ TEST(ParseCategories, UnderstandsEveryCategoryThatCanBeResolved) {
 }
 
 TEST(ParseCategories, RefusesWhatItDoesNotKnow) {
-  EXPECT_EQ(
-      failureOf("wifi"),
-      "unknown category \"wifi\"; use internet, wlan, cellular or other, separated by commas");
+  EXPECT_EQ(failureOf("wifi"),
+            "unknown category \"wifi\"; use cellular or other, separated by commas");
   EXPECT_THAT(failureOf(""), testing::StartsWith("unknown category \"\""));
   EXPECT_THAT(failureOf("other,"), testing::StartsWith("unknown category \"\""));
   EXPECT_THAT(failureOf("Other"), testing::StartsWith("unknown category \"Other\""));

@@ -4,8 +4,9 @@
 #include <cstddef>
 #include <expected>
 #include <functional>
-#include <string_view>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "NetworkMonitor/Metrics/ConnectionMetricsReader.h"
 
@@ -13,8 +14,13 @@ namespace lanternfold {
 
 class FakeConnectionMetricsReader final : public ConnectionMetricsReader {
  public:
-  void set(std::string_view name, const ConnectionMetrics& metrics) {
-    counters_.insertOrAssign(name, metrics);
+  void set(std::string name, const ConnectionMetrics& metrics) {
+    std::vector<ConnectionMetricsMap::Entry> entries;
+    for (std::size_t position = 0; position < counters_.size(); ++position) {
+      entries.push_back({counters_.name(position), counters_.value(position)});
+    }
+    entries.push_back({std::move(name), metrics});
+    counters_ = ConnectionMetricsMap::of(std::move(entries));
   }
   void setCounters(ConnectionMetricsMap counters) { counters_ = std::move(counters); }
   void setFailing(bool failing) { failing_ = failing; }

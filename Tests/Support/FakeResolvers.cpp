@@ -1,5 +1,7 @@
 #include "Tests/Support/FakeResolvers.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "Support/FatalError.h"

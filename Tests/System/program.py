@@ -96,13 +96,14 @@ class Watch:
                 if remaining <= 0 or not self._news.wait(remaining):
                     return None
 
-    def settle(self, quiet_seconds=0.4, limit_seconds=10):
-        """Waits until no report has come for a while; the number of reports so far."""
+    def settle(self, quiet_seconds=0.4, limit_seconds=30):
+        """Waits until no report has come for a while and the last one is whole; the number of
+        reports so far."""
         deadline = time.monotonic() + limit_seconds
         while time.monotonic() < deadline:
             before = len(self.reports)
             time.sleep(quiet_seconds)
-            if before > 0 and len(self.reports) == before:
+            if before > 0 and len(self.reports) == before and self.reports[-1][1]["complete"]:
                 break
         return len(self.reports)
 

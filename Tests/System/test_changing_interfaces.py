@@ -48,6 +48,7 @@ class RenamingTest(NamespaceTest):
 
     def setUp(self):
         super().setUp()
+        self.switch_ipv6_off()
         ip("link add en0 address 0a:00:00:00:00:01 type veth peer name peer0", "link set peer0 up",
            "link set en0 up", "addr add 192.0.2.2/24 dev en0",
            "route add default via 192.0.2.1 dev en0")
@@ -179,7 +180,7 @@ class ManyLinksTest(NamespaceTest):
             changed = time.monotonic()
             moment = watch.moment_of(
                 lambda report: report["complete"] and not others(report)["en257"]["active"],
-                5, since)
+                30, since)
             self.assertIsNotNone(moment)
             print(f"\n    a change among them was reported after "
                   f"{max(moment - changed, 0) * 1000:.0f} ms", end="", flush=True)

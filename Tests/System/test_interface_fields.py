@@ -2,7 +2,9 @@
 
 import fcntl
 import os
+import socket
 import struct
+import subprocess
 
 import expected
 from namespaces import NamespaceTest, ip
@@ -60,6 +62,18 @@ class EveryFieldTest(FieldsTest):
         self.assertEqual(["docker0", "en0", "en01", "en5", "eth0", "ifb0", "lo", "mac0", "peer0",
                           "peer1", "tap0", "tun0", "vxlan9"], names(answer))
 
+    def test_a_container(self):
+        """Its eth0 is one end of a pair whose other end, a port of the bridge docker0, is outside."""
+        outside = subprocess.Popen(["unshare", "--net", "cat"], stdin=subprocess.PIPE,
+                                   stdout=subprocess.PIPE)
+        self.addCleanup(outside.communicate)
+        outside.stdin.write(b"\n")
+        outside.stdin.flush()
+        outside.stdout.read(1)  # from here on it is in a namespace of its own
+        ip(f"link add eth0 type veth peer name vethc0ffee netns {outside.pid}",
+           "addr add 172.17.0.2/16 dev eth0")
+        self.assertEqual(["eth0", "lo"], names(self.assert_like_iproute2(ethernet={"eth0"})))
+
     def test_several_addresses_on_one_interface(self):
         ip("link add en0 type veth peer name peer0", "addr add 192.0.2.2/24 dev en0",
            "addr add 192.0.2.3/24 dev en0", "addr add 198.51.100.1/31 dev en0",
@@ -108,9 +122,7 @@ class GatewayTest(FieldsTest):
 
     def setUp(self):
         super().setUp()
-        for scope in ("all", "default"):
-            with open(f"/proc/sys/net/ipv6/conf/{scope}/disable_ipv6", "w") as switch:
-                switch.write("1")
+        self.switch_ipv6_off()
         ip("link add en0 type veth peer name peer0", "link add en1 type veth peer name peer1")
         for name, network in (("en0", "192.0.2"), ("en1", "198.51.100")):
             ip(f"link set peer{name[2:]} up", f"link set {name} up",
@@ -159,12 +171,13 @@ class CounterTest(FieldsTest):
     def metrics(self, name):
         return json_of("interfaces", "--prefix", name, "--json")[0]["metrics"]
 
-    def test_a_tap_counts_exactly_what_is_written_and_read(self):
-        with open("/proc/sys/net/ipv6/conf/default/disable_ipv6", "w") as switch:
-            switch.write("1")
+    def setUp(self):
+        super().setUp()
+        self.switch_ipv6_off()
+
+    def test_a_tap_counts_exactly_what_is_written(self):
         tap = self.open_tap("en7")
-        ip("link set en7 arp off", "link set en7 up", "addr add 192.0.2.2/24 dev en7",
-           "neigh add 192.0.2.9 lladdr 02:00:00:00:00:99 dev en7")
+        ip("link set en7 arp off", "link set en7 up")
         self.assertEqual(0, self.metrics("en7")["recvPacket"])
         for _ in range(1234):
             os.write(tap, FRAME)
@@ -172,6 +185,28 @@ class CounterTest(FieldsTest):
         self.assertEqual({"recvPacket": 1234, "recvBytes": 1234 * len(FRAME), "recvError": 0},
                          {key: metrics[key] for key in ("recvPacket", "recvBytes", "recvError")})
         self.assert_like_iproute2(ethernet={"en7"})
+
+    def test_a_tap_counts_exactly_what_is_read(self):
+        tap = self.open_tap("en7")
+        ip("link set en7 arp off", "link set en7 up", "addr add 192.0.2.2/24 dev en7",
+           "neigh add 192.0.2.9 lladdr 0a:00:00:00:00:99 dev en7")
+        with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as sender:
+            for size in range(77):
+                sender.sendto(bytes(size), ("192.0.2.9", 9))
+        frames = list(iter(lambda: self.read_frame(tap), b""))
+        self.assertGreaterEqual(len(frames), 77)
+        metrics = self.metrics("en7")
+        self.assertEqual({"sentPacket": len(frames), "sentBytes": sum(map(len, frames)),
+                          "recvPacket": 0},
+                         {key: metrics[key] for key in ("sentPacket", "sentBytes", "recvPacket")})
+        self.assert_like_iproute2(ethernet={"en7"})
+
+    def read_frame(self, tap):
+        """The next frame that the kernel sent through the tap; empty when there is none."""
+        try:
+            return os.read(tap, 65536)
+        except BlockingIOError:
+            return b""
 
     def test_counters_beyond_32_bits_do_not_wrap(self):
         tap = self.open_tap("en7")

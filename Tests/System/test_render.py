@@ -15,6 +15,7 @@ WIDTH_POINTS, HEIGHT_POINTS = 364, 170
 class RenderTest(NamespaceTest):
     def setUp(self):
         super().setUp()
+        self.switch_ipv6_off()  # two pictures show the same counters
         folder = tempfile.TemporaryDirectory(prefix="lanternfold ")
         self.addCleanup(folder.cleanup)
         self.folder = Path(folder.name)

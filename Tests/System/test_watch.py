@@ -1,5 +1,6 @@
 """`state --watch --json`: every change is reported within a second."""
 
+import fcntl
 import os
 import signal
 import socket
@@ -130,6 +131,28 @@ class EndingTest(WatchTest):
                 watch.settle()
                 self.assertEqual((0, b""), watch.finish(number))
                 self.assertEqual([], watch.broken)
+
+    def test_a_signal_right_after_the_first_report_ends_it_with_status_0(self):
+        for _ in range(20):
+            with Watch() as watch:
+                self.assertIsNotNone(watch.moment_of(lambda _: True, 10))
+                self.assertEqual((0, b""), watch.finish())
+
+    def test_a_signal_ends_it_although_nobody_reads_what_it_writes(self):
+        """It waits for room in the pipe then, and cannot write the rest of its line."""
+        read_end, write_end = os.pipe()
+        self.addCleanup(os.close, read_end)
+        fcntl.fcntl(write_end, fcntl.F_SETPIPE_SZ, 4096)
+        process = subprocess.Popen([PROGRAM, "state", "--watch", "--json"],
+                                   stdin=subprocess.DEVNULL, stdout=write_end,
+                                   stderr=subprocess.DEVNULL)
+        os.close(write_end)
+        self.addCleanup(lambda: process.poll() is None and process.kill())
+        for mtu in range(1400, 1420):
+            time.sleep(0.12)
+            ip(f"link set en0 mtu {mtu}")
+        process.terminate()
+        self.assertIn(process.wait(timeout=5), (0, 1))
 
     def test_a_signal_in_the_middle_of_a_report_leaves_whole_lines(self):
         for _ in range(5):

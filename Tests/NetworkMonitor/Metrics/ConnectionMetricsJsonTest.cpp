@@ -9,6 +9,7 @@
 #include "NetworkMonitor/Metrics/ConnectionMetricsFields.h"
 #include "NetworkMonitor/Metrics/ConnectionMetricsJson.h"
 #include "NetworkMonitor/Metrics/ConnectionMetricsJsonValue.h"
+#include "Tests/Support/SampleConnectionMetrics.h"
 
 namespace lanternfold {
 namespace {
@@ -16,14 +17,6 @@ namespace {
 using Error = ConnectionMetricsJsonError;
 using Fault = Error::Fault;
 
-constexpr ConnectionMetrics oneToEight{.sentBytes = 1,
-                                       .recvBytes = 2,
-                                       .sentError = 3,
-                                       .recvError = 4,
-                                       .sentPacket = 5,
-                                       .recvPacket = 6,
-                                       .collisions = 7,
-                                       .mtu = 8};
 const std::string oneToEightText = R"({"sentBytes":1,"recvBytes":2,"sentError":3,"recvError":4,)"
                                    R"("sentPacket":5,"recvPacket":6,"collisions":7,"mtu":8})";
 
@@ -171,25 +164,43 @@ TEST(ConnectionMetricsJson, RefusesTextThatIsNoJson) {
   }
 }
 
-TEST(ConnectionMetricsJson, RefusesARecordCutAnywhere) {
+/// The last of the record's keys that stands whole, with both its quotes, in `text`.
+std::string lastWholeKeyOf(std::string_view text) {
+  std::string last;
+  for (const auto& field : connectionMetricsFields) {
+    const std::string quoted = '"' + std::string(field.key) + '"';
+    if (text.find(quoted) != std::string_view::npos) last = field.key;
+  }
+  return last;
+}
+
+TEST(ConnectionMetricsJson, NamesTheLastKeyBeforeACutAnywhere) {
   for (std::size_t length = 0; length < oneToEightText.size(); ++length) {
-    const auto metrics =
-        decodeConnectionMetrics(std::string_view(oneToEightText).substr(0, length));
-    ASSERT_FALSE(metrics.has_value()) << length;
-    EXPECT_EQ(metrics.error().fault, Fault::notJson) << length;
+    const std::string_view text = std::string_view(oneToEightText).substr(0, length);
+    const auto metrics = decodeConnectionMetrics(text);
+    ASSERT_FALSE(metrics.has_value()) << text;
+    EXPECT_EQ(metrics.error(), (Error{.fault = Fault::notJson, .key = lastWholeKeyOf(text)}))
+        << text;
   }
 }
 
-TEST(ConnectionMetricsJson, RefusesAnythingBehindTheRecord) {
-  EXPECT_FALSE(decodeConnectionMetrics(oneToEightText + "x").has_value());
-  EXPECT_FALSE(decodeConnectionMetrics(oneToEightText + oneToEightText).has_value());
+TEST(ConnectionMetricsJson, NamesTheLastKeyBeforeTextBehindTheRecord) {
+  for (const std::string& behind : {std::string("x"), std::string("}"), std::string(" ,"),
+                                    std::string("{\"sentBytes\":1}"), oneToEightText}) {
+    EXPECT_EQ(verdictOn(oneToEightText + behind), "\"mtu\" stands before text that is not JSON")
+        << behind;
+  }
 }
 
 TEST(ConnectionMetricsJson, DoesNotTakeAZeroByteForTheEndOfTheText) {
   const std::string zero(1, '\0');
-  EXPECT_FALSE(decodeConnectionMetrics(oneToEightText + zero).has_value());
-  EXPECT_FALSE(decodeConnectionMetrics(oneToEightText + zero + "garbage").has_value());
-  EXPECT_FALSE(decodeConnectionMetricsType("1" + zero + "garbage").has_value());
+  const std::string behindMtu = "\"mtu\" stands before text that is not JSON";
+  EXPECT_EQ(verdictOn(oneToEightText + zero), behindMtu);
+  EXPECT_EQ(verdictOn(oneToEightText + zero + "garbage"), behindMtu);
+  EXPECT_EQ(verdictOn(zero + oneToEightText), "the document is not JSON");
+  const auto type = decodeConnectionMetricsType("1" + zero + "garbage");
+  ASSERT_FALSE(type.has_value());
+  EXPECT_EQ(type.error(), Error{.fault = Fault::notJson});
 }
 
 TEST(ConnectionMetricsJson, RefusesAStringThatIsNotUtf8) {
@@ -241,6 +252,25 @@ TEST(ConnectionMetricsJsonValue, IsAsStrictAsTheText) {
             (Error{.fault = Fault::notAnUnsignedInteger, .key = "sentBytes"}));
 }
 
+TEST(ConnectionMetricsJsonValue, NamesThePlaceInTheDocumentInFrontOfTheKey) {
+  const auto complaintOf = [](const char* text) {
+    const auto value = nlohmann::ordered_json::parse(text);
+    return describe(connectionMetricsFromJson(value, "original/en0").error());
+  };
+  EXPECT_EQ(complaintOf("{}"), "\"original/en0/sentBytes\" is missing");
+  EXPECT_EQ(complaintOf(R"({"sentBytes":-1})"),
+            "\"original/en0/sentBytes\" is not an unsigned 64-bit integer");
+  EXPECT_EQ(complaintOf("[]"), "\"original/en0\" is not an object");
+  EXPECT_EQ(describe(connectionMetricsTypeFromJson(2, "en0/type").error()),
+            "\"en0/type\" is not a known case");
+}
+
+TEST(ConnectionMetricsTypeJson, RawValueTwoBuildsNoCase) {
+  const auto type = decodeConnectionMetricsType("2");
+  ASSERT_FALSE(type.has_value());
+  EXPECT_EQ(type.error(), Error{.fault = Fault::unknownCase});
+}
+
 TEST(ConnectionMetricsTypeJson, IsItsRawValue) {
   EXPECT_EQ(encodeConnectionMetricsType(ConnectionMetricsType::original), "0");
   EXPECT_EQ(encodeConnectionMetricsType(ConnectionMetricsType::adjusted), "1");
@@ -250,7 +280,7 @@ TEST(ConnectionMetricsTypeJson, IsItsRawValue) {
 
 TEST(ConnectionMetricsTypeJson, RefusesEveryOtherValue) {
   for (const char* wrong :
-       {"2", "-1", "1.0", "0e0", "null", "true", "\"1\"", "[1]", "{}", "4294967297",
+       {"3", "-1", "1.0", "0e0", "null", "true", "\"1\"", "[1]", "{}", "4294967297",
         "9223372036854775808", "18446744073709551615", "18446744073709551616"}) {
     const auto type = decodeConnectionMetricsType(wrong);
     ASSERT_FALSE(type.has_value()) << wrong;

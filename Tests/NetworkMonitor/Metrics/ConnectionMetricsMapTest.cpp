@@ -1,5 +1,8 @@
+#include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -27,9 +30,12 @@ TEST(ConnectionMetricsMap, IsEmptyByDefault) {
   EXPECT_EQ(map.find("en0"), nullptr);
 }
 
-TEST(ConnectionMetricsMap, FindsWhatWasInserted) {
-  ConnectionMetricsMap map;
-  map.insertOrAssign("en0", sent(7));
+TEST(ConnectionMetricsMap, OfNoEntriesIsEmpty) {
+  EXPECT_EQ(ConnectionMetricsMap::of({}), ConnectionMetricsMap());
+}
+
+TEST(ConnectionMetricsMap, FindsNamesExactly) {
+  const auto map = ConnectionMetricsMap::of({{"en0", sent(7)}});
   ASSERT_NE(map.find("en0"), nullptr);
   EXPECT_EQ(map.find("en0")->sentBytes, 7U);
   EXPECT_EQ(map.find("en"), nullptr);
@@ -37,18 +43,27 @@ TEST(ConnectionMetricsMap, FindsWhatWasInserted) {
   EXPECT_EQ(map.find(""), nullptr);
 }
 
-TEST(ConnectionMetricsMap, KeepsTheLaterOfTwoRecordsOfOneName) {
-  ConnectionMetricsMap map;
-  map.insertOrAssign("en0", sent(1));
-  map.insertOrAssign("en0", sent(2));
-  EXPECT_EQ(textOf(map), "en0=2 ");
+TEST(ConnectionMetricsMap, KeepsTheLastOfSeveralEntriesOfOneName) {
+  const auto map = ConnectionMetricsMap::of(
+      {{"en0", sent(9)}, {"lo", sent(4)}, {"en0", sent(1)}, {"aa", sent(3)}, {"en0", sent(2)}});
+  EXPECT_EQ(textOf(map), "aa=3 en0=2 lo=4 ");
+}
+
+TEST(ConnectionMetricsMap, KeepsTheLastOfAHundredEntriesOfOneName) {
+  std::vector<ConnectionMetricsMap::Entry> entries;
+  for (std::uint64_t count = 1; count <= 100; ++count) {
+    entries.push_back({"en" + std::to_string(count % 2), sent(count)});
+  }
+  EXPECT_EQ(textOf(ConnectionMetricsMap::of(std::move(entries))), "en0=100 en1=99 ");
 }
 
 TEST(ConnectionMetricsMap, StandsInTheOrderOfTheNamesBytes) {
-  ConnectionMetricsMap map;
-  for (const char* name : {"lo", "en1", "en10", "Zz", "en0", "\xFF"}) {
-    map.insertOrAssign(name, sent(map.size()));
-  }
+  const auto map = ConnectionMetricsMap::of({{"lo", sent(0)},
+                                             {"en1", sent(1)},
+                                             {"en10", sent(2)},
+                                             {"Zz", sent(3)},
+                                             {"en0", sent(4)},
+                                             {"\xFF", sent(5)}});
   EXPECT_EQ(textOf(map), "Zz=3 en0=4 en1=1 en10=2 lo=0 \xFF=5 ");
 }
 
@@ -61,36 +76,13 @@ TEST(ConnectionMetricsMap, TakesSharedNames) {
   EXPECT_EQ(names.use_count(), 3);
 }
 
-TEST(ConnectionMetricsMap, LeavesMapsThatShareItsNamesAloneWhenANameIsAdded) {
-  const auto names = std::make_shared<const Names>(Names{"en0", "lo"});
-  ConnectionMetricsMap changed(names, {sent(1), sent(2)});
-  const ConnectionMetricsMap kept = changed;
-  changed.insertOrAssign("en5", sent(5));
-  EXPECT_EQ(textOf(changed), "en0=1 en5=5 lo=2 ");
-  EXPECT_EQ(textOf(kept), "en0=1 lo=2 ");
-}
-
-TEST(ConnectionMetricsMap, LeavesCopiesAloneWhenARecordChanges) {
-  ConnectionMetricsMap map;
-  map.insertOrAssign("en0", sent(1));
-  const ConnectionMetricsMap copy = map;
-  map.insertOrAssign("en0", sent(2));
-  EXPECT_EQ(textOf(copy), "en0=1 ");
-}
-
 TEST(ConnectionMetricsMap, IsEqualByNamesAndRecords) {
-  ConnectionMetricsMap built;
-  built.insertOrAssign("lo", sent(2));
-  built.insertOrAssign("en0", sent(1));
   const ConnectionMetricsMap given(std::make_shared<const Names>(Names{"en0", "lo"}),
                                    {sent(1), sent(2)});
-  EXPECT_EQ(built, given);
-  ConnectionMetricsMap other = given;
-  other.insertOrAssign("lo", sent(3));
-  EXPECT_NE(other, given);
-  const ConnectionMetricsMap renamed(std::make_shared<const Names>(Names{"en0", "lp"}),
-                                     {sent(1), sent(2)});
-  EXPECT_NE(renamed, given);
+  EXPECT_EQ(ConnectionMetricsMap::of({{"lo", sent(2)}, {"en0", sent(1)}}), given);
+  EXPECT_NE(ConnectionMetricsMap::of({{"lo", sent(3)}, {"en0", sent(1)}}), given);
+  EXPECT_NE(ConnectionMetricsMap::of({{"lp", sent(2)}, {"en0", sent(1)}}), given);
+  EXPECT_NE(ConnectionMetricsMap::of({{"en0", sent(1)}}), given);
 }
 
 TEST(ConnectionMetricsMapDeathTest, StopsTheProgramWhenNamesAndRecordsDifferInNumber) {

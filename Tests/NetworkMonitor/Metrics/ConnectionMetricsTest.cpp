@@ -1,24 +1,17 @@
 #include <cstdint>
 #include <limits>
-#include <string>
+#include <optional>
 
 #include <gtest/gtest.h>
 
 #include "NetworkMonitor/Metrics/ConnectionMetrics.h"
 #include "NetworkMonitor/Metrics/ConnectionMetricsFields.h"
+#include "Tests/Support/SampleConnectionMetrics.h"
 
 namespace lanternfold {
 namespace {
 
 constexpr auto largest = std::numeric_limits<std::uint64_t>::max();
-constexpr ConnectionMetrics oneToEight{.sentBytes = 1,
-                                       .recvBytes = 2,
-                                       .sentError = 3,
-                                       .recvError = 4,
-                                       .sentPacket = 5,
-                                       .recvPacket = 6,
-                                       .collisions = 7,
-                                       .mtu = 8};
 
 TEST(ConnectionMetrics, EmptyHasEightZeros) {
   for (const auto& field : connectionMetricsFields) {
@@ -115,9 +108,13 @@ TEST(ConnectionMetricsType, HasRawValuesZeroAndOne) {
   EXPECT_EQ(connectionMetricsType(1), ConnectionMetricsType::adjusted);
 }
 
+TEST(ConnectionMetricsType, RawValueTwoBuildsNoCase) {
+  EXPECT_EQ(connectionMetricsType(2), std::nullopt);
+}
+
 TEST(ConnectionMetricsType, HasNoCaseForAnyOtherRawValue) {
   for (const std::int64_t rawValue :
-       {std::int64_t{2}, std::int64_t{-1}, std::int64_t{1} << 32,
+       {std::int64_t{3}, std::int64_t{-1}, std::int64_t{1} << 32,
         std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int64_t>::max()}) {
     EXPECT_EQ(connectionMetricsType(rawValue), std::nullopt) << rawValue;
   }

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "NetworkMonitor/Model/BasicInterface.h"
+#include "Tests/Support/BracketingStringTable.h"
 #include "Tests/Support/FakeStringTable.h"
 #include "Tests/Support/SourceListText.h"
 
@@ -9,6 +10,11 @@ namespace {
 
 std::string rowsOf(const BasicInterface& interface) {
   return sourceListText(interface.compressedListRepresentation(FakeStringTable()));
+}
+
+/// The rows with every text that was looked up between guillemets.
+std::string bracketedRowsOf(const BasicInterface& interface) {
+  return sourceListText(interface.compressedListRepresentation(BracketingStringTable()));
 }
 
 BasicInterface ethernet() {
@@ -81,14 +87,12 @@ TEST(BasicInterfaceRows, AreTheSameWhetherActiveOrNot) {
   EXPECT_EQ(rowsOf(interface), rowsOf(ethernet()));
 }
 
-TEST(BasicInterfaceRows, HaveLabelsOfTheUsersLanguage) {
-  const FakeStringTable german(
-      {{"IP", "IP-Adresse"}, {"Router", "Vermittler"}, {"MAC", "Hardware"}, {"en2", "wrong"}});
-  EXPECT_EQ(sourceListText(ethernet().compressedListRepresentation(german)),
+TEST(BasicInterfaceRows, LookUpEveryLabelButTheNameAndNoValue) {
+  EXPECT_EQ(bracketedRowsOf(ethernet()),
             "en2 / Ethernet Adapter !\n"
-            "IP-Adresse / 192.168.0.9\n"
-            "Vermittler / 192.168.0.1/24\n"
-            "Hardware / ab:cd:ef:12:34:57 !\n");
+            "«IP» / 192.168.0.9\n"
+            "«Router» / 192.168.0.1/24\n"
+            "«MAC» / ab:cd:ef:12:34:57 !\n");
 }
 
 TEST(BasicInterfaceRows, HaveNoLongList) {

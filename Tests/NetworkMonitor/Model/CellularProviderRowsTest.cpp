@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "NetworkMonitor/Model/CellularProvider.h"
+#include "Tests/Support/BracketingStringTable.h"
 #include "Tests/Support/FakeStringTable.h"
 #include "Tests/Support/SourceListText.h"
 
@@ -12,6 +13,11 @@ namespace {
 
 std::string rowsOf(const CellularProvider& provider) {
   return sourceListText(provider.compressedListRepresentation(FakeStringTable()));
+}
+
+/// The rows with every text that was looked up between guillemets.
+std::string bracketedRowsOf(const CellularProvider& provider) {
+  return sourceListText(provider.compressedListRepresentation(BracketingStringTable()));
 }
 
 CellularProvider oneCarrier(bool allowsVOIP = true) {
@@ -86,18 +92,28 @@ TEST(CellularProviderRowsDeathTest, StopTheProgramWhenTheHotspotsBytesOverflow) 
   EXPECT_DEATH(hotspotRows(largest, 1), "Fatal error: a sum of counters exceeds");
 }
 
-TEST(CellularProviderRows, LocaliseEveryFixedText) {
-  const FakeStringTable german({{"Carrier", "Anbieter"},
-                                {"data", "Daten"},
-                                {"VoIP Disabled", "VoIP aus"},
-                                {"Hotspot", "Zugangspunkt"},
-                                {"KB", "kB"},
-                                {"Blue", "wrong"}});
-  auto provider = oneCarrier(false);
+TEST(CellularProviderRows, LookUpEveryFixedTextOfOneCarrierButNotItsName) {
+  auto provider = oneCarrier(true);
   provider.dataCarrierIndex = 0;
-  provider.hotspotMetrics = ConnectionMetrics{.sentBytes = 5'000};
-  EXPECT_EQ(sourceListText(provider.compressedListRepresentation(german)),
-            "Anbieter, Daten / Blue\nVoIP / VoIP aus\nZugangspunkt / 5 kB !\n");
+  EXPECT_EQ(bracketedRowsOf(provider), "«Carrier», «data» / Blue\n«VoIP» / «VoIP Enabled»\n");
+  EXPECT_EQ(bracketedRowsOf(oneCarrier(false)), "«Carrier» / Blue\n«VoIP» / «VoIP Disabled»\n");
+}
+
+TEST(CellularProviderRows, LookUpEveryFixedTextOfTwoCarriersButNotTheirNames) {
+  auto provider = twoCarriers();
+  provider.dataCarrierIndex = 1;
+  EXPECT_EQ(bracketedRowsOf(provider), "«Carrier» 1 / Blue !\n«Carrier» 2, «data» / Red !\n");
+}
+
+TEST(CellularProviderRows, LookUpTheHotspotsLabelAndEveryWordOfItsBytes) {
+  const auto rowsOfHotspot = [](std::uint64_t bytes) {
+    return bracketedRowsOf({.hotspotMetrics = ConnectionMetrics{.sentBytes = bytes}});
+  };
+  EXPECT_EQ(rowsOfHotspot(0), "«Hotspot» / «Zero» «KB» !\n");
+  EXPECT_EQ(rowsOfHotspot(1), "«Hotspot» / 1 «byte» !\n");
+  EXPECT_EQ(rowsOfHotspot(999), "«Hotspot» / 999 «bytes» !\n");
+  EXPECT_EQ(rowsOfHotspot(5'000), "«Hotspot» / 5 «KB» !\n");
+  EXPECT_EQ(rowsOfHotspot(1'200'000), "«Hotspot» / 1.2 «MB» !\n");
 }
 
 TEST(CellularProviderRows, HaveNoLongList) {

@@ -1,6 +1,10 @@
+#include <string>
+#include <utility>
+
 #include <gtest/gtest.h>
 
 #include "NetworkMonitor/Model/InternetInfo.h"
+#include "Tests/Support/BracketingStringTable.h"
 #include "Tests/Support/FakeStringTable.h"
 #include "Tests/Support/SourceListText.h"
 
@@ -11,6 +15,11 @@ std::string rowsOf(const InternetInfo& info) {
   return sourceListText(info.compressedListRepresentation(FakeStringTable()));
 }
 
+/// The rows with every text that was looked up between guillemets.
+std::string bracketedRowsOf(const InternetInfo& info) {
+  return sourceListText(info.compressedListRepresentation(BracketingStringTable()));
+}
+
 std::string rowsWithConnection(InterfaceType type) {
   return rowsOf({.ip = "203.0.113.4", .interface = BasicInterface{.name = "en0", .type = type}});
 }
@@ -19,7 +28,7 @@ TEST(InternetInfoRows, SayNotConnectedWhenNothingIsKnown) {
   EXPECT_EQ(rowsOf({}), "Status / Not connected\n");
 }
 
-TEST(InternetInfoRows, ShowEveryRowInOrder) {
+TEST(InternetInfoRows, ShowEveryRowOfAConnectionInOrder) {
   const InternetInfo info{.active = true,
                           .ip = "12.34.56.78",
                           .supportsIPv6 = true,
@@ -109,18 +118,37 @@ TEST(InternetInfoRows, FillTheLocalisedTypeIntoTheLocalisedFormat) {
             "IP / 203.0.113.4\nVerbindung / Über WLAN verbunden\n");
 }
 
-TEST(InternetInfoRows, LocaliseTheFixedTexts) {
-  const FakeStringTable german({{"Status", "Zustand"},
-                                {"Not connected", "Getrennt"},
-                                {"N/A", "entfällt"},
-                                {"IP - COUNTRY", "IP - LAND"}});
-  EXPECT_EQ(sourceListText(InternetInfo{.supportsIPv6 = false}  //
-                               .compressedListRepresentation(german)),
-            "Zustand / Getrennt\nIPv6 / entfällt !\n");
-  EXPECT_EQ(
-      sourceListText(
-          InternetInfo{.ip = "203.0.113.4", .country = "DE"}.compressedListRepresentation(german)),
-      "IP - LAND / 203.0.113.4 (DE)\n");
+TEST(InternetInfoRows, LookUpEveryLabelAndTheConnectionButNoNameOrAddress) {
+  InternetInfo info{.ip = "12.34.56.78",
+                    .supportsIPv6 = true,
+                    .ipv6 = "2001:DB8::EF",
+                    .isp = "Your ISP Name",
+                    .country = "IT",
+                    .interface = BasicInterface{.name = "en0"},
+                    .dns = {"8.8.8.8"}};
+  const std::pair<InterfaceType, std::string> connections[] = {
+      {InterfaceType::wlan, "Wi-Fi"},
+      {InterfaceType::ethernet, "Ethernet"},
+      {InterfaceType::cellular, "Cellular"}};
+  for (const auto& [type, name] : connections) {
+    info.interface->type = type;
+    EXPECT_EQ(bracketedRowsOf(info),
+              "«ISP» / Your ISP Name\n"
+              "«IP - COUNTRY» / 12.34.56.78 (IT)\n"
+              "«DNS» / 8.8.8.8 !\n"
+              "«IPv6» / 2001:db8::ef !\n"
+              "«Active connection» / «Connected via «" +
+                  name + "»»\n");
+  }
+}
+
+TEST(InternetInfoRows, LookUpTheLabelOfAnAddressWithoutACountry) {
+  EXPECT_EQ(bracketedRowsOf({.ip = "12.34.56.78"}), "«IP» / 12.34.56.78\n");
+}
+
+TEST(InternetInfoRows, LookUpWhatTheySayOfAMissingConnection) {
+  EXPECT_EQ(bracketedRowsOf({.supportsIPv6 = false}),
+            "«Status» / «Not connected»\n«IPv6» / «N/A» !\n");
 }
 
 TEST(InternetInfoRows, HaveNoLongList) {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "NetworkMonitor/Model/NetworkState.h"
+#include "Tests/Support/BracketingStringTable.h"
 #include "Tests/Support/FakeStringTable.h"
 #include "Tests/Support/SourceListText.h"
 
@@ -53,12 +54,12 @@ TEST(InitialNetworkState, ShowsTheInternetAsNotConnected) {
       "Status / Not connected\n");
 }
 
-TEST(InitialNetworkState, LocalisesItsNames) {
-  const FakeStringTable german({{"Internet", "Netz"}, {"Wi-Fi", "WLAN"}});
-  const auto state = NetworkState::initial(german);
-  EXPECT_EQ(state.internet.displayName, "Netz");
-  EXPECT_EQ(state.wlan->displayName, "WLAN");
-  EXPECT_EQ(state.wlan->interface.displayName, "Netz");
+TEST(InitialNetworkState, LooksUpItsThreeNamesAndNothingElse) {
+  auto expected = NetworkState::initial(english);
+  expected.internet.displayName = "«Internet»";
+  expected.wlan->displayName = "«Wi-Fi»";
+  expected.wlan->interface.displayName = "«Internet»";
+  EXPECT_EQ(NetworkState::initial(BracketingStringTable()), expected);
 }
 
 TEST(PlaceholderNetworkState, HasTheSampleInternet) {
@@ -163,14 +164,14 @@ TEST(PlaceholderNetworkState, DiffersWithoutGeographyOnlyInProviderAndCountry) {
   EXPECT_EQ(without, with);
 }
 
-TEST(PlaceholderNetworkState, LocalisesEveryNameButTheEthernetAdapters) {
-  const FakeStringTable german(
-      {{"Internet", "Netz"}, {"Wi-Fi", "WLAN"}, {"Ethernet Adapter", "wrong"}});
-  const auto state = NetworkState::placeholder(false, german);
-  EXPECT_EQ(state.internet.displayName, "Netz");
-  EXPECT_EQ(state.wlan->displayName, "WLAN");
-  EXPECT_EQ(state.wlan->interface.displayName, "WLAN");
-  EXPECT_EQ(state.others.front().displayName, "Ethernet Adapter");
+TEST(PlaceholderNetworkState, LooksUpThreeNamesAndNothingElse) {
+  for (const bool withGeo : {true, false}) {
+    auto expected = NetworkState::placeholder(withGeo, english);
+    expected.internet.displayName = "«Internet»";
+    expected.wlan->displayName = "«Wi-Fi»";
+    expected.wlan->interface.displayName = "«Wi-Fi»";
+    EXPECT_EQ(NetworkState::placeholder(withGeo, BracketingStringTable()), expected);
+  }
 }
 
 TEST(PlaceholderRows, ShowTheInternetWithGeography) {
@@ -245,6 +246,17 @@ TEST(AnyNetworkSource, SpeaksForEveryKind) {
   }
   EXPECT_EQ(text,
             "Internet active 1\nWi-Fi active 2\nCellular idle 4\nEthernet Adapter active 8\n");
+}
+
+TEST(AnyNetworkSource, OfEveryKindHasNoLongList) {
+  auto state = NetworkState::placeholder(true, english);
+  state.cellular = CellularProvider{.carriers = {{.name = "Blue"}}};
+  const auto sources = state.allNetworkSources();
+  ASSERT_EQ(sources.size(), 4U);
+  for (const auto& source : sources) {
+    EXPECT_TRUE(listRepresentationOf(source, english).empty()) << displayNameOf(source);
+    EXPECT_FALSE(compressedListRepresentationOf(source, english).empty()) << displayNameOf(source);
+  }
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "NetworkMonitor/Model/WlanInterface.h"
+#include "Tests/Support/BracketingStringTable.h"
 #include "Tests/Support/FakeStringTable.h"
 #include "Tests/Support/SourceListText.h"
 
@@ -9,6 +10,11 @@ namespace {
 
 std::string rowsOf(const WlanInterface& wlan) {
   return sourceListText(wlan.compressedListRepresentation(FakeStringTable()));
+}
+
+/// The rows with every text that was looked up between guillemets.
+std::string bracketedRowsOf(const WlanInterface& wlan) {
+  return sourceListText(wlan.compressedListRepresentation(BracketingStringTable()));
 }
 
 WlanMetrics radio() {
@@ -128,17 +134,29 @@ TEST(WlanInterfaceRows, EndWithTheBssidWhenTheNetworkHasNoFigures) {
   EXPECT_TRUE(rowsOf(wlan).ends_with("BSSID / 12:34:56:ab:cd:ef !\n"));
 }
 
-TEST(WlanInterfaceRows, LocaliseLabelsAndFixedTexts) {
-  const FakeStringTable table({{"SSID", "Netz"},
-                               {"SSID Unvailable, location access needed", "verborgen"},
-                               {"Not connected", "getrennt"}});
-  EXPECT_EQ(
-      sourceListText(
-          WlanInterface{.interface = {.supportsIPv4 = true}}.compressedListRepresentation(table)),
-      "Netz / verborgen\n");
-  EXPECT_EQ(sourceListText(WlanInterface{.interface = {.name = "en0"}}  //
-                               .compressedListRepresentation(table)),
-            "en0 / getrennt !\n");
+TEST(WlanInterfaceRows, LookUpEveryLabelOfAJoinedNetworkButNoNameOrFigure) {
+  EXPECT_EQ(bracketedRowsOf(joined()),
+            "en0 / Home Network !\n"
+            "«IP» / 192.168.0.8\n"
+            "«Router» / 192.168.0.1/24\n"
+            "«MAC» / ab:cd:ef:12:34:56 !\n"
+            "«BSSID» / 12:34:56:ab:cd:ef !\n"
+            "«PHY mode» / 802.11ac\n"
+            "«Security» / WPA2 Personal\n"
+            "«Channel» / 44 (5 GHz, 80 MHz) !\n");
+}
+
+TEST(WlanInterfaceRows, LookUpLabelAndTextOfAHiddenName) {
+  EXPECT_EQ(bracketedRowsOf(notJoined()),
+            "«SSID» / «SSID Unvailable, location access needed»\n"
+            "«IP» / 192.168.0.8\n"
+            "«Router» / 192.168.0.1/24\n"
+            "«MAC» / ab:cd:ef:12:34:56 !\n");
+}
+
+TEST(WlanInterfaceRows, LookUpWhatTheySayOfAMissingConnectionButNotTheInterfacesName) {
+  EXPECT_EQ(bracketedRowsOf({.interface = {.name = "en0", .hwAddress = "AB:CD:EF:12:34:56"}}),
+            "en0 / «Not connected» !\n«MAC» / ab:cd:ef:12:34:56 !\n");
 }
 
 TEST(WlanInterfaceRows, HaveNoLongList) {
@@ -177,9 +195,8 @@ TEST(WlanMetricsLabels, RenderZeroNegativeAndFractionalFigures) {
   EXPECT_EQ(WlanMetrics().rssiLabel(), "0.0 dBm");
 }
 
-TEST(WlanMetricsLabels, LocaliseOnlyTheUnitOfTheRate) {
-  const FakeStringTable russian({{"Mbps", "Мбит/с"}, {" dBm", "wrong"}, {"dBm", "wrong"}});
-  EXPECT_EQ(radio().transmitRateLabel(russian), "1300.0 Мбит/с");
+TEST(WlanMetricsLabels, LookUpTheUnitOfTheRate) {
+  EXPECT_EQ(radio().transmitRateLabel(BracketingStringTable()), "1300.0 «Mbps»");
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // Start, path updates, stop, and who keeps whom alive.
 #include <thread>
 
+#include <gtest/gtest.h>
+
 #include "Tests/NetworkMonitor/Monitor/MonitorScene.h"
 
 namespace lanternfold {
@@ -77,6 +79,19 @@ TEST_F(MonitorLifecycleTest, PathMonitorListensToEveryInterfaceOnTheMainQueue) {
   ASSERT_EQ(scene.paths.monitors().size(), 1u);
   EXPECT_EQ(scene.paths.monitors()[0]->requiredInterfaceType, std::nullopt);
   EXPECT_EQ(scene.paths.monitors()[0]->startedOn, &scene.dispatch.mainQueue());
+}
+
+TEST_F(MonitorLifecycleTest, PathMonitorIsStartedBeforeTheFirstRefresh) {
+  const auto monitor = scene.makeMonitor(Category::other());
+  std::vector<bool> listening;
+  monitor->setStateUpdateHandler([&](const NetworkState&, bool, std::error_code) {
+    const auto& paths = scene.paths.monitors();
+    listening.push_back(paths.size() == 1 && paths[0]->startedOn == &scene.dispatch.mainQueue());
+  });
+
+  monitor->start();
+
+  EXPECT_EQ(listening, (std::vector{true, true, true, true}));
 }
 
 TEST_F(MonitorLifecycleTest, EveryPathUpdateRefreshesFully) {

@@ -1,4 +1,8 @@
 // What an update handler may do from inside a report.
+#include <utility>
+
+#include <gtest/gtest.h>
+
 #include "Tests/NetworkMonitor/Monitor/MonitorScene.h"
 
 namespace lanternfold {
@@ -72,6 +76,25 @@ TEST_F(MonitorReentrancyTest, HandlerThatStopsInsideAPathUpdate) {
   EXPECT_EQ(scene.paths.monitors()[0]->updates, 1);
   EXPECT_TRUE(scene.paths.monitors()[0]->cancelled);
   EXPECT_TRUE(monitor->stateComplete());
+}
+
+TEST_F(MonitorReentrancyTest, HandlerThatStopsDuringTheRefreshInsideStart) {
+  const auto monitor = scene.makeMonitor(Category::other());
+  monitor->setStateUpdateHandler(
+      [raw = monitor.get()](const NetworkState&, bool, std::error_code) { raw->stop(); });
+
+  monitor->start();
+  scene.dispatch.runReady();
+  scene.paths.deliver({});
+  scene.dispatch.runReady();
+
+  ASSERT_EQ(scene.paths.monitors().size(), 1u);
+  EXPECT_TRUE(scene.paths.monitors()[0]->cancelled);
+  EXPECT_TRUE(scene.paths.monitors()[0]->destroyed);
+  EXPECT_EQ(scene.paths.monitors()[0]->updates, 0);
+  // The refresh itself goes on to its end; no path update begins another.
+  EXPECT_TRUE(monitor->stateComplete());
+  EXPECT_EQ(scene.interfaces->askedPrefixes, (std::vector<std::string>{"en"}));
 }
 
 TEST_F(MonitorReentrancyTest, HandlerThatStartsInsideAPathUpdate) {

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "NetworkMonitor/Monitor/NetworkStateMonitor.h"

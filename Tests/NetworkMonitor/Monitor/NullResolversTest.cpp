@@ -1,3 +1,5 @@
+#include <gtest/gtest.h>
+
 #include "NetworkMonitor/Monitor/NullResolvers.h"
 #include "Tests/NetworkMonitor/Monitor/MonitorScene.h"
 

@@ -1,4 +1,6 @@
 // The exact sequence of a monitor's reports, as text.
+#include <gtest/gtest.h>
+
 #include "Tests/NetworkMonitor/Monitor/MonitorScene.h"
 
 namespace lanternfold {
@@ -94,6 +96,25 @@ TEST_F(ReportSequenceTest, PartialResolveOfOneCategory) {
             "[10] same, complete\n");
 }
 
+TEST_F(ReportSequenceTest, PartialResolveOfSeveralCategoriesOfACompleteState) {
+  const auto monitor = scene.makeMonitor();
+  monitor->refresh();
+  scene.internet->answer(0, {internetAt("198.51.100.7")});
+  scene.reports.forget();
+  scene.wlan->answer = wlanOver("en5");
+
+  monitor->resolve({Category::other(), Category::wlan()});
+
+  // In the fixed order, whatever the order of the argument: the others leave out the new Wi-Fi.
+  EXPECT_EQ(scene.reports.text(),
+            "[5] same\n"
+            "[5] wlan=en5\n"
+            "[7] same\n"
+            "[7] others=en0,en1\n"
+            "[15] same, complete\n");
+  EXPECT_EQ(scene.internet->resolutions(), 1u);
+}
+
 TEST_F(ReportSequenceTest, PartialResolveOfAnInactiveCategoryEndsCompletion) {
   const auto monitor = scene.makeMonitor({Category::wlan()});
   monitor->refresh();
@@ -144,6 +165,24 @@ TEST_F(ReportSequenceTest, CompleteInternetAnswerWithAnErrorReportsTheErrorBefor
   EXPECT_EQ(scene.reports.text(),
             "[0] internet=198.51.100.7\n"
             "[0] same, error: Network is unreachable\n"
+            "[1] same, complete\n");
+}
+
+TEST_F(ReportSequenceTest, ErrorThatArrivesWhileEverythingIsUpToDateIsReportedAsComplete) {
+  const auto monitor = scene.makeMonitor({Category::internet()});
+  monitor->refresh();
+  monitor->refresh();
+  scene.internet->answer(0, {internetAt("198.51.100.1")});
+  scene.reports.forget();
+
+  const std::error_code error = std::make_error_code(std::errc::timed_out);
+  scene.internet->answer(1, {internetAt("198.51.100.2"), false, error});
+  scene.internet->answer(1, {internetAt("198.51.100.2"), true});
+
+  EXPECT_EQ(scene.reports.text(),
+            "[1] internet=198.51.100.2, complete\n"
+            "[1] same, complete, error: Connection timed out\n"
+            "[1] same, complete\n"
             "[1] same, complete\n");
 }
 
@@ -230,6 +269,26 @@ TEST_F(ReportSequenceTest, CellularResolverWithoutAProvider) {
             "[0] same\n"
             "[4] same, complete\n");
   EXPECT_TRUE(monitor->isCellularAvailable());
+}
+
+TEST_F(ReportSequenceTest, En0En1AndEn5WithWifiOnEn0LeaveEn1AndEn5) {
+  scene.interfaces->machine = {adapter("en0"), adapter("en1"), adapter("en5")};
+  scene.wlan->answer = wlanOver("en0");
+  const auto monitor = scene.makeMonitor({Category::wlan(), Category::other()});
+
+  monitor->refresh();
+
+  EXPECT_EQ(monitor->currentState().others, (std::vector{adapter("en1"), adapter("en5")}));
+}
+
+TEST_F(ReportSequenceTest, WifiOnEn0DoesNotLeaveOutEn01) {
+  scene.interfaces->machine = {adapter("en01"), adapter("en0"), adapter("en")};
+  scene.wlan->answer = wlanOver("en0");
+  const auto monitor = scene.makeMonitor({Category::wlan(), Category::other()});
+
+  monitor->refresh();
+
+  EXPECT_EQ(monitor->currentState().others, (std::vector{adapter("en01"), adapter("en")}));
 }
 
 TEST_F(ReportSequenceTest, AbsentWlanDropsNothingAndCountsAsResolved) {

@@ -138,12 +138,5 @@ TEST(LinkMetrics, EachCounterGoesToItsField) {
                                                                  .mtu = 1500}));
 }
 
-TEST(LinkMetrics, OfEqualNamesTheLastCounts) {
-  const auto map = metricsMapOf({{"en0", {.mtu = 1}}, {"aa", {.mtu = 2}}, {"en0", {.mtu = 3}}});
-  ASSERT_EQ(map.size(), 2U);
-  EXPECT_EQ(map.find("en0")->mtu, 3U);
-  EXPECT_EQ(map.name(0), "aa");
-}
-
 }  // namespace
 }  // namespace lanternfold::test

@@ -31,20 +31,21 @@ ConnectionMetricsMap read(CounterSource& source) {
 
 /// The same as iproute2 tells it, from its 64-bit statistics.
 ConnectionMetricsMap countersOfIproute2() {
-  ConnectionMetricsMap map;
+  std::vector<ConnectionMetricsMap::Entry> links;
   for (const auto& link : nlohmann::json::parse(ipOutput("-j -s -s link"))) {
     const auto& received = link["stats64"]["rx"];
     const auto& sent = link["stats64"]["tx"];
-    map.insertOrAssign(link["ifname"].get<std::string>(), {.sentBytes = sent["bytes"],
-                                                           .recvBytes = received["bytes"],
-                                                           .sentError = sent["errors"],
-                                                           .recvError = received["errors"],
-                                                           .sentPacket = sent["packets"],
-                                                           .recvPacket = received["packets"],
-                                                           .collisions = sent["collisions"],
-                                                           .mtu = link["mtu"]});
+    links.push_back({link["ifname"].get<std::string>(),
+                     {.sentBytes = sent["bytes"],
+                      .recvBytes = received["bytes"],
+                      .sentError = sent["errors"],
+                      .recvError = received["errors"],
+                      .sentPacket = sent["packets"],
+                      .recvPacket = received["packets"],
+                      .collisions = sent["collisions"],
+                      .mtu = link["mtu"]}});
   }
-  return map;
+  return ConnectionMetricsMap::of(std::move(links));
 }
 
 TEST(CountersInNamespace, EverySourceAgreesWithIproute2) {

@@ -22,9 +22,7 @@ class FixedSource final : public CounterSource {
 };
 
 ConnectionMetricsMap mapOf(const char* name) {
-  ConnectionMetricsMap map;
-  map.insertOrAssign(name, ConnectionMetrics::initial(1500));
-  return map;
+  return ConnectionMetricsMap::of({{name, ConnectionMetrics::initial(1500)}});
 }
 
 struct Reads {

@@ -1,0 +1,167 @@
+#include "CommandLine/CommandLineParser.h"
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <sstream>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "CommandLine/Commands/InterfacesCommand.h"
+#include "CommandLine/Commands/RenderCommand.h"
+#include "CommandLine/Commands/StateCommand.h"
+#include "CommandLine/ProgramName.h"
+
+namespace lanternfold {
+namespace {
+
+/// What the callback of the command that was given leaves behind.
+using Choice = std::expected<ChosenCommand, CommandFailure>;
+
+constexpr const char* footer =
+    "Exit status: 0 done; 1 the work failed; 2 the command line was not understood.\n"
+    "Failures are one line on standard error. NO_COLOR switches colours off.\n";
+
+DiagnosticsTarget diagnosticsBeside(bool json) {
+  return json ? DiagnosticsTarget::standardError : DiagnosticsTarget::standardOutput;
+}
+
+void addInterfaces(CLI::App& app, Choice& choice) {
+  auto options = std::make_shared<InterfacesOptions>();
+  CLI::App* command = app.add_subcommand("interfaces", "List this machine's network interfaces");
+  command
+      ->add_option("--prefix", options->prefix,
+                   "Only interfaces whose name begins with PREFIX; \"en\" takes every network "
+                   "adapter of this machine, however the kernel calls it")
+      ->option_text("PREFIX");
+  command->add_option("--excluding", options->excluding, "Leave these interfaces out")
+      ->option_text("NAME,NAME")
+      ->delimiter(',');
+  command->add_flag("--json", options->json, "Write a JSON array of the interface records");
+  command->callback([options, &choice] {
+    choice = ChosenCommand{.run =
+                               [options](const Machine& machine, const Console& console) {
+                                 return runInterfaces(*options, machine, console);
+                               },
+                           .diagnostics = diagnosticsBeside(options->json)};
+  });
+}
+
+Choice chooseState(StateOptions options, std::string_view categoryNames) {
+  const auto categories = parseCategories(categoryNames);
+  if (!categories) return std::unexpected(categories.error());
+  options.categories = *categories;
+  return ChosenCommand{
+      .run = [options](const Machine& machine,
+                       const Console& console) { return runState(options, machine, console); },
+      .diagnostics = diagnosticsBeside(options.json)};
+}
+
+void addState(CLI::App& app, Choice& choice) {
+  auto options = std::make_shared<StateOptions>();
+  auto categories = std::make_shared<std::string>("other");
+  CLI::App* command = app.add_subcommand("state", "Show the state of this machine's network");
+  command
+      ->add_option("--categories", *categories,
+                   "What to resolve: other (network adapters), cellular; default other")
+      ->option_text("NAME,NAME");
+  command->add_flag("--json", options->json,
+                    "Write {\"complete\":…,\"state\":{…}}; with --watch one object a line");
+  command->add_flag("--watch", options->watch,
+                    "Report again at every change of a link, an address or a default route, until "
+                    "interrupted");
+  command->callback(
+      [options, categories, &choice] { choice = chooseState(*options, *categories); });
+}
+
+Choice chooseRender(const RenderOptions& options) {
+  auto plan = planRender(options);
+  if (!plan) return std::unexpected(plan.error());
+  return ChosenCommand{
+      .run = [plan = *std::move(plan)](const Machine& machine, const Console& console) {
+        return runRender(plan, machine, console);
+      }};
+}
+
+void addRender(CLI::App& app, Choice& choice) {
+  auto options = std::make_shared<RenderOptions>();
+  CLI::App* command = app.add_subcommand("render", "Draw a widget into a PNG, SVG or PDF file");
+  command->add_option("kind", options->kind, "The widget: NetworkAdapterWidget")
+      ->option_text("KIND")
+      ->required();
+  command->add_option("--family", options->family, "The widget's size: medium (the default)")
+      ->option_text("FAMILY");
+  command->add_option("--scheme", options->scheme, "light (the default) or dark")
+      ->option_text("SCHEME");
+  command->add_option("--scale", options->scale, "Pixels a point, 0.5 to 8; default 2")
+      ->option_text("N");
+  command
+      ->add_option("--entry", options->entry,
+                   "timeline (this machine, the default), or samples: snapshot, which keeps "
+                   "--adapter and --show-timestamp, and placeholder, which does not")
+      ->option_text("ENTRY");
+  command
+      ->add_option("--adapter", options->adapter,
+                   "The interface to show; by default the one of the best default route")
+      ->option_text("NAME");
+  command->add_flag("--show-timestamp", options->showTimestamp, "Draw the time of drawing");
+  command->add_option("-o,--output", options->output, "The file to write: *.png, *.svg or *.pdf")
+      ->option_text("FILE")
+      ->required();
+  command->callback([options, &choice] { choice = chooseRender(*options); });
+}
+
+/// The first word that no option and no command took, as it was written; none when all were taken.
+std::optional<std::string> firstUnknownArgument(const CLI::App& app,
+                                                std::span<const std::string> arguments) {
+  const std::vector<std::string> remaining = app.remaining(true);
+  const auto unknown = std::ranges::find_first_of(arguments, remaining);
+  return unknown == arguments.end() ? std::nullopt : std::optional(*unknown);
+}
+
+CommandFailure parsingFailure(const CLI::App& app, const CLI::Error& error,
+                              std::span<const std::string> arguments) {
+  const auto unknown = firstUnknownArgument(app, arguments);
+  const bool commandGiven = !app.get_subcommands().empty();
+  std::string sentence = error.what();
+  if (unknown) {
+    sentence =
+        (commandGiven || unknown->starts_with('-') ? "unknown argument \"" : "unknown command \"") +
+        *unknown + "\"";
+  } else if (!commandGiven) {
+    sentence = "no command was given";
+  }
+  return badArguments(sentence + "; \"" + programName +
+                      " --help\" lists the commands and their options");
+}
+
+}  // namespace
+
+ParsedCommandLine parseCommandLine(std::span<const std::string> arguments) {
+  CLI::App app{"Shows this machine's network as text, as JSON and as widgets.", programName};
+  app.set_version_flag("--version", std::string(programName) + " " LANTERNFOLD_VERSION);
+  app.require_subcommand(1);
+  app.footer(footer);
+  app.set_help_all_flag("--help-all", "Print the help of every command");
+  Choice choice = std::unexpected(CommandFailure{});
+  addInterfaces(app, choice);
+  addState(app, choice);
+  addRender(app, choice);
+  try {
+    // The parser takes its arguments from the back.
+    app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+  } catch (const CLI::Success& information) {
+    std::ostringstream text;
+    (void)app.exit(information, text, text);
+    return InformationText{text.str()};
+  } catch (const CLI::Error& error) {
+    return parsingFailure(app, error, arguments);
+  }
+  if (!choice) return choice.error();
+  return *std::move(choice);
+}
+
+}  // namespace lanternfold

@@ -1,0 +1,38 @@
+// From a command line to the command that it asks for, checked.
+//
+// Made by: `runProgram`. Nothing here touches the machine.
+#pragma once
+
+#include <expected>
+#include <functional>
+#include <span>
+#include <string>
+#include <variant>
+
+#include "CommandLine/Console.h"
+#include "CommandLine/Machine.h"
+
+namespace lanternfold {
+
+/// Where the one-line diagnostics of background paths go: to standard output, unless that holds
+/// JSON only.
+enum class DiagnosticsTarget { standardOutput, standardError };
+
+/// A command whose options have been understood and checked, ready to run.
+struct ChosenCommand {
+  std::function<std::expected<void, CommandFailure>(const Machine&, const Console&)> run;
+  DiagnosticsTarget diagnostics = DiagnosticsTarget::standardOutput;
+};
+
+/// Help or the version: a result of its own.
+struct InformationText {
+  std::string text;
+};
+
+using ParsedCommandLine = std::variant<ChosenCommand, InformationText, CommandFailure>;
+
+/// `arguments` come without the program's name. A failure is always one of bad arguments and names
+/// what was not understood.
+[[nodiscard]] ParsedCommandLine parseCommandLine(std::span<const std::string> arguments);
+
+}  // namespace lanternfold

@@ -1,0 +1,39 @@
+// What `lanternfold-widgets render` is to draw, once its options have been checked.
+#pragma once
+
+#include <expected>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "CommandLine/AdapterEntry.h"
+#include "CommandLine/Console.h"
+#include "Rendering/PictureRenderer.h"
+
+namespace lanternfold {
+
+/// As they stand on the command line, not yet checked.
+struct RenderOptions {
+  std::string kind;
+  std::string family = "medium";
+  std::string scheme = "light";
+  double scale = 2;  ///< pixels a point
+  std::string entry = "timeline";
+  std::optional<std::string> adapter;
+  bool showTimestamp = false;
+  std::filesystem::path output;
+};
+
+struct RenderPlan {
+  EntrySource entry = EntrySource::timeline;
+  AdapterConfigurationIntent configuration;
+  /// Whole but for the time of drawing.
+  PictureRequest picture;
+  std::filesystem::path output;
+};
+
+/// Checks every option; reads and writes nothing. The failure names the first option that is wrong
+/// and what may stand there.
+[[nodiscard]] std::expected<RenderPlan, CommandFailure> planRender(const RenderOptions& options);
+
+}  // namespace lanternfold
