@@ -1,7 +1,7 @@
 # The rooms of the house and what each may use, in one place. The layering test reads this file:
 # an #include that is not covered by a USES list fails it.
 #
-# lanternfold_room(NAME [USES ROOM...] [LIBRARIES TARGET...])
+# lanternfold_room(NAME [USES ROOM[/FOLDER]...] [LIBRARIES TARGET...])
 #   makes a library of every .cpp below NAME/ (main.cpp apart); a room of headers only becomes an
 #   interface library.
 
@@ -19,14 +19,16 @@ pkg_check_modules(cairo_surfaces REQUIRED IMPORTED_TARGET cairo-pdf cairo-svg ca
 
 function(lanternfold_room name)
   cmake_parse_arguments(ROOM "" "" "USES;LIBRARIES" ${ARGN})
+  # ROOM/FOLDER allows the includes of one folder only; the library is the room's.
+  list(TRANSFORM ROOM_USES REPLACE "/.*" "" OUTPUT_VARIABLE uses)
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/${name}/*.cpp")
   list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
   if(sources)
     add_library(${name} STATIC ${sources})
-    target_link_libraries(${name} PUBLIC LanternfoldFlags ${ROOM_USES} PRIVATE ${ROOM_LIBRARIES})
+    target_link_libraries(${name} PUBLIC LanternfoldFlags ${uses} PRIVATE ${ROOM_LIBRARIES})
   else()
     add_library(${name} INTERFACE)
-    target_link_libraries(${name} INTERFACE LanternfoldFlags ${ROOM_USES})
+    target_link_libraries(${name} INTERFACE LanternfoldFlags ${uses})
   endif()
 endfunction()
 
@@ -37,8 +39,11 @@ lanternfold_room(NetworkMonitor USES NetBase Platform Support
                  LIBRARIES nlohmann_json::nlohmann_json)
 lanternfold_room(ViewTree USES Support)
 lanternfold_room(NetworkWidgetVexExtension USES ViewTree NetworkMonitor NetBase Platform Support)
-lanternfold_room(PlatformLinux USES NetworkMonitor Platform Support
-                 LIBRARIES PkgConfig::mnl PkgConfig::udev resolv Threads::Threads)
+# Of the monitor the system's side sees the counters alone: `ConnectionMetricsReader` is a seam that
+# stands beside its records.
+lanternfold_room(PlatformLinux USES NetworkMonitor/Metrics Platform Support
+                 LIBRARIES PkgConfig::mnl PkgConfig::udev PkgConfig::glib resolv
+                           Threads::Threads)
 lanternfold_room(PlatformDarwin USES Platform Support)
 lanternfold_room(Rendering USES ViewTree Support
                  LIBRARIES PkgConfig::pangocairo PkgConfig::rsvg PkgConfig::cairo_surfaces)

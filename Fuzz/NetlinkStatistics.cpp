@@ -4,6 +4,7 @@
 
 #include "PlatformLinux/Netlink/NetlinkMessage.h"
 #include "PlatformLinux/Netlink/StatisticsMessage.h"
+#include "Support/FatalError.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   lanternfold::NetlinkMessageWalker walker({data, size});
@@ -11,6 +12,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto message = walker.next();
     if (!message || !*message) return 0;
     static_cast<void>(lanternfold::decodeControl(**message));
-    static_cast<void>(lanternfold::decodeStatisticsMessage(**message));
+    const auto statistics = lanternfold::decodeStatisticsMessage(**message);
+    if (statistics && statistics->interfaceIndex == 0) {
+      lanternfold::fatalError("decoded statistics belong to no link");
+    }
   }
 }

@@ -7,9 +7,10 @@
 namespace lanternfold {
 namespace {
 
-/// The IPv4 address in `address`, or null.
-const IPv4Bytes* ipv4In(const std::optional<SocketAddress>& address) {
-  return address ? std::get_if<IPv4Bytes>(&*address) : nullptr;
+/// The address of the family `Bytes` in `address`, or null.
+template <typename Bytes>
+const Bytes* addressIn(const std::optional<SocketAddress>& address) {
+  return address ? std::get_if<Bytes>(&*address) : nullptr;
 }
 
 }  // namespace
@@ -19,13 +20,26 @@ std::optional<InterfaceNameMap<std::string>> defaultGateways(NetworkKernelReadin
   if (!routes) return std::nullopt;
   InterfaceNameMap<std::string> gateways;
   for (const RouteRecord& route : *routes) {
-    const IPv4Bytes* destination = ipv4In(route.destination);
-    const IPv4Bytes* gateway = ipv4In(route.gateway);
+    const IPv4Bytes* destination = addressIn<IPv4Bytes>(route.destination);
+    const IPv4Bytes* gateway = addressIn<IPv4Bytes>(route.gateway);
     if (destination == nullptr || gateway == nullptr || *destination != IPv4Bytes{}) continue;
     auto name = reading.interfaceName(route.interfaceIndex);
     if (name) gateways.insert_or_assign(*std::move(name), ipv4Text(*gateway));
   }
   return gateways;
+}
+
+std::optional<IPv6Bytes> firstIPv6DefaultGateway(NetworkKernelReading& reading,
+                                                 std::string_view name) {
+  const auto& routes = reading.routes(RouteFamily::ipv6);
+  if (!routes) return std::nullopt;
+  for (const RouteRecord& route : *routes) {
+    const auto* destination = addressIn<IPv6Bytes>(route.destination);
+    const auto* gateway = addressIn<IPv6Bytes>(route.gateway);
+    if (destination == nullptr || gateway == nullptr || destination->front() != 0) continue;
+    if (reading.interfaceName(route.interfaceIndex) == name) return *gateway;
+  }
+  return std::nullopt;
 }
 
 }  // namespace lanternfold

@@ -1,7 +1,7 @@
-// Which IPv4 gateway each interface's default route names.
+// Which gateway an interface's default route names, by the rules of either family.
 //
-// Read by: `SNUtils`, once for each walk: asking the routing table anew for every address would
-// make a walk over n interfaces cost n tables.
+// Read by: `SNUtils`; those of IPv4 once for each walk, since asking the routing table anew for
+// every address would make a walk over n interfaces cost n tables.
 #pragma once
 
 #include <optional>
@@ -21,5 +21,11 @@ inline constexpr std::string_view noGatewayText = "0.0.0.0";
 /// an interface that is gone is left out.
 [[nodiscard]] std::optional<InterfaceNameMap<std::string>> defaultGateways(
     NetworkKernelReading& reading);
+
+/// The gateway of the first route, in dump order, of the interface called `name` whose destination
+/// begins with a byte of zero: ::/0, but also a network such as 64:ff9b::/96, since more of the
+/// destination is not looked at. None when no route matches or the routing table cannot be read.
+[[nodiscard]] std::optional<IPv6Bytes> firstIPv6DefaultGateway(NetworkKernelReading& reading,
+                                                               std::string_view name);
 
 }  // namespace lanternfold

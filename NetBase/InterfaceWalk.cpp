@@ -48,7 +48,8 @@ void InterfaceWalk::take(const AddressEntry& entry) {
   PropertyListDictionary* interface = interfaceNamed(*entry.name, !isLink);
   if (interface == nullptr) return;
   // IPv6 addresses are not listed and make nothing active: an address needs a gateway, and
-  // `SNUtils::gatewayForAddress6` never reports one.
+  // `SNUtils::gatewayForAddress6` never reports one. Not asking it spares every IPv6 address a
+  // routing table.
   const auto* address = std::get_if<IPv4Bytes>(&*entry.address);
   if (address == nullptr || !entry.netmask) return;
   const auto* netmask = std::get_if<IPv4Bytes>(&*entry.netmask);

@@ -43,7 +43,9 @@ class SNUtils {
                                                              const IPv4Bytes& netmask,
                                                              std::string_view ifname) const;
 
-  /// Always none: an IPv6 gateway is never reported, and callers take its absence as normal.
+  /// Looks the interface's IPv6 gateway up (`firstIPv6DefaultGateway`) and answers none whatever it
+  /// finds: an IPv6 gateway is deliberately never reported, and its absence is normal. A walk over
+  /// the interfaces does not ask, since it would read a routing table for every address in vain.
   [[nodiscard]] std::optional<std::string> gatewayForAddress6(const IPv6Bytes& address,
                                                               const IPv6Bytes& netmask,
                                                               std::string_view ifname) const;

@@ -1,7 +1,8 @@
 // The seam to the kernel's network tables: addresses, links, routes, names by index, boot time.
 //
-// Linux side: `LinuxNetworkKernel` (rtnetlink). The other kernel's messages decode to the same
-// records in `PlatformDarwin/`. Fake: `FakeNetworkKernel`. All pass the same contract tests.
+// Linux side: `LinuxNetworkKernel` (rtnetlink). Fake: `FakeNetworkKernel`. Both pass the same
+// contract tests. The other kernel's messages decode to the same records in `PlatformDarwin/`,
+// whose tests compare the records themselves: there is no such kernel to ask.
 #pragma once
 
 #include <chrono>
@@ -77,7 +78,9 @@ enum class RouteFamily { ipv4, ipv6 };
 
 /// One route through a gateway.
 struct RouteRecord {
-  /// The destination's network address; 0.0.0.0 or :: for a default route.
+  /// The destination's network address without its length; 0.0.0.0 or :: for a default route. A
+  /// default route is told by this address alone, so that 0.0.0.0/1 through a gateway counts as
+  /// one.
   std::optional<SocketAddress> destination;
   std::optional<SocketAddress> gateway;
   /// The outgoing interface.

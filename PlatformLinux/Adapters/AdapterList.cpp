@@ -37,11 +37,9 @@ void tellEqualNamesApart(std::vector<ConfiguredInterface>& adapters) {
 }  // namespace
 
 std::vector<ConfiguredInterface> arrangedAdapters(std::vector<ConfiguredInterface> adapters) {
-  std::sort(adapters.begin(), adapters.end(),
-            [](const ConfiguredInterface& one, const ConfiguredInterface& other) {
-              return std::tuple(placeOf(one.type), std::string_view(one.bsdName)) <
-                     std::tuple(placeOf(other.type), std::string_view(other.bsdName));
-            });
+  std::ranges::sort(adapters, {}, [](const ConfiguredInterface& adapter) {
+    return std::tuple(placeOf(adapter.type), std::string_view(adapter.bsdName));
+  });
   tellEqualNamesApart(adapters);
   return adapters;
 }

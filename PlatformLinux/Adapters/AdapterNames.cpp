@@ -4,6 +4,8 @@
 #include <array>
 #include <vector>
 
+#include "Support/AsciiCase.h"
+
 namespace lanternfold {
 
 namespace {
@@ -25,14 +27,6 @@ constexpr std::array<std::string_view, 24> companyWords = {
 constexpr std::array<std::string_view, 7> modelEndings = {
     "adapter", "card", "connection", "controller", "device", "module", "network"};
 
-std::string lowerCase(std::string_view text) {
-  std::string result(text);
-  std::transform(result.begin(), result.end(), result.begin(), [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  });
-  return result;
-}
-
 /// Without the marks that carry no sound, and with every control character a space.
 std::string plainText(std::string_view text) {
   static constexpr std::array<std::string_view, 4> marks = {"(R)", "(r)", "(TM)", "(tm)"};
@@ -42,9 +36,8 @@ std::string plainText(std::string_view text) {
       result.erase(at, mark.size());
     }
   }
-  std::replace_if(
-      result.begin(), result.end(),
-      [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }, ' ');
+  std::ranges::replace_if(
+      result, [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }, ' ');
   return result;
 }
 
@@ -75,25 +68,22 @@ std::string_view withoutPunctuation(std::string_view word) {
 
 template <std::size_t Count>
 bool isAmong(const std::array<std::string_view, Count>& list, std::string_view word) {
-  const std::string key = lowerCase(withoutPunctuation(word));
-  return key.empty() || std::find(list.begin(), list.end(), key) != list.end();
+  const std::string key = asciiLowercased(withoutPunctuation(word));
+  return key.empty() || std::ranges::find(list, key) != list.end();
 }
 
 /// "Advanced Devices, Inc. [AD]" → "AD".
 std::optional<std::string> shortNameInBrackets(std::string_view vendor) {
   const std::size_t open = vendor.rfind('[');
-  if (open == vendor.npos || !vendor.ends_with(']') || vendor.size() - open <= 2) {
+  if (open == vendor.npos || !vendor.ends_with(']') || vendor.size() - open <= 2)
     return std::nullopt;
-  }
   return std::string(vendor.substr(open + 1, vendor.size() - open - 2));
 }
 
 /// The first word always stays: it is the name.
 Words vendorWords(std::string_view vendor) {
   Words words = wordsOf(shortNameInBrackets(vendor).value_or(std::string(vendor)));
-  if (words.empty()) {
-    return words;
-  }
+  if (words.empty()) return words;
   words.erase(std::remove_if(words.begin() + 1, words.end(),
                              [](const std::string& word) { return isAmong(companyWords, word); }),
               words.end());
@@ -119,15 +109,13 @@ bool beginsWith(const Words& words, const Words& beginning) {
   return words.size() >= beginning.size() &&
          std::equal(beginning.begin(), beginning.end(), words.begin(),
                     [](const std::string& one, const std::string& other) {
-                      return lowerCase(one) == lowerCase(other);
+                      return asciiLowercased(one) == asciiLowercased(other);
                     });
 }
 
 /// Cut between characters of UTF-8.
 void shorten(std::string& text) {
-  if (text.size() <= longestNameBytes) {
-    return;
-  }
+  if (text.size() <= longestNameBytes) return;
   std::size_t end = longestNameBytes;
   while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) {
     --end;
@@ -139,9 +127,7 @@ void shorten(std::string& text) {
 
 std::optional<std::string> adapterName(const HardwareNames& names) {
   const Words model = modelWords(plainText(names.model));
-  if (model.empty()) {
-    return std::nullopt;
-  }
+  if (model.empty()) return std::nullopt;
   Words words = vendorWords(plainText(names.vendor));
   if (beginsWith(model, words)) {
     words.clear();

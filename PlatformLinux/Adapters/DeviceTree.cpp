@@ -1,9 +1,11 @@
 #include "PlatformLinux/Adapters/DeviceTree.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
-#include <fstream>
 #include <system_error>
+
+#include "PlatformLinux/System/TextFile.h"
 
 namespace lanternfold {
 
@@ -17,14 +19,7 @@ constexpr std::size_t longestFileBytes = 4096;
 constexpr int mostParents = 32;
 
 std::optional<std::string> readFile(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  if (!file) {
-    return std::nullopt;
-  }
-  std::string text(longestFileBytes, '\0');
-  file.read(text.data(), static_cast<std::streamsize>(text.size()));
-  text.resize(static_cast<std::size_t>(file.gcount()));
-  return text;
+  return readTextFile(path.c_str(), longestFileBytes);
 }
 
 bool isPlainFileName(std::string_view name) {
@@ -37,12 +32,8 @@ std::string_view withoutLineEnd(std::string_view text) { return text.substr(0, t
 /// Whether the hardware database knows devices of this bus by name.
 bool namesAnAdapter(std::string_view modalias) {
   static constexpr std::array<std::string_view, 3> buses = {"pci:", "usb:", "sdio:"};
-  for (const std::string_view bus : buses) {
-    if (modalias.starts_with(bus)) {
-      return true;
-    }
-  }
-  return false;
+  return std::ranges::any_of(
+      buses, [modalias](std::string_view bus) { return modalias.starts_with(bus); });
 }
 
 }  // namespace
@@ -66,27 +57,19 @@ LinkEventFile parseLinkEventFile(std::string_view text) {
 
 std::optional<fs::path> DeviceTree::believedEntry(std::string_view name, std::uint32_t index,
                                                   LinkEventFile& event) const {
-  if (!isPlainFileName(name) || index == 0) {
-    return std::nullopt;
-  }
+  if (!isPlainFileName(name) || index == 0) return std::nullopt;
   fs::path entry = root_ / "class" / "net" / name;
   const std::optional<std::string> text = readFile(entry / "uevent");
-  if (!text) {
-    return std::nullopt;
-  }
+  if (!text) return std::nullopt;
   event = parseLinkEventFile(*text);
-  if (event.index != index) {
-    return std::nullopt;
-  }
+  if (event.index != index) return std::nullopt;
   return entry;
 }
 
 std::optional<DeviceTreeLink> DeviceTree::link(std::string_view name, std::uint32_t index) const {
   LinkEventFile event;
   const std::optional<fs::path> entry = believedEntry(name, index, event);
-  if (!entry) {
-    return std::nullopt;
-  }
+  if (!entry) return std::nullopt;
   std::error_code error;
   DeviceTreeLink result{.deviceType = event.deviceType};
   result.hasRadio = fs::exists(*entry / "phy80211", error);
@@ -102,16 +85,12 @@ std::optional<std::string> DeviceTree::adapterModalias(std::string_view name,
   const std::optional<fs::path> entry = believedEntry(name, index, event);
   std::error_code error;
   const fs::path top = fs::canonical(root_ / "devices", error);
-  if (!entry || error) {
-    return std::nullopt;
-  }
+  if (!entry || error) return std::nullopt;
   fs::path device = fs::canonical(*entry / "device", error);
   for (int level = 0; !error && level < mostParents && device != top && device.has_relative_path();
        ++level) {
     const std::optional<std::string> text = readFile(device / "modalias");
-    if (text && namesAnAdapter(*text)) {
-      return std::string(withoutLineEnd(*text));
-    }
+    if (text && namesAnAdapter(*text)) return std::string(withoutLineEnd(*text));
     device = device.parent_path();
   }
   return std::nullopt;

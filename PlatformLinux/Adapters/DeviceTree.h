@@ -1,6 +1,6 @@
 // What the kernel's device tree (sysfs) tells of a link and of the device it stands on.
 //
-// Read by: `LinkInspector` and the adapter list. A sysfs shows the network namespace that it was
+// Read by: `LinkSurvey` and the adapter list. A sysfs shows the network namespace that it was
 // mounted in, which need not be the one that rtnetlink speaks of: an entry is believed only when
 // its interface index is the asked one.
 #pragma once

@@ -56,12 +56,8 @@ bool isEthernetDevice(const LinkFacts& link) {
 
 /// "eth0" as container engines name the inner end, or a name of the literal family.
 bool isNamedAsAdapter(std::string_view name) {
-  if (name.starts_with("en")) {
-    return true;
-  }
-  if (!name.starts_with("eth") || name.size() == 3) {
-    return false;
-  }
+  if (name.starts_with("en")) return true;
+  if (!name.starts_with("eth") || name.size() == 3) return false;
   const std::string_view number = name.substr(3);
   return std::all_of(number.begin(), number.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
@@ -115,9 +111,7 @@ LinkClass classifyLink(const LinkFacts& link) {
 }
 
 LinkFamily familyOfPrefix(std::string_view prefix) {
-  if (prefix == "en") {
-    return LinkFamily::adapter;
-  }
+  if (prefix == "en") return LinkFamily::adapter;
   return prefix == "pdp_ip" ? LinkFamily::cellular : LinkFamily::none;
 }
 

@@ -1,7 +1,7 @@
 // What is known of one link when it is classified: what rtnetlink says of it, with what the device
 // tree and nl80211 add.
 //
-// Made by: `LinkInspector`. Read by: `classifyLink`.
+// Made by: `LinkSurvey`. Read by: `classifyLink`.
 #pragma once
 
 #include <cstdint>

@@ -1,23 +1,11 @@
 #include "PlatformLinux/Adapters/ScopedAddress.h"
 
-#include <algorithm>
 #include <arpa/inet.h>
-#include <net/if.h>
+#include <sys/socket.h>
+
+#include "PlatformLinux/Netlink/InterfaceName.h"
 
 namespace lanternfold {
-
-namespace {
-
-bool isLinkName(std::string_view name) {
-  return !name.empty() && name.size() < IFNAMSIZ && name != "." && name != ".." &&
-         std::none_of(
-             name.begin(), name.end(),
-             [](char c) {
-               return static_cast<unsigned char>(c) <= ' ' || c == '/' || c == '%' || c == 0x7F;
-             });
-}
-
-}  // namespace
 
 std::optional<std::string> interfaceOfScopedAddress(std::string_view text) {
   const std::size_t separator = text.find('%');
@@ -27,7 +15,7 @@ std::optional<std::string> interfaceOfScopedAddress(std::string_view text) {
   in_addr parsed{};
   const bool isAddress =
       address.find('\0') == address.npos && inet_pton(AF_INET, address.c_str(), &parsed) == 1;
-  if (!isAddress || !isLinkName(name)) return std::nullopt;
+  if (!isAddress || !isKernelInterfaceName(name) || name.contains('%')) return std::nullopt;
   return std::string(name);
 }
 

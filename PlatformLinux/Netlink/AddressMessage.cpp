@@ -87,4 +87,21 @@ std::expected<AddressMessage, DecodeError> decodeAddressMessage(const NetlinkMes
   return address;
 }
 
+std::pair<std::size_t, std::uint32_t> dumpPlace(const AddressMessage& address) {
+  return {address.address ? address.address->index() : std::variant_npos, address.interfaceIndex};
+}
+
+std::tuple<std::uint32_t, std::size_t, IPv6Bytes, std::uint8_t> dumpIdentity(
+    const AddressMessage& address) {
+  IPv6Bytes bytes{};
+  if (address.address) {
+    if (const auto* ipv4 = std::get_if<IPv4Bytes>(&*address.address)) {
+      std::ranges::copy(*ipv4, bytes.begin());
+    } else if (const auto* ipv6 = std::get_if<IPv6Bytes>(&*address.address)) {
+      bytes = *ipv6;
+    }
+  }
+  return {address.interfaceIndex, dumpPlace(address).first, bytes, address.prefixLength};
+}
+
 }  // namespace lanternfold

@@ -3,9 +3,12 @@
 // Made by: `decodeAddressMessage` from a dump or an event. Read by: the kernel tables.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <expected>
 #include <optional>
+#include <tuple>
+#include <utility>
 
 #include "Platform/SocketAddress.h"
 #include "PlatformLinux/Netlink/DecodeError.h"
@@ -31,6 +34,12 @@ struct AddressMessage {
 /// "nlmsg_type".
 [[nodiscard]] std::expected<AddressMessage, DecodeError> decodeAddressMessage(
     const NetlinkMessage& message);
+
+/// Where a dump passes the address by: the kernel walks one family after the other, each by links.
+[[nodiscard]] std::pair<std::size_t, std::uint32_t> dumpPlace(const AddressMessage& address);
+/// What tells the address from all others of the machine: link, family, bytes and prefix length.
+[[nodiscard]] std::tuple<std::uint32_t, std::size_t, IPv6Bytes, std::uint8_t> dumpIdentity(
+    const AddressMessage& address);
 
 /// The mask of `prefixLength` leading one bits; bits beyond the family's size are left out.
 [[nodiscard]] IPv4Bytes ipv4MaskOfPrefix(std::uint8_t prefixLength);

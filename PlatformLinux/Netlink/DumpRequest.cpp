@@ -1,7 +1,5 @@
 #include "PlatformLinux/Netlink/DumpRequest.h"
 
-#include <cstring>
-
 #include <linux/if_link.h>
 #include <linux/netlink.h>
 #include <linux/rtnetlink.h>
@@ -12,16 +10,7 @@ namespace {
 
 template <typename Body>
 NetlinkRequest dumpRequest(std::uint16_t type, const Body& body) {
-  static_assert(sizeof(Body) % NLMSG_ALIGNTO == 0);
-  const nlmsghdr header{.nlmsg_len = sizeof(nlmsghdr) + sizeof(Body),
-                        .nlmsg_type = type,
-                        .nlmsg_flags = NLM_F_REQUEST | NLM_F_DUMP,
-                        .nlmsg_seq = 0,
-                        .nlmsg_pid = 0};
-  NetlinkRequest request(header.nlmsg_len);
-  std::memcpy(request.data(), &header, sizeof(header));
-  std::memcpy(request.data() + sizeof(header), &body, sizeof(body));
-  return request;
+  return RequestBuilder(type, NLM_F_DUMP, body).finished();
 }
 
 }  // namespace

@@ -4,11 +4,10 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
+
+#include "PlatformLinux/Netlink/RequestBuilder.h"
 
 namespace lanternfold {
-
-using NetlinkRequest = std::vector<std::uint8_t>;
 
 /// RTM_GETLINK for every link, counters included.
 [[nodiscard]] NetlinkRequest linkDumpRequest();

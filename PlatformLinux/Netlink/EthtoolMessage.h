@@ -1,12 +1,13 @@
 // The speeds of links, as the kernel's ethtool family tells them over generic netlink.
 //
-// Made by: the decoders below from the family look-up and from one dump of link modes.
+// Made by: the decoders below from answers about link modes.
 // Read by: the kernel tables; link messages themselves carry no speed.
 #pragma once
 
 #include <cstdint>
 #include <expected>
 #include <optional>
+#include <string_view>
 
 #include "PlatformLinux/Netlink/DecodeError.h"
 #include "PlatformLinux/Netlink/DumpRequest.h"
@@ -14,13 +15,8 @@
 
 namespace lanternfold {
 
-/// CTRL_CMD_GETFAMILY: which message type the ethtool family has. The answer is one message and an
-/// acknowledgment; a kernel before 5.6 or without it refuses.
-[[nodiscard]] NetlinkRequest ethtoolFamilyRequest();
-
-/// The message type in the answer.
-[[nodiscard]] std::expected<std::uint16_t, DecodeError> decodeFamilyIdentifier(
-    const NetlinkMessage& message);
+/// The family's name; a kernel before 5.6 or without ethtool has none.
+inline constexpr std::string_view ethtoolFamilyName = "ethtool";
 
 /// ETHTOOL_MSG_LINKMODES_GET for one link.
 [[nodiscard]] NetlinkRequest linkSpeedRequest(std::uint16_t family, std::uint32_t interfaceIndex);

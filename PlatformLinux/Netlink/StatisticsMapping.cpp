@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "PlatformLinux/Netlink/LinkMetrics.h"
+#include "PlatformLinux/Netlink/CounterRecords.h"
 
 namespace lanternfold {
 

@@ -5,7 +5,6 @@
 
 #include <cstdint>
 #include <expected>
-#include <string_view>
 
 #include "PlatformLinux/Adapters/LinkFacts.h"
 #include "PlatformLinux/Netlink/DecodeError.h"
@@ -13,13 +12,6 @@
 #include "PlatformLinux/Netlink/NetlinkMessage.h"
 
 namespace lanternfold {
-
-/// CTRL_CMD_GETFAMILY: which message type a generic netlink family ("nl80211") has in this kernel.
-[[nodiscard]] NetlinkRequest genericFamilyRequest(std::string_view familyName);
-
-/// The message type in the answer. Errors: truncated "genlmsghdr"; those of the attributes.
-[[nodiscard]] std::expected<std::uint16_t, DecodeError> decodeGenericFamily(
-    const NetlinkMessage& message);
 
 /// NL80211_CMD_GET_INTERFACE for every interface; needs no privilege. `messageType` is that of
 /// nl80211.

@@ -5,8 +5,9 @@
 
 #include <linux/netlink.h>
 
+#include "PlatformLinux/Netlink/CounterRecords.h"
 #include "PlatformLinux/Netlink/LinkMessage.h"
-#include "PlatformLinux/Netlink/LinkMetrics.h"
+#include "PlatformLinux/System/TableDump.h"
 
 namespace lanternfold {
 
@@ -16,18 +17,19 @@ std::expected<ConnectionMetricsMap, NetworkKernelError> LinkCounterSource::read(
     if (!socket) return std::unexpected(socket.error());
     socket_.emplace(std::move(*socket));
   }
-  std::vector<ConnectionMetricsMap::Entry> links;
-  const auto take = [&links](const NetlinkMessage& message) {
-    const auto link = decodeLinkMessage(message);
-    if (link && link->describesLink()) links.push_back(namedMetricsOf(*link));
-  };
-  const auto result =
-      socket_->dump(linkDumpRequest(), {.begin = [&links] { links.clear(); }, .message = take});
-  if (!result) {
+  // Of two links of one name the later counts, and that is the fresher one.
+  auto links = dumpTable(*socket_, linkDumpRequest(), decodeLinkMessage, &LinkMessage::index,
+                         &LinkMessage::index, &LinkMessage::name);
+  if (!links) {
     socket_.reset();
-    return std::unexpected(result.error());
+    return std::unexpected(links.error());
   }
-  return ConnectionMetricsMap::of(std::move(links));
+  std::vector<ConnectionMetricsMap::Entry> metrics;
+  metrics.reserve(links->size());
+  for (const LinkMessage& link : *links) {
+    if (link.describesLink()) metrics.push_back(namedMetricsOf(link));
+  }
+  return ConnectionMetricsMap::of(std::move(metrics));
 }
 
 }  // namespace lanternfold

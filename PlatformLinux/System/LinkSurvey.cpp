@@ -7,6 +7,7 @@
 #include <linux/rtnetlink.h>
 
 #include "PlatformLinux/Netlink/LinkRequest.h"
+#include "PlatformLinux/System/TableDump.h"
 #include "PlatformLinux/System/WirelessRoles.h"
 
 namespace lanternfold {
@@ -47,23 +48,6 @@ SurveyedLink surveyed(LinkMessage link, const DeviceTree& tree, WirelessRoles& w
   return {.link = std::move(link), .linkClass = classifyLink(facts)};
 }
 
-/// The link messages of one answer; those that cannot be decoded are left out.
-std::expected<std::vector<LinkMessage>, NetworkKernelError> linkMessages(
-    NetlinkSocket& socket, const NetlinkRequest& request) {
-  std::vector<LinkMessage> links;
-  const NetlinkDumpHandler handler{.begin = [&] { links.clear(); },
-                                   .message =
-                                       [&](const NetlinkMessage& message) {
-                                         auto link = decodeLinkMessage(message);
-                                         if (link) links.push_back(std::move(*link));
-                                       }};
-  const auto answer = socket.dump(request, handler);
-  if (!answer && answer.error() != NetworkKernelError::interrupted) {
-    return std::unexpected(answer.error());
-  }
-  return links;
-}
-
 }  // namespace
 
 std::expected<std::vector<SurveyedLink>, NetworkKernelError> LinkSurvey::allLinks() const {
@@ -74,7 +58,8 @@ std::expected<std::vector<SurveyedLink>, NetworkKernelError> LinkSurvey::allLink
 
 std::expected<std::vector<SurveyedLink>, NetworkKernelError> LinkSurvey::allLinks(
     NetlinkSocket& socket) const {
-  auto links = linkMessages(socket, linkSurveyRequest());
+  auto links = dumpTable(socket, linkSurveyRequest(), decodeLinkMessage, &LinkMessage::index,
+                         &LinkMessage::index, &LinkMessage::name);
   if (!links) return std::unexpected(links.error());
   WirelessRoles wirelessRoles;
   std::vector<SurveyedLink> result;
@@ -89,7 +74,7 @@ std::optional<SurveyedLink> LinkSurvey::linkNamed(std::string_view name) const {
   if (name.empty() || name.size() >= IFNAMSIZ) return std::nullopt;
   auto socket = NetlinkSocket::open(NETLINK_ROUTE);
   if (!socket) return std::nullopt;
-  const auto links = linkMessages(*socket, linkByNameRequest(name));
+  const auto links = dumpTable(*socket, linkByNameRequest(name), decodeLinkMessage);
   // The kernel also finds a link by an alternative name, which is not its name.
   if (!links || links->size() != 1 || links->front().name != name) return std::nullopt;
   WirelessRoles wirelessRoles;

@@ -30,8 +30,8 @@ class LinkSurvey {
  public:
   explicit LinkSurvey(DeviceTree tree = DeviceTree()) : tree_(std::move(tree)) {}
 
-  /// Every link, in the kernel's order. A table that kept changing while it was read is given as
-  /// it was last seen. Errors: refused, malformed, failed.
+  /// Every link, in the kernel's order. Of a table that kept changing while it was read, every
+  /// link that was there all the time. Errors: refused, malformed, failed.
   [[nodiscard]] std::expected<std::vector<SurveyedLink>, NetworkKernelError> allLinks() const;
   /// The same over a socket that is open already.
   [[nodiscard]] std::expected<std::vector<SurveyedLink>, NetworkKernelError> allLinks(

@@ -19,9 +19,8 @@ namespace lanternfold {
 ///
 /// A record that does not decode, such as one with a name that is no name, is left out; a message
 /// that does not hold together fails the table. Links and addresses that change while they are
-/// dumped are dumped again; when they never rest, the last dump counts if it came in ascending
-/// order of the indexes, since then nothing that stayed can have been passed over (Linux 6.9 and
-/// later dump that way), and fails as interrupted otherwise.
+/// dumped are dumped again; when they never rest, the tries together make the table, so that what
+/// was there all the time is in it (`DumpTries`). No table fails as interrupted.
 ///
 /// A kernel sees the network namespace of the thread that reads first.
 class LinuxNetworkKernel final : public NetworkKernel {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <net/if_arp.h>
 #include <sys/socket.h>
 #include <utility>
 
@@ -11,6 +10,7 @@
 #include "PlatformLinux/Netlink/LinkMessage.h"
 #include "PlatformLinux/Netlink/RouteMessage.h"
 #include "PlatformLinux/System/LinkSpeeds.h"
+#include "PlatformLinux/System/TableDump.h"
 
 namespace lanternfold {
 
@@ -19,29 +19,26 @@ namespace {
 // Hardware has a speed, and so has a tap or tun, whose owner may set it.
 bool mayHaveSpeed(const LinkMessage& link) { return link.parentDeviceName || link.kind == "tun"; }
 
-/// Whether a dump came in ascending order. An interrupted dump of which that is true passed over
-/// nothing that stayed.
-template <typename Key>
-class DumpOrder {
- public:
-  void note(const Key& key) {
-    isAscending_ = isAscending_ && !(key < last_);
-    last_ = key;
-  }
-  [[nodiscard]] bool allowsUse(NetworkKernelError error) const {
-    return error == NetworkKernelError::interrupted && isAscending_;
-  }
-
- private:
-  Key last_{};
-  bool isAscending_ = true;
+struct DumpedLink {
+  LinkRecord record;
+  LinkStatistics32 statistics;
+  bool mayHaveSpeed = false;
 };
 
-// The kernel dumps the addresses of one family after those of the other.
-using AddressKey = std::pair<std::size_t, std::uint32_t>;
+/// None for a message that speaks of something else of the link, such as its bridge's settings.
+std::optional<DumpedLink> dumpedLinkOf(const NetlinkMessage& message) {
+  auto link = decodeLinkMessage(message);
+  if (!link || !link->describesLink()) return std::nullopt;
+  DumpedLink result{.statistics = statistics32Of(*link), .mayHaveSpeed = mayHaveSpeed(*link)};
+  result.record = linkRecordOf(*std::move(link));
+  return result;
+}
 
-AddressKey keyOf(const AddressMessage& address) {
-  return {address.address ? address.address->index() : std::variant_npos, address.interfaceIndex};
+std::expected<std::vector<DumpedLink>, NetworkKernelError> dumpLinks(NetlinkSocket& socket,
+                                                                     std::size_t room) {
+  const auto index = [](const DumpedLink& link) { return link.record.index; };
+  const auto name = [](const DumpedLink& link) { return link.record.name; };
+  return dumpTableWithRoom(room, socket, linkDumpRequest(), dumpedLinkOf, index, index, name);
 }
 
 }  // namespace
@@ -81,45 +78,30 @@ std::optional<std::string> LinuxNetworkKernelReading::interfaceName(std::uint32_
 
 void LinuxNetworkKernelReading::readLinks() {
   if (linkRecords_) return;
-  auto links = dumpLinks();
+  const auto opened = socket();
+  auto links = opened ? dumpLinks(**opened, sizes_->links) : std::unexpected(opened.error());
   if (!links) {
     linkRecords_ = std::unexpected(links.error());
     return;
   }
-  positions_.reserve(links->records.size());
-  for (const LinkRecord& record : links->records) {
-    positions_.push_back({record.index, static_cast<std::uint32_t>(positions_.size())});
+  sizes_->links = links->size();
+  std::vector<LinkRecord> records;
+  std::vector<std::uint32_t> speedCandidates;
+  records.reserve(links->size());
+  statistics_.reserve(links->size());
+  positions_.reserve(links->size());
+  for (DumpedLink& link : *links) {
+    const std::uint32_t index = link.record.index;
+    positions_.push_back({index, static_cast<std::uint32_t>(positions_.size())});
+    if (link.mayHaveSpeed) speedCandidates.push_back(index);
+    statistics_.push_back(link.statistics);
+    records.push_back(std::move(link.record));
   }
   if (!std::ranges::is_sorted(positions_, {}, &IndexPosition::index)) {
     std::ranges::sort(positions_, {}, &IndexPosition::index);
   }
-  statistics_ = std::move(links->statistics);
-  linkRecords_ = std::move(links->records);
-  readSpeeds(links->speedCandidates);
-}
-
-std::expected<LinuxNetworkKernelReading::Links, NetworkKernelError>
-LinuxNetworkKernelReading::dumpLinks() {
-  Links links;
-  DumpOrder<std::uint32_t> order;
-  const auto begin = [&] {
-    links = {};
-    order = {};
-    links.records.reserve(sizes_->links);
-    links.statistics.reserve(sizes_->links);
-  };
-  const auto take = [&](const NetlinkMessage& message) {
-    const auto link = decodeLinkMessage(message);
-    if (!link || !link->describesLink()) return;
-    order.note(link->index);
-    if (mayHaveSpeed(*link)) links.speedCandidates.push_back(link->index);
-    links.statistics.push_back(statistics32Of(*link));
-    links.records.push_back(linkRecordOf(*link));
-  };
-  const auto result = dump(linkDumpRequest(), {.begin = begin, .message = take});
-  if (!result && !order.allowsUse(result.error())) return std::unexpected(result.error());
-  sizes_->links = links.records.size();
-  return links;
+  linkRecords_ = std::move(records);
+  readSpeeds(speedCandidates);
 }
 
 void LinuxNetworkKernelReading::readSpeeds(const std::vector<std::uint32_t>& candidates) {
@@ -133,46 +115,40 @@ std::expected<std::vector<AddressEntry>, NetworkKernelError>
 LinuxNetworkKernelReading::readAddressEntries() {
   readLinks();
   if (!*linkRecords_) return std::unexpected(linkRecords_->error());
+  const auto opened = socket();
+  if (!opened) return std::unexpected(opened.error());
+  const auto addresses = dumpTableWithRoom(sizes_->addresses, **opened, addressDumpRequest(),
+                                           decodeAddressMessage, dumpPlace, dumpIdentity);
+  if (!addresses) return std::unexpected(addresses.error());
+  sizes_->addresses = addresses->size();
   const std::vector<LinkRecord>& links = **linkRecords_;
   std::vector<AddressEntry> entries;
-  DumpOrder<AddressKey> order;
-  const auto begin = [&] {
-    entries.clear();
-    order = {};
-    entries.reserve(std::max(links.size(), sizes_->addressEntries.load()));
-    for (std::size_t position = 0; position < links.size(); ++position) {
-      entries.push_back(linkEntryOf(links[position], statistics_[position]));
-    }
-  };
-  const auto take = [&](const NetlinkMessage& message) {
-    const auto address = decodeAddressMessage(message);
-    if (!address) return;
-    order.note(keyOf(*address));
+  entries.reserve(links.size() + addresses->size());
+  for (std::size_t position = 0; position < links.size(); ++position) {
+    entries.push_back(linkEntryOf(links[position], statistics_[position]));
+  }
+  for (const AddressMessage& address : *addresses) {
     // A link that came or went between the two dumps has no name here; its address is left out.
-    const auto position = positionOfLink(address->interfaceIndex);
-    if (!position || !address->address) return;
-    entries.push_back({links[*position].name, address->address, address->netmask, std::nullopt});
-  };
-  const auto result = dump(addressDumpRequest(), {.begin = begin, .message = take});
-  if (!result && !order.allowsUse(result.error())) return std::unexpected(result.error());
-  sizes_->addressEntries = entries.size();
+    const auto position = positionOfLink(address.interfaceIndex);
+    if (!position || !address.address) continue;
+    entries.push_back({links[*position].name, address.address, address.netmask, std::nullopt});
+  }
   return entries;
 }
 
 std::expected<std::vector<RouteRecord>, NetworkKernelError> LinuxNetworkKernelReading::dumpRoutes(
     RouteFamily family) {
-  std::vector<RouteRecord> routes;
-  const auto take = [&routes](const NetlinkMessage& message) {
-    const auto route = decodeRouteMessage(message);
-    if (route) appendGatewayRoutes(*route, routes);
-  };
+  const auto opened = socket();
+  if (!opened) return std::unexpected(opened.error());
   const auto number = static_cast<std::uint8_t>(family == RouteFamily::ipv4 ? AF_INET : AF_INET6);
-  const auto result =
-      dump(routeDumpRequest(number), {.begin = [&routes] { routes.clear(); }, .message = take});
+  const auto routes = dumpTable(**opened, routeDumpRequest(number), decodeRouteMessage);
   // The main table is made with its first route; until then the kernel knows no such table.
-  const bool isAbsent = !result && socket_ && socket_->lastErrorNumber() == ENOENT;
-  if (!result && !isAbsent) return std::unexpected(result.error());
-  return routes;
+  const bool isAbsent = !routes && (*opened)->lastErrorNumber() == ENOENT;
+  if (!routes && !isAbsent) return std::unexpected(routes.error());
+  std::vector<RouteRecord> records;
+  if (!routes) return records;
+  for (const RouteMessage& route : *routes) appendGatewayRoutes(route, records);
+  return records;
 }
 
 std::optional<std::size_t> LinuxNetworkKernelReading::positionOfLink(std::uint32_t index) {
@@ -187,14 +163,13 @@ std::optional<std::size_t> LinuxNetworkKernelReading::positionOfLink(std::uint32
   return found->position;
 }
 
-std::expected<void, NetworkKernelError> LinuxNetworkKernelReading::dump(
-    const NetlinkRequest& request, const NetlinkDumpHandler& handler) {
+std::expected<NetlinkSocket*, NetworkKernelError> LinuxNetworkKernelReading::socket() {
   if (!socket_) {
     auto socket = sockets_->take();
     if (!socket) return std::unexpected(socket.error());
     socket_.emplace(std::move(*socket));
   }
-  return socket_->dump(request, handler);
+  return &*socket_;
 }
 
 }  // namespace lanternfold

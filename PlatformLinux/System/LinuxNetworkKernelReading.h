@@ -26,7 +26,7 @@ class LinuxNetworkKernelReading final : public NetworkKernelReading {
   /// How large the tables were when they were last read: the room that the next reading makes.
   struct TableSizes {
     std::atomic<std::size_t> links = 0;
-    std::atomic<std::size_t> addressEntries = 0;
+    std::atomic<std::size_t> addresses = 0;
   };
 
   /// Borrows its socket from `sockets` for as long as it lives. `sizes` may be shared by readings
@@ -46,25 +46,18 @@ class LinuxNetworkKernelReading final : public NetworkKernelReading {
   [[nodiscard]] std::optional<std::string> interfaceName(std::uint32_t index) override;
 
  private:
-  struct Links {
-    std::vector<LinkRecord> records;
-    std::vector<LinkStatistics32> statistics;    // one for each record
-    std::vector<std::uint32_t> speedCandidates;  // indexes
-  };
   struct IndexPosition {
     std::uint32_t index = 0;
     std::uint32_t position = 0;
   };
 
   void readLinks();
-  [[nodiscard]] std::expected<Links, NetworkKernelError> dumpLinks();
   void readSpeeds(const std::vector<std::uint32_t>& candidates);
   [[nodiscard]] std::expected<std::vector<AddressEntry>, NetworkKernelError> readAddressEntries();
   [[nodiscard]] std::expected<std::vector<RouteRecord>, NetworkKernelError> dumpRoutes(
       RouteFamily family);
   [[nodiscard]] std::optional<std::size_t> positionOfLink(std::uint32_t index);
-  [[nodiscard]] std::expected<void, NetworkKernelError> dump(const NetlinkRequest& request,
-                                                             const NetlinkDumpHandler& handler);
+  [[nodiscard]] std::expected<NetlinkSocket*, NetworkKernelError> socket();
 
   std::shared_ptr<NetlinkSocketPool> sockets_;
   std::shared_ptr<TableSizes> sizes_;

@@ -2,11 +2,8 @@
 
 #include <cerrno>
 #include <cstring>
-#include <sys/socket.h>
-#include <sys/time.h>
 #include <utility>
 
-#include <libmnl/libmnl.h>
 #include <linux/netlink.h>
 
 #include "Support/FatalError.h"
@@ -18,31 +15,21 @@ namespace {
 // The kernel fills at most 32 KiB of a dump at a time, unless one message needs more.
 constexpr std::size_t initialBufferSize = 32 * 1024;
 constexpr std::size_t maximumBufferSize = 16 * 1024 * 1024;
-constexpr timeval answerTimeout{.tv_sec = 5, .tv_usec = 0};
-
-// Kernels without one of these options (before 4.20 and 4.6) work as well without.
-void configure(const NetlinkSocketHandle& socket) {
-  int enabled = 1;
-  mnl_socket_setsockopt(socket.get(), NETLINK_GET_STRICT_CHK, &enabled, sizeof(enabled));
-  timeval timeout = answerTimeout;
-  const int descriptor = mnl_socket_get_fd(socket.get());
-  setsockopt(descriptor, SOL_SOCKET, SO_RCVTIMEO, &timeout, sizeof(timeout));
-  setsockopt(descriptor, SOL_SOCKET, SO_SNDTIMEO, &timeout, sizeof(timeout));
-}
 
 }  // namespace
 
 std::expected<NetlinkSocket, NetworkKernelError> NetlinkSocket::open(int protocol) {
-  auto socket = openNetlinkSocket(protocol, 0, 0);
-  if (!socket) return std::unexpected(socket.error());
-  return NetlinkSocket(std::move(*socket), protocol);
+  return open([protocol] { return openNetlinkChannel(protocol); });
 }
 
-NetlinkSocket::NetlinkSocket(NetlinkSocketHandle socket, int protocol)
-    : socket_(std::move(socket)), protocol_(protocol), buffer_(initialBufferSize) {
-  configure(socket_);
-  port_ = mnl_socket_get_portid(socket_.get());
+std::expected<NetlinkSocket, NetworkKernelError> NetlinkSocket::open(NetlinkChannelOpener opener) {
+  auto channel = opener();
+  if (!channel) return std::unexpected(channel.error());
+  return NetlinkSocket(std::move(opener), std::move(*channel));
 }
+
+NetlinkSocket::NetlinkSocket(NetlinkChannelOpener opener, std::unique_ptr<NetlinkChannel> channel)
+    : opener_(std::move(opener)), channel_(std::move(channel)), buffer_(initialBufferSize) {}
 
 std::expected<void, NetworkKernelError> NetlinkSocket::dump(const NetlinkRequest& request,
                                                             const NetlinkDumpHandler& handler) {
@@ -52,7 +39,7 @@ std::expected<void, NetworkKernelError> NetlinkSocket::dump(const NetlinkRequest
     const auto step = tryDump(request, handler);
     if (!step || *step == Step::bufferTooSmall) {
       // Messages of the abandoned dump may still arrive: they end with the socket.
-      if (!reopen()) return failure(errno);
+      if (const auto reopened = reopen(); !reopened) return reopened;
     }
     if (!step) return std::unexpected(step.error());
     if (*step == Step::done) return {};
@@ -69,25 +56,25 @@ std::expected<NetlinkSocket::Step, NetworkKernelError> NetlinkSocket::tryDump(
     const NetlinkRequest& request, const NetlinkDumpHandler& handler) {
   interrupted_ = false;
   handler.begin();
-  if (!send(request)) return failure(errno);
+  if (const int errorNumber = send(request); errorNumber != 0) return failure(errorNumber);
   while (true) {
     const auto step = receive(handler);
     if (!step || *step != Step::goOn) return step;
   }
 }
 
-bool NetlinkSocket::send(const NetlinkRequest& request) {
+int NetlinkSocket::send(const NetlinkRequest& request) {
   request_ = request;
   nlmsghdr header{};
   std::memcpy(&header, request_.data(), sizeof(header));
   header.nlmsg_seq = ++sequence_;
   std::memcpy(request_.data(), &header, sizeof(header));
-  return mnl_socket_sendto(socket_.get(), request_.data(), request_.size()) >= 0;
+  return channel_->send(request_);
 }
 
 std::expected<NetlinkSocket::Step, NetworkKernelError> NetlinkSocket::receive(
     const NetlinkDumpHandler& handler) {
-  const auto datagram = receiveDatagram(mnl_socket_get_fd(socket_.get()), buffer_);
+  const auto datagram = channel_->receive(buffer_);
   switch (datagram.outcome) {
     case ReceiveOutcome::received:
       return handleDatagram(datagram.bytes, handler);
@@ -111,7 +98,7 @@ std::expected<NetlinkSocket::Step, NetworkKernelError> NetlinkSocket::handleData
     if (!message) return std::unexpected(NetworkKernelError::malformed);
     if (!*message) return Step::goOn;
     // What was not asked for by the request at hand is none of its answer.
-    if ((*message)->sequence != sequence_ || (*message)->port != port_) continue;
+    if ((*message)->sequence != sequence_ || (*message)->port != channel_->port()) continue;
     const auto step = handleMessage(**message, handler);
     if (!step || *step != Step::goOn) return step;
   }
@@ -144,13 +131,11 @@ std::unexpected<NetworkKernelError> NetlinkSocket::failure(int errorNumber) {
   return std::unexpected(kernelErrorFromErrno(errorNumber));
 }
 
-bool NetlinkSocket::reopen() {
-  auto socket = openNetlinkSocket(protocol_, 0, 0);
-  if (!socket) return false;
-  socket_ = std::move(*socket);
-  configure(socket_);
-  port_ = mnl_socket_get_portid(socket_.get());
-  return true;
+std::expected<void, NetworkKernelError> NetlinkSocket::reopen() {
+  auto channel = opener_();
+  if (!channel) return std::unexpected(channel.error());
+  channel_ = std::move(*channel);
+  return {};
 }
 
 }  // namespace lanternfold

@@ -7,11 +7,13 @@
 #include <cstdint>
 #include <expected>
 #include <functional>
+#include <memory>
+#include <span>
 #include <vector>
 
 #include "PlatformLinux/Netlink/DumpRequest.h"
 #include "PlatformLinux/Netlink/NetlinkMessage.h"
-#include "PlatformLinux/System/NetlinkTransport.h"
+#include "PlatformLinux/System/NetlinkChannel.h"
 
 namespace lanternfold {
 
@@ -30,6 +32,10 @@ class NetlinkSocket {
 
   /// `protocol` is NETLINK_ROUTE or NETLINK_GENERIC. Errors: refused, failed.
   [[nodiscard]] static std::expected<NetlinkSocket, NetworkKernelError> open(int protocol);
+  /// The same over channels of another make. `opener` is called again whenever an abandoned dump
+  /// may still have messages on the way: they end with their channel.
+  [[nodiscard]] static std::expected<NetlinkSocket, NetworkKernelError> open(
+      NetlinkChannelOpener opener);
 
   /// Sends `request` (a whole message; its sequence number is replaced) and hands every message of
   /// the answer to `handler`. Also serves requests with a single answer and an acknowledgment.
@@ -37,7 +43,8 @@ class NetlinkSocket {
   /// Errors: refused; malformed (the messages do not hold together: nothing of the try counts);
   /// interrupted (the table changed during every try: the last try's messages were all delivered,
   /// and a caller who knows how the table is walked may make use of them); failed (also: no such
-  /// table, no answer in time). A later dump is not affected by the failure of an earlier one.
+  /// table, no answer in time, a message of more than 16 MiB). A later dump is not affected by the
+  /// failure of an earlier one.
   [[nodiscard]] std::expected<void, NetworkKernelError> dump(const NetlinkRequest& request,
                                                              const NetlinkDumpHandler& handler);
 
@@ -47,22 +54,21 @@ class NetlinkSocket {
  private:
   enum class Step { goOn, done, doneInterrupted, bufferTooSmall };
 
-  NetlinkSocket(NetlinkSocketHandle socket, int protocol);
+  NetlinkSocket(NetlinkChannelOpener opener, std::unique_ptr<NetlinkChannel> channel);
 
   [[nodiscard]] std::expected<Step, NetworkKernelError> tryDump(const NetlinkRequest& request,
                                                                 const NetlinkDumpHandler& handler);
-  [[nodiscard]] bool send(const NetlinkRequest& request);
+  [[nodiscard]] int send(const NetlinkRequest& request);
   [[nodiscard]] std::expected<Step, NetworkKernelError> receive(const NetlinkDumpHandler& handler);
   [[nodiscard]] std::expected<Step, NetworkKernelError> handleDatagram(
       std::span<const std::uint8_t> datagram, const NetlinkDumpHandler& handler);
   [[nodiscard]] std::expected<Step, NetworkKernelError> handleMessage(
       const NetlinkMessage& message, const NetlinkDumpHandler& handler);
   [[nodiscard]] std::unexpected<NetworkKernelError> failure(int errorNumber);
-  [[nodiscard]] bool reopen();
+  [[nodiscard]] std::expected<void, NetworkKernelError> reopen();
 
-  NetlinkSocketHandle socket_;
-  int protocol_;
-  std::uint32_t port_ = 0;
+  NetlinkChannelOpener opener_;
+  std::unique_ptr<NetlinkChannel> channel_;
   std::uint32_t sequence_ = 0;
   bool interrupted_ = false;
   int lastErrorNumber_ = 0;

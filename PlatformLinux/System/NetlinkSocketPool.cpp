@@ -6,12 +6,15 @@
 
 namespace lanternfold {
 
+NetlinkSocketPool::NetlinkSocketPool()
+    : NetlinkSocketPool([] { return openNetlinkChannel(NETLINK_ROUTE); }) {}
+
 std::expected<NetlinkSocket, NetworkKernelError> NetlinkSocketPool::take() {
   {
     const std::lock_guard lock(mutex_);
     if (auto socket = std::exchange(idle_, std::nullopt)) return std::move(*socket);
   }
-  return NetlinkSocket::open(NETLINK_ROUTE);
+  return NetlinkSocket::open(opener_);
 }
 
 void NetlinkSocketPool::giveBack(NetlinkSocket socket) {

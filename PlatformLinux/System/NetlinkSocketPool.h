@@ -7,6 +7,7 @@
 #include <expected>
 #include <mutex>
 #include <optional>
+#include <utility>
 
 #include "PlatformLinux/System/NetlinkSocket.h"
 
@@ -15,6 +16,10 @@ namespace lanternfold {
 /// Any thread.
 class NetlinkSocketPool {
  public:
+  /// Sockets for rtnetlink.
+  NetlinkSocketPool();
+  explicit NetlinkSocketPool(NetlinkChannelOpener opener) : opener_(std::move(opener)) {}
+
   /// The idle socket, or a new one. Errors: those of opening.
   [[nodiscard]] std::expected<NetlinkSocket, NetworkKernelError> take();
 
@@ -22,6 +27,7 @@ class NetlinkSocketPool {
   void giveBack(NetlinkSocket socket);
 
  private:
+  NetlinkChannelOpener opener_;
   std::mutex mutex_;  // guards idle_
   std::optional<NetlinkSocket> idle_;
 };

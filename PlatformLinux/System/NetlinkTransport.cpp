@@ -19,8 +19,6 @@ NetworkKernelError kernelErrorFromErrno(int errorNumber) {
     case EAFNOSUPPORT:
     case EOPNOTSUPP:
       return NetworkKernelError::refused;
-    case EINTR:
-      return NetworkKernelError::interrupted;
     default:
       return NetworkKernelError::failed;
   }

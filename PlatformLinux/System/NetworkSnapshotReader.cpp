@@ -5,31 +5,9 @@
 
 #include <linux/netlink.h>
 
+#include "PlatformLinux/System/TableDump.h"
+
 namespace lanternfold {
-
-namespace {
-
-/// The records of one dump; those that cannot be decoded are left out. `NetlinkSocket` delivers the
-/// last try of an interrupted dump: the change that interrupted it is also reported as an event.
-template <typename Record>
-std::expected<std::vector<Record>, NetworkKernelError> readTable(
-    NetlinkSocket& socket, const NetlinkRequest& request,
-    std::expected<Record, DecodeError> (*decode)(const NetlinkMessage&)) {
-  std::vector<Record> records;
-  const NetlinkDumpHandler handler{.begin = [&] { records.clear(); },
-                                   .message =
-                                       [&](const NetlinkMessage& message) {
-                                         auto record = decode(message);
-                                         if (record) records.push_back(std::move(*record));
-                                       }};
-  const auto answer = socket.dump(request, handler);
-  if (!answer && answer.error() != NetworkKernelError::interrupted) {
-    return std::unexpected(answer.error());
-  }
-  return records;
-}
-
-}  // namespace
 
 std::expected<NetworkSnapshotReader, NetworkKernelError> NetworkSnapshotReader::open(
     LinkSurvey survey) {
@@ -68,7 +46,8 @@ std::expected<void, NetworkKernelError> NetworkSnapshotReader::readLinks(
 
 std::expected<void, NetworkKernelError> NetworkSnapshotReader::readAddresses(
     NetworkSnapshot& snapshot) {
-  auto addresses = readTable(socket_, addressDumpRequest(), decodeAddressMessage);
+  auto addresses =
+      dumpTable(socket_, addressDumpRequest(), decodeAddressMessage, dumpPlace, dumpIdentity);
   if (!addresses) return std::unexpected(addresses.error());
   for (AddressMessage& address : *addresses) {
     const std::uint32_t index = address.interfaceIndex;
@@ -79,7 +58,7 @@ std::expected<void, NetworkKernelError> NetworkSnapshotReader::readAddresses(
 
 std::expected<void, NetworkKernelError> NetworkSnapshotReader::readDefaultRoutes(
     std::uint8_t family, NetworkSnapshot& snapshot) {
-  auto routes = readTable(socket_, routeDumpRequest(family), decodeRouteMessage);
+  auto routes = dumpTable(socket_, routeDumpRequest(family), decodeRouteMessage);
   if (!routes) return std::unexpected(routes.error());
   for (RouteMessage& route : *routes) {
     if (route.isDefault()) snapshot.defaultRoutes.push_back(std::move(route));

@@ -18,9 +18,9 @@ class NetworkSnapshotReader {
   [[nodiscard]] static std::expected<NetworkSnapshotReader, NetworkKernelError> open(
       LinkSurvey survey);
 
-  /// Four dumps: links, addresses, the routes of both families. A table that kept
-  /// changing while it was read is given as it was last seen, and a machine without IPv6 has no
-  /// routes of that family. Errors: refused, malformed, failed.
+  /// Four dumps: links, addresses, the routes of both families. Of a table that
+  /// kept changing while it was read there is everything that stayed, and a machine without IPv6
+  /// has no routes of that family. Errors: refused, malformed, failed.
   [[nodiscard]] std::expected<NetworkSnapshot, NetworkKernelError> read();
 
  private:

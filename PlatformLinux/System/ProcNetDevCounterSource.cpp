@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "PlatformLinux/Netlink/LinkMetrics.h"
+#include "PlatformLinux/Netlink/CounterRecords.h"
 #include "PlatformLinux/Netlink/ProcNetDev.h"
 #include "PlatformLinux/System/FileDescriptor.h"
 #include "PlatformLinux/System/TextFile.h"

@@ -1,12 +1,12 @@
 #include "PlatformLinux/System/StatisticsCounterSource.h"
 
-#include <algorithm>
 #include <utility>
 
 #include <linux/netlink.h>
 #include <linux/rtnetlink.h>
 
 #include "PlatformLinux/Netlink/StatisticsMapping.h"
+#include "PlatformLinux/System/TableDump.h"
 
 namespace lanternfold {
 
@@ -51,32 +51,22 @@ std::expected<void, NetworkKernelError> StatisticsCounterSource::open() {
 }
 
 std::expected<void, NetworkKernelError> StatisticsCounterSource::dumpStatistics() {
-  const auto take = [this](const NetlinkMessage& message) {
-    const auto decoded = decodeStatisticsMessage(message);
-    if (decoded) statistics_.push_back(*decoded);
-  };
-  const auto result = sockets_->dumps.dump(
-      statisticsDumpRequest(), {.begin = [this] { statistics_.clear(); }, .message = take});
-  const bool isComplete =
-      result || (result.error() == NetworkKernelError::interrupted &&
-                 std::ranges::is_sorted(statistics_, {}, &StatisticsMessage::interfaceIndex));
-  if (!isComplete) return std::unexpected(result.error());
+  auto statistics =
+      dumpTable(sockets_->dumps, statisticsDumpRequest(), decodeStatisticsMessage,
+                &StatisticsMessage::interfaceIndex, &StatisticsMessage::interfaceIndex);
+  if (!statistics) return std::unexpected(statistics.error());
+  statistics_ = *std::move(statistics);
   return {};
 }
 
 std::expected<void, NetworkKernelError> StatisticsCounterSource::dumpLinks() {
-  const auto take = [this](const NetlinkMessage& message) {
-    const auto link = decodeLinkMessage(message);
-    if (link) directory_.apply(*link);
-  };
-  const auto result = sockets_->dumps.dump(
-      linkDumpRequest(), {.begin = [this] { directory_.clear(); }, .message = take});
-  directoryIsComplete_ = result.has_value();
-  // Names of an interrupted dump serve this once: the events set them right, and the next reading
-  // dumps them again.
-  if (!result && result.error() != NetworkKernelError::interrupted) {
-    return std::unexpected(result.error());
-  }
+  const auto links = dumpTable(sockets_->dumps, linkDumpRequest(), decodeLinkMessage,
+                               &LinkMessage::index, &LinkMessage::index, &LinkMessage::name);
+  directory_.clear();
+  directoryIsComplete_ = links.has_value();
+  if (!links) return std::unexpected(links.error());
+  for (const LinkMessage& link : *links) directory_.apply(link);
+  // What came and went while the dump was made is among the events.
   return takeInEvents();
 }
 

@@ -1,4 +1,9 @@
 // The walk over the kernel's interfaces, as `SNUtils` answers it.
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <string>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -127,6 +132,24 @@ TEST_F(InterfaceWalkTest, KeepsTheOrderOfAnInterfacesAddresses) {
       addressDictionary("10.0.0.9", "255.255.255.0", "0.0.0.0", 24, "0.0.0.0/24"),
       addressDictionary("10.0.0.2", "255.255.255.255", "0.0.0.0", 32, "0.0.0.0/32")};
   EXPECT_EQ(*interface.find("ipv4"), PropertyListValue(expected));
+}
+
+TEST_F(InterfaceWalkTest, AddressesInAnotherOrderThanTheLinksReachTheirInterfaces) {
+  for (const char* name : {"a0", "b0", "c0", "d0"}) world.kernel.addLink(name);
+  for (const char* name : {"d0", "a0", "c0", "b0", "d0"}) {
+    world.kernel.addIPv4Address(name, {10, 0, 0, static_cast<std::uint8_t>(name[0])}, mask24);
+  }
+  const auto interfaces = walk();
+  ASSERT_EQ(interfaces.size(), 4U);
+  const std::map<std::string, std::size_t> expected{{"a0", 1}, {"b0", 1}, {"c0", 1}, {"d0", 2}};
+  for (const auto& [name, count] : expected) {
+    const auto& addresses = *interfaces.at(name).find("ipv4")->asArray();
+    ASSERT_EQ(addresses.size(), count) << name;
+    const std::string ip = "10.0.0." + std::to_string(name[0]);
+    EXPECT_EQ(*addresses.front().asDictionary()->find("ip"), PropertyListValue(ip));
+    EXPECT_EQ(*interfaces.at(name).find("name"), PropertyListValue(name));
+    EXPECT_FALSE(interfaces.at(name).find("metrics")->asDictionary()->empty()) << name;
+  }
 }
 
 TEST_F(InterfaceWalkTest, BlockIsGatewaySlashPrefix) {

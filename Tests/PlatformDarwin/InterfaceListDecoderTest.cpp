@@ -146,6 +146,21 @@ TEST(InterfaceList, HardwareAddressOfEightBytesIsKeptAsItIs) {
   EXPECT_THAT(decoded(interfaceMessage(link)), ElementsAre(link));
 }
 
+TEST(InterfaceList, HardwareAddressOfThirtyTwoBytesIsKeptAndALongerOneIsNone) {
+  const std::vector<std::uint8_t> longest(LinkAddressBytes::maximumSize, 7);
+  LinkRecord link = ethernet("ib0", 4);
+  link.hardwareAddress = {LinkAddressBytes(longest)};
+  EXPECT_THAT(decoded(interfaceMessage(link)), ElementsAre(link));
+
+  Bytes address = linkSocketAddress("ib0", link.hardwareAddress, 4);
+  address.resize(address.size() + 8);
+  address[0] = static_cast<std::byte>(address.size());
+  address[6] = std::byte{LinkAddressBytes::maximumSize + 1};
+  const auto links = decoded(interfaceMessage(ethernet("ib0", 4), address));
+  ASSERT_EQ(links.size(), 1U);
+  EXPECT_EQ(links[0].hardwareAddress, LinkAddress{});
+}
+
 TEST(InterfaceList, MessageOfLengthZeroIsMalformed) {
   Bytes dump = interfaceMessage(ethernet("en0", 4));
   appendZeros(dump, 160);

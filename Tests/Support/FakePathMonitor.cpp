@@ -70,7 +70,7 @@ std::unique_ptr<PathMonitor> FakePathMonitorFactory::makePathMonitor(
 void FakePathMonitorFactory::deliver(NetworkPath path) {
   path_ = std::move(path);
   for (const auto& record : monitors_) {
-    if (record->listens()) post(record, path_);
+    if (tells_ && record->listens()) post(record, path_);
   }
 }
 

@@ -35,11 +35,15 @@ class FakePathMonitorFactory final : public PathMonitorFactory {
   /// Changes the path: every monitor that listens reports it on its queue.
   void deliver(NetworkPath path);
 
+  /// From now on the system cannot be listened to: a monitor reports once, after its start.
+  void stopTelling() { tells_ = false; }
+
   /// Every monitor ever made, in order.
   [[nodiscard]] const std::vector<std::shared_ptr<Record>>& monitors() const { return monitors_; }
 
  private:
   NetworkPath path_;
+  bool tells_ = true;
   std::vector<std::shared_ptr<Record>> monitors_;
 };
 

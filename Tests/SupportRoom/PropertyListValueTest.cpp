@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <limits>
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -65,6 +66,43 @@ TEST(PropertyListDictionary, ChangesAValueInPlace) {
   PropertyListDictionary dictionary{{"addresses", PropertyListArray{"10.0.0.1"}}};
   dictionary.find("addresses")->asArray()->push_back("10.0.0.2");
   EXPECT_EQ(dictionary.find("addresses")->asArray()->size(), 2U);
+}
+
+TEST(PropertyListDictionary, KeepsACopyOfAKeyThatIsNoConstant) {
+  PropertyListDictionary dictionary;
+  {
+    std::string key = "made while running";
+    dictionary.set(key, 1);
+    key.assign(key.size(), 'x');
+  }
+  EXPECT_EQ(keysOf(dictionary), "made while running ");
+}
+
+TEST(PropertyListDictionary, BorrowsAConstantAndFindsItByItsText) {
+  static constexpr LiteralText constant{"recv_bytes"};
+  PropertyListDictionary dictionary;
+  dictionary.append(constant, 1);
+  dictionary.set(constant, 2);
+  ASSERT_EQ(dictionary.size(), 1U);
+  EXPECT_EQ(*dictionary.find(std::string("recv_bytes")), PropertyListValue(2));
+  const std::string_view key = dictionary.entries().front().first;
+  EXPECT_EQ(static_cast<const void*>(key.data()),
+            static_cast<const void*>(std::string_view(constant).data()));
+  EXPECT_EQ(dictionary, (PropertyListDictionary{{"recv_bytes", 2}}));
+}
+
+TEST(PropertyListDictionary, CopiesAndMovesOwnedAndBorrowedKeysAlike) {
+  static constexpr LiteralText constant{"borrowed"};
+  PropertyListDictionary original{{"owned", 1}};
+  original.append(constant, 2);
+  PropertyListDictionary copy = original;
+  original.erase("owned");
+  EXPECT_EQ(keysOf(original), "borrowed ");
+  EXPECT_EQ(keysOf(copy), "owned borrowed ");
+  const PropertyListDictionary moved = std::move(copy);
+  EXPECT_EQ(keysOf(moved), "owned borrowed ");
+  copy = moved;
+  EXPECT_EQ(copy, moved);
 }
 
 TEST(PropertyListDictionary, IsEqualWhateverTheOrder) {

@@ -11,7 +11,7 @@ lanternfold_room(Platform USES Support)
 lanternfold_room(NetBase USES Platform Support)
 lanternfold_room(NetworkMonitor USES NetBase Platform Support
                  LIBRARIES nlohmann_json::nlohmann_json)
-lanternfold_room(PlatformLinux USES Platform Support
+lanternfold_room(PlatformLinux USES NetworkMonitor/Metrics Platform Support
                  LIBRARIES PkgConfig::mnl Threads::Threads)
 lanternfold_room(PlatformDarwin USES Platform Support)
 lanternfold_room(CommandLine USES PlatformLinux NetworkMonitor NetBase Platform Support
@@ -36,6 +36,8 @@ FILES = {
     "Support/Number.h": HEADER,
     "Platform/Seam.h": HEADER,
     "NetBase/Tool.h": HEADER,
+    "NetworkMonitor/State.h": HEADER,
+    "NetworkMonitor/Metrics/Reader.h": HEADER,
     "PlatformLinux/Side.h": HEADER,
     "README.md": "# House\n\nRead [the map](Docs/MAP.md#the-rooms).\n",
     "Docs/MAP.md": "# Map\n\n## The rooms\n\n`Support/Number.h`\n",

@@ -45,6 +45,27 @@ class Layering(PlantedTest):
         self.include_in("Platform/Other.h", '"NetBase/Tool.h"')
         self.assert_found("layering", ("Platform/Other.h:4", "Platform may not use NetBase"))
 
+    def test_a_room_may_use_the_folder_that_its_list_names(self):
+        self.include_in("PlatformLinux/Other.cpp", '"NetworkMonitor/Metrics/Reader.h"')
+        self.assert_found("layering")
+
+    def test_the_rest_of_a_room_of_which_the_list_names_a_folder(self):
+        self.include_in("PlatformLinux/Other.cpp", '"NetworkMonitor/State.h"')
+        self.assert_found("layering",
+                          ("PlatformLinux/Other.cpp:1", "may not use NetworkMonitor"))
+
+    def test_a_folder_whose_name_only_begins_like_the_one_in_the_list(self):
+        self.tree.add("NetworkMonitor/MetricsStore/Store.h", HEADER)
+        self.include_in("PlatformLinux/Other.cpp", '"NetworkMonitor/MetricsStore/Store.h"')
+        self.assert_found("layering", ("PlatformLinux/Other.cpp:1",
+                                       "may not use NetworkMonitor/MetricsStore"))
+
+    def test_a_list_that_names_a_folder_of_the_production_side(self):
+        self.tree.add("CMake/Rooms.cmake", "lanternfold_room(Support)\nlanternfold_room(Platform "
+                      "USES Support)\nlanternfold_room(PlatformLinux USES Platform)\n"
+                      "lanternfold_room(NetBase USES PlatformLinux/System Platform Support)\n")
+        self.assert_found("layering", ("CMake/Rooms.cmake:4", "only composition roots may"))
+
     def test_the_production_side_outside_a_composition_root(self):
         self.include_in("NetworkMonitor/Other.cpp", '"PlatformLinux/Side.h"')
         self.assert_found("layering",

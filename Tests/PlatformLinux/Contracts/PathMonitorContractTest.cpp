@@ -164,6 +164,17 @@ TYPED_TEST(PathMonitorContract, AMonitorWithoutAHandlerMayBeStarted) {
   this->world_.settle();
 }
 
+TYPED_TEST(PathMonitorContract, ASystemThatCannotBeListenedToGetsOneUpdateAndNoMore) {
+  const auto monitor = this->world_.factory().makePathMonitor(std::nullopt);
+  monitor->setPathUpdateHandler(
+      [this](const NetworkPath& path) { this->updates_.push_back(path); });
+  this->world_.startDeaf(*monitor);
+  this->world_.settle();
+  this->world_.connect();
+  this->world_.settle();
+  EXPECT_EQ(this->updates_.size(), 1U);
+}
+
 TYPED_TEST(PathMonitorContract, ASecondStartStopsTheProgram) {
   const auto monitor = this->startedMonitor();
   EXPECT_DEATH(monitor->start(this->world_.queue()), "a path monitor was started twice");

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <sys/resource.h>
 #include <thread>
 
 #include "PlatformLinux/System/AsioDispatch.h"
@@ -47,6 +48,17 @@ class LinuxPathWorld {
     ASSERT_TRUE(NetworkNamespace::run("ip route del default via 192.0.2.1 dev en0"));
   }
 
+  /// Starts the monitor while no descriptor is to be had, and so no socket for the kernel's
+  /// reports.
+  void startDeaf(PathMonitor& monitor) {
+    rlimit usual{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &usual), 0);
+    const rlimit none{.rlim_cur = 0, .rlim_max = usual.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+    monitor.start(queue());
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &usual), 0);
+  }
+
   /// Lets updates come until `done`; false after a second without it.
   [[nodiscard]] bool runUntil(const std::function<bool()>& done) {
     const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(1);
@@ -80,6 +92,11 @@ class FakePathWorld {
 
   void connect() { factory_.deliver(path(PathStatus::satisfied)); }
   void disconnect() { factory_.deliver(path(PathStatus::unsatisfied)); }
+
+  void startDeaf(PathMonitor& monitor) {
+    factory_.stopTelling();
+    monitor.start(queue());
+  }
 
   [[nodiscard]] bool runUntil(const std::function<bool()>& done) {
     return done() || dispatch_.runUntil(done, std::chrono::seconds(1));

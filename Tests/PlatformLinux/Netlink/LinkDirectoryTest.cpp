@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "PlatformLinux/Netlink/CounterRecords.h"
 #include "PlatformLinux/Netlink/LinkDirectory.h"
-#include "PlatformLinux/Netlink/LinkMetrics.h"
 #include "PlatformLinux/Netlink/StatisticsMapping.h"
 
 namespace lanternfold::test {

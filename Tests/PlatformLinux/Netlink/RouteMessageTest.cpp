@@ -56,6 +56,16 @@ TEST(RouteMessage, ADefaultRouteHasNoDestination) {
   EXPECT_EQ(route->hops, (std::vector<RouteHop>{{gatewayAddress, 4}}));
 }
 
+TEST(RouteMessage, TheLowerHalfOfAllAddressesLooksLikeADefaultRouteInTheRecords) {
+  // 0.0.0.0/1 keeps its length in the message, where the path monitor reads it; the records of the
+  // seam have the destination's address alone.
+  const Bytes zero = attribute(RTA_DST, {0, 0, 0, 0});
+  const Bytes payload = joined({header(1), zero, gateway, outgoing});
+  EXPECT_FALSE(decode(payload)->isDefault());
+  EXPECT_EQ(records(payload),
+            (std::vector<RouteRecord>{{IPv4Bytes{0, 0, 0, 0}, gatewayAddress, 4}}));
+}
+
 TEST(RouteMessage, ANetworkIsNoDefaultRoute) {
   const auto route = decode(joined({header(24), destination, outgoing}), RTM_DELROUTE).value();
   EXPECT_TRUE(route.isRemoval);

@@ -1,6 +1,7 @@
 #include <linux/genetlink.h>
 #include <linux/nl80211.h>
 
+#include "PlatformLinux/Netlink/GenericNetlink.h"
 #include "PlatformLinux/Netlink/WirelessInterfaceMessage.h"
 #include "Tests/PlatformLinux/Path/EventBytes.h"
 

@@ -1,5 +1,6 @@
 #include <linux/netlink.h>
 
+#include "PlatformLinux/Netlink/GenericNetlink.h"
 #include "PlatformLinux/Netlink/LinkRequest.h"
 #include "PlatformLinux/Netlink/WirelessInterfaceMessage.h"
 #include "PlatformLinux/System/LinkSurvey.h"

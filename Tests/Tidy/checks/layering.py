@@ -70,7 +70,7 @@ class _Allowed:
         self._fuzz = read_fuzz_uses(tree)
 
     def rooms_for(self, file):
-        """Names of rooms; None when the folder is free to use all of them."""
+        """Rooms and ROOM/FOLDERs; None when the folder is free to use all of them."""
         if file.room in self._rooms:
             return {file.room, *self._rooms[file.room].uses}
         if file.room == "Fuzz":
@@ -99,10 +99,10 @@ def _check_declarations(rooms):
     known = []
     for room in rooms.values():
         for used in room.uses:
-            if used not in known:
+            if used.split("/", 1)[0] not in known:
                 yield Finding(ROOMS_FILE, room.line,
                               f"{room.name} uses {used}, which does not stand above it")
-        if PRODUCTION_SIDE in room.uses and room.name not in COMPOSITION_ROOTS:
+        if PRODUCTION_SIDE in {used.split("/", 1)[0] for used in room.uses} and room.name not in COMPOSITION_ROOTS:
             yield Finding(ROOMS_FILE, room.line,
                           f"{room.name} uses {PRODUCTION_SIDE}; only composition roots may")
         known.append(room.name)
@@ -113,11 +113,24 @@ def _check_own(tree, file, line, header, may_use, rooms):
         yield file.finding(line, f'"{header}" is no file counted from the top of the tree')
         return
     room = header.split("/", 1)[0]
-    if may_use is not None and room not in may_use:
-        yield file.finding(line, f"{file.room} may not use {room} ({ROOMS_FILE})")
+    if may_use is not None and not _is_covered(header, may_use):
+        yield file.finding(line, f"{file.room} may not use {_used_name(header, may_use)} "
+                           f"({ROOMS_FILE})")
     folder = "/".join(file.path.parts[:2])
     if room == "Tests" and file.room in rooms:
         yield file.finding(line, f"{folder} is product code and includes a test's header")
+
+
+def _is_covered(header, may_use):
+    """A list names a room, or as ROOM/FOLDER one folder of it."""
+    return any(header.startswith(used + "/") for used in may_use)
+
+
+def _used_name(header, may_use):
+    """The room of the header; with its folder when only other folders of the room are allowed."""
+    room, _, rest = header.partition("/")
+    is_partly_allowed = any(used.startswith(room + "/") for used in may_use)
+    return f"{room}/{rest.rpartition('/')[0]}".rstrip("/") if is_partly_allowed else room
 
 
 def _check_system(file, line, header, room):

@@ -1,4 +1,4 @@
-#include "PlatformLinux/Netlink/LinkMetrics.h"
+#include "PlatformLinux/Netlink/CounterRecords.h"
 
 namespace lanternfold {
 

@@ -1,0 +1,57 @@
+// A kernel at the other end of a netlink channel that answers each request with what a test wrote
+// down: datagrams, failures of the receive call, silence.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "PlatformLinux/System/NetlinkChannel.h"
+#include "Tests/PlatformLinux/Netlink/NetlinkFrames.h"
+
+namespace lanternfold::test {
+
+/// What one receive call gives.
+struct ScriptedDatagram {
+  /// Messages of the sequence number 7, as `message` makes them, get that of the request.
+  Bytes bytes;
+  ReceiveOutcome outcome = ReceiveOutcome::received;
+  int errorNumber = 0;
+};
+
+using ScriptedAnswer = std::vector<ScriptedDatagram>;
+
+/// One thread. Outlives its channels.
+class ScriptedNetlink {
+ public:
+  /// The answer to the next request that has none yet. A request beyond the last answer gets it
+  /// again.
+  void answer(ScriptedAnswer answer) { answers_.push_back(std::move(answer)); }
+  /// From now on sending fails with this errno.
+  void failSending(int errorNumber) { sendError_ = errorNumber; }
+  /// From now on no channel opens.
+  void refuseChannels() { refusesChannels_ = true; }
+
+  [[nodiscard]] NetlinkChannelOpener opener();
+  [[nodiscard]] std::size_t requestCount() const { return requestCount_; }
+  [[nodiscard]] std::size_t openedCount() const { return openedCount_; }
+
+ private:
+  class Channel;
+
+  std::deque<ScriptedAnswer> answers_;
+  std::size_t requestCount_ = 0;
+  std::size_t openedCount_ = 0;
+  int sendError_ = 0;
+  bool refusesChannels_ = false;
+};
+
+/// NLMSG_DONE, NLMSG_ERROR with a code (0 or an errno), and a message flagged as interrupted.
+[[nodiscard]] Bytes doneMessage(int flags = 0);
+[[nodiscard]] Bytes errorMessage(int errorNumber);
+/// RTM_NEWLINK of an Ethernet link.
+[[nodiscard]] Bytes linkMessage(std::uint32_t index, std::string_view name, int flags = 0);
+
+}  // namespace lanternfold::test
