@@ -71,7 +71,10 @@ class RefusedTest(BadInputTest):
 
     def test_a_kernel_without_the_statistics_dump(self):
         refusals = self.folder / "refusals"
-        environment = os.environ | {"LD_PRELOAD": OLD_KERNEL, "LANTERNFOLD_REFUSALS": str(refusals)}
+        # By its name: a path would end at its first space.
+        folder, name = os.path.split(OLD_KERNEL)
+        environment = os.environ | {"LD_PRELOAD": name, "LD_LIBRARY_PATH": folder,
+                                    "LANTERNFOLD_REFUSALS": str(refusals)}
         self.assertEqual(expected.interfaces({"en0"}),
                          json_of("interfaces", "--json", env=environment))
         self.assertGreater(refusals.stat().st_size, 0, "the dump was not even asked for")
