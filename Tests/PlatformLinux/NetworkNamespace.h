@@ -10,6 +10,23 @@
 
 namespace lanternfold {
 
+/// The calling thread's root and working folder, which entering a mount namespace resets. They
+/// differ from the namespace's own root in a chroot.
+class RootFolder {
+ public:
+  /// Of the mount namespace in which it is made.
+  RootFolder();
+  ~RootFolder();
+  RootFolder(const RootFolder&) = delete;
+  RootFolder& operator=(const RootFolder&) = delete;
+
+  [[nodiscard]] bool goBack() const;
+
+ private:
+  int root_;
+  int working_;
+};
+
 /// Entered by `enter`, left by the destructor, which belongs on the same thread. Mounts are
 /// private: whatever is mounted inside is gone afterwards.
 class NetworkNamespace {
@@ -29,6 +46,7 @@ class NetworkNamespace {
 
   int network_;  ///< descriptor of the namespace to go back to
   int mounts_;
+  RootFolder root_;
 };
 
 }  // namespace lanternfold

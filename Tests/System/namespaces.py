@@ -41,6 +41,21 @@ def unshare(flags):
     check(_libc.unshare(flags), "unshare")
 
 
+def make_mounts_private():
+    """What is mounted from here on stays out of the namespace that this one was copied from.
+
+    In a chroot "/" is no mount, so the way leads over the namespace's real root, where setns goes.
+    """
+    root, working, mounts = (os.open(path, os.O_RDONLY) for path in ("/", ".", "/proc/self/ns/mnt"))
+    check(_libc.setns(mounts, CLONE_NEWNS), "setns")
+    mount(None, "/", None, MS_REC_PRIVATE)
+    os.fchdir(root)
+    os.chroot(".")
+    os.fchdir(working)
+    for descriptor in (root, working, mounts):
+        os.close(descriptor)
+
+
 def ip(*commands):
     """Runs commands of iproute2, each a line without the leading "ip"."""
     for command in commands:
@@ -72,7 +87,7 @@ class NamespaceTest(unittest.TestCase):
     def setUpClass(cls):
         super().setUpClass()
         unshare(CLONE_NEWNS)
-        mount(None, "/", None, MS_REC_PRIVATE)
+        make_mounts_private()
 
     def setUp(self):
         super().setUp()
