@@ -48,7 +48,8 @@ mode_t ordinaryMode() {
 class TemporaryFile {
  public:
   explicit TemporaryFile(const std::filesystem::path& path)
-      : name_(path.string() + ".XXXXXX"), descriptor_(::mkostemp(name_.data(), O_CLOEXEC)) {}
+      : name_((path.parent_path() / ".lanternfold-XXXXXX").string()),
+        descriptor_(::mkostemp(name_.data(), O_CLOEXEC)) {}
   ~TemporaryFile() {
     if (descriptor_ < 0) return;
     ::close(descriptor_);
@@ -78,8 +79,8 @@ std::expected<void, std::string> writeFileAtomically(const std::filesystem::path
                                                      std::string_view contents) {
   // A link is followed to the file that it names, as an ordinary write would.
   std::error_code unresolved;
-  const auto target = std::filesystem::weakly_canonical(path, unresolved);
-  const std::filesystem::path& destination = unresolved ? path : target;
+  const auto destination = std::filesystem::weakly_canonical(path, unresolved);
+  if (unresolved) return std::unexpected(failure(path, unresolved.value()));
   if (std::filesystem::is_other(destination, unresolved)) {
     if (!writeInPlace(destination, contents)) return std::unexpected(failure(path, errno));
     return {};

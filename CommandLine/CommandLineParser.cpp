@@ -35,7 +35,8 @@ void addInterfaces(CLI::App& app, Choice& choice) {
   command
       ->add_option("--prefix", options->prefix,
                    "Only interfaces whose name begins with PREFIX; \"en\" takes every network "
-                   "adapter of this machine, however the kernel calls it")
+                   "adapter of this machine, however the kernel calls it (bridges, tunnels and "
+                   "VLANs are none)")
       ->option_text("PREFIX");
   command->add_option("--excluding", options->excluding, "Leave these interfaces out")
       ->option_text("NAME,NAME")

@@ -40,10 +40,15 @@ void reserveStandardDescriptors() {
   }
 }
 
+/// A file that may not grow (a limit) is an error of the write, which is reported and cleaned up
+/// after, and not a signal that ends the program in the middle of it.
+void reportFileSizeLimitsAsErrors() { (void)std::signal(SIGXFSZ, SIG_IGN); }
+
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
   reserveStandardDescriptors();
+  reportFileSizeLimitsAsErrors();
   std::setlocale(LC_ALL, "");
   // Numbers in JSON and in pictures keep their point whatever the user's locale says.
   std::setlocale(LC_NUMERIC, "C");

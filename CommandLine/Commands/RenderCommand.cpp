@@ -2,12 +2,31 @@
 
 #include <filesystem>
 #include <string_view>
+#include <variant>
 
 #include "CommandLine/AtomicFile.h"
+#include "CommandLine/PrintableText.h"
+#include "CommandLine/ProgramName.h"
+#include "NetworkWidgetVexExtension/Views/AdapterChoice.h"
 #include "NetworkWidgetVexExtension/Views/NetworkAdapterWidgetEntryView.h"
 #include "Support/RelativeDateText.h"
 
 namespace lanternfold {
+namespace {
+
+/// The picture explains an adapter that is not there; whoever mistyped its name is told at once.
+void warnOfMissingAdapter(const NetworkAdapterEntry& entry, const WidgetEnvironment& environment,
+                          const Console& console) {
+  const AdapterChoice choice = chooseAdapter(entry.configuration, entry.networkState.others,
+                                             environment.preferredInterfaceNames);
+  const auto* missing = std::get_if<MissingAdapter>(&choice);
+  if (missing == nullptr) return;
+  console.errors << programName << ": no adapter is called \"" << printable(missing->name)
+                 << "\", and the picture says so; \"" << programName
+                 << " interfaces --prefix en\" lists the adapters\n";
+}
+
+}  // namespace
 
 std::expected<void, CommandFailure> runRender(const RenderPlan& plan, const Machine& machine,
                                               const Console& console) {
@@ -17,6 +36,7 @@ std::expected<void, CommandFailure> runRender(const RenderPlan& plan, const Mach
   const WidgetEnvironment environment{.strings = machine.platform.strings,
                                       .widgetFamily = WidgetFamily::medium,
                                       .preferredInterfaceNames = drawable->preferredInterfaceNames};
+  warnOfMissingAdapter(drawable->entry, environment, console);
   const View view = NetworkAdapterWidgetEntryView{.entry = drawable->entry}.body(environment);
   PictureRequest request = plan.picture;
   request.drawingTime = relativeDateText(machine.platform.clock.now());
@@ -28,7 +48,7 @@ std::expected<void, CommandFailure> runRender(const RenderPlan& plan, const Mach
   if (const auto written = writeFileAtomically(plan.output, *picture); !written) {
     return std::unexpected(workFailed(written.error()));
   }
-  console.output << "Wrote " << std::filesystem::absolute(plan.output).string() << '\n';
+  console.output << "Wrote " << printable(std::filesystem::absolute(plan.output).string()) << '\n';
   return {};
 }
 

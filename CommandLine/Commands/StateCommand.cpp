@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <sstream>
 #include <utility>
 
 #include "CommandLine/KernelAccess.h"
@@ -47,15 +48,39 @@ std::expected<void, CommandFailure> requireTruth(const NetworkState& state,
   return requireReadableKernel(machine);
 }
 
-void write(const NetworkState& state, bool complete, const StateOptions& options,
-           const Machine& machine, const Console& console) {
-  if (options.json) {
-    console.output << stateJson(state, options.categories, complete) << '\n';
-  } else {
-    writeStateText(state, options.categories, machine.platform.strings, console);
-  }
-  console.output.flush();
+std::string textOf(const NetworkState& state, bool complete, const StateOptions& options,
+                   const Machine& machine, const Console& console) {
+  if (options.json) return stateJson(state, options.categories, complete) + '\n';
+  std::ostringstream text;
+  writeStateText(state, options.categories, machine.platform.strings,
+                 {.output = text, .errors = console.errors, .style = console.style});
+  return text.str();
 }
+
+/// Writes the reports of a watch. A script gets every report on a line of its own; a reader gets
+/// whole states only, each once, with an empty line between them.
+class WatchWriter {
+ public:
+  WatchWriter(const StateOptions& options, const Machine& machine, const Console& console)
+      : options_(options), machine_(machine), console_(console) {}
+
+  void write(const NetworkState& state, bool complete) {
+    if (!options_.json && !complete) return;
+    std::string text = textOf(state, complete, options_, machine_, console_);
+    if (!options_.json) {
+      if (text == last_) return;
+      if (!last_.empty()) console_.output << '\n';
+    }
+    console_.output << text << std::flush;
+    last_ = std::move(text);
+  }
+
+ private:
+  const StateOptions& options_;
+  const Machine& machine_;
+  const Console& console_;
+  std::string last_;
+};
 
 /// Fails when the first whole state is empty because the kernel lets nothing be read; what fails
 /// later may pass, and the next change is looked at again.
@@ -63,18 +88,15 @@ std::expected<void, CommandFailure> watch(const StateOptions& options, const Mac
                                           const Console& console) {
   std::expected<void, CommandFailure> access;
   bool isFirstWhole = true;
+  WatchWriter writer(options, machine, console);
   const auto monitor = makeNetworkStateMonitor(machine);
   monitor->setActiveCategories(options.categories);
-  bool first = true;
   monitor->setStateUpdateHandler([&](const NetworkState& state, bool complete, std::error_code) {
-    // As text only whole states are worth a reader's while; a script gets every report.
-    if (!options.json && !complete) return;
     if (complete && std::exchange(isFirstWhole, false)) {
       access = requireTruth(state, options.categories, machine);
       if (!access) return machine.mainLoop.stop();
     }
-    if (!options.json && !std::exchange(first, false)) console.output << '\n';
-    write(state, complete, options, machine, console);
+    writer.write(state, complete);
     // Whoever read the output is gone: there is nobody left to watch for.
     if (!console.output) machine.mainLoop.stop();
   });
@@ -108,7 +130,7 @@ std::expected<void, CommandFailure> runState(const StateOptions& options, const 
   if (auto access = requireTruth(resolved.state, options.categories, machine); !access) {
     return access;
   }
-  write(resolved.state, resolved.complete, options, machine, console);
+  console.output << textOf(resolved.state, resolved.complete, options, machine, console);
   return {};
 }
 

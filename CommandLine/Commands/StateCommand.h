@@ -23,7 +23,7 @@ struct StateOptions {
 };
 
 /// Without `watch`, the state once it is complete. With it, in JSON every report on a line of its
-/// own, as text every complete one.
+/// own, as text every complete one that reads differently from the one before.
 [[nodiscard]] std::expected<void, CommandFailure> runState(const StateOptions& options,
                                                            const Machine& machine,
                                                            const Console& console);

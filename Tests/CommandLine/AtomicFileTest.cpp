@@ -70,6 +70,20 @@ TEST_F(AtomicFileTest, AFolderOfThatNameIsASentenceAndLeavesNothingBehind) {
   EXPECT_EQ(files(), 1U);
 }
 
+TEST_F(AtomicFileTest, ALoopOfLinksStaysWhatItIs) {
+  fs::create_symlink("b.png", folder_ / "a.png");
+  fs::create_symlink("a.png", folder_ / "b.png");
+  EXPECT_FALSE(writeFileAtomically(folder_ / "a.png", "picture"));
+  EXPECT_TRUE(fs::is_symlink(folder_ / "a.png"));
+  EXPECT_EQ(files(), 2U);
+}
+
+TEST_F(AtomicFileTest, ANameAsLongAsTheFileSystemAllowsIsNotTooLong) {
+  const std::string name = std::string(251, 'x') + ".png";
+  EXPECT_TRUE(writeFileAtomically(folder_ / name, "picture"));
+  EXPECT_EQ(contentsOf(folder_ / name), "picture");
+}
+
 TEST_F(AtomicFileTest, ALinkToADeviceDoesNotReplaceTheDevice) {
   fs::create_symlink("/dev/full", folder_ / "full.png");
   const auto written = writeFileAtomically(folder_ / "full.png", "picture");

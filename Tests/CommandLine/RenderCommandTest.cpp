@@ -77,6 +77,11 @@ TEST_F(RenderCommandTest, SaysWhereThePictureIs) {
   EXPECT_EQ(errors_.str(), "") << "every asset was found";
 }
 
+TEST_F(RenderCommandTest, AControlCharacterInTheFilesNameIsNotSentToTheTerminal) {
+  (void)rendered(options("a\x1b[31m.png"));
+  EXPECT_THAT(output_.str(), testing::EndsWith("a\\x1b[31m.png\n"));
+}
+
 TEST_F(RenderCommandTest, TheFilesEndingTellsTheFormatInAnyCase) {
   EXPECT_EQ(rendered(options("card.SVG")).substr(0, 5), "<?xml");
   EXPECT_EQ(rendered(options("card.pdf")).substr(0, 5), "%PDF-");
@@ -92,6 +97,7 @@ TEST_F(RenderCommandTest, AnAdapterThatIsGoneNeverShowsAnotherOne) {
   auto gone = options("gone.png");
   gone.adapter = "en7";
   const std::string explanation = rendered(gone);
+  EXPECT_THAT(errors_.str(), testing::HasSubstr("no adapter is called \"en7\""));
   fake_.kernel.setCounters("en0", {.recvBytes = 77'000'000, .sentBytes = 1});
   fake_.kernel.removeLink("en1");
   EXPECT_EQ(rendered(gone), explanation) << "what happens to other adapters does not show";
