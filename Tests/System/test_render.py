@@ -29,12 +29,25 @@ class RenderTest(NamespaceTest):
 
     def draw(self, name, *arguments):
         """The picture's path; the command says where it is and nothing else."""
+        path, errors = self.draw_and_read_errors(name, *arguments)
+        self.assertEqual("", errors)
+        return path
+
+    def draw_and_read_errors(self, name, *arguments):
         path = self.folder / name
         done = run("render", "NetworkAdapterWidget", *arguments, "-o", str(path))
-        self.assertEqual((0, b"", f"Wrote {path}\n"),
-                         (done.returncode, done.stderr, done.stdout.decode()))
+        self.assertEqual((0, f"Wrote {path}\n"), (done.returncode, done.stdout.decode()))
         self.assertEqual(path.name, next(iter(self.folder.glob("*" + path.suffix))).name)
-        return path
+        return path, done.stderr.decode()
+
+    def words_of_missing(self, adapter):
+        """What the picture says of an adapter that is none; the command says so too, in one line."""
+        path, errors = self.draw_and_read_errors("card.pdf", "--adapter", adapter)
+        self.assertIn(f'no adapter is called "{adapter}"', errors)
+        self.assertEqual(1, errors.count("\n"))
+        words = pdf_words(path)
+        path.unlink()
+        return words
 
     def words(self, *arguments):
         path = self.draw("card.pdf", *arguments)
@@ -106,18 +119,18 @@ class FiguresTest(RenderTest):
 
     def test_an_adapter_that_is_gone_shows_nothing_of_another(self):
         self.make_two_adapters()
-        words = self.words("--adapter", "gone")
+        words = self.words_of_missing("gone")
         self.assertIn("gone", words)
-        self.assertIn("not", words)
+        self.assertIn("present", " ".join(words))
         self.assert_nothing_of(words, "eth", "192.0.2.", "198.51.100.", "0a:00:")
-        absent = self.draw("card.svg", "--adapter", "gone").read_bytes()
+        absent = self.draw_and_read_errors("card.svg", "--adapter", "gone")[0].read_bytes()
         for adapter in ("eth0", "eth1"):
             self.assertNotEqual(absent, self.draw("card.svg", "--adapter", adapter).read_bytes())
 
     def test_a_link_that_is_no_adapter_is_not_shown_either(self):
         self.make_two_adapters()
         ip("addr add 203.0.113.9/24 dev peer0")
-        self.assert_nothing_of(self.words("--adapter", "peer0"), "203.0.113.", "192.0.2.", "0a:00:")
+        self.assert_nothing_of(self.words_of_missing("peer0"), "203.0.113.", "192.0.2.", "0a:00:")
 
     def test_an_adapter_without_an_address(self):
         ip("link add eth0 address 0a:00:00:00:00:07 type veth peer name peer0")
