@@ -54,8 +54,10 @@ std::unique_ptr<NetworkNamespace> NetworkNamespace::enter() {
 }
 
 NetworkNamespace::~NetworkNamespace() {
-  const bool isBack =
-      setns(network_, CLONE_NEWNET) == 0 && setns(mounts_, CLONE_NEWNS) == 0 && root_.goBack();
+  // A joined thread still shares the root and working folder for a moment, and whoever shares them
+  // may not change its mounts; a copy of one's own does not have to wait for it.
+  const bool isBack = setns(network_, CLONE_NEWNET) == 0 && unshare(CLONE_FS) == 0 &&
+                      setns(mounts_, CLONE_NEWNS) == 0 && root_.goBack();
   close(network_);
   close(mounts_);
   if (!isBack) {
