@@ -1,0 +1,61 @@
+// The seam to the user's stored settings: suites of typed values under text keys.
+//
+// Linux side: `SqliteUserDefaults`, one database a suite. Fake: `FakeUserDefaults`. Both pass the
+// same contract tests.
+#pragma once
+
+#include <expected>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "Support/PropertyListValue.h"
+
+namespace lanternfold {
+
+/// Why a suite could not be brought to the disk: a sentence for the user, with what to do.
+struct UserDefaultsError {
+  std::string sentence;
+  friend bool operator==(const UserDefaultsError&, const UserDefaultsError&) = default;
+};
+
+/// One suite. Any thread; any number of processes at once: what another one has set is seen by the
+/// next look, and no update of either is lost. Calls may block for the disk, for another process no
+/// longer than a second. Values are strings, integers, dates, data and dictionaries of these (to
+/// `deepestUserDefaultsValue` levels); setting another kind stops the program.
+class UserDefaults {
+ public:
+  virtual ~UserDefaults() = default;
+
+  /// The value under `key`; none when there is none or it cannot be read.
+  [[nodiscard]] virtual std::optional<PropertyListValue> object(std::string_view key) const = 0;
+
+  /// Stores `value` in the place of an earlier one. What the disk does not take is kept in memory,
+  /// seen by this suite's own looks, and tried again by `synchronize`.
+  virtual void set(std::string_view key, PropertyListValue value) = 0;
+
+  /// Forgets the value under `key`, if there is one.
+  virtual void remove(std::string_view key) = 0;
+
+  /// Waits until everything that was set or removed is on the disk.
+  [[nodiscard]] virtual std::expected<void, UserDefaultsError> synchronize() = 0;
+};
+
+inline constexpr int deepestUserDefaultsValue = 8;
+
+/// Opens suites; any thread.
+class UserDefaultsSuites {
+ public:
+  virtual ~UserDefaultsSuites() = default;
+
+  /// The suite of the program without a group; never null: a database that cannot be opened leaves
+  /// it in memory, which `synchronize` reports.
+  [[nodiscard]] virtual std::shared_ptr<UserDefaults> standard() = 0;
+
+  /// The suite of an application group; null when it cannot be opened or `name` is none
+  /// (`isGroupIdentifier`).
+  [[nodiscard]] virtual std::shared_ptr<UserDefaults> suite(std::string_view name) = 0;
+};
+
+}  // namespace lanternfold
