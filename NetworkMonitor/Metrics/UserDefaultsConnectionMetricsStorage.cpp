@@ -22,7 +22,8 @@ struct EntryKey {
 std::optional<EntryKey> entryKey(std::string_view text) {
   const std::size_t slash = text.find('/');
   if (slash == std::string_view::npos || slash + 1 == text.size()) return std::nullopt;
-  const std::string_view prefix = text.substr(0, slash);
+  std::string_view prefix = text.substr(0, slash);
+  if (prefix.starts_with('+')) prefix.remove_prefix(1);  // std::from_chars does not take it
   std::int64_t rawValue = 0;
   const char* const end = prefix.data() + prefix.size();
   const auto [parsedTo, error] = std::from_chars(prefix.data(), end, rawValue);
