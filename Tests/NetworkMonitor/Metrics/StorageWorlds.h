@@ -3,6 +3,8 @@
 
 #include <memory>
 
+#include <gtest/gtest.h>
+
 #include "NetworkMonitor/Metrics/FileConnectionMetricsStorage.h"
 #include "NetworkMonitor/Metrics/InMemoryConnectionMetricsStorage.h"
 #include "NetworkMonitor/Metrics/UserDefaultsConnectionMetricsStorage.h"
