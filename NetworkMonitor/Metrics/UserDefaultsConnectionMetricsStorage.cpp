@@ -104,6 +104,16 @@ std::optional<ConnectionMetrics> UserDefaultsConnectionMetricsStorage::metrics(
   return metricsIn(decoded(userDefaults_->object(dataKey), isWanted), interfaceName, type);
 }
 
+ConnectionMetricsStorage::Remembered UserDefaultsConnectionMetricsStorage::remembered(
+    std::string_view interfaceName) {
+  const auto date = lastRegisterDate();
+  const auto isWanted = [&](const EntryKey& key) { return key.interfaceName == interfaceName; };
+  const ConnectionMetricsData data = decoded(userDefaults_->object(dataKey), isWanted);
+  return {.lastRegisterDate = date,
+          .original = metricsIn(data, interfaceName, ConnectionMetricsType::original),
+          .adjusted = metricsIn(data, interfaceName, ConnectionMetricsType::adjusted)};
+}
+
 ConnectionMetricsMap UserDefaultsConnectionMetricsStorage::allMetrics(ConnectionMetricsType type) {
   const auto isWanted = [type](const EntryKey& key) { return key.type == type; };
   return allMetricsIn(decoded(userDefaults_->object(dataKey), isWanted), type);

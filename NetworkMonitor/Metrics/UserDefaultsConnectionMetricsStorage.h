@@ -42,6 +42,8 @@ class UserDefaultsConnectionMetricsStorage final : public ConnectionMetricsPersi
                        ConnectionMetricsType type) override;
   [[nodiscard]] std::optional<ConnectionMetrics> metrics(std::string_view interfaceName,
                                                          ConnectionMetricsType type) override;
+  /// Reads the dictionary once.
+  [[nodiscard]] Remembered remembered(std::string_view interfaceName) override;
   [[nodiscard]] ConnectionMetricsMap allMetrics(ConnectionMetricsType type) override;
   void reset() override;
   /// Brings the suite to the disk.
