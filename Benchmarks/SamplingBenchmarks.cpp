@@ -114,6 +114,11 @@ void setDictionary(benchmark::State& state, RecordingProgram& program, std::size
   }
 }
 
+/// Many short runs: a disk that others use too is quiet for a moment only.
+void waitForDisk(benchmark::internal::Benchmark* benchmark) {
+  benchmark->Iterations(20)->Repetitions(20);
+}
+
 void add(RecordingProgram& program, std::size_t count) {
   const auto addTimed = [&](const std::string& work, std::function<void(benchmark::State&)> run) {
     return addBenchmark(work + "/" + std::to_string(count), std::move(run))
@@ -126,18 +131,22 @@ void add(RecordingProgram& program, std::size_t count) {
   addTimed("step-memory-read", [&program, count](auto& state) { read(state, program, count); });
   addTimed("step-file", [&program, count](auto& state) {
     step(state, program, program.fileStorage("locked"), count);
-  });
+  })->Apply(waitForDisk);
   addTimed("step-file-unlocked", [&program, count](auto& state) {
     step(state, program, std::make_shared<UnlockedStorage>(program.fileStorage("unlocked")), count);
-  });
-  addTimed("step-file-lock", [&program](auto& state) { lockAndUnlock(state, program); });
-  addTimed("step-file-replace",
-           [&program, count](auto& state) { replaceFile(state, program, count); });
+  })->Apply(waitForDisk);
+  addTimed("step-file-lock", [&program](auto& state) {
+    lockAndUnlock(state, program);
+  })->Apply(waitForDisk);
+  addTimed("step-file-replace", [&program, count](auto& state) {
+    replaceFile(state, program, count);
+  })->Apply(waitForDisk);
   auto* const inDefaults = addTimed(
       "step-defaults", [&program, count](auto& state) { stepInDefaults(state, program, count); });
   if (count > mostInterfacesTimedOften) inDefaults->Iterations(1)->Repetitions(1);
-  addTimed("step-defaults-set",
-           [&program, count](auto& state) { setDictionary(state, program, count); });
+  addTimed("step-defaults-set", [&program, count](auto& state) {
+    setDictionary(state, program, count);
+  })->Apply(waitForDisk);
 }
 
 std::vector<RatioTable::Row> rowsOf(std::size_t count) {
