@@ -3,7 +3,10 @@
 #include <cstdio>
 
 #include "CommandLine/DataFolders.h"
+#include "CommandLine/FileSoleRecorder.h"
 #include "CommandLine/LinuxMainLoop.h"
+#include "PlatformLinux/Defaults/DataDirectory.h"
+#include "PlatformLinux/Defaults/LinuxGroupContainer.h"
 #include "PlatformLinux/System/AsioDispatch.h"
 #include "PlatformLinux/System/EventLoop.h"
 #include "PlatformLinux/System/GettextStringTable.h"
@@ -13,6 +16,7 @@
 #include "PlatformLinux/System/LinuxNetworkKernel.h"
 #include "PlatformLinux/System/LinuxPathMonitor.h"
 #include "PlatformLinux/System/LinuxResolverConfiguration.h"
+#include "PlatformLinux/System/PosixFileSystem.h"
 #include "PlatformLinux/System/StreamDiagnosticLog.h"
 #include "PlatformLinux/System/SystemClock.h"
 #include "PlatformLinux/System/UdevHardwareDatabase.h"
@@ -21,8 +25,9 @@ namespace lanternfold {
 
 // In the order of construction: what listens to the event loop goes before the loop does.
 struct LinuxMachine::Parts {
-  explicit Parts(DiagnosticsTarget target)
-      : diagnostics(target == DiagnosticsTarget::standardError ? stderr : stdout) {}
+  explicit Parts(const MachineOptions& options)
+      : diagnostics(options.diagnostics == DiagnosticsTarget::standardError ? stderr : stdout),
+        dataDirectory(options.dataFolder) {}
 
   StreamDiagnosticLog diagnostics;
   SystemClock clock;
@@ -36,6 +41,10 @@ struct LinuxMachine::Parts {
   LinuxNetworkConfiguration networkConfiguration{hardwareDatabase};
   LinuxInterfaceNaming interfaceNaming;
   LinuxPathMonitorFactory pathMonitors{eventLoop};
+  PosixFileSystem fileSystem;
+  DataDirectory dataDirectory;
+  LinuxGroupContainer groupContainer{dataDirectory, diagnostics};
+  FileSoleRecorder soleRecorder;
   Machine machine{.platform = {.kernel = kernel,
                                .resolverConfiguration = resolverConfiguration,
                                .networkConfiguration = networkConfiguration,
@@ -44,14 +53,17 @@ struct LinuxMachine::Parts {
                                .dispatch = dispatch,
                                .clock = clock,
                                .strings = strings,
-                               .diagnostics = diagnostics},
+                               .diagnostics = diagnostics,
+                               .fileSystem = fileSystem,
+                               .groupContainer = groupContainer},
                   .metricsReader = std::make_shared<LinuxConnectionMetricsReader>(),
+                  .soleRecorder = soleRecorder,
                   .mainLoop = mainLoop,
                   .assets = assetsFolder()};
 };
 
-LinuxMachine::LinuxMachine(DiagnosticsTarget diagnostics)
-    : parts_(std::make_unique<Parts>(diagnostics)) {}
+LinuxMachine::LinuxMachine(const MachineOptions& options)
+    : parts_(std::make_unique<Parts>(options)) {}
 
 LinuxMachine::~LinuxMachine() = default;
 

@@ -7,6 +7,8 @@
 #include "Platform/Clock.h"
 #include "Platform/DiagnosticLog.h"
 #include "Platform/Dispatch.h"
+#include "Platform/FileSystem.h"
+#include "Platform/GroupContainer.h"
 #include "Platform/InterfaceNaming.h"
 #include "Platform/NetworkConfiguration.h"
 #include "Platform/NetworkKernel.h"
@@ -27,6 +29,8 @@ struct Platform {
   const Clock& clock;
   const StringTable& strings;
   DiagnosticLog& diagnostics;
+  FileSystem& fileSystem;
+  GroupContainer& groupContainer;
 };
 
 }  // namespace lanternfold

@@ -28,7 +28,7 @@ class FormatFixtures : public testing::Test {
     std::ostringstream output;
     std::ostringstream errors;
     EXPECT_EQ(runProgram(arguments, {.output = output, .errors = errors},
-                         [this](DiagnosticsTarget) -> const Machine& { return fake_.machine; }),
+                         [this](const MachineOptions&) -> const Machine& { return fake_.machine; }),
               ExitStatus::done);
     return output.str();
   }

@@ -29,7 +29,8 @@ class BadInputTest(NamespaceTest):
         picture = str(self.folder / "picture.png")
         return [("interfaces",), ("interfaces", "--json"), ("interfaces", "--prefix", "en"),
                 ("state",), ("state", "--json"), ("state", "--watch", "--json"),
-                ("state", "--watch"), ("render", "NetworkAdapterWidget", "-o", picture)]
+                ("state", "--watch"), ("record", "--once"), ("record", "--once", "--json"),
+                ("render", "NetworkAdapterWidget", "-o", picture)]
 
     def assert_fails_in_one_line(self, done, *words):
         errors = done.stderr.decode()
@@ -41,11 +42,12 @@ class BadInputTest(NamespaceTest):
 
     def assert_answers(self, **options):
         """The list is the ordinary one, and the picture is whole."""
+        data = ["--data-dir", str(self.folder / "data")]
         self.assertEqual(expected.interfaces({"en0"}), json_of("interfaces", "--json", **options))
-        state = json_of("state", "--json", **options)
+        state = json_of("state", "--json", *data, **options)
         self.assertEqual(["en0"], [each["name"] for each in state["state"]["others"]])
         picture = self.folder / "answer.png"
-        done = run("render", "NetworkAdapterWidget", "-o", str(picture), **options)
+        done = run("render", "NetworkAdapterWidget", "-o", str(picture), *data, **options)
         self.assertEqual((0, b""), (done.returncode, done.stderr))
         self.assert_whole_png(picture)
 
@@ -125,7 +127,7 @@ class SurroundingsTest(BadInputTest):
             self.assertEqual((0, usual), (done.returncode, done.stdout), setting[:40])
             picture = self.folder / "picture.png"
             done = run("render", "NetworkAdapterWidget", "--show-timestamp", "-o", str(picture),
-                       env={name: value})
+                       "--data-dir", str(self.folder / "data"), env={name: value})
             self.assertEqual(0, done.returncode, setting[:40])
             self.assert_whole_png(picture)
 
