@@ -41,6 +41,13 @@ class RecordTest(NamespaceTest):
     def assert_kernels_counters(self, counters):
         self.assertEqual(kernel_bytes("en0"), (counters["sentBytes"], counters["recvBytes"]))
 
+    def give_folders_to_nobody(self):
+        """The program as nobody runs it, with a data folder of its own."""
+        program = install(self.folder)
+        for folder in (self.data.path, self.data.path / "groups", self.data.group):
+            os.chown(folder, AS_NOBODY["user"], AS_NOBODY["group"])
+        return program
+
     def state(self, *arguments, **options):
         """The counters of en0 as `state` shows them, and what it says on standard error."""
         done = run("state", "--json", *self.data.options(), *arguments, **options)
@@ -264,35 +271,59 @@ class FileInTheWayTest(RecordTest):
         self.assert_kernels_counters(metrics)
         self.assertIn(NOT_RECORDED, errors)
 
-    def test_a_file_and_a_folder_of_another_user(self):
-        """As nobody, in a folder of root's: nothing can be read, nothing can be saved."""
-        program = install(self.folder)
+    def test_a_file_that_may_not_be_read(self):
+        """Of root's, in a folder of nobody's: it is replaced."""
+        program = self.give_folders_to_nobody()
         self.data.file.write_text("[0,{},1,{}]")
         self.data.file.chmod(0o600)
-        for folder in (self.data.path, self.data.path / "groups", self.data.group):
-            folder.chmod(0o755)
         done = self.data.once(program=program, **AS_NOBODY)
-        self.assertEqual((1, b""), (done.returncode, done.stdout))
-        self.assertIn("Permission denied", done.stderr.decode())
+        self.assertEqual((0, ["Permission denied"]),
+                         (done.returncode, self.restoring_failed(done)))
+        self.assert_kernels_counters(json.loads(done.stdout)["en0"])
+        self.assertEqual(json.loads(done.stdout), self.data.recorded())
+
+    def test_a_folder_that_may_not_be_written(self):
+        program = self.give_folders_to_nobody()
+        self.data.group.chmod(0o500)
+        done = self.data.once(program=program, **AS_NOBODY)
+        self.assertEqual((1, b"", 1), (done.returncode, done.stdout, len(done.stderr.splitlines())))
+        self.assertIn("see whether its folder is there and can be written to",
+                      done.stderr.decode())
         metrics, errors = self.state(program=program, **AS_NOBODY)
         self.assert_kernels_counters(metrics)
-        self.assertIn(NOT_RECORDED, errors)
+        self.assertTrue(errors.startswith(NOT_RECORDED), errors)
         done = run("record", *self.data.options(), program=program, **AS_NOBODY)
-        self.assertEqual((1, 1), (done.returncode, len(done.stderr.splitlines())))
+        self.assertEqual((1, b"", 1), (done.returncode, done.stdout, len(done.stderr.splitlines())))
+
+    def test_a_folder_of_another_user(self):
+        program = install(self.folder)
+        self.data.path.chmod(0o755)
+        done = self.data.once(program=program, **AS_NOBODY)
+        self.assertEqual((1, b"", 2), (done.returncode, done.stdout, len(done.stderr.splitlines())))
+        self.assertIn("belongs to another user", done.stderr.decode())
+        metrics, errors = self.state(program=program, **AS_NOBODY)
+        self.assert_kernels_counters(metrics)
+        self.assertIn("belongs to another user", errors)
+        self.assertIn(NOT_RECORDED, errors)
 
 
 class NoPlaceTest(RecordTest):
     def test_a_data_folder_that_cannot_be_made(self):
         (self.folder / "file").write_text("")
         options = ["--data-dir", str(self.folder / "file" / "data")]
+        reason = f'cannot make the folder "{self.folder / "file" / "data"}": Not a directory; '
         for arguments in ((), ("--json",), ("--once",), ("--once", "--json")):
             done = run("record", *arguments, *options)
-            self.assertEqual((1, b"", 1), (done.returncode, done.stdout,
-                                           len(done.stderr.splitlines())), done.stderr)
-            self.assertIn(b"--data-dir", done.stderr)
+            said, errors = done.stdout.decode(), done.stderr.decode()
+            self.assertEqual(1, done.returncode)
+            self.assertTrue((errors if "--json" in arguments else said).startswith(reason))
+            self.assertTrue(errors.endswith("there is no folder to keep it in; choose one with "
+                                            "--data-dir\n"), errors)
         done = run("state", "--json", *options)
-        self.assertEqual((0, 1), (done.returncode, len(done.stderr.splitlines())), done.stderr)
-        self.assertTrue(done.stderr.decode().startswith(NOT_RECORDED), done.stderr)
+        lines = done.stderr.decode().splitlines()
+        self.assertEqual((0, 2), (done.returncode, len(lines)), lines)
+        self.assertTrue(lines[0].startswith(reason), lines)
+        self.assertTrue(lines[1].startswith(NOT_RECORDED), lines)
         self.assert_kernels_counters(json.loads(done.stdout)["state"]["others"][0]["metrics"])
         picture = self.folder / "picture.svg"
         done = run("render", "NetworkAdapterWidget", "-o", str(picture), *options)
@@ -324,8 +355,11 @@ class NoPlaceTest(RecordTest):
             recorder.wait_for_lines(1, seconds=10)
             self.data.file.unlink()
             self.data.file.mkdir()
-            errors = recorder.wait_for_lines(1, seconds=10, lines=recorder.errors)
-            self.assertTrue(errors[0].startswith("Failed to save storage: "), errors)
+            errors = recorder.wait_for_lines(3, seconds=10, lines=recorder.errors)
+            self.assertEqual(f"Failed to restore from file: {self.data.file} - Is a directory",
+                             errors[0], "said once")
+            self.assertEqual({f"Failed to save storage: {self.data.file} could not be written: "
+                              "Is a directory"}, set(errors[1:]))
             before = len(recorder.lines)
             self.data.file.rmdir()
             recorder.wait_for_lines(before + 1, seconds=10)
@@ -344,7 +378,7 @@ class LockInTheWayTest(RecordTest):
         self.assertFalse(self.data.lock.exists())
 
     def test_text_is_no_lock(self):
-        for contents in (b"", b"text", b"12:30", b"\xff\xfe", b"9e999999", b" " * 1000):
+        for contents in (b"", b"text", b"12:30", b"\xff\xfe", b"nan", b" " * 1000):
             self.data.lock.write_bytes(contents)
             self.assert_free()
 
@@ -387,13 +421,13 @@ class LockInTheWayTest(RecordTest):
         self.assert_kernels_counters(self.state()[0])
 
     def test_no_permission(self):
-        """As nobody, who may read the file but neither the lock nor the folder."""
-        program = install(self.folder)
+        """A lock of root's in a folder that nobody may only look into: it cannot be read, so it is
+        none, and it cannot be replaced."""
+        program = self.give_folders_to_nobody()
         write_lock(self.data.lock, 3600)
         self.data.lock.chmod(0)
         self.data.file.chmod(0o644)
-        for folder in (self.data.path, self.data.path / "groups", self.data.group):
-            folder.chmod(0o755)
+        self.data.group.chmod(0o500)
         done = self.data.once(program=program, **AS_NOBODY)
         self.assertEqual((1, b"", 1), (done.returncode, done.stdout, len(done.stderr.splitlines())))
         self.assertIn("Permission denied", done.stderr.decode())

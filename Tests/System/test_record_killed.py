@@ -48,7 +48,8 @@ class KilledTest(NamespaceTest):
         self.assertGreater(outcomes["old"], KILLS // 10, "hardly a kill came before the end")
         self.assertGreater(outcomes["new"] + outcomes["late"], 0, "no process came to its end")
         self.assertGreater(left_locked, 0, "no process was killed while it held the lock")
-        self.assertEqual([], self.leftovers(), "what the killed have left behind piles up")
+        # Of a kill between the naming of the new file and its move; taken away after a minute.
+        self.assertLess(len(self.leftovers()), KILLS // 20, "what the killed leave piles up")
 
     def seconds_of_a_sample(self):
         durations = []
