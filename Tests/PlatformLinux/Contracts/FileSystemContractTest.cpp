@@ -3,6 +3,8 @@
 
 #include "PlatformLinux/System/PosixFileSystem.h"
 #include "Tests/PlatformLinux/TemporaryFolder.h"
+#include "Tests/Support/FakeFileSystem.h"
+#include "Tests/Support/SimulatedClock.h"
 
 namespace lanternfold {
 namespace {
@@ -14,10 +16,25 @@ class PosixWorld {
   [[nodiscard]] FileSystem& files() { return files_; }
   [[nodiscard]] std::filesystem::path folder() const { return folder_.path(); }
   void makeFolder(const std::filesystem::path& path) { std::filesystem::create_directory(path); }
+  void makePipe(const std::filesystem::path& path) { ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0); }
 
  private:
   TemporaryFolder folder_;
   PosixFileSystem files_;
+};
+
+class FakeWorld {
+ public:
+  FakeWorld() { files_.makeFolder(folder()); }
+
+  [[nodiscard]] FileSystem& files() { return files_; }
+  [[nodiscard]] std::filesystem::path folder() const { return "/data"; }
+  void makeFolder(const std::filesystem::path& path) { files_.makeFolder(path); }
+  void makePipe(const std::filesystem::path& path) { files_.putSpecialFile(path); }
+
+ private:
+  SimulatedClock clock_;
+  FakeFileSystem files_{clock_};
 };
 
 template <typename World>
@@ -31,6 +48,7 @@ class FileSystemContract : public testing::Test {
   }
   /// The folder that stands in the place of the file.
   void putFolder() { world_.makeFolder(file()); }
+  void putPipe() { world_.makePipe(file()); }
 
   World world_;
 };
@@ -43,7 +61,7 @@ class WorldNames {
   }
 };
 
-using Worlds = testing::Types<PosixWorld>;
+using Worlds = testing::Types<PosixWorld, FakeWorld>;
 TYPED_TEST_SUITE(FileSystemContract, Worlds, WorldNames);
 
 TYPED_TEST(FileSystemContract, WhatWasReplacedIsReadBack) {
@@ -128,6 +146,29 @@ TYPED_TEST(FileSystemContract, AFolderInThePlaceOfTheFileStays) {
   EXPECT_EQ(this->files().overwriteFile(this->file(), "x").error(), isFolder);
   EXPECT_EQ(this->files().removeFile(this->file()).error(), isFolder);
   EXPECT_TRUE(this->files().attributes(this->file()));
+}
+
+TYPED_TEST(FileSystemContract, APipeInThePlaceOfTheFileIsNeverWaitedForAndStays) {
+  this->putPipe();
+  const auto invalid = std::errc::invalid_argument;
+  EXPECT_TRUE(this->files().attributes(this->file()));
+  EXPECT_EQ(this->files().readFile(this->file(), largest).error(), invalid);
+  EXPECT_EQ(this->files().replaceFile(this->file(), "x").error(), invalid);
+  EXPECT_EQ(this->files().createEmptyFile(this->file()).error(), invalid);
+  EXPECT_EQ(this->files().overwriteFile(this->file(), "x").error(), invalid);
+  EXPECT_TRUE(this->files().removeFile(this->file()));
+}
+
+TYPED_TEST(FileSystemContract, AFileInThePlaceOfAFolderIsNotADirectory) {
+  ASSERT_TRUE(this->files().replaceFile(this->file(), "x"));
+  const auto inside = this->file() / "b.json";
+  const auto notFolder = std::errc::not_a_directory;
+  EXPECT_EQ(this->files().attributes(inside).error(), notFolder);
+  EXPECT_EQ(this->files().readFile(inside, largest).error(), notFolder);
+  EXPECT_EQ(this->files().replaceFile(inside, "x").error(), notFolder);
+  EXPECT_EQ(this->files().createEmptyFile(inside).error(), notFolder);
+  EXPECT_EQ(this->files().overwriteFile(inside, "x").error(), notFolder);
+  EXPECT_EQ(this->files().removeFile(inside).error(), notFolder);
 }
 
 }  // namespace

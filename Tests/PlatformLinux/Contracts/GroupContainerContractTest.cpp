@@ -1,7 +1,9 @@
 // What every side of the group-container seam promises.
 #include "PlatformLinux/Defaults/LinuxGroupContainer.h"
 #include "Tests/PlatformLinux/TemporaryFolder.h"
+#include "Tests/Support/FakeGroupContainer.h"
 #include "Tests/Support/RecordingDiagnosticLog.h"
+#include "Tests/Support/SimulatedClock.h"
 
 namespace lanternfold {
 namespace {
@@ -15,6 +17,16 @@ class LinuxWorld {
   DataDirectory directory_{folder_ / "data"};
   RecordingDiagnosticLog log_;
   LinuxGroupContainer container_{directory_, log_};
+};
+
+class FakeWorld {
+ public:
+  [[nodiscard]] GroupContainer& container() { return container_; }
+
+ private:
+  SimulatedClock clock_;
+  FakeFileSystem disk_{clock_};
+  FakeGroupContainer container_{disk_};
 };
 
 template <typename World>
@@ -33,7 +45,7 @@ class WorldNames {
   }
 };
 
-using Worlds = testing::Types<LinuxWorld>;
+using Worlds = testing::Types<LinuxWorld, FakeWorld>;
 TYPED_TEST_SUITE(GroupContainerContract, Worlds, WorldNames);
 
 TYPED_TEST(GroupContainerContract, AGroupHasOneFolder) {

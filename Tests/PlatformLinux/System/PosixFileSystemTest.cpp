@@ -74,16 +74,6 @@ TEST_F(PosixFileSystemTest, ALoopOfLinksIsAnError) {
   EXPECT_EQ(folder_.names(), (Names{"a.json", "b.json"}));
 }
 
-TEST_F(PosixFileSystemTest, APipeIsNeverWaitedFor) {
-  ASSERT_EQ(::mkfifo(file().c_str(), 0600), 0);
-  const auto invalid = std::errc::invalid_argument;
-  EXPECT_EQ(files_.readFile(file(), largest).error(), invalid);
-  EXPECT_EQ(files_.replaceFile(file(), "x").error(), invalid);
-  EXPECT_EQ(files_.createEmptyFile(file()).error(), invalid);
-  EXPECT_EQ(files_.overwriteFile(file(), "x").error(), invalid);
-  EXPECT_TRUE(fs::is_fifo(file()));
-}
-
 TEST_F(PosixFileSystemTest, ASocketAndADeviceAreInvalid) {
   sockaddr_un address{.sun_family = AF_UNIX};
   file().native().copy(&address.sun_path[0], sizeof address.sun_path - 1);
