@@ -110,8 +110,9 @@ void addRecord(CLI::App& app, Choice& choice) {
                     "by interface");
   command
       ->add_option("--interval", options->intervalSeconds,
-                   "Seconds between the samples until it is known how busy the network is: from "
-                   "then on 120 when idle, 60, 30, and 15 when very busy; default 120")
+                   "Seconds between the samples to begin with, 1 to 86400; default 120. From the "
+                   "first change of the traffic's class on: 120 when it is idle, 60 when low, 30 "
+                   "when high, 15 when very high")
       ->option_text("SECONDS");
   addDataOptions(*command, *data);
   command->callback([options, data, &choice] { choice = chooseRecord(*options, *data); });

@@ -7,6 +7,7 @@
 #include "CommandLine/LinuxMainLoop.h"
 #include "PlatformLinux/Defaults/DataDirectory.h"
 #include "PlatformLinux/Defaults/LinuxGroupContainer.h"
+#include "PlatformLinux/Defaults/SqliteUserDefaults.h"
 #include "PlatformLinux/System/AsioDispatch.h"
 #include "PlatformLinux/System/EventLoop.h"
 #include "PlatformLinux/System/GettextStringTable.h"
@@ -23,7 +24,8 @@
 
 namespace lanternfold {
 
-// In the order of construction: what listens to the event loop goes before the loop does.
+// In the order of construction: what listens to the event loop goes before the loop does, and the
+// queues, which finish the works that are running, before what those use.
 struct LinuxMachine::Parts {
   explicit Parts(const MachineOptions& options)
       : diagnostics(options.diagnostics == DiagnosticsTarget::standardError ? stderr : stdout),
@@ -32,19 +34,20 @@ struct LinuxMachine::Parts {
   StreamDiagnosticLog diagnostics;
   SystemClock clock;
   GettextStringTable strings{"lanternfold", translationsFolder()};
+  LinuxNetworkKernel kernel;
+  PosixFileSystem fileSystem;
+  DataDirectory dataDirectory;
+  LinuxGroupContainer groupContainer{dataDirectory, diagnostics};
+  SqliteUserDefaultsSuites userDefaults{dataDirectory, diagnostics};
+  FileSoleRecorder soleRecorder;
   EventLoop eventLoop;
   AsioDispatch dispatch{eventLoop};
   LinuxMainLoop mainLoop{eventLoop, dispatch};
-  LinuxNetworkKernel kernel;
   LinuxResolverConfiguration resolverConfiguration;
   UdevHardwareDatabase hardwareDatabase;
   LinuxNetworkConfiguration networkConfiguration{hardwareDatabase};
   LinuxInterfaceNaming interfaceNaming;
   LinuxPathMonitorFactory pathMonitors{eventLoop};
-  PosixFileSystem fileSystem;
-  DataDirectory dataDirectory;
-  LinuxGroupContainer groupContainer{dataDirectory, diagnostics};
-  FileSoleRecorder soleRecorder;
   Machine machine{.platform = {.kernel = kernel,
                                .resolverConfiguration = resolverConfiguration,
                                .networkConfiguration = networkConfiguration,
@@ -55,6 +58,7 @@ struct LinuxMachine::Parts {
                                .strings = strings,
                                .diagnostics = diagnostics,
                                .fileSystem = fileSystem,
+                               .userDefaults = userDefaults,
                                .groupContainer = groupContainer},
                   .metricsReader = std::make_shared<LinuxConnectionMetricsReader>(),
                   .soleRecorder = soleRecorder,

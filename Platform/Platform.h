@@ -15,6 +15,7 @@
 #include "Platform/PathMonitor.h"
 #include "Platform/ResolverConfiguration.h"
 #include "Platform/StringTable.h"
+#include "Platform/UserDefaults.h"
 
 namespace lanternfold {
 
@@ -30,6 +31,7 @@ struct Platform {
   const StringTable& strings;
   DiagnosticLog& diagnostics;
   FileSystem& fileSystem;
+  UserDefaultsSuites& userDefaults;
   GroupContainer& groupContainer;
 };
 

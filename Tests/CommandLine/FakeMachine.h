@@ -17,6 +17,7 @@
 #include "Tests/Support/FakePathMonitor.h"
 #include "Tests/Support/FakeResolverConfiguration.h"
 #include "Tests/Support/FakeStringTable.h"
+#include "Tests/Support/FakeUserDefaults.h"
 #include "Tests/Support/RecordingDiagnosticLog.h"
 #include "Tests/Support/SimulatedClock.h"
 #include "Tests/Support/SimulatedDispatch.h"
@@ -84,6 +85,7 @@ class FakeMachine {
   FakeStringTable strings;
   RecordingDiagnosticLog diagnostics;
   FakeFileSystem fileSystem{clock};
+  FakeUserDefaultsSuites userDefaults;
   FakeGroupContainer groupContainer{fileSystem};
   FakeSoleRecorder soleRecorder;
   SimulatedMainLoop mainLoop{dispatch};
@@ -97,6 +99,7 @@ class FakeMachine {
                                .strings = strings,
                                .diagnostics = diagnostics,
                                .fileSystem = fileSystem,
+                               .userDefaults = userDefaults,
                                .groupContainer = groupContainer},
                   .metricsReader = std::make_shared<WideMetricsReader>(kernel),
                   .soleRecorder = soleRecorder,

@@ -44,6 +44,14 @@ TEST_F(FormatFixtures, StateJson) {
   EXPECT_EQ(written({"state", "--json"}), fixture("state.json"));
 }
 
+TEST_F(FormatFixtures, RecordOnceJson) {
+  EXPECT_EQ(written({"record", "--once", "--json"}), fixture("record-once.json"));
+}
+
+TEST_F(FormatFixtures, RecordJson) {
+  EXPECT_EQ(written({"record", "--json", "--interval", "86400"}), fixture("record.json"));
+}
+
 TEST_F(FormatFixtures, ConnectionMetricsJson) {
   const ConnectionMetrics metrics{.sentBytes = 2000,
                                   .recvBytes = 1'500'000,

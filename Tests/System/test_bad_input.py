@@ -29,8 +29,7 @@ class BadInputTest(NamespaceTest):
         picture = str(self.folder / "picture.png")
         return [("interfaces",), ("interfaces", "--json"), ("interfaces", "--prefix", "en"),
                 ("state",), ("state", "--json"), ("state", "--watch", "--json"),
-                ("state", "--watch"), ("record", "--once"), ("record", "--once", "--json"),
-                ("render", "NetworkAdapterWidget", "-o", picture)]
+                ("state", "--watch"), ("render", "NetworkAdapterWidget", "-o", picture)]
 
     def assert_fails_in_one_line(self, done, *words):
         errors = done.stderr.decode()
@@ -63,6 +62,19 @@ class RefusedTest(BadInputTest):
             done = run(*arguments, through=[REFUSE_NETLINK])
             self.assert_fails_in_one_line(done, "netlink")
             self.assertFalse((self.folder / "picture.png").exists())
+
+    def test_traffic_is_recorded_without_netlink(self):
+        data = ["--data-dir", str(self.folder / "data")]
+        shown = json_of("record", "--once", "--json", *data, through=[REFUSE_NETLINK])
+        self.assertEqual({"en0", "peer0", "lo"}, set(shown))
+
+    def test_recording_from_a_kernel_that_tells_nothing(self):
+        mount("none", "/proc", "tmpfs")
+        self.addCleanup(unmount, "/proc")
+        for arguments in (("record", "--once"), ("record", "--once", "--json")):
+            done = run(*arguments, "--data-dir", str(self.folder / "data"),
+                       through=[REFUSE_NETLINK])
+            self.assert_fails_in_one_line(done, "netlink")
 
     def test_a_placeholder_needs_no_kernel(self):
         picture = self.folder / "picture.png"
