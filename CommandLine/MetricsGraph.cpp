@@ -1,6 +1,7 @@
 #include "CommandLine/MetricsGraph.h"
 
 #include <utility>
+#include <variant>
 
 #include "NetworkMonitor/Metrics/StandardConnectionBandwidthAnalyzer.h"
 
@@ -42,6 +43,15 @@ std::shared_ptr<ConnectionMetricsRecorder> makeMetricsRecorder(
       {.dispatch = platform.dispatch,
        .clock = platform.clock,
        .diagnostics = platform.diagnostics});
+}
+
+std::string sampleFailure(const ConnectionMetricsError& error,
+                          const std::filesystem::path& folder) {
+  const auto* lock = std::get_if<LockError>(&error);
+  if (lock == nullptr || lock->value != LockError::Case::lockTimeout) return describe(error);
+  const std::string name = std::string("connection-metrics-storage_") + metricsStorageName;
+  return describe(error) + "; try again, and if that does not help remove " +
+         (folder / (name + ".lock")).string();
 }
 
 }  // namespace lanternfold

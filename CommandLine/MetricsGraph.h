@@ -27,4 +27,12 @@ inline constexpr const char* metricsStorageName = "default";
 [[nodiscard]] std::shared_ptr<ConnectionMetricsRecorder> makeMetricsRecorder(
     const Machine& machine, std::shared_ptr<ConnectionMetricsStorage> storage);
 
+/// A clause that says why a sample into the storage in `folder` failed, and what to do.
+[[nodiscard]] std::string sampleFailure(const ConnectionMetricsError& error,
+                                        const std::filesystem::path& folder);
+
+/// The clause about a folder that cannot be had; the container has said why.
+inline constexpr const char* noMetricsFolder =
+    "there is no folder to keep it in; choose one with --data-dir";
+
 }  // namespace lanternfold

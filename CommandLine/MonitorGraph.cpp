@@ -23,15 +23,17 @@ std::shared_ptr<PosixInterfaceResolver> makeResolver(
       platform.networkConfiguration, platform.strings);
 }
 
-/// Null when there is no folder to record into.
-std::shared_ptr<ConnectionMetricsReader> makeRecordedReader(
+/// None when there is no folder to record into.
+std::optional<RememberingMetricsReader::Recorded> makeRecordedReader(
     const Machine& machine, const std::optional<std::string>& appGroupId) {
   const auto folder = metricsFolder(machine, appGroupId);
-  if (!folder) return nullptr;
+  if (!folder) return std::nullopt;
   auto reader = std::make_shared<RecordedConnectionMetricsReader>(
       makeMetricsRecorder(machine, makeMetricsStorage(machine, *folder)));
   reader->setRecorderAutostartEnabled(false);
-  return reader;
+  return RememberingMetricsReader::Recorded{
+      .reader = std::move(reader),
+      .explain = [folder = *folder](const auto& error) { return sampleFailure(error, folder); }};
 }
 
 std::shared_ptr<InterfaceResolver> makeRememberingResolver(

@@ -2,21 +2,15 @@
 
 #include <utility>
 
+#include "CommandLine/MetricsGraph.h"
 #include "Support/FatalError.h"
 
 namespace lanternfold {
-namespace {
-
-ConnectionMetricsError noFolder() {
-  return MetricsSaveError{"there is no folder to keep it in; choose one with --data-dir"};
-}
-
-}  // namespace
 
 RememberingMetricsReader::RememberingMetricsReader(
-    std::shared_ptr<ConnectionMetricsReader> recordedReader,
-    std::shared_ptr<ConnectionMetricsReader> kernelReader, const Environment& environment)
-    : recordedReader_(std::move(recordedReader)),
+    std::optional<Recorded> recorded, std::shared_ptr<ConnectionMetricsReader> kernelReader,
+    const Environment& environment)
+    : recorded_(std::move(recorded)),
       kernelReader_(std::move(kernelReader)),
       environment_(environment) {
   if (kernelReader_->is32bitCapped()) {
@@ -41,12 +35,19 @@ void RememberingMetricsReader::beginWalk() {
 
 std::optional<ConnectionMetricsMap> RememberingMetricsReader::remembered() {
   if (nextSample_ && environment_.clock.steadyNow() < *nextSample_) return std::nullopt;
-  auto sample = recordedReader_ ? recordedReader_->read() : std::unexpected(noFolder());
+  auto sampled = sample();
   nextSample_ = environment_.clock.steadyNow() +
-                (sample ? std::chrono::nanoseconds(shortestPause) : pauseAfterFailure);
-  if (sample) return *std::move(sample);
-  reportOnce(describe(sample.error()));
+                (sampled ? std::chrono::nanoseconds(shortestPause) : pauseAfterFailure);
+  if (sampled) return *std::move(sampled);
+  reportOnce(sampled.error());
   return std::nullopt;
+}
+
+std::expected<ConnectionMetricsMap, std::string> RememberingMetricsReader::sample() {
+  if (!recorded_) return std::unexpected(noMetricsFolder);
+  auto read = recorded_->reader->read();
+  if (!read) return std::unexpected(recorded_->explain(read.error()));
+  return *std::move(read);
 }
 
 void RememberingMetricsReader::reportOnce(const std::string& reason) {

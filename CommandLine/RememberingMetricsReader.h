@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <expected>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -32,8 +33,17 @@ class RememberingMetricsReader final : public ConnectionMetricsReader {
     DiagnosticLog& diagnostics;
   };
 
-  /// `recordedReader` takes a sample at every read; null when there is no folder to keep one in.
-  RememberingMetricsReader(std::shared_ptr<ConnectionMetricsReader> recordedReader,
+  /// A clause that says why a sample failed and what to do.
+  using Explanation = std::function<std::string(const ConnectionMetricsError&)>;
+
+  /// Takes a sample at every read.
+  struct Recorded {
+    std::shared_ptr<ConnectionMetricsReader> reader;
+    Explanation explain;
+  };
+
+  /// `recorded` is none when there is no folder to keep a sample in.
+  RememberingMetricsReader(std::optional<Recorded> recorded,
                            std::shared_ptr<ConnectionMetricsReader> kernelReader,
                            const Environment& environment);
 
@@ -47,9 +57,10 @@ class RememberingMetricsReader final : public ConnectionMetricsReader {
 
  private:
   [[nodiscard]] std::optional<ConnectionMetricsMap> remembered();
+  [[nodiscard]] std::expected<ConnectionMetricsMap, std::string> sample();
   void reportOnce(const std::string& reason);
 
-  std::shared_ptr<ConnectionMetricsReader> recordedReader_;
+  std::optional<Recorded> recorded_;
   std::shared_ptr<ConnectionMetricsReader> kernelReader_;
   Environment environment_;
   std::mutex mutex_;

@@ -22,20 +22,12 @@ CommandFailure cannotRecord(const std::string& reason) {
   return workFailed("cannot record this machine's traffic: " + reason);
 }
 
-bool isTimeout(const ConnectionMetricsError& error) {
-  const auto* lock = std::get_if<LockError>(&error);
-  return lock != nullptr && lock->value == LockError::Case::lockTimeout;
-}
-
 CommandFailure failureOf(const ConnectionMetricsError& error, const Machine& machine,
                          const std::filesystem::path& folder) {
   if (std::holds_alternative<ConnectionMetricsReaderError>(error)) {
     if (const auto access = requireReadableKernel(machine); !access) return access.error();
   }
-  if (!isTimeout(error)) return cannotRecord(describe(error));
-  const std::string lock = "connection-metrics-storage_" + std::string(metricsStorageName);
-  return cannotRecord(describe(error) + "; try again, and if that does not help remove " +
-                      (folder / (lock + ".lock")).string());
+  return cannotRecord(sampleFailure(error, folder));
 }
 
 std::expected<void, CommandFailure> recordOnce(const RecordOptions& options, const Machine& machine,
@@ -172,9 +164,7 @@ std::expected<void, CommandFailure> checkRecordOptions(const RecordOptions& opti
 std::expected<void, CommandFailure> runRecord(const RecordOptions& options, const Machine& machine,
                                               const Console& console) {
   const auto folder = metricsFolder(machine, options.appGroupId);
-  if (!folder)
-    return std::unexpected(
-        cannotRecord("there is no folder to keep it in; choose one with --data-dir"));
+  if (!folder) return std::unexpected(cannotRecord(noMetricsFolder));
   return options.once ? recordOnce(options, machine, console, *folder)
                       : recordUntilInterrupted(options, machine, console, *folder);
 }

@@ -29,7 +29,7 @@ class RememberingMetricsReaderTest : public testing::Test {
   void failSamples(std::optional<ConnectionMetricsError> error) { recorded_->error = error; }
 
   /// Counts its samples, from 101 on.
-  struct Recorded final : ConnectionMetricsReader {
+  struct CountingReader final : ConnectionMetricsReader {
     std::optional<ConnectionMetricsError> error;
     int samples = 0;
 
@@ -45,9 +45,12 @@ class RememberingMetricsReaderTest : public testing::Test {
   RecordingDiagnosticLog diagnostics_;
   std::shared_ptr<FakeConnectionMetricsReader> kernel_ =
       std::make_shared<FakeConnectionMetricsReader>();
-  std::shared_ptr<Recorded> recorded_ = std::make_shared<Recorded>();
+  std::shared_ptr<CountingReader> recorded_ = std::make_shared<CountingReader>();
   RememberingMetricsReader reader_{
-      recorded_, kernel_, {.clock = clock_, .diagnostics = diagnostics_}};
+      RememberingMetricsReader::Recorded{
+          .reader = recorded_, .explain = [](const auto& error) { return describe(error); }},
+      kernel_,
+      {.clock = clock_, .diagnostics = diagnostics_}};
 };
 
 const ConnectionMetricsError diskFull = MetricsSaveError{"the disk is full; make room"};
@@ -105,7 +108,8 @@ TEST_F(RememberingMetricsReaderTest, FailsWhenTheKernelCannotBeAskedEither) {
 
 TEST_F(RememberingMetricsReaderTest, WithoutAFolderTheKernelsCountersAreShown) {
   kernel_->setCounters(received(7));
-  RememberingMetricsReader reader(nullptr, kernel_, {.clock = clock_, .diagnostics = diagnostics_});
+  RememberingMetricsReader reader(std::nullopt, kernel_,
+                                  {.clock = clock_, .diagnostics = diagnostics_});
   EXPECT_EQ(reader.read(), received(7));
   EXPECT_EQ(diagnostics_.lines(),
             std::vector<std::string>{"Traffic is shown but not recorded: there is no folder to "
@@ -122,7 +126,7 @@ TEST(RememberingMetricsReaderDeathTest, CountersThatWrapCannotStandIn) {
   const auto capped = std::make_shared<FakeConnectionMetricsReader>();
   capped->set32bitCapped(true);
   const auto build = [&] {
-    const RememberingMetricsReader reader(nullptr, capped,
+    const RememberingMetricsReader reader(std::nullopt, capped,
                                           {.clock = clock, .diagnostics = diagnostics});
   };
   EXPECT_DEATH(build(), "32-bit counters were to stand in for adjusted ones");

@@ -207,6 +207,7 @@ class LockInTheWayTest(RecordTest):
         self.assert_kernels_counters(metrics)
         self.assertEqual(1, len(errors.splitlines()), errors)
         self.assertTrue(errors.startswith(NOT_RECORDED), errors)
+        self.assertIn(f"remove {self.data.lock}", errors)
         with self.recorder("--json", "--interval", "1") as recorder:
             errors = recorder.wait_for_lines(2, seconds=10, lines=recorder.errors)
             self.assertEqual(0, recorder.finish())
