@@ -132,10 +132,12 @@ std::string sampleLine(const RecordedSample& sample, const std::optional<Recorde
                        const StringTable& strings, TextStyle style) {
   constexpr std::size_t classWidth = 9;      // "very high"
   constexpr std::size_t intervalWidth = 13;  // "next in 120 s"
+  const bool isBusy = sample.bandwidthClass != ConnectionBandwidthClass::idle;
   const std::string next = "next in " + secondsText(sample.intervalSeconds) + " s";
   return localDateText(sample.date) + "  " +
-         heading(padded(std::string(classText(sample.bandwidthClass)), classWidth), style) + "  " +
-         padded(next, intervalWidth) + "  " +
+         heading(padded(std::string(classText(sample.bandwidthClass)), classWidth),
+                 isBusy ? style : TextStyle::plain) +
+         "  " + padded(next, intervalWidth) + "  " +
          trafficText(sample, earlier, isAdapter, bytesIn(strings));
 }
 

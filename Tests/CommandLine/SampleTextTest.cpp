@@ -91,11 +91,18 @@ TEST_F(SampleLineTest, ANameReachesNoTerminalAsAControlSequence) {
               testing::HasSubstr("en\\x1b[31m received"));
 }
 
-TEST_F(SampleLineTest, AFractionOfASecondIsShownAndTheClassStandsOut) {
+TEST_F(SampleLineTest, AFractionOfASecondIsShown) {
   auto sample = sampleAt(0s, {});
   sample.intervalSeconds = 1.5;
-  EXPECT_EQ(line(sample, {}, TextStyle::coloured),
-            "2024-01-01 00:00:00  \x1b[1midle     \x1b[0m  next in 1.5 s  no traffic");
+  EXPECT_EQ(line(sample, {}), "2024-01-01 00:00:00  idle       next in 1.5 s  no traffic");
+}
+
+TEST_F(SampleLineTest, ABusyTimeStandsOut) {
+  auto sample = sampleAt(0s, {});
+  EXPECT_THAT(line(sample, {}, TextStyle::coloured), testing::HasSubstr("00  idle       next"));
+  sample.bandwidthClass = ConnectionBandwidthClass::low;
+  EXPECT_THAT(line(sample, {}, TextStyle::coloured),
+              testing::HasSubstr("00  \x1b[1mlow      \x1b[0m  next"));
 }
 
 TEST(MetricsTable, ShowsEveryCounter) {

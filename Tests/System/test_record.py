@@ -75,16 +75,25 @@ class SampleTest(RecordTest):
             self.assertEqual(0, recorder.finish(signal.SIGINT))
         self.assertEqual(120, first["intervalSeconds"])
 
-    def test_an_interruption_at_any_moment_leaves_a_whole_file_and_no_lock(self):
-        for delay in range(0, 60, 3):
+    def test_an_interruption_at_any_moment_ends_after_the_sample_under_way(self):
+        """Whole file, no lock, and a line for what was kept. Before the program listens to it, the
+        signal ends it as it would any other."""
+        ended = set()
+        for delay in range(0, 90, 3):
+            self.data.file.unlink(missing_ok=True)
             with self.recorder("--json") as recorder:
                 time.sleep(delay / 1000)
                 status = recorder.finish()
                 self.assertIn(status, (0, -signal.SIGTERM), recorder.errors)
-                if status == 0:
-                    self.assertFalse(self.data.lock.exists())
+            self.assertEqual([], recorder.errors)
+            if status == 0:
+                kept = self.data.file.exists()
+                ended.add(kept)
+                self.assertFalse(self.data.lock.exists())
+                self.assertEqual(1 if kept else 0, len(recorder.lines), recorder.lines)
             if self.data.file.exists():
                 decoded(self.data.file.read_bytes())
+        self.assertIn(True, ended, "no sample was taken in time")
 
     def test_it_ends_when_nobody_reads_it_any_more(self):
         with open("/dev/full", "wb") as full:
