@@ -2,12 +2,14 @@
 // does.
 #include <sys/mount.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include "PlatformLinux/Defaults/SqliteUserDefaults.h"
 #include "Tests/PlatformLinux/ChildProcess.h"
 #include "Tests/PlatformLinux/Defaults/DefaultsFixture.h"
 #include "Tests/PlatformLinux/NetworkNamespace.h"
+#include "Tests/PlatformLinux/RefusedCall.h"
 
 namespace lanternfold {
 namespace {
@@ -141,6 +143,20 @@ TEST_F(SqliteUserDefaultsTest, AnotherProgramsLockIsWaitedForAndThenWorkedAround
   ASSERT_TRUE(blocker->execute("ROLLBACK"));
   EXPECT_EQ(program.synchronized(), "");
   EXPECT_EQ(DefaultsProgram(data()).defaults->object("key"), PropertyListValue("second"));
+}
+
+TEST_F(SqliteUserDefaultsTest, SynchronisingWaitsForTheDiskAndSettingDoesNot) {
+  ChildProcess child([this] {
+    const DefaultsProgram program(data());
+    program.defaults->set("key", "first");
+    const RefusedCall whole{.number = SYS_fsync, .error = EIO};
+    const RefusedCall dataAlone{.number = SYS_fdatasync, .error = EIO};
+    if (!whole.install() || !dataAlone.install()) return 255;
+    program.defaults->set("key", "second");
+    if (DefaultsProgram(data()).defaults->object("key") != PropertyListValue("second")) return 1;
+    return program.synchronized().contains("I/O error") ? 0 : 2;
+  });
+  EXPECT_EQ(child.wait(), 0);
 }
 
 TEST_F(SqliteUserDefaultsTest, ADatabaseThatMayOnlyBeReadIsReadAndSaysSo) {
