@@ -129,7 +129,8 @@ std::expected<void, CommandFailure> recordUntilInterrupted(const RecordOptions& 
                                         "with --data-dir"));
   }
   if (!*claim) {
-    machine.platform.diagnostics.line("Another recorder keeps the traffic in " + folder.string() +
+    machine.platform.diagnostics.line("Another recorder keeps the traffic in " +
+                                      printable(folder.string()) +
                                       " already; nothing is left to do.");
     return {};
   }
