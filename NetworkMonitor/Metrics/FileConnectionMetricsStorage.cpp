@@ -97,8 +97,9 @@ void FileConnectionMetricsStorage::reloadIfNewer(const Attributes& attributes) {
 
 bool FileConnectionMetricsStorage::isNewer(const Attributes& attributes) const {
   if (!attributes || !seen_) return true;
-  // Two replacements within one tick of the file system's clock have the same date.
-  return attributes->fileNumber != seen_->fileNumber ||
+  // Two replacements within one tick of the file system's clock have the same date, and the second
+  // one may get the number that the first one set free.
+  return attributes->fileNumber != seen_->fileNumber || attributes->sizeBytes != seen_->sizeBytes ||
          attributes->modificationDate > std::max(lastSaveDate_, seen_->modificationDate);
 }
 

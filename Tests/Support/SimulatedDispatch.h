@@ -9,6 +9,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <random>
 #include <string>
 #include <vector>
@@ -46,6 +47,9 @@ class SimulatedDispatch final : public Dispatch {
   /// every work. Gives up after `limit` of virtual time, or when nothing waits any more. Returns
   /// whether it is done.
   [[nodiscard]] bool runUntil(const std::function<bool()>& done, std::chrono::nanoseconds limit);
+
+  /// As the serial queue of this label was made; none when nobody has asked for it yet.
+  [[nodiscard]] std::optional<QualityOfService> qualityOf(std::string_view label) const;
 
   /// Works that wait, delayed ones included.
   [[nodiscard]] std::size_t waitingWorks() const;
@@ -86,6 +90,7 @@ class SimulatedDispatch final : public Dispatch {
   std::unique_ptr<Queue> mainQueue_;
   std::map<QualityOfService, std::unique_ptr<Queue>> globalQueues_;
   std::map<std::string, std::unique_ptr<Queue>, std::less<>> serialQueues_;
+  std::map<std::string, QualityOfService, std::less<>> qualities_;  // of the serial queues
   /// The queues that hold works which are due, in the order in which they got their first one.
   std::vector<Queue*> ready_;
   /// A heap, the earliest on top (std::priority_queue cannot give up a work that is moved).

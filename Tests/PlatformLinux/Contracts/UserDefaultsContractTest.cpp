@@ -192,6 +192,8 @@ TYPED_TEST(UserDefaultsContract, WhatIsNoGroupIdentifierNamesNoSuite) {
 }
 
 TYPED_TEST(UserDefaultsContract, AKindThatIsNotStoredStopsTheProgram) {
+  // A process that began anew would leave a folder of its own behind; no threads run here.
+  GTEST_FLAG_SET(death_test_style, "fast");
   const std::vector<PropertyListValue> refused = {
       PropertyListValue(true), PropertyListValue(1.5), PropertyListArray{"a"},
       PropertyListDictionary{{"a", true}}, nested(deepestUserDefaultsValue + 1)};
