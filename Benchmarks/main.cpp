@@ -16,7 +16,8 @@ bool isWanted(const std::string& name) {
   if (filter.empty() || filter == "all") return true;
   const bool isExclusion = filter.starts_with('-');
   if (isExclusion) filter.erase(0, 1);
-  return std::regex_search(name, std::regex(filter, std::regex::extended)) != isExclusion;
+  // The library's own name goes on behind a slash, with the repetitions and the kind of time.
+  return std::regex_search(name + "/", std::regex(filter, std::regex::extended)) != isExclusion;
 }
 
 }  // namespace
