@@ -116,6 +116,11 @@ void FakeFileSystem::beforeStep(std::function<Verdict(FileStep, const Path&)> ju
   judge_ = std::move(judge);
 }
 
+void FakeFileSystem::beforeEveryStep(std::function<Verdict(FileStep, const Path&)> judge) {
+  judge_ = std::move(judge);
+  asksAgain_ = true;
+}
+
 std::expected<FileAttributes, std::error_code> FakeFileSystem::attributes(const Path& path) const {
   if (const auto taken = step(FileStep::lookUp, path); !taken)
     return std::unexpected(taken.error());
@@ -143,7 +148,7 @@ std::expected<FileAttributes, std::error_code> FakeFileSystem::replaceFile(const
                                                                            std::string_view bytes) {
   Path temporary = normal(path);
   temporary.replace_filename("." + temporary.filename().string() + "." +
-                             std::to_string(lastFileNumber_ + 1));
+                             std::to_string(++lastTemporaryNumber_));
   auto result = replaceBy(temporary, path, bytes);
   if (!result && !hasCrashed_) removeNode(temporary);
   return result;
@@ -191,6 +196,10 @@ FakeFileSystem::Result<void> FakeFileSystem::step(FileStep step, const Path& pat
   if (hasCrashed_) return failure(std::errc::owner_dead);
   if (const auto fault = plannedFault()) return failure(*fault);
   if (!judge_ || isJudging_) return {};
+  if (asksAgain_) {
+    const Verdict verdict = judge_(step, path);
+    return verdict ? Result<void>(failure(*verdict)) : Result<void>();
+  }
   isJudging_ = true;
   const Verdict verdict = judge_(step, path);
   isJudging_ = false;

@@ -91,6 +91,10 @@ class FakeFileSystem final : public FileSystem {
   /// Asked before every step, after the faults above; none to ask nobody. It may use this file
   /// system itself, as another program that comes in between; steps it takes do not ask it again.
   void beforeStep(std::function<Verdict(FileStep step, const Path& path)> judge);
+  /// The same, but steps that are taken before the judge has answered ask it too: for a world whose
+  /// programs lose their turn inside of it. It may throw, which ends the operation where it stands,
+  /// temporary file included.
+  void beforeEveryStep(std::function<Verdict(FileStep step, const Path& path)> judge);
   /// How many steps were taken or failed so far, by all programs.
   [[nodiscard]] std::size_t stepCount() const { return stepCount_; }
 
@@ -134,6 +138,7 @@ class FakeFileSystem final : public FileSystem {
   const Clock& clock_;
   std::map<Path, NodePointer> nodes_;
   std::uint64_t lastFileNumber_ = 0;
+  std::uint64_t lastTemporaryNumber_ = 0;
   std::chrono::nanoseconds dateTick_{1};
   std::optional<std::size_t> freeBytes_;
 
@@ -142,6 +147,7 @@ class FakeFileSystem final : public FileSystem {
   mutable std::map<std::size_t, Verdict> plannedFaults_;  // by step number; none is a crash
   mutable bool hasCrashed_ = false;
   mutable bool isJudging_ = false;
+  bool asksAgain_ = false;
   std::function<Verdict(FileStep, const Path&)> judge_;
 };
 
