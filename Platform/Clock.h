@@ -17,6 +17,10 @@ class Clock {
 
   /// Time that only goes forward, for measuring intervals.
   [[nodiscard]] virtual std::chrono::steady_clock::time_point steadyNow() const = 0;
+
+  /// Blocks the calling thread until `duration` has passed on the steady clock; not at all for a
+  /// duration of zero or less. Nothing wakes it earlier: for waits of a few seconds at the most.
+  virtual void sleep(std::chrono::nanoseconds duration) const = 0;
 };
 
 }  // namespace lanternfold

@@ -15,8 +15,8 @@ namespace lanternfold {
 
 enum class QualityOfService { userInteractive, userInitiated, utility, background };
 
-/// A queue of work. `async` and `after` may be called from any thread and never block. Work that is
-/// still waiting when the owning `Dispatch` is destroyed is destroyed without being run.
+/// A queue of work. Everything may be called from any thread; `async` and `after` never block. Work
+/// that is still waiting when the owning `Dispatch` is destroyed is destroyed without being run.
 class DispatchQueue {
  public:
   using Work = std::move_only_function<void()>;
@@ -30,7 +30,18 @@ class DispatchQueue {
   /// serial queue that are due at the same moment run in the order of the calls.
   virtual void after(std::chrono::nanoseconds delay, Work work) = 0;
 
-  /// Whether the calling code runs as work of this queue.
+  /// Appends `work` and blocks the caller until the queue has run it. What the work holds is
+  /// released on the queue before the return. Returns whether it was run: false only when the
+  /// owning `Dispatch` is being destroyed, which destroys the work and lets the caller go.
+  ///
+  /// Waiting for a serial queue that waits for the caller (the caller runs as its work, or the
+  /// queue's work waits, through others, for the caller's) would never end, and stops the program.
+  /// A thread that is no work of a queue may call it too; it must not be the main thread when the
+  /// work, through others, needs the main queue.
+  virtual bool sync(Work work) = 0;
+
+  /// Whether the calling code runs as work of this queue. Inside a `sync` that is the queue waited
+  /// for, not the one that waits.
   [[nodiscard]] virtual bool isCurrent() const = 0;
 
   [[nodiscard]] virtual std::string_view label() const = 0;
@@ -52,6 +63,12 @@ class Dispatch {
   /// The concurrent queue of a quality of service.
   [[nodiscard]] virtual DispatchQueue& globalQueue(QualityOfService quality) = 0;
 };
+
+/// For the sides of this seam: stops the program over a `sync` that would never end.
+[[noreturn]] inline void stopForCircularWait(const DispatchQueue& queue) {
+  fatalError("a work waited for the queue \"" + std::string(queue.label()) +
+             "\", which waits for that work");
+}
 
 /// Stops the program when the caller does not run on `queue`.
 inline void assertOnQueue(const DispatchQueue& queue) {

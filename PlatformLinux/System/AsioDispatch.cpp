@@ -1,6 +1,7 @@
 #include "PlatformLinux/System/AsioDispatch.h"
 
 #include <utility>
+#include <vector>
 
 #include "PlatformLinux/System/MainThreadRunner.h"
 
@@ -24,8 +25,10 @@ AsioDispatch::AsioDispatch(EventLoop& loop)
 }
 
 AsioDispatch::~AsioDispatch() {
-  // First nothing runs any more, then what waits is destroyed while every queue is still there:
-  // what it holds may append to one.
+  // A running work that waits for another queue would never end once that one gets no turns. Then
+  // nothing runs any more, and then what waits is destroyed while every queue is still there: what
+  // it holds may append to one.
+  refuseWaits();
   ordinaryPool_.stop();
   backgroundPool_.stop();
   timers_.close();
@@ -42,6 +45,7 @@ DispatchQueue& AsioDispatch::serialQueue(std::string_view label, QualityOfServic
   if (existing != serialQueues_.end()) return *existing->second;
   auto queue = std::make_unique<WorkQueue>(std::string(label), WorkQueue::Mode::serial,
                                            poolFor(quality), timers_);
+  if (waitsRefused_) queue->refuseWaits();
   return *serialQueues_.emplace(label, std::move(queue)).first->second;
 }
 
@@ -56,6 +60,19 @@ bool AsioDispatch::runMainUntil(std::chrono::steady_clock::time_point deadline) 
 }
 
 void AsioDispatch::stopMain() { mainRunner_->stop(); }
+
+void AsioDispatch::refuseWaits() {
+  mainQueue_.refuseWaits();
+  for (const auto& queue : globalQueues_) queue->refuseWaits();
+  std::vector<WorkQueue*> queues;
+  {
+    const std::lock_guard lock(mutex_);
+    waitsRefused_ = true;
+    for (const auto& [label, queue] : serialQueues_) queues.push_back(queue.get());
+  }
+  // Without the lock: a work that is destroyed may ask for a queue.
+  for (WorkQueue* queue : queues) queue->refuseWaits();
+}
 
 WorkerPool& AsioDispatch::poolFor(QualityOfService quality) {
   return quality == QualityOfService::background ? backgroundPool_ : ordinaryPool_;

@@ -27,7 +27,8 @@ class AsioDispatch final : public Dispatch {
  public:
   /// `loop` outlives the dispatch.
   explicit AsioDispatch(EventLoop& loop);
-  /// Waits for the works that are running, then destroys those that wait, on the calling thread.
+  /// Lets go whoever waits in a `sync` whose work has not begun, waits for the works that are
+  /// running, then destroys those that wait, on the calling thread.
   /// Works and handlers that are being destroyed may still append: that work is destroyed too. Not
   /// to be called by a work.
   ~AsioDispatch() override;
@@ -51,6 +52,7 @@ class AsioDispatch final : public Dispatch {
 
  private:
   [[nodiscard]] WorkerPool& poolFor(QualityOfService quality);
+  void refuseWaits();
 
   TimerSchedule timers_;
   WorkerPool ordinaryPool_{WorkerPool::Priority::ordinary};
@@ -62,6 +64,7 @@ class AsioDispatch final : public Dispatch {
   std::mutex mutex_;
   // Guarded by mutex_; queues are never removed, so references stay good.
   std::map<std::string, std::unique_ptr<WorkQueue>, std::less<>> serialQueues_;
+  bool waitsRefused_ = false;  // guarded by mutex_
 };
 
 }  // namespace lanternfold

@@ -1,6 +1,8 @@
 // The production side of `Clock`: the kernel's clocks.
 #pragma once
 
+#include <thread>
+
 #include "Platform/Clock.h"
 
 namespace lanternfold {
@@ -12,6 +14,9 @@ class SystemClock final : public Clock {
   }
   [[nodiscard]] std::chrono::steady_clock::time_point steadyNow() const override {
     return std::chrono::steady_clock::now();
+  }
+  void sleep(std::chrono::nanoseconds duration) const override {
+    std::this_thread::sleep_for(duration);
   }
 };
 

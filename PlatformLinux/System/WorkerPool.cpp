@@ -1,5 +1,7 @@
 #include "PlatformLinux/System/WorkerPool.h"
 
+#include <algorithm>
+
 #include <asio/executor_work_guard.hpp>
 #include <asio/io_context.hpp>
 #include <asio/post.hpp>
@@ -18,10 +20,19 @@ void WorkerPool::schedule(WorkQueue& queue) {
   const std::lock_guard lock(mutex_);
   if (stopped_) return;
   ++turns_;
-  if (turns_ > threads_.size() && threads_.size() < maximumThreads) {
-    threads_.emplace_back([this] { runThread(); });
-  }
+  addThreadIfNeeded();
   post(queue);
+}
+
+void WorkerPool::workBeginsToWait() {
+  const std::lock_guard lock(mutex_);
+  ++waits_;
+  if (!stopped_) addThreadIfNeeded();
+}
+
+void WorkerPool::workEndsToWait() {
+  const std::lock_guard lock(mutex_);
+  --waits_;
 }
 
 void WorkerPool::stop() {
@@ -37,6 +48,13 @@ void WorkerPool::stop() {
       fatalError("the dispatch queues were destroyed by one of their own works");
     }
     thread.join();
+  }
+}
+
+void WorkerPool::addThreadIfNeeded() {
+  const std::size_t most = std::min(maximumThreads + waits_, maximumThreadsWithWaits);
+  if (turns_ > threads_.size() && threads_.size() < most) {
+    threads_.emplace_back([this] { runThread(); });
   }
 }
 

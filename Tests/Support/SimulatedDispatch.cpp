@@ -11,6 +11,10 @@ namespace {
 
 constexpr std::size_t mostWorksOfOneMoment = 1'000'000;
 
+[[noreturn]] void stopForEndlessMoment() {
+  fatalError("simulated works append to each other without end while no time passes");
+}
+
 }  // namespace
 
 class SimulatedDispatch::Queue final : public DispatchQueue {
@@ -34,8 +38,13 @@ class SimulatedDispatch::Queue final : public DispatchQueue {
     }
   }
 
-  [[nodiscard]] bool isCurrent() const override { return dispatch_.current_ == this; }
+  bool sync(Work work) override { return dispatch_.runInTurn(*this, std::move(work)); }
+
+  [[nodiscard]] bool isCurrent() const override {
+    return !dispatch_.running_.empty() && dispatch_.running_.back() == this;
+  }
   [[nodiscard]] std::string_view label() const override { return label_; }
+  [[nodiscard]] bool isSerial() const { return mode_ == Mode::serial; }
 
   /// The oldest work, or any one of a concurrent queue.
   [[nodiscard]] Work take() {
@@ -92,6 +101,13 @@ DispatchQueue& SimulatedDispatch::globalQueue(QualityOfService quality) {
   return *globalQueues_.at(quality);
 }
 
+void SimulatedDispatch::runReady() {
+  refuseNestedRun();
+  for (std::size_t works = 0; runOne(); ++works) {
+    if (works > mostWorksOfOneMoment) stopForEndlessMoment();
+  }
+}
+
 void SimulatedDispatch::advance(std::chrono::nanoseconds duration) {
   const TimePoint end = clock_.steadyNow() + duration;
   static_cast<void>(runUntil([] { return false; }, duration));
@@ -100,17 +116,17 @@ void SimulatedDispatch::advance(std::chrono::nanoseconds duration) {
 
 bool SimulatedDispatch::runUntil(const std::function<bool()>& done,
                                  std::chrono::nanoseconds limit) {
-  if (current_ != nullptr) fatalError("a work ran the simulated queues that are running it");
+  refuseNestedRun();
   const TimePoint end = clock_.steadyNow() + limit;
   std::size_t worksOfThisMoment = 0;
+  TimePoint moment = clock_.steadyNow();
   while (!done()) {
+    if (std::exchange(moment, clock_.steadyNow()) != clock_.steadyNow()) worksOfThisMoment = 0;
+    if (moment > end) return false;
     if (runOne()) {
-      if (++worksOfThisMoment > mostWorksOfOneMoment) {
-        fatalError("simulated works append to each other without end while no time passes");
-      }
+      if (++worksOfThisMoment > mostWorksOfOneMoment) stopForEndlessMoment();
       continue;
     }
-    worksOfThisMoment = 0;
     if (delayed_.empty() || delayed_.front().due > end) return false;
     clock_.advanceTo(delayed_.front().due);
   }
@@ -132,6 +148,10 @@ void SimulatedDispatch::delay(std::chrono::nanoseconds delay, Queue& queue,
   std::ranges::push_heap(delayed_, std::greater{});
 }
 
+void SimulatedDispatch::refuseNestedRun() const {
+  if (!running_.empty()) fatalError("a work ran the simulated queues that are running it");
+}
+
 void SimulatedDispatch::collectDue() {
   while (!delayed_.empty() && delayed_.front().due <= clock_.steadyNow()) {
     std::ranges::pop_heap(delayed_, std::greater{});
@@ -145,16 +165,35 @@ bool SimulatedDispatch::runOne() {
   collectDue();
   if (ready_.empty()) return false;
   const auto chosen = ready_.begin() + static_cast<std::ptrdiff_t>(draw(ready_.size()));
-  Queue& queue = **chosen;
-  DispatchQueue::Work work = queue.take();
-  if (queue.waitingWorks() == 0) ready_.erase(chosen);
+  runWorkOf(**chosen);
+  return true;
+}
 
-  current_ = &queue;
+bool SimulatedDispatch::runInTurn(Queue& queue, DispatchQueue::Work work) {
+  if (queue.isSerial() && std::ranges::find(running_, &queue) != running_.end()) {
+    stopForCircularWait(queue);
+  }
+  if (closed_) return false;
+  collectDue();
+  bool finished = false;
+  queue.async([&finished, work = std::move(work)]() mutable {
+    work();
+    work = nullptr;
+    finished = true;
+  });
+  while (!finished) runWorkOf(queue);
+  return true;
+}
+
+void SimulatedDispatch::runWorkOf(Queue& queue) {
+  DispatchQueue::Work work = queue.take();
+  if (queue.waitingWorks() == 0) std::erase(ready_, &queue);
+
+  running_.push_back(&queue);
   work();
   // What the work holds is released as part of it.
   work = nullptr;
-  current_ = nullptr;
-  return true;
+  running_.pop_back();
 }
 
 std::size_t SimulatedDispatch::draw(std::size_t bound) {

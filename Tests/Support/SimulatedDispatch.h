@@ -22,7 +22,8 @@ namespace lanternfold {
 /// more than the works in it.
 class SimulatedDispatch final : public Dispatch {
  public:
-  /// `clock` outlives the dispatch and is moved by it alone.
+  /// `clock` outlives the dispatch and is moved by it and by works that sleep, which makes what is
+  /// due meanwhile late.
   explicit SimulatedDispatch(SimulatedClock& clock, std::uint64_t seed = 1);
   ~SimulatedDispatch() override;
 
@@ -33,11 +34,12 @@ class SimulatedDispatch final : public Dispatch {
 
   // None of the following may be called by a work.
 
-  /// Runs everything that is due now, and what that appends, without letting time pass. Here and
-  /// below, works that keep the moment from ever ending stop the program.
-  void runReady() { advance({}); }
+  /// Runs everything that is due now, and what that appends, without letting time pass, unless a
+  /// work sleeps. Here and below, works that keep the moment from ever ending stop the program.
+  void runReady();
 
-  /// Lets `duration` pass and runs everything that is due meanwhile, in the order of time.
+  /// Lets `duration` pass and runs everything that is due meanwhile, in the order of time. What is
+  /// due when a work has slept beyond the end is left to the next call.
   void advance(std::chrono::nanoseconds duration);
 
   /// Runs works, letting time pass when nothing is due, until `done` returns true: looked at before
@@ -64,14 +66,20 @@ class SimulatedDispatch final : public Dispatch {
   };
 
   void delay(std::chrono::nanoseconds delay, Queue& queue, DispatchQueue::Work work);
+  void refuseNestedRun() const;
   void collectDue();
+  /// Runs the works of `queue` that wait before `work`, and then that one, inside whatever runs.
+  bool runInTurn(Queue& queue, DispatchQueue::Work work);
+  /// Takes a work out of `queue` and runs it.
+  void runWorkOf(Queue& queue);
   /// Runs one work that is due; false when there is none.
   bool runOne();
   [[nodiscard]] std::size_t draw(std::size_t bound);
 
   SimulatedClock& clock_;
   std::mt19937_64 random_;
-  const Queue* current_ = nullptr;
+  /// The queues whose works run, each waiting for the next.
+  std::vector<const Queue*> running_;
   bool closed_ = false;
   std::uint64_t delayedCalls_ = 0;
 

@@ -48,6 +48,23 @@ TYPED_TEST(ClockContractTest, SteadyTimeMeasuresWhatPassed) {
   EXPECT_GE(this->clock.steadyNow() - before, 3ms);
 }
 
+TYPED_TEST(ClockContractTest, SleepLetsAtLeastItsDurationPass) {
+  const Clock& seam = this->clock;
+  const auto before = seam.steadyNow();
+  seam.sleep(3ms);
+  EXPECT_GE(seam.steadyNow() - before, 3ms);
+}
+
+TYPED_TEST(ClockContractTest, SleepOfZeroOrLessReturnsAtOnce) {
+  const Clock& seam = this->clock;
+  for (const auto duration :
+       {0ns, std::chrono::nanoseconds(-1h), std::chrono::nanoseconds::min()}) {
+    const auto before = seam.steadyNow();
+    seam.sleep(duration);
+    EXPECT_LT(seam.steadyNow() - before, 10s);
+  }
+}
+
 TYPED_TEST(ClockContractTest, WallClockShowsADateOfThisAge) {
   using namespace std::chrono;
   EXPECT_GE(this->clock.now(), sys_days(year(2024) / January / 1));

@@ -141,6 +141,91 @@ TEST_F(SimulatedDispatchTest, ManyDelayedWorksRunInTheOrderOfTime) {
   EXPECT_TRUE(std::ranges::is_sorted(ranAt));
 }
 
+TEST_F(SimulatedDispatchTest, SyncLetsNoTimePass) {
+  const auto before = clock.steadyNow();
+  serial().after(1ns, [] {});
+  serial().sync([] {});
+  EXPECT_EQ(clock.steadyNow(), before);
+  EXPECT_EQ(dispatch.waitingWorks(), 1u);
+}
+
+TEST_F(SimulatedDispatchTest, SyncComesAfterWhatBecameDueInASleep) {
+  std::string order;
+  serial("outer").async([&] {
+    serial().after(1s, [&order] { order += "due "; });
+    serial().after(3s, [&order] { order += "later "; });
+    clock.sleep(2s);
+    serial().sync([&order] { order += "awaited "; });
+  });
+  dispatch.advance(10s);
+  EXPECT_EQ(order, "due awaited later ");
+}
+
+TEST_F(SimulatedDispatchTest, SleepInsideAWorkMakesOthersLate) {
+  const auto start = clock.steadyNow();
+  std::vector<std::chrono::nanoseconds> ranAt;
+  const auto note = [&] { ranAt.push_back(clock.steadyNow() - start); };
+  serial().after(1s, [&] { clock.sleep(5s); });
+  serial("other").after(2s, note);
+  serial("other").after(6s, note);
+  serial("other").after(7s, note);
+  dispatch.advance(10s);
+  EXPECT_EQ(ranAt, (std::vector<std::chrono::nanoseconds>{6s, 6s, 7s}));
+  EXPECT_EQ(clock.steadyNow() - start, 10s);
+}
+
+TEST_F(SimulatedDispatchTest, SleepBeyondTheEndOfAnAdvanceOverrunsIt) {
+  const auto start = clock.steadyNow();
+  serial().after(1s, [&] { clock.sleep(1h); });
+  dispatch.advance(10s);
+  EXPECT_EQ(clock.steadyNow() - start, 1h + 1s);
+}
+
+TEST_F(SimulatedDispatchTest, SleepBeyondTheEndOfAnAdvanceLeavesTheRestToTheNext) {
+  std::string order;
+  const std::function<void()> slow = [&] {
+    clock.sleep(5s);
+    order += "slow ";
+    serial().async(slow);
+  };
+  slow();
+  dispatch.advance(12s);
+  EXPECT_EQ(order, "slow slow slow slow ");
+  dispatch.advance(1s);
+  EXPECT_EQ(order, "slow slow slow slow slow ");
+}
+
+TEST_F(SimulatedDispatchTest, RunReadyGoesOnBehindASleep) {
+  std::string order;
+  serial().async([&] {
+    clock.sleep(5s);
+    order += "slow ";
+  });
+  serial().async([&order] { order += "next "; });
+  serial().after(3s, [&order] { order += "due"; });
+  dispatch.runReady();
+  EXPECT_EQ(order, "slow next due");
+}
+
+TEST_F(SimulatedDispatchTest, SleepMovesBothClocks) {
+  const auto wall = clock.now();
+  clock.sleep(50ms);
+  EXPECT_EQ(clock.now() - wall, 50ms);
+}
+
+TEST_F(SimulatedDispatchTest, WorldMayTakeOverWhatASleepMeans) {
+  std::vector<std::chrono::nanoseconds> asked;
+  clock.setSleeper([&](std::chrono::nanoseconds duration) {
+    asked.push_back(duration);
+    clock.advance(2 * duration);
+  });
+  const auto before = clock.steadyNow();
+  clock.sleep(0ns);
+  clock.sleep(50ms);
+  EXPECT_EQ(asked, (std::vector<std::chrono::nanoseconds>{50ms}));
+  EXPECT_EQ(clock.steadyNow() - before, 100ms);
+}
+
 using SimulatedDispatchDeathTest = SimulatedDispatchTest;
 
 TEST_F(SimulatedDispatchDeathTest, MomentThatNeverEnds) {
@@ -152,6 +237,15 @@ TEST_F(SimulatedDispatchDeathTest, MomentThatNeverEnds) {
 TEST_F(SimulatedDispatchDeathTest, WorkThatRunsTheQueues) {
   serial().async([this] { dispatch.runReady(); });
   EXPECT_DEATH(dispatch.runReady(), "a work ran the simulated queues");
+}
+
+TEST_F(SimulatedDispatchDeathTest, SyncedWorkThatRunsTheQueues) {
+  EXPECT_DEATH(serial().sync([this] { dispatch.runReady(); }), "a work ran the simulated queues");
+}
+
+TEST_F(SimulatedDispatchDeathTest, SleepThatEndsTooEarly) {
+  clock.setSleeper([](std::chrono::nanoseconds) {});
+  EXPECT_DEATH(clock.sleep(1s), "ended a sleep before its time");
 }
 
 TEST_F(SimulatedDispatchDeathTest, ClockThatRunsBackwards) {

@@ -100,6 +100,37 @@ TEST_F(AsioDispatchTest, WorkThatWaitsForAnotherQueueDoesNotHoldItUp) {
   EXPECT_EQ(answer, 42);
 }
 
+TEST_F(AsioDispatchTest, WorksThatWaitInASyncLeaveThreadsForTheQueueTheyWaitFor) {
+  // More than the pool has threads, and all of them taken before the queue gets its first turn.
+  constexpr auto count = static_cast<std::ptrdiff_t>(2 * WorkerPool::maximumThreads);
+  std::atomic<int> sum = 0;
+  std::latch done(count);
+  for (std::ptrdiff_t index = 0; index < count; ++index) {
+    global().async([&] {
+      serial().sync([&sum] { ++sum; });
+      done.count_down();
+    });
+  }
+  done.wait();
+  EXPECT_EQ(sum, count);
+}
+
+TEST_F(AsioDispatchTest, SyncsFromManyThreadsAllRunOneAtATime) {
+  int sum = 0;  // of the queue alone: a race would be seen by the thread sanitizer
+  std::vector<std::thread> threads;
+  for (int thread = 0; thread < 4; ++thread) {
+    threads.emplace_back([&] {
+      for (int count = 0; count < 500; ++count) {
+        int seen = 0;
+        serial().sync([&sum, &seen] { seen = ++sum; });
+        EXPECT_GT(seen, 0);
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(sum, 2000);
+}
+
 TEST_F(AsioDispatchTest, DelaysFromManyThreadsAllRun) {
   std::latch done(4 * 250);
   std::vector<std::thread> threads;
@@ -210,6 +241,89 @@ TEST(AsioDispatchShutdownTest, RunningWorkIsWaitedForAndTheRestDestroyed) {
   EXPECT_TRUE(ended);
   EXPECT_FALSE(ranSecond);
   EXPECT_EQ(held.use_count(), 1);
+}
+
+/// What a `sync` on a queue that `choose` names returns to a background work while the dispatch is
+/// destroyed meanwhile.
+std::string outcomeOfASyncDuringShutdown(
+    const std::function<DispatchQueue&(AsioDispatch&)>& choose) {
+  EventLoop loop;
+  auto dispatch = std::make_unique<AsioDispatch>(loop);
+  AsioDispatch& alive = *dispatch;
+  std::latch running(1);
+  std::string outcome = "none";
+  alive.serialQueue("test.waits", QualityOfService::background).async([&] {
+    running.count_down();
+    outcome = "";
+    // Again and again: before the shutdown, while it waits, and with queues that it has not seen.
+    for (int round = 0; round < 3; ++round) {
+      const bool ran = choose(alive).sync([&outcome] { outcome += "ran "; });
+      if (!ran) outcome += "refused ";
+      std::this_thread::sleep_for(10ms);
+    }
+  });
+  running.wait();
+  dispatch.reset();
+  return outcome;
+}
+
+TEST(AsioDispatchShutdownTest, WorkThatWaitsForTheMainQueueIsLetGo) {
+  EXPECT_EQ(outcomeOfASyncDuringShutdown(
+                [](AsioDispatch& dispatch) -> DispatchQueue& { return dispatch.mainQueue(); }),
+            "refused refused refused ");
+}
+
+TEST(AsioDispatchShutdownTest, WorkThatWaitsForABusyQueueOfAnotherPoolIsLetGo) {
+  for (int life = 0; life < 20; ++life) {
+    const std::string outcome =
+        outcomeOfASyncDuringShutdown([life](AsioDispatch& dispatch) -> DispatchQueue& {
+          DispatchQueue& busy = dispatch.serialQueue("test.busy", QualityOfService::userInitiated);
+          busy.async([life] { std::this_thread::sleep_for(std::chrono::milliseconds(life)); });
+          return busy;
+        });
+    EXPECT_TRUE(outcome.ends_with("refused ")) << outcome;
+  }
+}
+
+TEST(AsioDispatchShutdownTest, WorkThatWaitsForAQueueMadeDuringTheShutdownIsLetGo) {
+  int number = 0;
+  const std::string outcome =
+      outcomeOfASyncDuringShutdown([&number](AsioDispatch& dispatch) -> DispatchQueue& {
+        return dispatch.serialQueue(std::to_string(number++), QualityOfService::background);
+      });
+  EXPECT_TRUE(outcome.ends_with("refused ")) << outcome;
+}
+
+TEST(AsioDispatchShutdownTest, ThreadThatIsNoWorkIsLetGo) {
+  EventLoop loop;
+  auto dispatch = std::make_unique<AsioDispatch>(loop);
+  std::latch waiting(1);
+  bool ran = true;
+  std::thread waiter([&ran, &waiting, &queue = dispatch->mainQueue()] {
+    waiting.count_down();
+    ran = queue.sync([] {});
+  });
+  waiting.wait();
+  std::this_thread::sleep_for(20ms);
+  dispatch.reset();
+  waiter.join();
+  EXPECT_FALSE(ran);
+}
+
+TEST(AsioDispatchShutdownTest, AwaitedWorkThatRunsIsWaitedFor) {
+  EventLoop loop;
+  auto dispatch = std::make_unique<AsioDispatch>(loop);
+  std::latch running(1);
+  std::atomic<bool> ran = false;
+  dispatch->globalQueue(QualityOfService::utility).async([&, &alive = *dispatch] {
+    ran = alive.serialQueue("test.serial", QualityOfService::background).sync([&] {
+      running.count_down();
+      std::this_thread::sleep_for(20ms);
+    });
+  });
+  running.wait();
+  dispatch.reset();
+  EXPECT_TRUE(ran);
 }
 
 TEST(AsioDispatchShutdownTest, ManyShortLivesUnderLoad) {
