@@ -17,7 +17,7 @@ class DirectSampleObserver final : public SampleObserver {
   using WallTime = std::chrono::system_clock::time_point;
 
   /// All outlive it. `canSave` tells whether the storage would reach the disk just now.
-  DirectSampleObserver(Run& run, const Turn& program, ConnectionMetricsStorage& storage,
+  DirectSampleObserver(RunContext& run, const Turn& program, ConnectionMetricsStorage& storage,
                        Counting counting, std::function<bool()> canSave)
       : run_(run),
         program_(program),
@@ -43,7 +43,7 @@ class DirectSampleObserver final : public SampleObserver {
                                             std::optional<WallTime> previousDate) const;
   void check(const Sample& sample);
 
-  Run& run_;
+  RunContext& run_;
   const Turn& program_;
   ConnectionMetricsStorage& storage_;
   const Counting counting_;

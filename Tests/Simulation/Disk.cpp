@@ -19,7 +19,7 @@ bool writes(FileStep step) {
 
 }  // namespace
 
-Disk::Disk(Run& run, DiskPaths where, Counting counting)
+Disk::Disk(RunContext& run, DiskPaths where, Counting counting)
     : files(run.clock),
       paths(std::move(where)),
       lockObserver(run),

@@ -25,7 +25,7 @@ struct DiskPaths {
 class Disk {
  public:
   /// `run` outlives it.
-  Disk(Run& run, DiskPaths paths, Counting counting);
+  Disk(RunContext& run, DiskPaths paths, Counting counting);
 
   FakeFileSystem files;
   const DiskPaths paths;
@@ -51,7 +51,7 @@ class Disk {
   [[nodiscard]] FakeFileSystem::Verdict judge(FileStep step, const std::filesystem::path& path);
   void delay(Turn& program);
 
-  Run& run_;
+  RunContext& run_;
   bool isFull_ = false;
   bool isForbidden_ = false;
   std::chrono::nanoseconds slowness_{};

@@ -33,7 +33,7 @@ class FileObserver {
  public:
   using WallTime = std::chrono::system_clock::time_point;
 
-  FileObserver(Run& run, LockObserver& lock, Counting counting)
+  FileObserver(RunContext& run, LockObserver& lock, Counting counting)
       : run_(run), lock_(lock), counting_(counting) {}
 
   // Told by the programs' file systems and readers.
@@ -111,7 +111,7 @@ class FileObserver {
                                                            const RememberedInterfaces& before,
                                                            const RememberedInterfaces& after) const;
 
-  Run& run_;
+  RunContext& run_;
   LockObserver& lock_;
   const Counting counting_;
   std::deque<Version> versions_{Version{}};  // the last few; the latest is what stands there now

@@ -22,7 +22,7 @@ namespace lanternfold::simulation {
 
 class LockObserver {
  public:
-  explicit LockObserver(Run& run) : run_(run) {}
+  explicit LockObserver(RunContext& run) : run_(run) {}
 
   // Told by the programs' file systems. An operation on the lock file begins; what a look found (no
   // bytes: no file); how removing, making and writing it ended.
@@ -55,7 +55,7 @@ class LockObserver {
   void checkTaking(const Turn& program, std::string_view what);
   void checkWait(const Turn& program);
 
-  Run& run_;
+  RunContext& run_;
   std::map<std::uint32_t, State> states_;
 };
 

@@ -7,7 +7,7 @@
 #include <memory>
 #include <optional>
 
-#include "Tests/Simulation/Run.h"
+#include "Tests/Simulation/RunContext.h"
 
 namespace lanternfold::simulation {
 
@@ -21,7 +21,7 @@ class Turn {
   using TimePoint = Scheduler::TimePoint;
 
   /// `run` outlives it.
-  Turn(Run& run, std::uint32_t number) : run_(run), number_(number) {}
+  Turn(RunContext& run, std::uint32_t number) : run_(run), number_(number) {}
 
   [[nodiscard]] std::uint32_t number() const { return number_; }
 
@@ -51,7 +51,7 @@ class Turn {
   void wait(TimePoint moment);
   void die();
 
-  Run& run_;
+  RunContext& run_;
   const std::uint32_t number_;
   std::shared_ptr<Scheduler::Task> task_;
   std::chrono::nanoseconds heldUp_{};

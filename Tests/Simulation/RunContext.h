@@ -14,9 +14,9 @@ namespace lanternfold::simulation {
 
 class Turn;
 
-class Run {
+class RunContext {
  public:
-  explicit Run(std::uint64_t seed) : random(seed) {}
+  explicit RunContext(std::uint64_t seed) : random(seed) {}
 
   SimulatedClock clock;
   SeededRandom random;
