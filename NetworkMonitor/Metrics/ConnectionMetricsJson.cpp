@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "NetworkMonitor/Metrics/ConnectionMetricsFields.h"
+#include "NetworkMonitor/Metrics/ConnectionMetricsJsonText.h"
 #include "NetworkMonitor/Metrics/ConnectionMetricsJsonValue.h"
 #include "Support/FatalError.h"
 
@@ -79,6 +80,10 @@ std::string_view clauseOf(Fault fault) {
       return "is nested too deeply";
     case Fault::notAnObject:
       return "is not an object";
+    case Fault::notAnArray:
+      return "is not an array";
+    case Fault::missingRecords:
+      return "has no records behind it";
     case Fault::missingKey:
       return "is missing";
     case Fault::duplicateKey:
@@ -100,7 +105,9 @@ std::string describe(const ConnectionMetricsJsonError& error) {
 }
 
 std::string encodeConnectionMetrics(const ConnectionMetrics& metrics) {
-  return connectionMetricsToJson(metrics).dump();
+  std::string text;
+  appendConnectionMetricsJson(text, metrics);
+  return text;
 }
 
 std::expected<ConnectionMetrics, ConnectionMetricsJsonError> decodeConnectionMetrics(

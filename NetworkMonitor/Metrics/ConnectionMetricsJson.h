@@ -22,8 +22,10 @@ struct ConnectionMetricsJsonError {
                            ///< one read before the fault
     tooDeep,               ///< values within values beyond `deepestConnectionMetricsJson`
     notAnObject,           ///< JSON of another kind
+    notAnArray,            ///< of a storage's file: JSON of another kind
+    missingRecords,        ///< of a storage's file: a type without an object behind it
     missingKey,            ///< one of the eight is not there
-    duplicateKey,          ///< one of the eight stands twice
+    duplicateKey,          ///< one of the eight, or of a file's types or names, stands twice
     notAnUnsignedInteger,  ///< null, a boolean, a text, a list, an object, negative, with a
                            ///< fraction or an exponent, or beyond 2^64 - 1
     unknownCase,           ///< of the type: not the raw value of a case

@@ -195,6 +195,7 @@ std::expected<void, std::error_code> FakeFileSystem::removeFile(const Path& path
 FakeFileSystem::Result<void> FakeFileSystem::step(FileStep step, const Path& path) const {
   if (hasCrashed_) return failure(std::errc::owner_dead);
   if (const auto fault = plannedFault()) return failure(*fault);
+  clock_.sleep(stepDuration_);
   if (!judge_ || isJudging_) return {};
   if (asksAgain_) {
     const Verdict verdict = judge_(step, path);

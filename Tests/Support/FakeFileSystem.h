@@ -76,6 +76,9 @@ class FakeFileSystem final : public FileSystem {
   void setDateTick(std::chrono::nanoseconds tick) { dateTick_ = tick; }
   void setModificationDate(const Path& path, std::chrono::system_clock::time_point date);
 
+  /// A slow disk: every step sleeps so long on the clock before it is taken. None unless set.
+  void setStepDuration(std::chrono::nanoseconds duration) { stepDuration_ = duration; }
+
   // Faults.
 
   /// The disk takes `bytes` more, and what removed files give back; then no_space_on_device, with
@@ -140,6 +143,7 @@ class FakeFileSystem final : public FileSystem {
   std::uint64_t lastFileNumber_ = 0;
   std::uint64_t lastTemporaryNumber_ = 0;
   std::chrono::nanoseconds dateTick_{1};
+  std::chrono::nanoseconds stepDuration_{0};
   std::optional<std::size_t> freeBytes_;
 
   // Looking is a step too.

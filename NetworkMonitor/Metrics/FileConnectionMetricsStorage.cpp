@@ -1,0 +1,116 @@
+#include "NetworkMonitor/Metrics/FileConnectionMetricsStorage.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "NetworkMonitor/Metrics/ConnectionMetricsFileJson.h"
+
+namespace lanternfold {
+namespace {
+
+std::filesystem::path fileOf(const std::filesystem::path& folder, std::string_view name,
+                             std::string_view ending) {
+  std::string fileName = "connection-metrics-storage_";
+  fileName.append(name).append(ending);
+  return folder / fileName;
+}
+
+std::unexpected<MetricsSaveError> saveFailure(const std::filesystem::path& url,
+                                              const std::string& reason) {
+  return std::unexpected(MetricsSaveError{url.string() + " could not be written: " + reason});
+}
+
+}  // namespace
+
+FileConnectionMetricsStorage::FileConnectionMetricsStorage(Environment environment,
+                                                           const std::filesystem::path& baseUrl,
+                                                           std::string_view name)
+    : environment_(environment),
+      storageUrl_(fileOf(baseUrl, name, ".json")),
+      name_(name),
+      lock_({.files = environment.files,
+             .clock = environment.clock,
+             .dispatch = environment.dispatch},
+            fileOf(baseUrl, name, ".lock")),
+      innerStorage_(environment.clock) {
+  reload();
+}
+
+std::optional<ConnectionMetricsStorage::Date> FileConnectionMetricsStorage::lastRegisterDate()
+    const {
+  const auto attributes = environment_.files.attributes(storageUrl_);
+  return attributes ? std::optional(attributes->modificationDate) : std::nullopt;
+}
+
+void FileConnectionMetricsStorage::registerMetrics(const ConnectionMetrics& metrics,
+                                                   std::string_view interfaceName,
+                                                   ConnectionMetricsType type) {
+  innerStorage_.registerMetrics(metrics, interfaceName, type);
+}
+
+std::optional<ConnectionMetrics> FileConnectionMetricsStorage::metrics(
+    std::string_view interfaceName, ConnectionMetricsType type) {
+  reloadIfNewer();
+  return innerStorage_.metrics(interfaceName, type);
+}
+
+ConnectionMetricsMap FileConnectionMetricsStorage::allMetrics(ConnectionMetricsType type) {
+  reloadIfNewer();
+  return innerStorage_.allMetrics(type);
+}
+
+void FileConnectionMetricsStorage::reset() {
+  innerStorage_.reset();
+  // What stands in the file now is what is to be forgotten, loaded before or not.
+  if (const auto attributes = environment_.files.attributes(storageUrl_)) seen_ = *attributes;
+}
+
+std::expected<void, MetricsSaveError> FileConnectionMetricsStorage::save() {
+  const auto encoded = encodeConnectionMetricsFile(innerStorage_.data());
+  if (!encoded) return saveFailure(storageUrl_, describe(encoded.error()));
+  const auto written = environment_.files.replaceFile(storageUrl_, encoded->text);
+  if (!written) return saveFailure(storageUrl_, written.error().message());
+  for (std::size_t i = 0; i < encoded->recordsLeftOut; ++i) {
+    environment_.log.line("Failed to encode ConnectionMetrics");
+  }
+  lastSaveDate_ = environment_.clock.now();
+  seen_ = *written;
+  return {};
+}
+
+void FileConnectionMetricsStorage::reloadIfNewer() {
+  if (isNewer()) reload();
+}
+
+bool FileConnectionMetricsStorage::isNewer() const {
+  const auto attributes = environment_.files.attributes(storageUrl_);
+  if (!attributes || !seen_) return true;
+  // Two replacements within one tick of the file system's clock have the same date.
+  return attributes->fileNumber != seen_->fileNumber ||
+         attributes->modificationDate > std::max(lastSaveDate_, seen_->modificationDate);
+}
+
+void FileConnectionMetricsStorage::reload() {
+  const auto contents = environment_.files.readFile(storageUrl_, longestConnectionMetricsFileBytes);
+  if (!contents) {
+    const bool isMissing = contents.error() == std::errc::no_such_file_or_directory;
+    const std::string fault = isMissing ? "" : contents.error().message();
+    if (fault != std::exchange(readFault_, fault) && !isMissing) reportFailedRestore(fault);
+    return;
+  }
+  readFault_.clear();
+  seen_ = contents->attributes;
+  auto data = decodeConnectionMetricsFile(contents->bytes);
+  if (!data) {
+    reportFailedRestore(describe(data.error()));
+    return;
+  }
+  innerStorage_ = InMemoryConnectionMetricsStorage(environment_.clock, *std::move(data),
+                                                   contents->attributes.modificationDate);
+}
+
+void FileConnectionMetricsStorage::reportFailedRestore(const std::string& reason) {
+  environment_.log.line("Failed to restore from file: " + storageUrl_.string() + " - " + reason);
+}
+
+}  // namespace lanternfold

@@ -1,0 +1,75 @@
+// Counters remembered in a file, which the programs of one user share under a lock.
+//
+// Made by: the composition, of a folder and a name. Read by: the recorder, which locks it for each
+// sampling step. Registrations gather in memory until `save`.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "NetworkMonitor/Metrics/ConnectionMetricsStorage.h"
+#include "NetworkMonitor/Metrics/FileLock.h"
+#include "NetworkMonitor/Metrics/InMemoryConnectionMetricsStorage.h"
+#include "Platform/DiagnosticLog.h"
+
+namespace lanternfold {
+
+/// A read first loads the file again when another program has saved it. What cannot be loaded is
+/// reported in one line and leaves what was in memory.
+class FileConnectionMetricsStorage final : public ConnectionMetricsPersistentStorage,
+                                           public ConnectionMetricsLockingStorage {
+ public:
+  /// All outlive the storage.
+  struct Environment {
+    FileSystem& files;
+    const Clock& clock;
+    Dispatch& dispatch;
+    DiagnosticLog& log;
+  };
+
+  /// The files stand in `baseUrl`, which need not be there as long as nothing is saved. Loads the
+  /// data file if there is one.
+  FileConnectionMetricsStorage(Environment environment, const std::filesystem::path& baseUrl,
+                               std::string_view name);
+
+  [[nodiscard]] const std::filesystem::path& storageUrl() const { return storageUrl_; }
+  [[nodiscard]] const std::string& name() const { return name_; }
+
+  /// The data file's modification date, which moves when any program saves.
+  [[nodiscard]] std::optional<Date> lastRegisterDate() const override;
+  void registerMetrics(const ConnectionMetrics& metrics, std::string_view interfaceName,
+                       ConnectionMetricsType type) override;
+  [[nodiscard]] std::optional<ConnectionMetrics> metrics(std::string_view interfaceName,
+                                                         ConnectionMetricsType type) override;
+  [[nodiscard]] ConnectionMetricsMap allMetrics(ConnectionMetricsType type) override;
+  /// Leaves the file as it is, and does not load that one again: reads find nothing until something
+  /// is registered or another program saves.
+  void reset() override;
+  [[nodiscard]] std::expected<void, MetricsSaveError> save() override;
+
+  [[nodiscard]] std::expected<void, LockError> lock() override { return lock_.lock(); }
+  [[nodiscard]] std::expected<void, LockError> unlock() override { return lock_.unlock(); }
+
+ private:
+  void reload();
+  void reloadIfNewer();
+  [[nodiscard]] bool isNewer() const;
+  void reportFailedRestore(const std::string& reason);
+
+  Environment environment_;
+  std::filesystem::path storageUrl_;
+  std::string name_;
+  FileLock lock_;
+  InMemoryConnectionMetricsStorage innerStorage_;
+  Date lastSaveDate_ = Date::min();
+  /// Of the file that was loaded, saved or given up last, also one that could not be decoded: it is
+  /// looked into once. None while there was no such file.
+  std::optional<FileAttributes> seen_;
+  /// Why the file could not be read when that was tried last, which is reported once; empty when it
+  /// could. Unlike a faulty text this may pass while the file stays the same, so it is tried again.
+  std::string readFault_;
+};
+
+}  // namespace lanternfold

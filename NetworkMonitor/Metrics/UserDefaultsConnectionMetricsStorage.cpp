@@ -1,0 +1,131 @@
+#include "NetworkMonitor/Metrics/UserDefaultsConnectionMetricsStorage.h"
+
+#include <charconv>
+#include <cstddef>
+#include <span>
+#include <string>
+#include <utility>
+
+#include "NetworkMonitor/Metrics/ConnectionMetricsJson.h"
+#include "NetworkMonitor/Metrics/ConnectionMetricsJsonText.h"
+#include "Support/FatalError.h"
+
+namespace lanternfold {
+namespace {
+
+struct EntryKey {
+  ConnectionMetricsType type;
+  std::string_view interfaceName;
+};
+
+/// Of "0/en0": the first slash is the one that divides, so a name may hold others.
+std::optional<EntryKey> entryKey(std::string_view text) {
+  const std::size_t slash = text.find('/');
+  if (slash == std::string_view::npos || slash + 1 == text.size()) return std::nullopt;
+  const std::string_view prefix = text.substr(0, slash);
+  std::int64_t rawValue = 0;
+  const char* const end = prefix.data() + prefix.size();
+  const auto [parsedTo, error] = std::from_chars(prefix.data(), end, rawValue);
+  if (error != std::errc{} || parsedTo != end) return std::nullopt;
+  const auto type = connectionMetricsType(rawValue);
+  if (!type) return std::nullopt;
+  return EntryKey{.type = *type, .interfaceName = text.substr(slash + 1)};
+}
+
+std::string textOf(const EntryKey& key) {
+  return std::to_string(std::to_underlying(key.type)) + "/" + std::string(key.interfaceName);
+}
+
+std::optional<ConnectionMetrics> decoded(const PropertyListValue& value) {
+  const auto* data = value.asData();
+  if (data == nullptr) return std::nullopt;
+  const auto metrics =
+      decodeConnectionMetrics({reinterpret_cast<const char*>(data->data()), data->size()});
+  return metrics ? std::optional(*metrics) : std::nullopt;
+}
+
+/// The entry's value; none when no JSON text can hold the name that it stands under.
+std::optional<PropertyListValue::Data> encoded(std::string_view interfaceName,
+                                               const ConnectionMetrics& metrics) {
+  std::string text;
+  if (!appendJsonString(text, interfaceName)) return std::nullopt;
+  text = encodeConnectionMetrics(metrics);
+  const auto bytes = std::as_bytes(std::span(text));
+  return PropertyListValue::Data(bytes.begin(), bytes.end());
+}
+
+}  // namespace
+
+UserDefaultsConnectionMetricsStorage::UserDefaultsConnectionMetricsStorage(
+    Environment environment, std::shared_ptr<UserDefaults> userDefaults)
+    : environment_(environment), userDefaults_(std::move(userDefaults)) {
+  if (!userDefaults_) fatalError("a storage in user defaults was given none");
+}
+
+std::optional<ConnectionMetricsStorage::Date>
+UserDefaultsConnectionMetricsStorage::lastRegisterDate() const {
+  const auto value = userDefaults_->object(lastRegisterDateKey);
+  const Date* date = value ? value->asDate() : nullptr;
+  return date != nullptr ? std::optional(*date) : std::nullopt;
+}
+
+void UserDefaultsConnectionMetricsStorage::registerMetrics(const ConnectionMetrics& metrics,
+                                                           std::string_view interfaceName,
+                                                           ConnectionMetricsType type) {
+  ConnectionMetricsData data = load();
+  setMetrics(data, interfaceName, type, metrics);
+  write(data);
+  userDefaults_->set(lastRegisterDateKey, environment_.clock.now());
+}
+
+std::optional<ConnectionMetrics> UserDefaultsConnectionMetricsStorage::metrics(
+    std::string_view interfaceName, ConnectionMetricsType type) {
+  return metricsIn(load(), interfaceName, type);
+}
+
+ConnectionMetricsMap UserDefaultsConnectionMetricsStorage::allMetrics(ConnectionMetricsType type) {
+  return allMetricsIn(load(), type);
+}
+
+void UserDefaultsConnectionMetricsStorage::reset() {
+  userDefaults_->remove(dataKey);
+  userDefaults_->remove(lastRegisterDateKey);
+}
+
+std::expected<void, MetricsSaveError> UserDefaultsConnectionMetricsStorage::save() {
+  auto synchronised = userDefaults_->synchronize();
+  if (synchronised) return {};
+  return std::unexpected(MetricsSaveError{std::move(synchronised).error().sentence});
+}
+
+ConnectionMetricsData UserDefaultsConnectionMetricsStorage::load() const {
+  ConnectionMetricsData data;
+  const auto value = userDefaults_->object(dataKey);
+  const auto* dictionary = value ? value->asDictionary() : nullptr;
+  if (dictionary == nullptr) return data;
+  for (const auto& [text, entry] : dictionary->entries()) {
+    const auto key = entryKey(text);
+    if (!key) continue;
+    if (const auto metrics = decoded(entry)) {
+      setMetrics(data, key->interfaceName, key->type, *metrics);
+    }
+  }
+  return data;
+}
+
+void UserDefaultsConnectionMetricsStorage::write(const ConnectionMetricsData& data) {
+  PropertyListDictionary dictionary;
+  for (const auto& [type, records] : data) {
+    dictionary.reserve(dictionary.size() + records.size());
+    for (const auto& [name, metrics] : records) {
+      if (auto bytes = encoded(name, metrics)) {
+        dictionary.append(textOf({.type = type, .interfaceName = name}), *std::move(bytes));
+      } else {
+        environment_.log.line("Failed to encode ConnectionMetrics");
+      }
+    }
+  }
+  userDefaults_->set(dataKey, std::move(dictionary));
+}
+
+}  // namespace lanternfold
