@@ -34,8 +34,7 @@ ConnectionMetricsMap linkCounters(const std::vector<AddressEntry>& entries) {
 
 }  // namespace
 
-std::expected<ConnectionMetricsMap, ConnectionMetricsReaderError>
-BsdConnectionMetricsReader::read() {
+std::expected<ConnectionMetricsMap, ConnectionMetricsError> BsdConnectionMetricsReader::read() {
   const auto reading = kernel_.beginReading();
   const auto& entries = reading->addressEntries();
   if (!entries) return std::unexpected(ConnectionMetricsReaderError::failedGetIf);

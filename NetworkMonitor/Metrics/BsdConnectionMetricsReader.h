@@ -17,7 +17,7 @@ class BsdConnectionMetricsReader final : public ConnectionMetricsReader {
 
   /// Fails with `failedGetIf` when the address list cannot be read. Stops the program on an entry
   /// without a name or without an address: whoever fills the list must not let one through.
-  [[nodiscard]] std::expected<ConnectionMetricsMap, ConnectionMetricsReaderError> read() override;
+  [[nodiscard]] std::expected<ConnectionMetricsMap, ConnectionMetricsError> read() override;
 
  private:
   const NetworkKernel& kernel_;

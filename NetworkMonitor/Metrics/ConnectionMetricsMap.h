@@ -41,6 +41,8 @@ class ConnectionMetricsMap {
 
   [[nodiscard]] std::size_t size() const { return values_.size(); }
   [[nodiscard]] bool empty() const { return values_.empty(); }
+  /// The table of names, for a further map of the same interfaces.
+  [[nodiscard]] const std::shared_ptr<const Names>& names() const { return names_; }
   /// In ascending order of the names' bytes; `value(i)` belongs to `name(i)`.
   [[nodiscard]] const std::string& name(std::size_t position) const { return (*names_)[position]; }
   [[nodiscard]] const ConnectionMetrics& value(std::size_t position) const {

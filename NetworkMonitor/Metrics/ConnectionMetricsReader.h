@@ -5,13 +5,10 @@
 
 #include <expected>
 
+#include "NetworkMonitor/Metrics/ConnectionMetricsError.h"
 #include "NetworkMonitor/Metrics/ConnectionMetricsMap.h"
 
 namespace lanternfold {
-
-enum class ConnectionMetricsReaderError {
-  failedGetIf,  ///< enumerating the interfaces failed
-};
 
 /// Any thread.
 class ConnectionMetricsReader {
@@ -22,8 +19,7 @@ class ConnectionMetricsReader {
   [[nodiscard]] virtual bool is32bitCapped() const = 0;
 
   /// The counters of every interface as they are now; nothing partial on failure.
-  [[nodiscard]] virtual std::expected<ConnectionMetricsMap, ConnectionMetricsReaderError>
-  read() = 0;
+  [[nodiscard]] virtual std::expected<ConnectionMetricsMap, ConnectionMetricsError> read() = 0;
 };
 
 }  // namespace lanternfold

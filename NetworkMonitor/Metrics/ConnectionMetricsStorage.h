@@ -6,20 +6,14 @@
 #include <chrono>
 #include <expected>
 #include <optional>
-#include <string>
 #include <string_view>
 
 #include "NetworkMonitor/Metrics/ConnectionMetrics.h"
 #include "NetworkMonitor/Metrics/ConnectionMetricsMap.h"
 #include "NetworkMonitor/Metrics/Lock.h"
+#include "NetworkMonitor/Metrics/MetricsSaveError.h"
 
 namespace lanternfold {
-
-/// Why what was registered did not reach the disk.
-struct MetricsSaveError {
-  std::string sentence;  ///< a clause for the user: what could not be written, why, what to do
-  friend bool operator==(const MetricsSaveError&, const MetricsSaveError&) = default;
-};
 
 /// Not shared between threads: the recorder serialises all access on its queue.
 class ConnectionMetricsStorage {

@@ -26,8 +26,7 @@ LinuxConnectionMetricsReader::LinuxConnectionMetricsReader()
 LinuxConnectionMetricsReader::LinuxConnectionMetricsReader(Sources sources)
     : sources_(std::move(sources)) {}
 
-std::expected<ConnectionMetricsMap, ConnectionMetricsReaderError>
-LinuxConnectionMetricsReader::read() {
+std::expected<ConnectionMetricsMap, ConnectionMetricsError> LinuxConnectionMetricsReader::read() {
   const std::lock_guard lock(mutex_);
   for (const auto& source : sources_) {
     auto metrics = source->read();

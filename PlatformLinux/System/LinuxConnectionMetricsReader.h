@@ -26,7 +26,7 @@ class LinuxConnectionMetricsReader final : public ConnectionMetricsReader {
   [[nodiscard]] bool is32bitCapped() const override { return false; }
 
   /// Fails when every source did.
-  [[nodiscard]] std::expected<ConnectionMetricsMap, ConnectionMetricsReaderError> read() override;
+  [[nodiscard]] std::expected<ConnectionMetricsMap, ConnectionMetricsError> read() override;
 
  private:
   std::mutex mutex_;  // guards what the sources hold

@@ -1,7 +1,5 @@
 #include "PlatformLinux/System/WorkQueue.h"
 
-#include <algorithm>
-#include <iterator>
 #include <memory>
 #include <utility>
 
@@ -76,10 +74,9 @@ void WorkQueue::refuseWaits() {
   {
     const std::lock_guard lock(mutex_);
     waitsRefused_ = true;
-    const auto awaited =
-        std::ranges::stable_partition(works_, [](const Entry& entry) { return !entry.awaited; });
-    std::ranges::move(awaited, std::back_inserter(refused));
-    works_.erase(awaited.begin(), awaited.end());
+    std::deque<Entry> kept;
+    for (Entry& entry : works_) (entry.awaited ? refused : kept).push_back(std::move(entry));
+    works_.swap(kept);
   }
 }
 

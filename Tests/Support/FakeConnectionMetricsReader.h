@@ -31,7 +31,7 @@ class FakeConnectionMetricsReader final : public ConnectionMetricsReader {
   [[nodiscard]] std::size_t readCount() const { return readCount_; }
 
   [[nodiscard]] bool is32bitCapped() const override { return capped_; }
-  [[nodiscard]] std::expected<ConnectionMetricsMap, ConnectionMetricsReaderError> read() override {
+  [[nodiscard]] std::expected<ConnectionMetricsMap, ConnectionMetricsError> read() override {
     ++readCount_;
     if (beforeReading_) beforeReading_();
     if (failing_) return std::unexpected(ConnectionMetricsReaderError::failedGetIf);

@@ -111,7 +111,7 @@ TEST_F(BsdConnectionMetricsReaderTest, EveryFailureOfTheAddressListIsFailedGetIf
     kernel.fail(Table::addressEntries, error);
     const auto counters = reader.read();
     ASSERT_FALSE(counters);
-    EXPECT_EQ(counters.error(), ConnectionMetricsReaderError::failedGetIf);
+    EXPECT_EQ(counters.error(), ConnectionMetricsError(ConnectionMetricsReaderError::failedGetIf));
   }
 }
 

@@ -56,7 +56,8 @@ TEST(LinuxConnectionMetricsReader, WhenAllAreRefusedTheReadingFails) {
   Reads reads;
   auto reader = readerOf(std::unexpected(NetworkKernelError::refused),
                          std::unexpected(NetworkKernelError::failed), reads);
-  EXPECT_EQ(reader.read().error(), ConnectionMetricsReaderError::failedGetIf);
+  EXPECT_EQ(reader.read().error(),
+            ConnectionMetricsError(ConnectionMetricsReaderError::failedGetIf));
 }
 
 }  // namespace
