@@ -5,12 +5,14 @@
 namespace lanternfold::simulation {
 
 void DirectSampleObserver::bootDateRead(std::optional<WallTime> date) {
+  endSample();
   const auto registered = storage_.lastRegisterDate();
   isResetDue_ = storage_.isPersistent() && date && registered && *date > *registered;
   if (isResetDue_) run_.log.add(Happening::rebootNoticed, program_.number());
 }
 
 void DirectSampleObserver::countersRead(std::shared_ptr<const MachineReading> reading) {
+  endSample();
   const auto previousDate = storage_.lastRegisterDate();
   Sample sample{.before = contents()};
   if (std::exchange(isResetDue_, false) && (!sample.before.empty() || previousDate)) {
@@ -23,16 +25,24 @@ void DirectSampleObserver::countersRead(std::shared_ptr<const MachineReading> re
   sample_ = std::move(sample);
 }
 
+void DirectSampleObserver::readingFailed() {
+  endSample();
+  outcomes_.push_back({});
+}
+
 std::vector<SampleOutcome> DirectSampleObserver::takeOutcomes() {
-  if (sample_) {
-    check(*sample_);
-    const bool isComplete = canSave_();
-    hasSampled_ |= isComplete;
-    outcomes_.push_back({.isComplete = isComplete, .bandwidthClass = sample_->bandwidthClass});
-    held_ = std::move(sample_->expected);
-    sample_.reset();
-  }
+  endSample();
   return std::exchange(outcomes_, {});
+}
+
+void DirectSampleObserver::endSample() {
+  if (!sample_) return;
+  check(*sample_);
+  const bool isComplete = canSave_();
+  hasSampled_ |= isComplete;
+  outcomes_.push_back({.isComplete = isComplete, .bandwidthClass = sample_->bandwidthClass});
+  held_ = std::move(sample_->expected);
+  sample_.reset();
 }
 
 RememberedInterfaces DirectSampleObserver::contents() {

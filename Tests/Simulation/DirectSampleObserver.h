@@ -23,11 +23,12 @@ class DirectSampleObserver final : public SampleObserver {
         program_(program),
         storage_(storage),
         counting_(counting),
-        canSave_(std::move(canSave)) {}
+        canSave_(std::move(canSave)),
+        held_(contents()) {}
 
   void bootDateRead(std::optional<WallTime> date) override;
   void countersRead(std::shared_ptr<const MachineReading> reading) override;
-  void readingFailed() override { outcomes_.push_back({}); }
+  void readingFailed() override;
   [[nodiscard]] std::vector<SampleOutcome> takeOutcomes() override;
   [[nodiscard]] const RememberedInterfaces* held() const override { return &held_; }
 
@@ -41,6 +42,8 @@ class DirectSampleObserver final : public SampleObserver {
   [[nodiscard]] RememberedInterfaces contents();
   [[nodiscard]] BandwidthClassValue classOf(const Sample& sample, const MachineReading& reading,
                                             std::optional<WallTime> previousDate) const;
+  /// The sample that began last is over.
+  void endSample();
   void check(const Sample& sample);
 
   RunContext& run_;

@@ -57,15 +57,29 @@ FakeFileSystem::Verdict Disk::judge(FileStep step, const std::filesystem::path& 
   }
   // The file has been renamed: what is left can no longer be refused.
   if (step == FileStep::synchroniseFolder) return std::nullopt;
-  if (isForbidden_) {
+  if (strikes(forbidden_, path)) {
     run_.log.add(Happening::writeRefused, program.number());
     return std::errc::permission_denied;
   }
-  if (isFull_ && writes(step)) {
+  if (strikes(full_, path) && writes(step)) {
     run_.log.add(Happening::writeRefused, program.number());
     return std::errc::no_space_on_device;
   }
   return std::nullopt;
+}
+
+bool Disk::strikes(Extent extent, const std::filesystem::path& path) const {
+  switch (extent) {
+    case Extent::nothing:
+      return false;
+    case Extent::dataFile:
+      return path.native() == paths.data.native();
+    case Extent::lockFile:
+      return path.native() == paths.lock.native();
+    case Extent::everything:
+      return true;
+  }
+  return false;
 }
 
 void Disk::delay(Turn& program) {

@@ -34,8 +34,12 @@ class Disk {
 
   // What the world does to it.
 
-  void setFull(bool full) { isFull_ = full; }
-  void setForbidden(bool forbidden) { isForbidden_ = forbidden; }
+  /// What a fault strikes.
+  enum class Extent { nothing, dataFile, lockFile, everything };
+  /// Nothing can be written any more.
+  void setFull(Extent extent) { full_ = extent; }
+  /// Nothing can be read, written or looked up any more.
+  void setForbidden(Extent extent) { forbidden_ = extent; }
   /// Every step takes up to so long; zero for a disk that takes no time.
   void setSlowness(std::chrono::nanoseconds longest) { slowness_ = longest; }
   /// How probably a program loses its turn before a step.
@@ -49,11 +53,12 @@ class Disk {
 
  private:
   [[nodiscard]] FakeFileSystem::Verdict judge(FileStep step, const std::filesystem::path& path);
+  [[nodiscard]] bool strikes(Extent extent, const std::filesystem::path& path) const;
   void delay(Turn& program);
 
   RunContext& run_;
-  bool isFull_ = false;
-  bool isForbidden_ = false;
+  Extent full_ = Extent::nothing;
+  Extent forbidden_ = Extent::nothing;
   std::chrono::nanoseconds slowness_{};
   double interruptions_ = 0;
   Turn* user_ = nullptr;

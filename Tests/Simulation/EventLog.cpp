@@ -1,12 +1,22 @@
 #include "Tests/Simulation/EventLog.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 
 namespace lanternfold::simulation {
 namespace {
 
-constexpr std::size_t eventsKept = 80;
+constexpr std::size_t eventsKept = 40;
+
+bool isRoutine(Happening happening) {
+  constexpr std::array routine{Happening::sampled,      Happening::lockTaken,
+                               Happening::saved,        Happening::writeRefused,
+                               Happening::sampleFailed, Happening::counterWrapped,
+                               Happening::classChanged, Happening::trafficChanged,
+                               Happening::readByUser};
+  return std::ranges::find(routine, happening) != routine.end();
+}
 
 std::string wallText(std::chrono::system_clock::time_point moment) {
   const auto day = std::chrono::floor<std::chrono::days>(moment);
@@ -36,20 +46,20 @@ std::string spanText(std::chrono::nanoseconds span) {
   return text.data();
 }
 
-EventLog::EventLog(const SimulatedClock& clock) : clock_(clock), begin_(clock.steadyNow()) {
-  ring_.resize(eventsKept);
-}
+EventLog::EventLog(const SimulatedClock& clock) : clock_(clock), begin_(clock.steadyNow()) {}
 
 void EventLog::add(Happening happening, std::uint32_t actor, std::int64_t amount,
                    std::string_view detail) {
   counts_.add(happening);
-  Event& event = ring_[next_++ % eventsKept];
-  event.steady = clock_.steadyNow();
-  event.wall = clock_.now();
-  event.happening = happening;
-  event.actor = actor;
-  event.amount = amount;
-  event.detail.assign(detail);
+  const Event event{.steady = clock_.steadyNow(),
+                    .wall = clock_.now(),
+                    .happening = happening,
+                    .actor = actor,
+                    .amount = amount,
+                    .detail = std::string(detail),
+                    .number = eventCount_++};
+  keep(all_, event);
+  if (!isRoutine(happening)) keep(notable_, event);
 
   mix(static_cast<std::uint64_t>(event.steady.time_since_epoch().count()));
   mix(static_cast<std::uint64_t>(event.wall.time_since_epoch().count()));
@@ -59,10 +69,32 @@ void EventLog::add(Happening happening, std::uint32_t actor, std::int64_t amount
 }
 
 std::string EventLog::lastEvents() const {
+  const auto inOrder = [](const Ring& ring) {
+    std::vector<Event> events = ring.events;
+    std::ranges::sort(events, {}, &Event::number);
+    return events;
+  };
+  std::vector<Event> events = inOrder(notable_);
+  const std::vector<Event> latest = inOrder(all_);
+  if (!latest.empty()) {
+    std::erase_if(events, [&](const Event& event) {
+      return event.number >= latest.front().number;
+    });
+  }
   std::string text;
-  const std::size_t first = next_ > eventsKept ? next_ - eventsKept : 0;
-  for (std::size_t index = first; index < next_; ++index) text += line(ring_[index % eventsKept]);
+  for (const Event& event : events) text += line(event);
+  text += "  ... and, with what happens at every sample:\n";
+  for (const Event& event : latest) text += line(event);
   return text;
+}
+
+void EventLog::keep(Ring& ring, const Event& event) {
+  if (ring.events.size() < eventsKept) {
+    ring.events.push_back(event);
+  } else {
+    ring.events[ring.count % eventsKept] = event;
+  }
+  ++ring.count;
 }
 
 void EventLog::mix(std::uint64_t value) {

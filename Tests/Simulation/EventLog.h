@@ -36,15 +36,24 @@ class EventLog {
     std::uint32_t actor = 0;
     std::int64_t amount = 0;
     std::string detail;
+    std::uint64_t number = 0;
   };
 
+  /// The last so many events.
+  struct Ring {
+    std::vector<Event> events;
+    std::uint64_t count = 0;
+  };
+
+  void keep(Ring& ring, const Event& event);
   void mix(std::uint64_t value);
   [[nodiscard]] std::string line(const Event& event) const;
 
   const SimulatedClock& clock_;
   const std::chrono::steady_clock::time_point begin_;
-  std::vector<Event> ring_;
-  std::size_t next_ = 0;
+  std::uint64_t eventCount_ = 0;
+  Ring all_;
+  Ring notable_;  // without what happens at every sample, so that it reaches further back
   std::uint64_t fingerprint_ = 14695981039346656037ULL;
   HappeningCounts counts_;
 };

@@ -120,7 +120,6 @@ void FileObserver::saves(const Turn& program, std::string_view bytes) {
   state.saving = std::make_shared<const RememberedInterfaces>(*std::move(contents));
   state.savingBytes = bytes;
   state.held = state.saving;
-  state.heldVersion = 0;
 }
 
 void FileObserver::replaced(const Turn& program) {
@@ -189,7 +188,7 @@ void FileObserver::resetIfDue(const Turn& program, State& state) {
   if (*step.bootDate <= *step.fileDate) return;
   step.isReset = true;
   state.held = std::make_shared<const RememberedInterfaces>();
-  state.heldVersion = 0;
+  state.heldVersion = current().number;  // which is what is to be forgotten
   step.bases.push_back(state.held);
   run_.log.add(Happening::rebootNoticed, program.number());
 }

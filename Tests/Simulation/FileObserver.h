@@ -91,7 +91,7 @@ class FileObserver {
 
   struct State {
     Contents held = std::make_shared<const RememberedInterfaces>();  // null when unknown
-    std::uint64_t heldVersion = 0;
+    std::uint64_t heldVersion = 0;  // of the file, which `held` was loaded from or goes back to
     Contents saving;
     std::string savingBytes;
     std::optional<Step> step;

@@ -23,6 +23,8 @@ struct Installation {
   bool readerFails = false;
   std::shared_ptr<FakeUserDefaultsDisk> defaults = std::make_shared<FakeUserDefaultsDisk>();
   std::uint32_t programsSoFar = 0;
+  /// How often the data file became unreadable, for which each program may print one line.
+  std::uint64_t faultsOfReading = 0;
 };
 
 }  // namespace lanternfold::simulation

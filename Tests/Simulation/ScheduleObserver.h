@@ -31,6 +31,8 @@ class ScheduleObserver {
   /// The recorder begins its schedule; `samplesAtOnce` but after a change of the interval.
   void began(bool samplesAtOnce);
   void stopped() { nextDue_.reset(); }
+  /// The program has waited, undisturbed, for the next thing that it has to do.
+  void woke();
   void intervalSet(std::chrono::seconds interval);
   /// The recorder has sent an event.
   void received(const ConnectionMetricsRecorder::Event& event, bool setsInterval);
@@ -42,7 +44,6 @@ class ScheduleObserver {
   void rests();
 
  private:
-  void noteFailures();
   void checkTicks();
   void checkClass();
 
@@ -62,7 +63,6 @@ class ScheduleObserver {
   std::uint64_t failures_ = 0;
   std::uint64_t stepsByHand_ = 0;
   std::uint64_t failuresByHand_ = 0;
-  std::uint64_t dueTicks_ = 0;  // at least; more may have been skipped
   bool mayHaveBeenCancelled_ = false;
 };
 

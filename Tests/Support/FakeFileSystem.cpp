@@ -1,6 +1,7 @@
 #include "Tests/Support/FakeFileSystem.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 #include "Support/FatalError.h"
@@ -245,9 +246,18 @@ FakeFileSystem::NodePointer FakeFileSystem::makeFile(const Path& path) {
   removeNode(path);
   const auto node = std::make_shared<Node>();
   node->modificationDate = dateOfNow();
-  node->fileNumber = ++lastFileNumber_;
+  node->fileNumber = nextFileNumber();
   nodes_.emplace(path, node);
   return node;
+}
+
+std::uint64_t FakeFileSystem::nextFileNumber() {
+  if (!reusesFileNumbers_) return ++lastFileNumber_;
+  std::set<std::uint64_t> taken;
+  for (const auto& [path, node] : nodes_) taken.insert(node->fileNumber);
+  std::uint64_t number = 1;
+  while (taken.contains(number)) ++number;
+  return number;
 }
 
 void FakeFileSystem::removeNode(const Path& path) {

@@ -74,6 +74,9 @@ class FakeFileSystem final : public FileSystem {
   /// Modification dates are cut to whole ticks since 1970, as of a file system with a coarse clock.
   /// One nanosecond unless set.
   void setDateTick(std::chrono::nanoseconds tick) { dateTick_ = tick; }
+  /// A new file gets the lowest number that no file has, as many file systems do; else no number
+  /// comes twice.
+  void setReusesFileNumbers(bool reuses) { reusesFileNumbers_ = reuses; }
   void setModificationDate(const Path& path, std::chrono::system_clock::time_point date);
 
   /// A slow disk: every step sleeps so long on the clock before it is taken. None unless set.
@@ -130,6 +133,7 @@ class FakeFileSystem final : public FileSystem {
   /// The folder that `path` stands in, when entries can be made and removed there.
   [[nodiscard]] Result<void> checkFolderOf(const Path& path) const;
   NodePointer makeFile(const Path& path);
+  [[nodiscard]] std::uint64_t nextFileNumber();
   void removeNode(const Path& path);
   void cutToNothing(Node& file);
   [[nodiscard]] Result<void> append(Node& file, std::string_view bytes);
@@ -142,6 +146,7 @@ class FakeFileSystem final : public FileSystem {
   std::map<Path, NodePointer> nodes_;
   std::uint64_t lastFileNumber_ = 0;
   std::uint64_t lastTemporaryNumber_ = 0;
+  bool reusesFileNumbers_ = false;
   std::chrono::nanoseconds dateTick_{1};
   std::chrono::nanoseconds stepDuration_{0};
   std::optional<std::size_t> freeBytes_;
