@@ -112,6 +112,7 @@ std::string encodeConnectionMetrics(const ConnectionMetrics& metrics) {
 
 std::expected<ConnectionMetrics, ConnectionMetricsJsonError> decodeConnectionMetrics(
     std::string_view text) {
+  if (const auto metrics = decodeWrittenConnectionMetrics(text)) return *metrics;
   const auto value = parseWatched(text);
   if (!value) return std::unexpected(value.error());
   return connectionMetricsFromJson(*value);

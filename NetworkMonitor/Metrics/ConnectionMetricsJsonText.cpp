@@ -9,6 +9,26 @@
 #include "NetworkMonitor/Metrics/ConnectionMetricsFields.h"
 
 namespace lanternfold {
+namespace {
+
+/// Takes `expected` off the front of `text`, if it stands there.
+bool take(std::string_view& text, std::string_view expected) {
+  if (!text.starts_with(expected)) return false;
+  text.remove_prefix(expected.size());
+  return true;
+}
+
+/// Takes an unsigned number off the front of `text`, if one stands there that JSON allows.
+bool take(std::string_view& text, std::uint64_t& number) {
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc{}) return false;
+  const auto digits = static_cast<std::size_t>(end - text.data());
+  if (digits > 1 && text.front() == '0') return false;
+  text.remove_prefix(digits);
+  return true;
+}
+
+}  // namespace
 
 void appendConnectionMetricsJson(std::string& text, const ConnectionMetrics& metrics) {
   char separator = '{';
@@ -24,6 +44,18 @@ void appendConnectionMetricsJson(std::string& text, const ConnectionMetrics& met
     separator = ',';
   }
   text += '}';
+}
+
+std::optional<ConnectionMetrics> decodeWrittenConnectionMetrics(std::string_view text) {
+  ConnectionMetrics metrics;
+  std::string_view separator = "{";
+  for (const auto& field : connectionMetricsFields) {
+    const bool isThere = take(text, separator) && take(text, "\"") && take(text, field.key) &&
+                         take(text, "\":") && take(text, metrics.*field.member);
+    if (!isThere) return std::nullopt;
+    separator = ",";
+  }
+  return text == "}" ? std::optional(metrics) : std::nullopt;
 }
 
 bool appendJsonString(std::string& text, std::string_view value) {

@@ -46,6 +46,7 @@ ConnectionMetricsRecordReader::Verdict ConnectionMetricsRecordReader::open() {
 
 ConnectionMetricsRecordReader::Verdict ConnectionMetricsRecordReader::close() {
   if (--depth_ > 0) return std::nullopt;
+  field_ = {};
   const auto missing = std::ranges::find(seen_, false);
   if (missing == seen_.end()) return std::nullopt;
   field_ = connectionMetricsFields[static_cast<std::size_t>(missing - seen_.begin())].key;

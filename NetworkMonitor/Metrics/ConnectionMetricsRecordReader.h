@@ -32,7 +32,7 @@ class ConnectionMetricsRecordReader {
   [[nodiscard]] Verdict close();
 
   [[nodiscard]] bool isInside() const { return depth_ > 0; }
-  /// The field to blame for the last verdict, or read last; empty when there is none.
+  /// The field to blame for the last verdict, or read last within this record; else empty.
   [[nodiscard]] std::string_view field() const { return field_; }
 
  private:

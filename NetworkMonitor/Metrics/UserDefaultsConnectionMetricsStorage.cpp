@@ -22,7 +22,8 @@ struct EntryKey {
 std::optional<EntryKey> entryKey(std::string_view text) {
   const std::size_t slash = text.find('/');
   if (slash == std::string_view::npos || slash + 1 == text.size()) return std::nullopt;
-  const std::string_view prefix = text.substr(0, slash);
+  std::string_view prefix = text.substr(0, slash);
+  if (prefix.starts_with('+')) prefix.remove_prefix(1);  // std::from_chars does not take it
   std::int64_t rawValue = 0;
   const char* const end = prefix.data() + prefix.size();
   const auto [parsedTo, error] = std::from_chars(prefix.data(), end, rawValue);
@@ -42,6 +43,22 @@ std::optional<ConnectionMetrics> decoded(const PropertyListValue& value) {
   const auto metrics =
       decodeConnectionMetrics({reinterpret_cast<const char*>(data->data()), data->size()});
   return metrics ? std::optional(*metrics) : std::nullopt;
+}
+
+/// The map that stands in `value`, of the entries that are wanted: the others are not decoded.
+template <typename IsWanted>
+ConnectionMetricsData decoded(const std::optional<PropertyListValue>& value, IsWanted isWanted) {
+  ConnectionMetricsData data;
+  const auto* dictionary = value ? value->asDictionary() : nullptr;
+  if (dictionary == nullptr) return data;
+  for (const auto& [text, entry] : dictionary->entries()) {
+    const auto key = entryKey(text);
+    if (!key || !isWanted(*key)) continue;
+    if (const auto metrics = decoded(entry)) {
+      setMetrics(data, key->interfaceName, key->type, *metrics);
+    }
+  }
+  return data;
 }
 
 /// The entry's value; none when no JSON text can hold the name that it stands under.
@@ -72,7 +89,8 @@ UserDefaultsConnectionMetricsStorage::lastRegisterDate() const {
 void UserDefaultsConnectionMetricsStorage::registerMetrics(const ConnectionMetrics& metrics,
                                                            std::string_view interfaceName,
                                                            ConnectionMetricsType type) {
-  ConnectionMetricsData data = load();
+  const auto isWanted = [](const EntryKey&) { return true; };
+  ConnectionMetricsData data = decoded(userDefaults_->object(dataKey), isWanted);
   setMetrics(data, interfaceName, type, metrics);
   write(data);
   userDefaults_->set(lastRegisterDateKey, environment_.clock.now());
@@ -80,11 +98,15 @@ void UserDefaultsConnectionMetricsStorage::registerMetrics(const ConnectionMetri
 
 std::optional<ConnectionMetrics> UserDefaultsConnectionMetricsStorage::metrics(
     std::string_view interfaceName, ConnectionMetricsType type) {
-  return metricsIn(load(), interfaceName, type);
+  const auto isWanted = [&](const EntryKey& key) {
+    return key.type == type && key.interfaceName == interfaceName;
+  };
+  return metricsIn(decoded(userDefaults_->object(dataKey), isWanted), interfaceName, type);
 }
 
 ConnectionMetricsMap UserDefaultsConnectionMetricsStorage::allMetrics(ConnectionMetricsType type) {
-  return allMetricsIn(load(), type);
+  const auto isWanted = [type](const EntryKey& key) { return key.type == type; };
+  return allMetricsIn(decoded(userDefaults_->object(dataKey), isWanted), type);
 }
 
 void UserDefaultsConnectionMetricsStorage::reset() {
@@ -96,21 +118,6 @@ std::expected<void, MetricsSaveError> UserDefaultsConnectionMetricsStorage::save
   auto synchronised = userDefaults_->synchronize();
   if (synchronised) return {};
   return std::unexpected(MetricsSaveError{std::move(synchronised).error().sentence});
-}
-
-ConnectionMetricsData UserDefaultsConnectionMetricsStorage::load() const {
-  ConnectionMetricsData data;
-  const auto value = userDefaults_->object(dataKey);
-  const auto* dictionary = value ? value->asDictionary() : nullptr;
-  if (dictionary == nullptr) return data;
-  for (const auto& [text, entry] : dictionary->entries()) {
-    const auto key = entryKey(text);
-    if (!key) continue;
-    if (const auto metrics = decoded(entry)) {
-      setMetrics(data, key->interfaceName, key->type, *metrics);
-    }
-  }
-  return data;
 }
 
 void UserDefaultsConnectionMetricsStorage::write(const ConnectionMetricsData& data) {

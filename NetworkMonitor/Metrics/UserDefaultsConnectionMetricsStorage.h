@@ -48,7 +48,6 @@ class UserDefaultsConnectionMetricsStorage final : public ConnectionMetricsPersi
   [[nodiscard]] std::expected<void, MetricsSaveError> save() override;
 
  private:
-  [[nodiscard]] ConnectionMetricsData load() const;
   void write(const ConnectionMetricsData& data);
 
   Environment environment_;
