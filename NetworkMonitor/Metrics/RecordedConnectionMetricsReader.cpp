@@ -54,6 +54,12 @@ std::chrono::seconds RecordedConnectionMetricsReader::intervalOf(
   fatalError("a bandwidth class is none of the known ones");
 }
 
+std::optional<std::chrono::seconds> RecordedConnectionMetricsReader::intervalAfter(
+    const ConnectionMetricsRecorder::Event& event, ConnectionBandwidthClass bandwidthClass) {
+  if (event != ConnectionMetricsRecorder::Event::bandwidthClassChange()) return std::nullopt;
+  return intervalOf(bandwidthClass);
+}
+
 bool RecordedConnectionMetricsReader::startRecorderIfNeeded() {
   // One lock over the look and the start: of two threads that read at the same time one starts.
   const std::lock_guard lock(mutex_);
@@ -68,10 +74,10 @@ Subscription RecordedConnectionMetricsReader::followBandwidthClass() {
   const std::weak_ptr weak = recorder_;
   return recorder_->eventsPublisher().subscribe(
       [weak](const ConnectionMetricsRecorder::Event& event) {
-        if (event != ConnectionMetricsRecorder::Event::bandwidthClassChange()) return;
-        if (const auto recorder = weak.lock()) {
-          recorder->setInterval(intervalOf(recorder->currentBandwidthClass()));
-        }
+        const auto recorder = weak.lock();
+        if (recorder == nullptr) return;
+        const auto interval = intervalAfter(event, recorder->currentBandwidthClass());
+        if (interval) recorder->setInterval(*interval);
       });
 }
 

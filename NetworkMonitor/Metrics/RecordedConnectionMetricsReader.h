@@ -8,6 +8,7 @@
 #include <expected>
 #include <memory>
 #include <mutex>
+#include <optional>
 
 #include "NetworkMonitor/Metrics/ConnectionMetricsReader.h"
 #include "NetworkMonitor/Metrics/ConnectionMetricsRecorder.h"
@@ -43,6 +44,11 @@ class RecordedConnectionMetricsReader final : public ConnectionMetricsReader {
 
   /// How often to sample traffic of this class.
   [[nodiscard]] static std::chrono::seconds intervalOf(ConnectionBandwidthClass bandwidthClass);
+
+  /// What an event of a recorder whose class is `bandwidthClass` makes of its interval; none when
+  /// the event is about something else.
+  [[nodiscard]] static std::optional<std::chrono::seconds> intervalAfter(
+      const ConnectionMetricsRecorder::Event& event, ConnectionBandwidthClass bandwidthClass);
 
  private:
   /// Returns whether it did.
