@@ -1,6 +1,5 @@
 #include "NetworkMonitor/Metrics/FileConnectionMetricsStorage.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "NetworkMonitor/Metrics/ConnectionMetricsFileJson.h"
@@ -45,6 +44,7 @@ std::optional<ConnectionMetricsStorage::Date> FileConnectionMetricsStorage::last
 void FileConnectionMetricsStorage::registerMetrics(const ConnectionMetrics& metrics,
                                                    std::string_view interfaceName,
                                                    ConnectionMetricsType type) {
+  hasChanges_ = true;
   innerStorage_.registerMetrics(metrics, interfaceName, type);
 }
 
@@ -60,12 +60,15 @@ ConnectionMetricsMap FileConnectionMetricsStorage::allMetrics(ConnectionMetricsT
 }
 
 void FileConnectionMetricsStorage::reset() {
+  hasChanges_ = true;
   innerStorage_.reset();
   // What stands in the file now is what is to be forgotten, loaded before or not.
   if (const auto attributes = environment_.files.attributes(storageUrl_)) seen_ = *attributes;
 }
 
 std::expected<void, MetricsSaveError> FileConnectionMetricsStorage::save() {
+  // A sample of a machine without interfaces reads nothing before it saves.
+  if (!hasChanges_) reloadIfNewer();
   const auto encoded = encodeConnectionMetricsFile(innerStorage_.data());
   if (!encoded) return saveFailure(storageUrl_, describe(encoded.error()));
   const auto written = environment_.files.replaceFile(storageUrl_, encoded->text);
@@ -73,8 +76,8 @@ std::expected<void, MetricsSaveError> FileConnectionMetricsStorage::save() {
   for (std::size_t i = 0; i < encoded->recordsLeftOut; ++i) {
     environment_.log.line("Failed to encode ConnectionMetrics");
   }
-  lastSaveDate_ = environment_.clock.now();
   seen_ = *written;
+  hasChanges_ = false;
   return {};
 }
 
@@ -85,9 +88,10 @@ void FileConnectionMetricsStorage::reloadIfNewer() {
 bool FileConnectionMetricsStorage::isNewer() const {
   const auto attributes = environment_.files.attributes(storageUrl_);
   if (!attributes || !seen_) return true;
-  // Two replacements within one tick of the file system's clock have the same date.
-  return attributes->fileNumber != seen_->fileNumber ||
-         attributes->modificationDate > std::max(lastSaveDate_, seen_->modificationDate);
+  // Any difference tells: two replacements within one tick of the file system's clock have the same
+  // date, a wall clock that was set back gives an earlier one, and file systems give the number of
+  // a file that is gone to the next one.
+  return *attributes != *seen_;
 }
 
 void FileConnectionMetricsStorage::reload() {
@@ -105,6 +109,7 @@ void FileConnectionMetricsStorage::reload() {
     reportFailedRestore(describe(data.error()));
     return;
   }
+  hasChanges_ = false;
   innerStorage_ = InMemoryConnectionMetricsStorage(environment_.clock, *std::move(data),
                                                    contents->attributes.modificationDate);
 }

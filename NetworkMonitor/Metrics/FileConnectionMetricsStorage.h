@@ -63,7 +63,8 @@ class FileConnectionMetricsStorage final : public ConnectionMetricsPersistentSto
   std::string name_;
   FileLock lock_;
   InMemoryConnectionMetricsStorage innerStorage_;
-  Date lastSaveDate_ = Date::min();
+  /// Something was registered or forgotten since the last load or save.
+  bool hasChanges_ = false;
   /// Of the file that was loaded, saved or given up last, also one that could not be decoded: it is
   /// looked into once. None while there was no such file.
   std::optional<FileAttributes> seen_;

@@ -106,13 +106,15 @@ void FileObserver::saves(const Turn& program, std::string_view bytes) {
     return;
   }
   Step& step = *state.step;
-  step.wasDisturbed = step.wasDisturbed || step.versionAtLock != current().number;
+  if (!step.wasDisturbed && step.versionAtLock != current().number) {
+    step.wasDisturbed = true;
+    run_.log.add(Happening::disturbedSample, program.number());
+  }
   if (step.isReset && !step.resetIsSaved) {
     checkReset(program, step, *contents);
   } else if (!step.reading) {
     run_.broken(program.number(), "saves before it has read the counters");
   } else if (step.wasDisturbed || step.wasHampered) {
-    if (step.wasDisturbed) run_.log.add(Happening::disturbedSample, program.number());
     checkLoosely(program, step, *contents);
   } else {
     checkStrictly(program, state, *contents);
@@ -124,6 +126,10 @@ void FileObserver::saves(const Turn& program, std::string_view bytes) {
 
 void FileObserver::replaced(const Turn& program) {
   State& state = states_[program.number()];
+  if (state.step && !state.step->wasDisturbed && state.step->versionAtLock != current().number) {
+    state.step->wasDisturbed = true;
+    run_.log.add(Happening::disturbedSample, program.number());
+  }
   checkNothingWentBack(program, state);
   push(state.savingBytes, state.saving);
   state.heldVersion = current().number;
@@ -178,7 +184,8 @@ void FileObserver::tamperedWith(std::optional<std::string> bytes) {
 void FileObserver::push(std::string bytes, Contents contents) {
   versions_.push_back({.number = current().number + 1,
                        .bytes = std::move(bytes),
-                       .contents = std::move(contents)});
+                       .contents = std::move(contents),
+                       .putAt = run_.clock.steadyNow()});
   if (versions_.size() > versionsKept) versions_.pop_front();
 }
 
@@ -190,7 +197,9 @@ void FileObserver::resetIfDue(const Turn& program, State& state) {
   state.held = std::make_shared<const RememberedInterfaces>();
   state.heldVersion = current().number;  // which is what is to be forgotten
   step.bases.push_back(state.held);
-  run_.log.add(Happening::rebootNoticed, program.number());
+  const bool isOne = !current().contents || run_.bootedAt >= current().putAt;
+  run_.log.add(isOne ? Happening::rebootNoticed : Happening::clockStepTakenForReboot,
+               program.number());
 }
 
 void FileObserver::checkReset(const Turn& program, Step& step,

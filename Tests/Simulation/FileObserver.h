@@ -71,6 +71,7 @@ class FileObserver {
     std::uint64_t number = 0;
     std::string bytes;
     Contents contents;  // null when they are not in the storage's form
+    Scheduler::TimePoint putAt;
   };
 
   /// What one sampling step saw.

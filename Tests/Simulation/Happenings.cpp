@@ -66,7 +66,4 @@ std::string_view describe(Happening happening) {
   return text;
 }
 
-// Each of them is met by a long run; one that never occurs shows that the world has lost a fault.
-bool isRequiredOfLongRuns(Happening) { return true; }
-
 }  // namespace lanternfold::simulation

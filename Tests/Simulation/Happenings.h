@@ -74,9 +74,6 @@ inline constexpr std::size_t happeningCount =
 /// The words of a log line, such as "the disk is full".
 [[nodiscard]] std::string_view describe(Happening happening);
 
-/// Every happening that a long run has to meet at least once.
-[[nodiscard]] bool isRequiredOfLongRuns(Happening happening);
-
 class HappeningCounts {
  public:
   void add(Happening happening) { ++counts_[static_cast<std::size_t>(happening)]; }

@@ -82,6 +82,7 @@ void ProgramScript::reboot() {
     }
     run_.log.add(Happening::machineBooted);
     installation_.machine.boot();
+    run_.bootedAt = run_.clock.steadyNow();
     isDown_ = false;
     startMissing();
   });

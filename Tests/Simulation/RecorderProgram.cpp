@@ -70,6 +70,10 @@ void RecorderProgram::settle(Objects& objects) {
     objects.schedule.ended(objects.parts.observer->takeOutcomes());
   } while (objects.parts.dispatch.runOne());
   objects.schedule.rests();
+  failedRestores_ += objects.parts.log.takeFailedRestores();
+  if (failedRestores_ > installation_.faultsOfReading) {
+    run_.broken(turn_.number(), "printed a failed restore more than once");
+  }
   const std::size_t works = objects.parts.dispatch.waitingWorks();
   if (works > mostWaitingWorks) {
     run_.broken(turn_.number(), "has " + std::to_string(works) + " works waiting");

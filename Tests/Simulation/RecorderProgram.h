@@ -47,6 +47,7 @@ class RecorderProgram {
   const RecorderHabits habits_;
   Turn turn_;
   bool isAskedToEnd_ = false;
+  std::uint64_t failedRestores_ = 0;
 };
 
 }  // namespace lanternfold::simulation

@@ -24,6 +24,8 @@ class RunContext {
   Scheduler scheduler{clock, random};
   /// The program whose turn it is, or was last.
   Turn* running = nullptr;
+  /// When the machine booted last.
+  Scheduler::TimePoint bootedAt = clock.steadyNow();
 
   /// Notes that an invariant does not hold. Only the first one counts; the run then ends soon.
   void broken(std::uint32_t program, std::string sentence) {

@@ -11,6 +11,9 @@
 
 namespace lanternfold::simulation {
 
+/// Of a run whose length nobody gives.
+inline constexpr std::chrono::weeks defaultLength{3};
+
 struct SimulationResult {
   std::uint64_t seed = 0;
   std::chrono::nanoseconds simulated{};
