@@ -52,7 +52,7 @@ class FileSystem {
 
   /// Puts a file of `bytes` (mode 0600) in the place of `path`: whoever reads sees the old file or
   /// the new one, whole, also after a loss of power. Nothing else is left behind. The attributes
-  /// are those of the new file.
+  /// are those of the new file. What is no regular file stays, with the errors of `readFile`.
   [[nodiscard]] virtual std::expected<FileAttributes, std::error_code> replaceFile(
       const std::filesystem::path& path, std::string_view bytes) = 0;
 

@@ -4,11 +4,14 @@
 // same contract tests.
 #pragma once
 
+#include <algorithm>
+#include <cstdint>
 #include <expected>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <variant>
 
 #include "Support/PropertyListValue.h"
 
@@ -20,10 +23,29 @@ struct UserDefaultsError {
   friend bool operator==(const UserDefaultsError&, const UserDefaultsError&) = default;
 };
 
+inline constexpr int deepestUserDefaultsValue = 8;
+
+/// Whether user defaults take a value: a string, an integer of either kind, a date, data, or a
+/// dictionary of these, dictionaries within dictionaries to `levels` of them.
+[[nodiscard]] inline bool isUserDefaultsValue(const PropertyListValue& value,
+                                              int levels = deepestUserDefaultsValue) {
+  const PropertyListValue::Storage& storage = value.storage();
+  if (const PropertyListDictionary* dictionary = value.asDictionary()) {
+    return levels > 0 && std::ranges::all_of(dictionary->entries(), [levels](const auto& entry) {
+             return isUserDefaultsValue(entry.second, levels - 1);
+           });
+  }
+  return std::holds_alternative<std::string>(storage) ||
+         std::holds_alternative<std::int64_t>(storage) ||
+         std::holds_alternative<std::uint64_t>(storage) ||
+         std::holds_alternative<PropertyListValue::Date>(storage) ||
+         std::holds_alternative<PropertyListValue::Data>(storage);
+}
+
 /// One suite. Any thread; any number of processes at once: what another one has set is seen by the
 /// next look, and no update of either is lost. Calls may block for the disk, for another process no
-/// longer than a second. Values are strings, integers, dates, data and dictionaries of these (to
-/// `deepestUserDefaultsValue` levels); setting another kind stops the program.
+/// longer than a second. Setting a value that is none of theirs (`isUserDefaultsValue`) stops the
+/// program.
 class UserDefaults {
  public:
   virtual ~UserDefaults() = default;
@@ -41,8 +63,6 @@ class UserDefaults {
   /// Waits until everything that was set or removed is on the disk.
   [[nodiscard]] virtual std::expected<void, UserDefaultsError> synchronize() = 0;
 };
-
-inline constexpr int deepestUserDefaultsValue = 8;
 
 /// Opens suites; any thread.
 class UserDefaultsSuites {

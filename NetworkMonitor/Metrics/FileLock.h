@@ -80,7 +80,7 @@ class FileLock final : public Lock {
     explicit Unlocking(FileLock& lock) : held(lock) {}
     Unlocking(const Unlocking&) = delete;
     Unlocking& operator=(const Unlocking&) = delete;
-    ~Unlocking() { static_cast<void>(held.unlock()); }
+    ~Unlocking() { [[maybe_unused]] const auto unlocked = held.unlock(); }
     FileLock& held;
   };
 

@@ -301,7 +301,7 @@ FakeFileSystem::Result<FileAttributes> FakeFileSystem::replaceBy(const Path& tem
   if (const auto written = writeInParts(path, *file, bytes); !written) return failed(written);
   if (const auto taken = step(FileStep::rename, path); !taken) return failed(taken);
   const NodePointer old = nodeAt(normal(path));
-  if (old && old->kind == Node::Kind::folder) return failure(std::errc::is_a_directory);
+  if (const auto refusal = old ? old->refusal() : std::nullopt) return failure(*refusal);
   auto renamed = nodes_.extract(temporary);
   if (renamed.empty()) return failure(std::errc::no_such_file_or_directory);
   removeNode(normal(path));

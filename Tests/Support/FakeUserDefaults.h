@@ -1,7 +1,6 @@
 // Suites of user defaults in memory, and a disk that a test can make refuse them.
 #pragma once
 
-#include <algorithm>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -47,7 +46,7 @@ class FakeUserDefaults final : public UserDefaults {
   }
 
   void set(std::string_view key, PropertyListValue value) override {
-    if (!canBeStored(value, deepestUserDefaultsValue)) {
+    if (!isUserDefaultsValue(value)) {
       fatalError("user defaults were given a value of a kind that they do not store");
     }
     change(key, std::move(value));
@@ -66,19 +65,6 @@ class FakeUserDefaults final : public UserDefaults {
 
  private:
   using Change = std::optional<PropertyListValue>;  // none is a removal
-
-  static bool canBeStored(const PropertyListValue& value, int levels) {
-    if (value.asString() != nullptr || value.asDate() != nullptr || value.asData() != nullptr) {
-      return true;
-    }
-    if (const auto* dictionary = value.asDictionary()) {
-      return levels > 0 && std::ranges::all_of(dictionary->entries(), [levels](const auto& entry) {
-               return canBeStored(entry.second, levels - 1);
-             });
-    }
-    return std::holds_alternative<std::int64_t>(value.storage()) ||
-           std::holds_alternative<std::uint64_t>(value.storage());
-  }
 
   void change(std::string_view key, Change change) {
     const std::lock_guard lock(disk_->mutex);

@@ -1,12 +1,10 @@
-// A recorder's schedule, its ways to take a sample, its events and its end.
+// A recorder's schedule, its ways to take a sample, and its events.
 #include <cmath>
 #include <limits>
-#include <optional>
 
 #include "NetworkMonitor/Metrics/ConnectionMetricsRecorder.h"
 #include "NetworkMonitor/Metrics/InMemoryConnectionMetricsStorage.h"
-#include "Tests/NetworkMonitor/Metrics/RecorderMachine.h"
-#include "Tests/NetworkMonitor/Metrics/ScriptedMetricsStorage.h"
+#include "Tests/NetworkMonitor/Metrics/RecorderFixture.h"
 
 namespace lanternfold {
 namespace {
@@ -14,37 +12,7 @@ namespace {
 using namespace std::chrono_literals;
 using enum ConnectionBandwidthClass;
 
-class ConnectionMetricsRecorderTest : public testing::Test {
- protected:
-  ConnectionMetricsRecorderTest() {
-    machine.setCounters("en0", 10, 20);
-    machine.reader->beforeReading([this] {
-      diary += machine.seconds() + " ";
-      if (duringReading) duringReading();
-    });
-  }
-
-  /// Lets the next sample that is taken a second after the last one find this class.
-  void makeBusy(ConnectionBandwidthClass bandwidthClass) {
-    const std::map<ConnectionBandwidthClass, std::uint64_t> bytes{
-        {idle, 0}, {low, 500'000}, {high, 6'250'000}, {veryHigh, 31'250'000}};
-    sent += bytes.at(bandwidthClass);
-    machine.setCounters("en0", sent, 20);
-  }
-  [[nodiscard]] Subscription follow() {
-    return recorder->eventsPublisher().subscribe([this](const Recorder::Event& event) {
-      diary += event.rawValue + "=" + std::string(nameOf(recorder->currentBandwidthClass())) + " ";
-    });
-  }
-
-  RecorderMachine machine;
-  std::string diary;  ///< the second of each sample, and whatever else a test notes
-  std::function<void()> duringReading;
-  std::uint64_t sent = 10;
-  std::shared_ptr<ScriptedMetricsStorage> storage =
-      std::make_shared<ScriptedMetricsStorage>(machine.clock);
-  std::shared_ptr<Recorder> recorder = machine.recorderOver(storage);
-};
+using ConnectionMetricsRecorderTest = RecorderFixture;
 
 TEST_F(ConnectionMetricsRecorderTest, BeginsStoppedIdleAndWithTwoMinutes) {
   EXPECT_FALSE(recorder->isStarted());
@@ -319,76 +287,6 @@ TEST_F(ConnectionMetricsRecorderTest, RecordersShareOneQueue) {
   EXPECT_EQ(onQueue, 2);
   EXPECT_EQ(machine.recorderQueue().label(),
             "net.quernaple.NetworkMonitor.ConnectionMetricsRecorder");
-}
-
-TEST_F(ConnectionMetricsRecorderTest, ReleasedRecorderStopsSampling) {
-  recorder->start();
-  machine.dispatch.advance(130s);
-  const std::weak_ptr watched = recorder;
-  recorder.reset();
-  EXPECT_TRUE(watched.expired());
-  machine.dispatch.advance(1h);
-  EXPECT_EQ(diary, "0 120 ");
-  EXPECT_EQ(storage.use_count(), 1);
-}
-
-TEST_F(ConnectionMetricsRecorderTest, RecorderReleasedDuringASampleCompletesItAndIsGone) {
-  const std::weak_ptr watched = recorder;
-  duringReading = [this] { recorder.reset(); };
-  recorder->start();
-  machine.dispatch.advance(1h);
-  EXPECT_EQ(diary, "0 ");
-  EXPECT_TRUE(watched.expired());
-  EXPECT_EQ(storage->diary, "lock en0.original en0.adjusted save unlock");
-}
-
-TEST_F(ConnectionMetricsRecorderTest, RecorderReleasedByItsOwnEventHandlerIsGone) {
-  const std::weak_ptr watched = recorder;
-  const Subscription subscription =
-      recorder->eventsPublisher().subscribe([this](const Recorder::Event&) { recorder.reset(); });
-  recorder->setInterval(1s);
-  recorder->start();
-  machine.dispatch.advance(500ms);
-  makeBusy(high);
-  machine.dispatch.advance(1h);
-  EXPECT_EQ(diary, "0 1 ");
-  EXPECT_TRUE(watched.expired());
-}
-
-TEST_F(ConnectionMetricsRecorderTest, LastReferenceMayGoOnTheRecorderQueue) {
-  recorder->start();
-  machine.dispatch.advance(0s);
-  machine.recorderQueue().async([this] { recorder.reset(); });
-  machine.dispatch.advance(1h);
-  EXPECT_EQ(diary, "0 ");
-  EXPECT_EQ(storage.use_count(), 1);
-}
-
-TEST_F(ConnectionMetricsRecorderTest, OutstandingCompletionOfAReleasedRecorderIsStillCalledOnce) {
-  const std::weak_ptr watched = recorder;
-  recorder->start();
-  recorder->once([this](const Recorder::Metrics& outcome) { diary += textOf(outcome) + " "; });
-  recorder.reset();
-  machine.dispatch.advance(1h);
-  EXPECT_TRUE(watched.expired());
-  EXPECT_TRUE(diary == "0 en0 10/20 " || diary == "0 0 en0 10/20 ") << diary;
-}
-
-TEST(ConnectionMetricsRecorderShutdownTest, QueuesThatGoFirstReleaseEverything) {
-  const auto held = std::make_shared<int>(0);
-  std::weak_ptr<Recorder> watched;
-  std::optional<RecorderMachine> machine(std::in_place);
-  {
-    const auto recorder =
-        machine->recorderOver(std::make_shared<InMemoryConnectionMetricsStorage>(machine->clock));
-    watched = recorder;
-    recorder->start();
-    recorder->once([held](const Recorder::Metrics&) { FAIL() << "was called"; });
-  }
-  EXPECT_FALSE(watched.expired()) << "held by the sample that waits";
-  machine.reset();
-  EXPECT_TRUE(watched.expired());
-  EXPECT_EQ(held.use_count(), 1);
 }
 
 using ConnectionMetricsRecorderDeathTest = ConnectionMetricsRecorderTest;

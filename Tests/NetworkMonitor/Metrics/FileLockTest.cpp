@@ -1,6 +1,7 @@
 // The lock between programs: what it does to its file, step by step, and how long it waits.
 #include <cmath>
 #include <limits>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -309,6 +310,24 @@ TEST_F(FileLockTest, LooksAndWritesOnTheQueueOfFileLocksAndSleepsOffIt) {
   EXPECT_GT(steps, 8U);
 }
 
+TEST_F(FileLockTest, FailsWhileTheQueuesAreBeingDestroyed) {
+  struct Late {
+    explicit Late(FileLock& lock) : late(lock) {}
+    Late(const Late&) = delete;
+    Late& operator=(const Late&) = delete;
+    ~Late() {
+      EXPECT_EQ(late.lock(), failed(Case::lockFailed));
+      EXPECT_EQ(late.unlock(), failed(Case::unlockFailed));
+    }
+    FileLock& late;
+  };
+  auto dispatch = std::make_unique<SimulatedDispatch>(clock_);
+  FileLock lock({.files = disk_, .clock = clock_, .dispatch = *dispatch}, url);
+  dispatch->mainQueue().async([late = std::make_unique<Late>(lock)] {});
+  dispatch.reset();
+  EXPECT_THAT(disk_.paths("/data"), IsEmpty());
+}
+
 class FileLockPerformTest : public FileLockTest {
  protected:
   using Result = std::expected<void, FileLock::PerformError<std::string>>;
@@ -367,22 +386,6 @@ TEST_F(FileLockPerformTest, GivesTheLockUpWhenTheActionThrows) {
                    []() -> std::expected<void, std::string> { throw std::bad_alloc(); })),
                std::bad_alloc);
   EXPECT_THAT(disk_.paths("/data"), IsEmpty());
-}
-
-TEST(LockErrorText, SaysWhatFailedAndWhy) {
-  EXPECT_EQ(describe({.value = Case::lockFailed,
-                      .underlying = std::make_error_code(std::errc::no_space_on_device)}),
-            "the lock file could not be written: No space left on device; see whether its folder "
-            "is there and can be written to");
-  EXPECT_EQ(describe({.value = Case::lockFailed}),
-            "the lock file could not be written; see whether its folder is there and can be "
-            "written to");
-  EXPECT_EQ(describe({.value = Case::unlockFailed,
-                      .underlying = std::make_error_code(std::errc::permission_denied)}),
-            "the lock file could not be removed: Permission denied; it lapses by itself");
-  EXPECT_EQ(describe({.value = Case::lockTimeout}),
-            "another program kept the lock for longer than was waited");
-  EXPECT_EQ(describe({.value = Case::alreadyUnlocked}), "there was no lock file to remove");
 }
 
 }  // namespace

@@ -1,72 +1,16 @@
 // What every side of the dispatch seam promises.
 #include <atomic>
-#include <mutex>
-#include <utility>
 
-#include "Tests/PlatformLinux/Contracts/DispatchWorlds.h"
+#include "Tests/PlatformLinux/Contracts/DispatchContractFixture.h"
 
 namespace lanternfold {
 namespace {
 
 using namespace std::chrono_literals;
 
-/// What works wrote down, from any thread.
-class Diary {
- public:
-  void write(std::string entry) {
-    const std::lock_guard lock(mutex_);
-    entries_.push_back(std::move(entry));
-  }
-  [[nodiscard]] std::vector<std::string> entries() const {
-    const std::lock_guard lock(mutex_);
-    return entries_;
-  }
-  [[nodiscard]] std::function<bool()> holds(std::size_t count) const {
-    return [this, count] { return entries().size() >= count; };
-  }
-
- private:
-  mutable std::mutex mutex_;
-  std::vector<std::string> entries_;
-};
-
-using Entries = std::vector<std::string>;
-
-/// Calls a function when it is destroyed: stands for what a work holds.
-class AtDestruction {
- public:
-  explicit AtDestruction(std::function<void()> action) : action_(std::move(action)) {}
-  ~AtDestruction() { action_(); }
-  AtDestruction(const AtDestruction&) = delete;
-  AtDestruction& operator=(const AtDestruction&) = delete;
-
- private:
-  std::function<void()> action_;
-};
-
 template <typename World>
-class DispatchContractTest : public testing::Test {
- protected:
-  [[nodiscard]] DispatchQueue& serial(std::string_view label = "test.serial") {
-    return world.dispatch().serialQueue(label, QualityOfService::userInitiated);
-  }
-  [[nodiscard]] DispatchQueue& main() { return world.dispatch().mainQueue(); }
-
-  Diary diary;  // outlives the works that write into it
-  World world;
-};
-
-using Worlds = testing::Types<AsioWorld, SimulatedWorld>;
-
-class WorldNames {
- public:
-  template <typename World>
-  static std::string GetName(int) {
-    return std::is_same_v<World, AsioWorld> ? "Asio" : "Simulated";
-  }
-};
-
-TYPED_TEST_SUITE(DispatchContractTest, Worlds, WorldNames);
+using DispatchContractTest = DispatchContractFixture<World>;
+TYPED_TEST_SUITE(DispatchContractTest, DispatchSides, DispatchSideNames);
 
 TYPED_TEST(DispatchContractTest, SerialQueueRunsWorksInTheOrderOfTheCalls) {
   std::vector<int> order;  // of one queue only: needs no lock
@@ -244,102 +188,6 @@ TYPED_TEST(DispatchContractTest, WorkMayDelayItselfAgainAndAgain) {
   ASSERT_TRUE(this->world.runUntil([&ticks] { return ticks == 5; }));
 }
 
-TYPED_TEST(DispatchContractTest, SyncReturnsWhenTheWorkHasRun) {
-  DispatchQueue& queue = this->serial();
-  EXPECT_TRUE(queue.sync([&] { this->diary.write(queue.isCurrent() ? "on the queue" : "off"); }));
-  EXPECT_EQ(this->diary.entries(), (Entries{"on the queue"}));
-  EXPECT_FALSE(queue.isCurrent());
-}
-
-TYPED_TEST(DispatchContractTest, SyncRunsAfterTheWorksThatWaitAlready) {
-  for (const char* entry : {"a", "b"}) {
-    this->serial().async([this, entry] {
-      this->diary.write(entry);
-      this->serial().async([this] { this->diary.write("appended"); });
-    });
-  }
-  EXPECT_TRUE(this->serial().sync([this] { this->diary.write("awaited"); }));
-  const Entries entries = this->diary.entries();
-  EXPECT_EQ(Entries(entries.begin(), entries.begin() + 3), (Entries{"a", "b", "awaited"}));
-  ASSERT_TRUE(this->world.runUntil(this->diary.holds(5)));
-}
-
-TYPED_TEST(DispatchContractTest, SyncFromAWorkOfAnotherQueueComesBackToThatWork) {
-  DispatchQueue& outer = this->serial("test.outer");
-  DispatchQueue& inner = this->serial("test.inner");
-  const auto current = [&outer, &inner] {
-    return std::string(outer.isCurrent() ? "+" : "-") + (inner.isCurrent() ? "+" : "-");
-  };
-  outer.async([&, current] {
-    this->diary.write(current());
-    EXPECT_TRUE(inner.sync([&] { this->diary.write(current()); }));
-    this->diary.write(current());
-  });
-  ASSERT_TRUE(this->world.runUntil(this->diary.holds(3)));
-  EXPECT_EQ(this->diary.entries(), (Entries{"+-", "-+", "+-"}));
-}
-
-TYPED_TEST(DispatchContractTest, SyncGoesThroughQueuesOfEveryQuality) {
-  Dispatch& dispatch = this->world.dispatch();
-  dispatch.serialQueue("test.background", QualityOfService::background).async([&] {
-    dispatch.serialQueue("test.ordinary", QualityOfService::userInitiated).sync([&] {
-      dispatch.globalQueue(QualityOfService::background).sync([&] {
-        dispatch.mainQueue().sync([this] { this->diary.write("innermost"); });
-      });
-    });
-    this->diary.write("outermost");
-  });
-  ASSERT_TRUE(this->world.runUntil(this->diary.holds(2)));
-  EXPECT_EQ(this->diary.entries(), (Entries{"innermost", "outermost"}));
-}
-
-TYPED_TEST(DispatchContractTest, SyncOnAGlobalQueueFromOneOfItsOwnWorks) {
-  DispatchQueue& global = this->world.dispatch().globalQueue(QualityOfService::utility);
-  global.async([&] {
-    EXPECT_TRUE(global.sync([this] { this->diary.write("inner"); }));
-    this->diary.write("outer");
-  });
-  ASSERT_TRUE(this->world.runUntil(this->diary.holds(2)));
-  EXPECT_EQ(this->diary.entries(), (Entries{"inner", "outer"}));
-}
-
-TYPED_TEST(DispatchContractTest, WhatASyncWorkHoldsIsReleasedOnTheQueueBeforeTheReturn) {
-  auto held = std::make_unique<AtDestruction>([this] {
-    this->diary.write(this->serial().isCurrent() ? "released on the queue" : "released elsewhere");
-  });
-  this->serial().sync([this, held = std::move(held)] { this->diary.write("ran"); });
-  EXPECT_EQ(this->diary.entries(), (Entries{"ran", "released on the queue"}));
-}
-
-TYPED_TEST(DispatchContractTest, QueueGoesOnAfterASync) {
-  for (int round = 0; round < 100; ++round) {
-    int seen = -1;
-    EXPECT_TRUE(this->serial().sync([&seen, round] { seen = round; }));
-    EXPECT_EQ(seen, round);
-  }
-  this->serial().async([this] { this->diary.write("later"); });
-  ASSERT_TRUE(this->world.runUntil(this->diary.holds(1)));
-}
-
-TYPED_TEST(DispatchContractTest, SyncWhileTheDispatchIsDestroyedReturnsWithoutHavingRun) {
-  const auto held = std::make_shared<int>(0);
-  DispatchQueue& serial = this->serial();
-  DispatchQueue& main = this->main();
-  std::string outcomes;
-  const auto syncInVain = [&serial, &main, &outcomes, held] {
-    for (DispatchQueue* queue : {&serial, &main}) {
-      outcomes += queue->sync([held, &outcomes] { outcomes += "ran "; }) ? "run " : "refused ";
-    }
-  };
-  main.async([guard = std::make_unique<AtDestruction>(syncInVain)] {});
-  serial.after(1h, [guard = std::make_unique<AtDestruction>(syncInVain)] {});
-
-  this->world.destroyDispatch();
-
-  EXPECT_EQ(outcomes, "refused refused refused refused ");
-  EXPECT_EQ(held.use_count(), 2) << "besides the test's own there is only the copy in `syncInVain`";
-}
-
 TYPED_TEST(DispatchContractTest, DestructionDestroysWaitingWorkWithoutRunningIt) {
   const auto held = std::make_shared<int>(0);
   std::atomic<bool> ran = false;
@@ -378,31 +226,11 @@ TYPED_TEST(DispatchContractTest, WorkAppendedWhileTheDispatchIsDestroyedIsDestro
 
 template <typename World>
 using DispatchContractDeathTest = DispatchContractTest<World>;
-TYPED_TEST_SUITE(DispatchContractDeathTest, Worlds, WorldNames);
+TYPED_TEST_SUITE(DispatchContractDeathTest, DispatchSides, DispatchSideNames);
 
 TYPED_TEST(DispatchContractDeathTest, AssertOnQueueStopsTheProgramElsewhere) {
   EXPECT_DEATH(assertOnQueue(this->serial("test.queue")),
                "code that belongs on the queue \"test.queue\" ran elsewhere");
-}
-
-TYPED_TEST(DispatchContractDeathTest, SyncFromAWorkOfTheSameQueue) {
-  const auto waitForItself = [this] {
-    this->serial().async([this] { this->serial().sync([] {}); });
-    static_cast<void>(this->world.runUntil([] { return false; }));
-  };
-  EXPECT_DEATH(waitForItself(),
-               "a work waited for the queue \"test.serial\", which waits for that work");
-}
-
-TYPED_TEST(DispatchContractDeathTest, SyncThatComesBackToAQueueThatWaitsForIt) {
-  const auto waitInACircle = [this] {
-    this->main().async([this] {
-      this->serial().sync(
-          [this] { this->serial("test.third").sync([this] { this->main().sync([] {}); }); });
-    });
-    static_cast<void>(this->world.runUntil([] { return false; }));
-  };
-  EXPECT_DEATH(waitInACircle(), "a work waited for the queue \"main\", which waits for that work");
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 #include <thread>
 
 #include "Platform/RepeatingTimer.h"
-#include "Tests/PlatformLinux/Contracts/DispatchWorlds.h"
+#include "Tests/PlatformLinux/Contracts/DispatchContractFixture.h"
 
 namespace lanternfold {
 namespace {
@@ -29,17 +29,7 @@ class RepeatingTimerContractTest : public testing::Test {
   World world;
 };
 
-using Worlds = testing::Types<AsioWorld, SimulatedWorld>;
-
-class WorldNames {
- public:
-  template <typename World>
-  static std::string GetName(int) {
-    return std::is_same_v<World, AsioWorld> ? "Asio" : "Simulated";
-  }
-};
-
-TYPED_TEST_SUITE(RepeatingTimerContractTest, Worlds, WorldNames);
+TYPED_TEST_SUITE(RepeatingTimerContractTest, DispatchSides, DispatchSideNames);
 
 TYPED_TEST(RepeatingTimerContractTest, TicksAgainAndAgainOnTheQueue) {
   std::atomic<int> elsewhere = 0;
@@ -165,7 +155,7 @@ TYPED_TEST(RepeatingTimerContractTest, LongestPeriodDoesNotOverflow) {
 
 template <typename World>
 using RepeatingTimerContractDeathTest = RepeatingTimerContractTest<World>;
-TYPED_TEST_SUITE(RepeatingTimerContractDeathTest, Worlds, WorldNames);
+TYPED_TEST_SUITE(RepeatingTimerContractDeathTest, DispatchSides, DispatchSideNames);
 
 TYPED_TEST(RepeatingTimerContractDeathTest, PeriodThatIsNotAboveZero) {
   EXPECT_DEATH(static_cast<void>(this->start(0s, [] {})), "a period that is not above zero");
