@@ -84,7 +84,8 @@ ConnectionMetrics readRecord(TextReader& reader) {
   ConnectionMetrics metrics;
   unsigned found = 0;  // a bit a field
   reader.object([&](const std::string& key) {
-    const auto field = std::ranges::find(connectionMetricsFields, key, &ConnectionMetricsField::key);
+    const auto field =
+        std::ranges::find(connectionMetricsFields, key, &ConnectionMetricsField::key);
     const auto bit = 1U << static_cast<unsigned>(field - connectionMetricsFields.begin());
     if (field == connectionMetricsFields.end() || (found & bit) != 0) {
       reader.fail("another key than \"" + key + "\"");
@@ -130,7 +131,8 @@ std::expected<RememberedInterfaces, std::string> readDataFileText(std::string_vi
     if (!records[0].contains(name)) return std::unexpected(name + " has no original record");
     result[name].adjusted = adjusted;
   }
-  if (records[0].size() != records[1].size()) return std::unexpected("an adjusted record is missing");
+  if (records[0].size() != records[1].size())
+    return std::unexpected("an adjusted record is missing");
   return result;
 }
 

@@ -71,7 +71,8 @@ BandwidthClassValue DirectSampleObserver::classOf(const Sample& sample,
   if (!previousDate || reading.given.empty()) return 0;
   const auto before = sample.before.find(reading.given.name(0));
   if (before == sample.before.end()) return 0;
-  return expectedClass(before->second.adjusted, sample.expected.find(before->first)->second.adjusted,
+  return expectedClass(before->second.adjusted,
+                       sample.expected.find(before->first)->second.adjusted,
                        run_.clock.now() - *previousDate);
 }
 

@@ -10,11 +10,10 @@ namespace {
 constexpr std::size_t eventsKept = 40;
 
 bool isRoutine(Happening happening) {
-  constexpr std::array routine{Happening::sampled,      Happening::lockTaken,
-                               Happening::saved,        Happening::writeRefused,
-                               Happening::sampleFailed, Happening::counterWrapped,
-                               Happening::classChanged, Happening::trafficChanged,
-                               Happening::readByUser};
+  constexpr std::array routine{
+      Happening::sampled,      Happening::lockTaken,      Happening::saved,
+      Happening::writeRefused, Happening::sampleFailed,   Happening::counterWrapped,
+      Happening::classChanged, Happening::trafficChanged, Happening::readByUser};
   return std::ranges::find(routine, happening) != routine.end();
 }
 
@@ -39,9 +38,9 @@ std::string spanText(std::chrono::nanoseconds span) {
   const std::chrono::hh_mm_ss time(
       std::chrono::duration_cast<std::chrono::microseconds>(span - days));
   std::array<char, 64> text{};
-  std::snprintf(text.data(), text.size(), "%dd %02d:%02d:%02d.%06d",
-                static_cast<int>(days.count()), static_cast<int>(time.hours().count()),
-                static_cast<int>(time.minutes().count()), static_cast<int>(time.seconds().count()),
+  std::snprintf(text.data(), text.size(), "%dd %02d:%02d:%02d.%06d", static_cast<int>(days.count()),
+                static_cast<int>(time.hours().count()), static_cast<int>(time.minutes().count()),
+                static_cast<int>(time.seconds().count()),
                 static_cast<int>(time.subseconds().count()));
   return text.data();
 }
@@ -77,9 +76,8 @@ std::string EventLog::lastEvents() const {
   std::vector<Event> events = inOrder(notable_);
   const std::vector<Event> latest = inOrder(all_);
   if (!latest.empty()) {
-    std::erase_if(events, [&](const Event& event) {
-      return event.number >= latest.front().number;
-    });
+    std::erase_if(events,
+                  [&](const Event& event) { return event.number >= latest.front().number; });
   }
   std::string text;
   for (const Event& event : events) text += line(event);

@@ -54,9 +54,9 @@ RememberedInterfaces expectedAfter(const RememberedInterfaces& before,
     const std::string& name = reading.given.name(position);
     const auto found = before.find(name);
     const RememberedInterface* previous = found == before.end() ? nullptr : &found->second;
-    after.insert_or_assign(
-        name, expectedInterface(previous, previous, reading.given.value(position),
-                                reading.truth.find(name)->second, counting));
+    after.insert_or_assign(name,
+                           expectedInterface(previous, previous, reading.given.value(position),
+                                             reading.truth.find(name)->second, counting));
   }
   return after;
 }

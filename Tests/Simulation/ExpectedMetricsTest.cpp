@@ -1,10 +1,9 @@
 // The observers' own arithmetic, by hand.
-#include "Tests/Simulation/ExpectedMetrics.h"
-
 #include <gtest/gtest.h>
 
 #include "Tests/Simulation/BandwidthClassRule.h"
 #include "Tests/Simulation/DataFileText.h"
+#include "Tests/Simulation/ExpectedMetrics.h"
 #include "Tests/Simulation/SimulatedMachine.h"
 
 namespace lanternfold::simulation {

@@ -1,9 +1,8 @@
 #include "Tests/Simulation/Fiber.h"
 
 #include <cstdint>
-#include <utility>
-
 #include <ucontext.h>
+#include <utility>
 
 #include "Support/FatalError.h"
 

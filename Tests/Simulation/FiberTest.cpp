@@ -1,9 +1,8 @@
-#include "Tests/Simulation/Fiber.h"
-
 #include <string>
 
 #include <gtest/gtest.h>
 
+#include "Tests/Simulation/Fiber.h"
 #include "Tests/Simulation/Turn.h"
 
 namespace lanternfold::simulation {

@@ -29,8 +29,8 @@ bool followsFrom(const std::vector<std::shared_ptr<const RememberedInterfaces>>&
       return true;
     }
     for (auto later = earlier; given && later != bases.end(); ++later) {
-      const auto expected = expectedInterface(old, in(**later), *given,
-                                              reading.truth.find(name)->second, counting);
+      const auto expected =
+          expectedInterface(old, in(**later), *given, reading.truth.find(name)->second, counting);
       if (expected.holdsTheSame(found)) {
         found.truth = expected.truth;
         return true;
@@ -59,8 +59,7 @@ void FileObserver::lookedUp(const Turn& program,
   State& state = states_[program.number()];
   if (!state.step) return;
   state.step->wasHampered |= !attributes && isFault(attributes.error());
-  state.step->fileDate =
-      attributes ? std::optional(attributes->modificationDate) : std::nullopt;
+  state.step->fileDate = attributes ? std::optional(attributes->modificationDate) : std::nullopt;
   resetIfDue(program, state);
 }
 
@@ -98,7 +97,8 @@ void FileObserver::saves(const Turn& program, std::string_view bytes) {
   State& state = states_[program.number()];
   auto contents = readDataFileText(bytes);
   if (!contents) {
-    run_.broken(program.number(), "saves a text that is none of the storage's: " + contents.error());
+    run_.broken(program.number(),
+                "saves a text that is none of the storage's: " + contents.error());
     return;
   }
   if (!state.step || !lock_.holds(program)) {
@@ -207,7 +207,8 @@ void FileObserver::checkReset(const Turn& program, Step& step,
   if (!contents.empty() && !step.wasHampered) {
     run_.broken(program.number(), "saved records after a reset");
   }
-  if (step.reading) run_.broken(program.number(), "noticed a reboot after it had read the counters");
+  if (step.reading)
+    run_.broken(program.number(), "noticed a reboot after it had read the counters");
 }
 
 void FileObserver::checkStrictly(const Turn& program, State& state,

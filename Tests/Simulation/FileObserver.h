@@ -1,12 +1,12 @@
 // Watches a data file through the operations of the programs that share it, and knows what has to
 // stand in it after every sample.
 //
-// Strictly, a save holds what the file held, brought forward by the sample's own reading. That needs
-// that nobody else wrote between the program's lock and its save. Where somebody did (two programs
-// looked at a free lock at once, a step outlasted its lease, the wall clock stepped) or where the
-// disk refused a look, every interface still has a pair of records that stood in the file before, or
-// one that follows from such records and the reading: nothing is torn, invented or counted twice,
-// and the next sample catches up, because both records went back together.
+// Strictly, a save holds what the file held, brought forward by the sample's own reading. That
+// needs that nobody else wrote between the program's lock and its save. Where somebody did (two
+// programs looked at a free lock at once, a step outlasted its lease, the wall clock stepped) or
+// where the disk refused a look, every interface still has a pair of records that stood in the file
+// before, or one that follows from such records and the reading: nothing is torn, invented or
+// counted twice, and the next sample catches up, because both records went back together.
 #pragma once
 
 #include <chrono>

@@ -1,8 +1,7 @@
 // The counting operators new and delete of this test program; other programs keep the library's.
-#include <malloc.h>
-
 #include <atomic>
 #include <cstdlib>
+#include <malloc.h>
 #include <new>
 
 #include "Tests/Simulation/LiveAllocations.h"

@@ -21,8 +21,8 @@ void OneShotProgram::live() {
   for (std::size_t position = 0; held && position < found->size(); ++position) {
     const auto remembered = held->find(found->name(position));
     if (remembered == held->end() || remembered->second.adjusted != found->value(position)) {
-      run.broken(turn_.number(), "gives other counters of " + found->name(position) +
-                                     " than it has saved");
+      run.broken(turn_.number(),
+                 "gives other counters of " + found->name(position) + " than it has saved");
     }
   }
 }

@@ -56,8 +56,7 @@ void RecorderProgram::start(Objects& objects) {
         objects.schedule.received(event, sets);
       });
   if (habits_.isAdaptive) {
-    objects.reader =
-        std::make_unique<RecordedConnectionMetricsReader>(objects.parts.recorder);
+    objects.reader = std::make_unique<RecordedConnectionMetricsReader>(objects.parts.recorder);
     readInBackground(objects);
   } else {
     recorder.start();
@@ -119,8 +118,7 @@ void RecorderProgram::useByHand(Objects& objects) {
 void RecorderProgram::readSynchronously(Objects& objects) {
   const bool starts = objects.reader && !objects.parts.recorder->isStarted();
   if (starts) objects.schedule.began(true);
-  const auto found =
-      objects.reader ? objects.reader->read() : objects.parts.recorder->onceSync();
+  const auto found = objects.reader ? objects.reader->read() : objects.parts.recorder->onceSync();
   objects.schedule.sampledByHand(!found.has_value());
   if (objects.reader && found) compareWithHeld(objects, *found);
 }

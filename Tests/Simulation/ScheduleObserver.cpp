@@ -92,9 +92,9 @@ void ScheduleObserver::checkClass() {
                                        std::to_string(*expected_));
   }
   if (recorder_.interval() != interval_) {
-    run_.broken(program_.number(),
-                "samples every " + std::to_string(recorder_.interval().count()) +
-                    " s where the class asks for " + std::to_string(interval_.count()));
+    run_.broken(program_.number(), "samples every " + std::to_string(recorder_.interval().count()) +
+                                       " s where the class asks for " +
+                                       std::to_string(interval_.count()));
   }
 }
 

@@ -34,9 +34,8 @@ class SeededRandom {
   /// The time to the next of events that come by chance, so often on average.
   [[nodiscard]] std::chrono::nanoseconds waiting(std::chrono::nanoseconds mean) {
     const double factor = -std::log(1.0 - unit());
-    return std::chrono::nanoseconds(1 +
-                                    static_cast<std::int64_t>(static_cast<double>(mean.count()) *
-                                                              factor));
+    return std::chrono::nanoseconds(
+        1 + static_cast<std::int64_t>(static_cast<double>(mean.count()) * factor));
   }
   template <typename List>
   [[nodiscard]] const auto& oneOf(const List& list) {

@@ -42,10 +42,10 @@ void SimulatedMachine::boot() {
   for (auto& [name, link] : links_) {
     count(link);
     const std::uint64_t mtu = link.truth.counters.mtu;
-    link = {.truth = {.incarnation = ++lastIncarnation_,
-                      .counters = ConnectionMetrics::initial(mtu)},
-            .rate = link.rate,
-            .countedUntil = clock_.steadyNow()};
+    link = {
+        .truth = {.incarnation = ++lastIncarnation_, .counters = ConnectionMetrics::initial(mtu)},
+        .rate = link.rate,
+        .countedUntil = clock_.steadyNow()};
   }
 }
 

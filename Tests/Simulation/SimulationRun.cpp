@@ -63,7 +63,8 @@ SimulationResult simulate(std::uint64_t seed, std::chrono::nanoseconds length,
 std::string report(const SimulationResult& result, std::chrono::nanoseconds length) {
   const auto weeks = std::chrono::ceil<std::chrono::weeks>(length);
   // The events of a run do not depend on its length.
-  const std::string option = weeks <= defaultLength ? "" : " --weeks " + std::to_string(weeks.count());
+  const std::string option =
+      weeks <= defaultLength ? "" : " --weeks " + std::to_string(weeks.count());
   return "Seed " + std::to_string(result.seed) + " breaks a rule after " +
          spanText(result.simulated) + ": " + result.violation.value_or("none") + "\n" +
          result.story + "Replay: Scripts/simulate --seed " + std::to_string(result.seed) + option +

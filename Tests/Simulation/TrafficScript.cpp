@@ -11,7 +11,10 @@ namespace {
 
 constexpr std::uint64_t turn32 = std::uint64_t{1} << 32;
 // A name may hold anything but a slash and blanks.
-constexpr std::array<const char*, 5> names{"en0", "en1", "wlan0", "k\xC3\xA4" "bel0", "u\"s\\b0"};
+constexpr std::array<const char*, 5> names{"en0", "en1", "wlan0",
+                                           "k\xC3\xA4"
+                                           "bel0",
+                                           "u\"s\\b0"};
 
 }  // namespace
 
