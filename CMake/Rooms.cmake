@@ -63,3 +63,11 @@ target_link_libraries(lanternfold-widgets PRIVATE CommandLine)
 include(GNUInstallDirs)
 install(TARGETS lanternfold-widgets)
 install(DIRECTORY Assets DESTINATION "${CMAKE_INSTALL_DATADIR}/lanternfold-widgets")
+# The unit names the program where it is installed, which is known no sooner.
+install(CODE "
+  set(LANTERNFOLD_PROGRAM
+      \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/lanternfold-widgets\")
+  configure_file(\"${CMAKE_SOURCE_DIR}/Packaging/lanternfold-widgets-record.service.in\"
+                 \"${CMAKE_BINARY_DIR}/lanternfold-widgets-record.service\" @ONLY)")
+install(FILES "${CMAKE_BINARY_DIR}/lanternfold-widgets-record.service"
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/systemd/user")

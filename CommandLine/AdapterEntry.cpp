@@ -49,7 +49,10 @@ std::expected<DrawableAdapterEntry, CommandFailure> entryOfThisMachine(
 std::expected<DrawableAdapterEntry, CommandFailure> drawableAdapterEntry(
     EntrySource source, const AdapterConfigurationIntent& configuration, const Machine& machine) {
   const NetworkAdapterProvider provider(machine.platform.clock, machine.platform.strings,
-                                        [&machine] { return makeNetworkStateMonitor(machine); });
+                                        [&machine] {
+                                          // This widget belongs to no application group.
+                                          return makeNetworkStateMonitor(machine, std::nullopt);
+                                        });
   switch (source) {
     case EntrySource::placeholder:
       return DrawableAdapterEntry{.entry = provider.placeholder()};

@@ -11,8 +11,10 @@
 #include <CLI/CLI.hpp>
 
 #include "CommandLine/Commands/InterfacesCommand.h"
+#include "CommandLine/Commands/RecordCommand.h"
 #include "CommandLine/Commands/RenderCommand.h"
 #include "CommandLine/Commands/StateCommand.h"
+#include "CommandLine/DataOptions.h"
 #include "CommandLine/ProgramName.h"
 
 namespace lanternfold {
@@ -25,12 +27,23 @@ constexpr const char* footer =
     "Exit status: 0 done; 1 the work failed; 2 the command line was not understood.\n"
     "Failures are one line on standard error. NO_COLOR switches colours off.\n";
 
-DiagnosticsTarget diagnosticsBeside(bool json) {
-  return json ? DiagnosticsTarget::standardError : DiagnosticsTarget::standardOutput;
+MachineOptions machineOptions(const DataOptions& data, bool json) {
+  return {
+      .diagnostics = json ? DiagnosticsTarget::standardError : DiagnosticsTarget::standardOutput,
+      .dataFolder = data.dataFolder};
+}
+
+Choice chooseInterfaces(const InterfacesOptions& options, const DataOptions& data) {
+  if (auto checked = checkDataOptions(data); !checked) return std::unexpected(checked.error());
+  return ChosenCommand{
+      .run = [options](const Machine& machine,
+                       const Console& console) { return runInterfaces(options, machine, console); },
+      .machine = machineOptions(data, options.json)};
 }
 
 void addInterfaces(CLI::App& app, Choice& choice) {
   auto options = std::make_shared<InterfacesOptions>();
+  auto data = std::make_shared<DataOptions>();
   CLI::App* command = app.add_subcommand("interfaces", "List this machine's network interfaces");
   command
       ->add_option("--prefix", options->prefix,
@@ -42,28 +55,26 @@ void addInterfaces(CLI::App& app, Choice& choice) {
       ->option_text("NAME,NAME")
       ->delimiter(',');
   command->add_flag("--json", options->json, "Write a JSON array of the interface records");
-  command->callback([options, &choice] {
-    choice = ChosenCommand{.run =
-                               [options](const Machine& machine, const Console& console) {
-                                 return runInterfaces(*options, machine, console);
-                               },
-                           .diagnostics = diagnosticsBeside(options->json)};
-  });
+  addDataOptions(*command, *data);
+  command->callback([options, data, &choice] { choice = chooseInterfaces(*options, *data); });
 }
 
-Choice chooseState(StateOptions options, std::string_view categoryNames) {
+Choice chooseState(StateOptions options, std::string_view categoryNames, const DataOptions& data) {
+  if (auto checked = checkDataOptions(data); !checked) return std::unexpected(checked.error());
   const auto categories = parseCategories(categoryNames);
   if (!categories) return std::unexpected(categories.error());
   options.categories = *categories;
+  options.appGroupId = data.chosenAppGroupId();
   return ChosenCommand{
       .run = [options](const Machine& machine,
                        const Console& console) { return runState(options, machine, console); },
-      .diagnostics = diagnosticsBeside(options.json)};
+      .machine = machineOptions(data, options.json)};
 }
 
 void addState(CLI::App& app, Choice& choice) {
   auto options = std::make_shared<StateOptions>();
   auto categories = std::make_shared<std::string>("other");
+  auto data = std::make_shared<DataOptions>();
   CLI::App* command = app.add_subcommand("state", "Show the state of this machine's network");
   command
       ->add_option("--categories", *categories,
@@ -74,21 +85,53 @@ void addState(CLI::App& app, Choice& choice) {
   command->add_flag("--watch", options->watch,
                     "Report again at every change of a link, an address or a default route, until "
                     "interrupted");
+  addDataOptions(*command, *data);
   command->callback(
-      [options, categories, &choice] { choice = chooseState(*options, *categories); });
+      [options, categories, data, &choice] { choice = chooseState(*options, *categories, *data); });
 }
 
-Choice chooseRender(const RenderOptions& options) {
+Choice chooseRecord(RecordOptions options, const DataOptions& data) {
+  if (auto checked = checkDataOptions(data); !checked) return std::unexpected(checked.error());
+  if (auto checked = checkRecordOptions(options); !checked) return std::unexpected(checked.error());
+  options.appGroupId = data.chosenAppGroupId();
+  return ChosenCommand{
+      .run = [options](const Machine& machine,
+                       const Console& console) { return runRecord(options, machine, console); },
+      .machine = machineOptions(data, options.json)};
+}
+
+void addRecord(CLI::App& app, Choice& choice) {
+  auto options = std::make_shared<RecordOptions>();
+  auto data = std::make_shared<DataOptions>();
+  CLI::App* command = app.add_subcommand("record", "Record this machine's traffic");
+  command->add_flag("--once", options->once, "Take one sample and show every counter");
+  command->add_flag("--json", options->json,
+                    "Write an object a line for every sample; with --once one object of counters "
+                    "by interface");
+  command
+      ->add_option("--interval", options->intervalSeconds,
+                   "Seconds between the samples to begin with, 1 to 86400; default 120. From the "
+                   "first change of the traffic's class on: 120 when it is idle, 60 when low, 30 "
+                   "when high, 15 when very high")
+      ->option_text("SECONDS");
+  addDataOptions(*command, *data);
+  command->callback([options, data, &choice] { choice = chooseRecord(*options, *data); });
+}
+
+Choice chooseRender(const RenderOptions& options, const DataOptions& data) {
+  if (auto checked = checkDataOptions(data); !checked) return std::unexpected(checked.error());
   auto plan = planRender(options);
   if (!plan) return std::unexpected(plan.error());
   return ChosenCommand{
-      .run = [plan = *std::move(plan)](const Machine& machine, const Console& console) {
-        return runRender(plan, machine, console);
-      }};
+      .run = [plan = *std::move(plan)](
+                 const Machine& machine,
+                 const Console& console) { return runRender(plan, machine, console); },
+      .machine = machineOptions(data, /*json=*/false)};
 }
 
 void addRender(CLI::App& app, Choice& choice) {
   auto options = std::make_shared<RenderOptions>();
+  auto data = std::make_shared<DataOptions>();
   CLI::App* command = app.add_subcommand("render", "Draw a widget into a PNG, SVG or PDF file");
   command->add_option("kind", options->kind, "The widget: NetworkAdapterWidget")
       ->option_text("KIND")
@@ -112,7 +155,8 @@ void addRender(CLI::App& app, Choice& choice) {
   command->add_option("-o,--output", options->output, "The file to write: *.png, *.svg or *.pdf")
       ->option_text("FILE")
       ->required();
-  command->callback([options, &choice] { choice = chooseRender(*options); });
+  addDataOptions(*command, *data);
+  command->callback([options, data, &choice] { choice = chooseRender(*options, *data); });
 }
 
 /// The first word that no option and no command took, as it was written; none when all were taken.
@@ -150,6 +194,7 @@ ParsedCommandLine parseCommandLine(std::span<const std::string> arguments) {
   Choice choice = std::unexpected(CommandFailure{});
   addInterfaces(app, choice);
   addState(app, choice);
+  addRecord(app, choice);
   addRender(app, choice);
   try {
     // The parser takes its arguments from the back.

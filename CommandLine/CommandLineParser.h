@@ -4,7 +4,9 @@
 #pragma once
 
 #include <expected>
+#include <filesystem>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <variant>
@@ -18,10 +20,17 @@ namespace lanternfold {
 /// JSON only.
 enum class DiagnosticsTarget { standardOutput, standardError };
 
+/// What the command line says of the machine that a command is to run on.
+struct MachineOptions {
+  DiagnosticsTarget diagnostics = DiagnosticsTarget::standardOutput;
+  /// Where everything is kept; the user's own data folder when it is not given.
+  std::optional<std::filesystem::path> dataFolder;
+};
+
 /// A command whose options have been understood and checked, ready to run.
 struct ChosenCommand {
   std::function<std::expected<void, CommandFailure>(const Machine&, const Console&)> run;
-  DiagnosticsTarget diagnostics = DiagnosticsTarget::standardOutput;
+  MachineOptions machine;
 };
 
 /// Help or the version: a result of its own.

@@ -3,7 +3,11 @@
 #include <cstdio>
 
 #include "CommandLine/DataFolders.h"
+#include "CommandLine/FileSoleRecorder.h"
 #include "CommandLine/LinuxMainLoop.h"
+#include "PlatformLinux/Defaults/DataDirectory.h"
+#include "PlatformLinux/Defaults/LinuxGroupContainer.h"
+#include "PlatformLinux/Defaults/SqliteUserDefaults.h"
 #include "PlatformLinux/System/AsioDispatch.h"
 #include "PlatformLinux/System/EventLoop.h"
 #include "PlatformLinux/System/GettextStringTable.h"
@@ -13,24 +17,32 @@
 #include "PlatformLinux/System/LinuxNetworkKernel.h"
 #include "PlatformLinux/System/LinuxPathMonitor.h"
 #include "PlatformLinux/System/LinuxResolverConfiguration.h"
+#include "PlatformLinux/System/PosixFileSystem.h"
 #include "PlatformLinux/System/StreamDiagnosticLog.h"
 #include "PlatformLinux/System/SystemClock.h"
 #include "PlatformLinux/System/UdevHardwareDatabase.h"
 
 namespace lanternfold {
 
-// In the order of construction: what listens to the event loop goes before the loop does.
+// In the order of construction: what listens to the event loop goes before the loop does, and the
+// queues, which finish the works that are running, before what those use.
 struct LinuxMachine::Parts {
-  explicit Parts(DiagnosticsTarget target)
-      : diagnostics(target == DiagnosticsTarget::standardError ? stderr : stdout) {}
+  explicit Parts(const MachineOptions& options)
+      : diagnostics(options.diagnostics == DiagnosticsTarget::standardError ? stderr : stdout),
+        dataDirectory(options.dataFolder) {}
 
   StreamDiagnosticLog diagnostics;
   SystemClock clock;
   GettextStringTable strings{"lanternfold", translationsFolder()};
+  LinuxNetworkKernel kernel;
+  PosixFileSystem fileSystem;
+  DataDirectory dataDirectory;
+  LinuxGroupContainer groupContainer{dataDirectory, diagnostics};
+  SqliteUserDefaultsSuites userDefaults{dataDirectory, diagnostics};
+  FileSoleRecorder soleRecorder;
   EventLoop eventLoop;
   AsioDispatch dispatch{eventLoop};
   LinuxMainLoop mainLoop{eventLoop, dispatch};
-  LinuxNetworkKernel kernel;
   LinuxResolverConfiguration resolverConfiguration;
   UdevHardwareDatabase hardwareDatabase;
   LinuxNetworkConfiguration networkConfiguration{hardwareDatabase};
@@ -44,14 +56,18 @@ struct LinuxMachine::Parts {
                                .dispatch = dispatch,
                                .clock = clock,
                                .strings = strings,
-                               .diagnostics = diagnostics},
+                               .diagnostics = diagnostics,
+                               .fileSystem = fileSystem,
+                               .userDefaults = userDefaults,
+                               .groupContainer = groupContainer},
                   .metricsReader = std::make_shared<LinuxConnectionMetricsReader>(),
+                  .soleRecorder = soleRecorder,
                   .mainLoop = mainLoop,
                   .assets = assetsFolder()};
 };
 
-LinuxMachine::LinuxMachine(DiagnosticsTarget diagnostics)
-    : parts_(std::make_unique<Parts>(diagnostics)) {}
+LinuxMachine::LinuxMachine(const MachineOptions& options)
+    : parts_(std::make_unique<Parts>(options)) {}
 
 LinuxMachine::~LinuxMachine() = default;
 

@@ -13,7 +13,7 @@ namespace lanternfold {
 /// Main thread only; the network namespace is the one the program was started in.
 class LinuxMachine {
  public:
-  explicit LinuxMachine(DiagnosticsTarget diagnostics);
+  explicit LinuxMachine(const MachineOptions& options);
   ~LinuxMachine();
   LinuxMachine(const LinuxMachine&) = delete;
   LinuxMachine& operator=(const LinuxMachine&) = delete;

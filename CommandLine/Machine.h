@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "CommandLine/SoleRecorder.h"
 #include "NetworkMonitor/Metrics/ConnectionMetricsReader.h"
 #include "Platform/Platform.h"
 
@@ -29,7 +30,9 @@ class MainLoop {
 
 struct Machine {
   Platform platform;
+  /// Counters of 64 bits, which need no carrying forward.
   std::shared_ptr<ConnectionMetricsReader> metricsReader;
+  SoleRecorder& soleRecorder;
   MainLoop& mainLoop;
   /// Where the symbols, the logo and the colours are kept.
   std::filesystem::path assets;

@@ -1,35 +1,75 @@
 #include "CommandLine/MonitorGraph.h"
 
+#include <utility>
+
+#include "CommandLine/MetricsGraph.h"
+#include "CommandLine/RememberingMetricsReader.h"
+#include "CommandLine/WalkingInterfaceResolver.h"
 #include "NetBase/NetUtils.h"
 #include "NetworkMonitor/Interfaces/PosixInterfaceResolver.h"
+#include "NetworkMonitor/Metrics/RecordedConnectionMetricsReader.h"
 #include "NetworkMonitor/Monitor/NullResolvers.h"
 
 namespace lanternfold {
 
-std::shared_ptr<InterfaceResolver> makeInterfaceResolver(const Machine& machine) {
-  const Platform& platform = machine.platform;
+namespace {
+
+std::shared_ptr<PosixInterfaceResolver> makeResolver(
+    const Platform& platform, std::shared_ptr<ConnectionMetricsReader> metricsReader) {
   return std::make_shared<PosixInterfaceResolver>(
-      machine.metricsReader,
+      std::move(metricsReader),
       NetUtils(SNUtils(platform.kernel, platform.resolverConfiguration, platform.interfaceNaming,
                        platform.diagnostics)),
       platform.networkConfiguration, platform.strings);
 }
 
-std::shared_ptr<NetworkStateMonitor> makeNetworkStateMonitor(const Machine& machine) {
+/// None when there is no folder to record into.
+std::optional<RememberingMetricsReader::Recorded> makeRecordedReader(
+    const Machine& machine, const std::optional<std::string>& appGroupId) {
+  const auto folder = metricsFolder(machine, appGroupId);
+  if (!folder) return std::nullopt;
+  auto reader = std::make_shared<RecordedConnectionMetricsReader>(
+      makeMetricsRecorder(machine, makeMetricsStorage(machine, *folder)));
+  reader->setRecorderAutostartEnabled(false);
+  return RememberingMetricsReader::Recorded{
+      .reader = std::move(reader),
+      .explain = [folder = *folder](const auto& error) { return sampleFailure(error, folder); }};
+}
+
+std::shared_ptr<InterfaceResolver> makeRememberingResolver(
+    const Machine& machine, const std::optional<std::string>& appGroupId) {
+  const Platform& platform = machine.platform;
+  const auto reader = std::make_shared<RememberingMetricsReader>(
+      makeRecordedReader(machine, appGroupId), machine.metricsReader,
+      RememberingMetricsReader::Environment{.clock = platform.clock,
+                                            .diagnostics = platform.diagnostics});
+  return std::make_shared<WalkingInterfaceResolver>(makeResolver(platform, reader), reader);
+}
+
+}  // namespace
+
+std::shared_ptr<InterfaceResolver> makeInterfaceResolver(const Machine& machine) {
+  return makeResolver(machine.platform, machine.metricsReader);
+}
+
+std::shared_ptr<NetworkStateMonitor> makeNetworkStateMonitor(
+    const Machine& machine, const std::optional<std::string>& appGroupId) {
   const Platform& platform = machine.platform;
   return std::make_shared<NetworkStateMonitor>(
-      std::make_shared<NullInternetInfoResolver>(platform.strings), makeInterfaceResolver(machine),
-      std::make_shared<NullWlanInterfaceResolver>(), nullptr,
+      std::make_shared<NullInternetInfoResolver>(platform.strings),
+      makeRememberingResolver(machine, appGroupId), std::make_shared<NullWlanInterfaceResolver>(),
+      nullptr,
       NetworkStateMonitor::Environment{.pathMonitors = platform.pathMonitors,
                                        .mainQueue = platform.dispatch.mainQueue(),
                                        .strings = platform.strings});
 }
 
-ResolvedState resolveOnce(const Machine& machine, NetworkSourceCategory categories) {
+ResolvedState resolveOnce(const Machine& machine, const std::optional<std::string>& appGroupId,
+                          NetworkSourceCategory categories) {
   constexpr std::chrono::seconds limit{30};
   ResolvedState resolved{.state = NetworkState::initial(machine.platform.strings)};
   bool running = false;
-  const auto monitor = makeNetworkStateMonitor(machine);
+  const auto monitor = makeNetworkStateMonitor(machine, appGroupId);
   monitor->setActiveCategories(categories);
   monitor->setStateUpdateHandler([&](const NetworkState& state, bool complete, std::error_code) {
     if (resolved.complete) return;

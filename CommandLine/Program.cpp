@@ -30,7 +30,7 @@ ExitStatus finishWriting(const Console& console) {
 std::expected<void, CommandFailure> run(const ChosenCommand& chosen, const Console& console,
                                         const MachineProvider& machine) {
   try {
-    return chosen.run(machine(chosen.diagnostics), console);
+    return chosen.run(machine(chosen.machine), console);
   } catch (const std::system_error& error) {
     return std::unexpected(workFailed(std::string("the system lacks what is needed: ") +
                                       error.what() +

@@ -11,7 +11,7 @@
 
 namespace lanternfold {
 
-using MachineProvider = std::function<const Machine&(DiagnosticsTarget)>;
+using MachineProvider = std::function<const Machine&(const MachineOptions&)>;
 
 /// Runs the command that `arguments` (without the program's name) ask for. `machine` is called at
 /// most once, when everything on the command line has been understood: `--help` works anywhere.

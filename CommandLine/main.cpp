@@ -56,8 +56,8 @@ int main(int argumentCount, char** arguments) {
   const Console console{.output = std::cout, .errors = std::cerr, .style = styleOfStandardOutput()};
   const ExitStatus status =
       runProgram(std::vector<std::string>(arguments + 1, arguments + argumentCount), console,
-                 [&machine](DiagnosticsTarget target) -> const Machine& {
-                   machine = std::make_unique<LinuxMachine>(target);
+                 [&machine](const MachineOptions& options) -> const Machine& {
+                   machine = std::make_unique<LinuxMachine>(options);
                    return machine->machine();
                  });
   return static_cast<int>(status);

@@ -7,12 +7,15 @@
 #include "Platform/Clock.h"
 #include "Platform/DiagnosticLog.h"
 #include "Platform/Dispatch.h"
+#include "Platform/FileSystem.h"
+#include "Platform/GroupContainer.h"
 #include "Platform/InterfaceNaming.h"
 #include "Platform/NetworkConfiguration.h"
 #include "Platform/NetworkKernel.h"
 #include "Platform/PathMonitor.h"
 #include "Platform/ResolverConfiguration.h"
 #include "Platform/StringTable.h"
+#include "Platform/UserDefaults.h"
 
 namespace lanternfold {
 
@@ -27,6 +30,9 @@ struct Platform {
   const Clock& clock;
   const StringTable& strings;
   DiagnosticLog& diagnostics;
+  FileSystem& fileSystem;
+  UserDefaultsSuites& userDefaults;
+  GroupContainer& groupContainer;
 };
 
 }  // namespace lanternfold

@@ -89,7 +89,7 @@ std::expected<void, CommandFailure> watch(const StateOptions& options, const Mac
   std::expected<void, CommandFailure> access;
   bool isFirstWhole = true;
   WatchWriter writer(options, machine, console);
-  const auto monitor = makeNetworkStateMonitor(machine);
+  const auto monitor = makeNetworkStateMonitor(machine, options.appGroupId);
   monitor->setActiveCategories(options.categories);
   monitor->setStateUpdateHandler([&](const NetworkState& state, bool complete, std::error_code) {
     if (complete && std::exchange(isFirstWhole, false)) {
@@ -126,7 +126,7 @@ std::expected<NetworkSourceCategory, CommandFailure> parseCategories(std::string
 std::expected<void, CommandFailure> runState(const StateOptions& options, const Machine& machine,
                                              const Console& console) {
   if (options.watch) return watch(options, machine, console);
-  const ResolvedState resolved = resolveOnce(machine, options.categories);
+  const ResolvedState resolved = resolveOnce(machine, options.appGroupId, options.categories);
   if (auto access = requireTruth(resolved.state, options.categories, machine); !access) {
     return access;
   }

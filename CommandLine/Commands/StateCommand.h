@@ -2,6 +2,7 @@
 #pragma once
 
 #include <expected>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -20,6 +21,8 @@ struct StateOptions {
   NetworkSourceCategory categories = NetworkSourceCategory::other();
   bool json = false;
   bool watch = false;  ///< go on until the program is asked to end
+  /// The group in whose folder the traffic is remembered; none for the folder without a group.
+  std::optional<std::string> appGroupId;
 };
 
 /// Without `watch`, the state once it is complete. With it, in JSON every report on a line of its

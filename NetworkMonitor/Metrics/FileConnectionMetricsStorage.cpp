@@ -44,7 +44,6 @@ std::optional<ConnectionMetricsStorage::Date> FileConnectionMetricsStorage::last
 void FileConnectionMetricsStorage::registerMetrics(const ConnectionMetrics& metrics,
                                                    std::string_view interfaceName,
                                                    ConnectionMetricsType type) {
-  hasChanges_ = true;
   innerStorage_.registerMetrics(metrics, interfaceName, type);
 }
 
@@ -60,15 +59,19 @@ ConnectionMetricsMap FileConnectionMetricsStorage::allMetrics(ConnectionMetricsT
 }
 
 void FileConnectionMetricsStorage::reset() {
-  hasChanges_ = true;
   innerStorage_.reset();
   // What stands in the file now is what is to be forgotten, loaded before or not.
   if (const auto attributes = environment_.files.attributes(storageUrl_)) seen_ = *attributes;
 }
 
-std::expected<void, MetricsSaveError> FileConnectionMetricsStorage::save() {
+std::expected<void, LockError> FileConnectionMetricsStorage::lock() {
+  auto locked = lock_.lock();
   // A sample of a machine without interfaces reads nothing before it saves.
-  if (!hasChanges_) reloadIfNewer();
+  if (locked) reloadIfNewer();
+  return locked;
+}
+
+std::expected<void, MetricsSaveError> FileConnectionMetricsStorage::save() {
   const auto encoded = encodeConnectionMetricsFile(innerStorage_.data());
   if (!encoded) return saveFailure(storageUrl_, describe(encoded.error()));
   const auto written = environment_.files.replaceFile(storageUrl_, encoded->text);
@@ -77,7 +80,6 @@ std::expected<void, MetricsSaveError> FileConnectionMetricsStorage::save() {
     environment_.log.line("Failed to encode ConnectionMetrics");
   }
   seen_ = *written;
-  hasChanges_ = false;
   return {};
 }
 
@@ -109,7 +111,6 @@ void FileConnectionMetricsStorage::reload() {
     reportFailedRestore(describe(data.error()));
     return;
   }
-  hasChanges_ = false;
   innerStorage_ = InMemoryConnectionMetricsStorage(environment_.clock, *std::move(data),
                                                    contents->attributes.modificationDate);
 }

@@ -49,7 +49,8 @@ class FileConnectionMetricsStorage final : public ConnectionMetricsPersistentSto
   void reset() override;
   [[nodiscard]] std::expected<void, MetricsSaveError> save() override;
 
-  [[nodiscard]] std::expected<void, LockError> lock() override { return lock_.lock(); }
+  /// What another program saved is loaded before the return, so that a save does not undo it.
+  [[nodiscard]] std::expected<void, LockError> lock() override;
   [[nodiscard]] std::expected<void, LockError> unlock() override { return lock_.unlock(); }
 
  private:
@@ -63,8 +64,6 @@ class FileConnectionMetricsStorage final : public ConnectionMetricsPersistentSto
   std::string name_;
   FileLock lock_;
   InMemoryConnectionMetricsStorage innerStorage_;
-  /// Something was registered or forgotten since the last load or save.
-  bool hasChanges_ = false;
   /// Of the file that was loaded, saved or given up last, also one that could not be decoded: it is
   /// looked into once. None while there was no such file.
   std::optional<FileAttributes> seen_;

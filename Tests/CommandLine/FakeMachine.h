@@ -9,12 +9,15 @@
 
 #include "CommandLine/Machine.h"
 #include "NetBase/LiteralInterfaceNaming.h"
-#include "NetworkMonitor/Metrics/BsdConnectionMetricsReader.h"
+#include "Tests/CommandLine/FakeSoleRecorder.h"
+#include "Tests/Support/FakeFileSystem.h"
+#include "Tests/Support/FakeGroupContainer.h"
 #include "Tests/Support/FakeNetworkConfiguration.h"
 #include "Tests/Support/FakeNetworkKernel.h"
 #include "Tests/Support/FakePathMonitor.h"
 #include "Tests/Support/FakeResolverConfiguration.h"
 #include "Tests/Support/FakeStringTable.h"
+#include "Tests/Support/FakeUserDefaults.h"
 #include "Tests/Support/RecordingDiagnosticLog.h"
 #include "Tests/Support/SimulatedClock.h"
 #include "Tests/Support/SimulatedDispatch.h"
@@ -38,6 +41,38 @@ class SimulatedMainLoop final : public MainLoop {
   bool stopped_ = false;
 };
 
+/// The fake kernel's 64-bit counters.
+class WideMetricsReader final : public ConnectionMetricsReader {
+ public:
+  explicit WideMetricsReader(const NetworkKernel& kernel) : kernel_(kernel) {}
+
+  [[nodiscard]] bool is32bitCapped() const override { return false; }
+  [[nodiscard]] std::expected<ConnectionMetricsMap, ConnectionMetricsError> read() override {
+    const auto reading = kernel_.beginReading();
+    const auto& links = reading->linkRecords();
+    if (!links) return std::unexpected(ConnectionMetricsReaderError::failedGetIf);
+    std::vector<ConnectionMetricsMap::Entry> entries;
+    for (const LinkRecord& link : *links) {
+      entries.push_back({.name = link.name, .metrics = metricsOf(link)});
+    }
+    return ConnectionMetricsMap::of(std::move(entries));
+  }
+
+ private:
+  static ConnectionMetrics metricsOf(const LinkRecord& link) {
+    return {.sentBytes = link.sentBytes,
+            .recvBytes = link.recvBytes,
+            .sentError = link.sentErrors,
+            .recvError = link.recvErrors,
+            .sentPacket = link.sentPackets,
+            .recvPacket = link.recvPackets,
+            .collisions = link.collisions,
+            .mtu = link.mtu};
+  }
+
+  const NetworkKernel& kernel_;
+};
+
 class FakeMachine {
  public:
   FakeNetworkKernel kernel;
@@ -49,6 +84,10 @@ class FakeMachine {
   SimulatedDispatch dispatch{clock};
   FakeStringTable strings;
   RecordingDiagnosticLog diagnostics;
+  FakeFileSystem fileSystem{clock};
+  FakeUserDefaultsSuites userDefaults;
+  FakeGroupContainer groupContainer{fileSystem};
+  FakeSoleRecorder soleRecorder;
   SimulatedMainLoop mainLoop{dispatch};
   Machine machine{.platform = {.kernel = kernel,
                                .resolverConfiguration = resolverConfiguration,
@@ -58,8 +97,12 @@ class FakeMachine {
                                .dispatch = dispatch,
                                .clock = clock,
                                .strings = strings,
-                               .diagnostics = diagnostics},
-                  .metricsReader = std::make_shared<BsdConnectionMetricsReader>(kernel),
+                               .diagnostics = diagnostics,
+                               .fileSystem = fileSystem,
+                               .userDefaults = userDefaults,
+                               .groupContainer = groupContainer},
+                  .metricsReader = std::make_shared<WideMetricsReader>(kernel),
+                  .soleRecorder = soleRecorder,
                   .mainLoop = mainLoop,
                   .assets = std::filesystem::path(LANTERNFOLD_SOURCE_DIR) / "Assets"};
 

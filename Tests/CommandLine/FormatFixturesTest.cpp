@@ -28,7 +28,7 @@ class FormatFixtures : public testing::Test {
     std::ostringstream output;
     std::ostringstream errors;
     EXPECT_EQ(runProgram(arguments, {.output = output, .errors = errors},
-                         [this](DiagnosticsTarget) -> const Machine& { return fake_.machine; }),
+                         [this](const MachineOptions&) -> const Machine& { return fake_.machine; }),
               ExitStatus::done);
     return output.str();
   }
@@ -42,6 +42,14 @@ TEST_F(FormatFixtures, InterfacesJson) {
 
 TEST_F(FormatFixtures, StateJson) {
   EXPECT_EQ(written({"state", "--json"}), fixture("state.json"));
+}
+
+TEST_F(FormatFixtures, RecordOnceJson) {
+  EXPECT_EQ(written({"record", "--once", "--json"}), fixture("record-once.json"));
+}
+
+TEST_F(FormatFixtures, RecordJson) {
+  EXPECT_EQ(written({"record", "--json", "--interval", "86400"}), fixture("record.json"));
 }
 
 TEST_F(FormatFixtures, ConnectionMetricsJson) {

@@ -18,9 +18,9 @@ class ProgramTest : public testing::Test {
     output_.str({});
     errors_.str({});
     return runProgram(arguments, {.output = output_, .errors = errors_},
-                      [this](DiagnosticsTarget target) -> const Machine& {
+                      [this](const MachineOptions& options) -> const Machine& {
                         ++machinesMade_;
-                        target_ = target;
+                        machineOptions_ = options;
                         return fake_.machine;
                       });
   }
@@ -31,12 +31,12 @@ class ProgramTest : public testing::Test {
   std::ostringstream output_;
   std::ostringstream errors_;
   int machinesMade_ = 0;
-  DiagnosticsTarget target_ = DiagnosticsTarget::standardOutput;
+  MachineOptions machineOptions_;
 };
 
 TEST_F(ProgramTest, HelpListsTheCommandsAndTheExitStatusesAndNeedsNoMachine) {
   EXPECT_EQ(run({"--help"}), ExitStatus::done);
-  for (const char* text : {"interfaces", "state", "render", "Exit status"}) {
+  for (const char* text : {"interfaces", "state", "record", "render", "Exit status"}) {
     EXPECT_THAT(output(), testing::HasSubstr(text));
   }
   EXPECT_EQ(errors(), "");
@@ -51,11 +51,30 @@ TEST_F(ProgramTest, EveryCommandHasAHelpOfItsOwnThatNamesItsOptions) {
   EXPECT_EQ(run({"state", "--help"}), ExitStatus::done);
   EXPECT_THAT(output(),
               testing::AllOf(testing::HasSubstr("--categories"), testing::HasSubstr("--watch")));
+  EXPECT_EQ(run({"record", "--help"}), ExitStatus::done);
+  for (const char* option : {"--once", "--json", "--interval"}) {
+    EXPECT_THAT(output(), testing::HasSubstr(option));
+  }
   EXPECT_EQ(run({"render", "--help"}), ExitStatus::done);
   for (const char* option : {"KIND", "--family", "--scheme", "--scale", "--entry", "--adapter",
                              "--show-timestamp", "--output"}) {
     EXPECT_THAT(output(), testing::HasSubstr(option));
   }
+}
+
+TEST_F(ProgramTest, EveryCommandTakesTheOptionsThatSayWhereThingsAreKept) {
+  for (const char* command : {"interfaces", "state", "record", "render"}) {
+    EXPECT_EQ(run({command, "--help"}), ExitStatus::done);
+    for (const char* option : {"--data-dir", "--app-group", "--no-app-group",
+                               "default 7RKM3PW2ZB.net.quernaple.LanternfoldX"}) {
+      EXPECT_THAT(output(), testing::HasSubstr(option)) << command;
+    }
+  }
+  EXPECT_EQ(run({"interfaces", "--data-dir", "/srv/traffic", "--app-group", "9.example"}),
+            ExitStatus::done);
+  EXPECT_EQ(machineOptions_.dataFolder, "/srv/traffic");
+  EXPECT_EQ(run({"interfaces", "--no-app-group"}), ExitStatus::done);
+  EXPECT_EQ(machineOptions_.dataFolder, std::nullopt);
 }
 
 TEST_F(ProgramTest, VersionIsPrinted) {
@@ -70,6 +89,15 @@ TEST_F(ProgramTest, WhatIsNotUnderstoodIsOneLineOnStandardErrorAndStatusTwo) {
       {"interfaces", "--colour"},
       {"interfaces", "eth0"},
       {"interfaces", "--prefix"},
+      {"interfaces", "--app-group", ".."},
+      {"record", "eth0"},
+      {"record", "--interval"},
+      {"record", "--interval", "86401"},
+      {"record", "--interval", "-1"},
+      {"record", "--app-group", "a b"},
+      {"record", "--app-group", "a", "--no-app-group"},
+      {"record", "--data-dir"},
+      {"record", "--data-dir", ""},
       {"state", "--categories", "everything"},
       {"state", "--categories", ""},
       {"render"},
@@ -103,7 +131,16 @@ TEST_F(ProgramTest, ABadArgumentIsNamed) {
       {{}, "no command was given"},
       {{"bogus"}, "unknown command \"bogus\""},
       {{"--bogus", "state"}, "unknown argument \"--bogus\""},
-      {{"state", "--data-dir", "/tmp/x"}, "unknown argument \"--data-dir\""},
+      {{"state", "--ca-file", "x"}, "unknown argument \"--ca-file\""},
+      {{"state", "--data-dir", ""}, "--data-dir"},
+      {{"interfaces", "--app-group", "../x"}, "\"../x\" cannot name an application group"},
+      {{"interfaces", "--app-group", ""}, "\"\" cannot name an application group"},
+      {{"render", "NetworkAdapterWidget", "-o", "a.png", "--app-group", "a", "--no-app-group"},
+       "--app-group and --no-app-group exclude each other"},
+      {{"record", "--interval", "0"}, "between 1 and 86400"},
+      {{"record", "--interval", "nan"}, "between 1 and 86400"},
+      {{"record", "--interval", "soon"}, "soon"},
+      {{"record", "--once", "--interval", "5"}, "--once"},
       {{"interfaces", "eth0", "eth1"}, "unknown argument \"eth0\""},
       {{"interfaces", "--prefix"}, "--prefix"},
       {{"state", "--categories", "all"}, "unknown category \"all\""},
@@ -170,7 +207,7 @@ TEST_F(ProgramTest, InterfacesJsonHoldsTheRecordsFieldsInTheirOrder) {
       output(),
       R"([{"active":true,"displayName":"Ethernet Adapter","metrics":{"sentBytes":2000,"recvBytes":1500000,"sentError":0,"recvError":0,"sentPacket":0,"recvPacket":0,"collisions":0,"mtu":1500},"name":"en0","type":"ethernet","supportsIPv4":true,"IPv4":[{"address":"192.168.1.20","netmask":"255.255.255.0","gateway":"192.168.1.1","cidr":"192.168.1.1/24"}],"supportsIPv6":false,"IPv6":[],"hwAddress":"02:42:AC:11:00:02"}])"
       "\n");
-  EXPECT_EQ(target_, DiagnosticsTarget::standardError)
+  EXPECT_EQ(machineOptions_.diagnostics, DiagnosticsTarget::standardError)
       << "standard output holds JSON only, so diagnostics go elsewhere";
 }
 
@@ -276,7 +313,7 @@ TEST_F(ProgramTest, WatchEndsWhenNobodyReadsTheOutputAnyMore) {
 
 TEST_F(ProgramTest, ASystemThatLacksWhatTheMachineNeedsIsAFailureInOneLine) {
   const std::vector<std::string> arguments{"interfaces"};
-  const auto lacking = [](DiagnosticsTarget) -> const Machine& {
+  const auto lacking = [](const MachineOptions&) -> const Machine& {
     throw std::system_error(EMFILE, std::generic_category(), "epoll");
   };
   EXPECT_EQ(runProgram(arguments, {.output = output_, .errors = errors_}, lacking),

@@ -157,5 +157,25 @@ TEST_F(RenderCommandTest, APlaceholderHasAnEmptyConfigurationAndASnapshotTheGive
   EXPECT_EQ(snapshot->entry.networkState, NetworkState::placeholder(true, fake_.strings));
 }
 
+TEST_F(RenderCommandTest, TheAdapterWidgetRecordsWithoutAnApplicationGroup) {
+  (void)rendered(options("adapter.svg"));
+  EXPECT_TRUE(
+      fake_.fileSystem.bytes("/containers/metrics/connection-metrics-storage_default.json"));
+  EXPECT_THAT(fake_.fileSystem.paths("/containers/groups"), testing::IsEmpty());
+}
+
+TEST_F(RenderCommandTest, APlaceholderIsNoSample) {
+  RenderOptions placeholder = options("adapter.svg");
+  placeholder.entry = "placeholder";
+  (void)rendered(placeholder);
+  EXPECT_EQ(fake_.fileSystem.stepCount(), 0U);
+}
+
+TEST_F(RenderCommandTest, APictureIsDrawnWithoutAPlaceToRecordTo) {
+  fake_.groupContainer.setRefusing(true);
+  EXPECT_THAT(rendered(options("adapter.svg")), testing::HasSubstr("<svg"));
+  EXPECT_EQ(fake_.diagnostics.lines().size(), 1U);
+}
+
 }  // namespace
 }  // namespace lanternfold

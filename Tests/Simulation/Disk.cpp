@@ -120,6 +120,10 @@ std::expected<FileAttributes, std::error_code> ProgramFiles::attributes(
 
 std::expected<FileContents, std::error_code> ProgramFiles::readFile(
     const std::filesystem::path& path, std::size_t maximumBytes) const {
+  if (isLock(path) && !program_.isKilled() && disk_.lockObserver.beginsAnotherStep(program_)) {
+    disk_.fileObserver.abandoned(program_);
+    disk_.lockObserver.restsOrEnded(program_);
+  }
   beginLockOperation(path);
   auto result = perform([&] { return disk_.files.readFile(path, maximumBytes); });
   if (program_.isKilled()) return result;

@@ -13,7 +13,8 @@ bool isRoutine(Happening happening) {
   constexpr std::array routine{
       Happening::sampled,      Happening::lockTaken,      Happening::saved,
       Happening::writeRefused, Happening::sampleFailed,   Happening::counterWrapped,
-      Happening::classChanged, Happening::trafficChanged, Happening::readByUser};
+      Happening::classChanged, Happening::trafficChanged, Happening::readByUser,
+      Happening::saveFailed,   Happening::lockContended,  Happening::lockTakenOverExpired};
   return std::ranges::find(routine, happening) != routine.end();
 }
 
@@ -57,7 +58,9 @@ void EventLog::add(Happening happening, std::uint32_t actor, std::int64_t amount
                     .amount = amount,
                     .detail = std::string(detail),
                     .number = eventCount_++};
-  keep(all_, event);
+  if (happening != last_ || actor != lastActor_ || amount != 0) keep(all_, event);
+  last_ = happening;
+  lastActor_ = actor;
   if (!isRoutine(happening)) keep(notable_, event);
 
   mix(static_cast<std::uint64_t>(event.steady.time_since_epoch().count()));

@@ -52,6 +52,8 @@ class EventLog {
   const SimulatedClock& clock_;
   const std::chrono::steady_clock::time_point begin_;
   std::uint64_t eventCount_ = 0;
+  Happening last_ = Happening::machineBooted;  // which is not told twice in a row
+  std::uint32_t lastActor_ = 0;
   Ring all_;
   Ring notable_;  // without what happens at every sample, so that it reaches further back
   std::uint64_t fingerprint_ = 14695981039346656037ULL;

@@ -159,10 +159,15 @@ void FileObserver::unlocked(const Turn& program, bool succeeded) {
   state.step.reset();
 }
 
+void FileObserver::abandoned(const Turn& program) {
+  State& state = states_[program.number()];
+  state.outcomes.push_back({});
+  state.step.reset();
+}
+
 std::vector<SampleOutcome> FileObserver::takeOutcomes(const Turn& program) {
   State& state = states_[program.number()];
-  if (state.step || lock_.isTaking(program)) state.outcomes.push_back({});
-  state.step.reset();
+  if (state.step || lock_.isTaking(program)) abandoned(program);
   return std::exchange(state.outcomes, {});
 }
 

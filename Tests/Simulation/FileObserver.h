@@ -51,6 +51,8 @@ class FileObserver {
   void saveEnded(const Turn& program,
                  const std::expected<FileAttributes, std::error_code>& attributes);
   void unlocked(const Turn& program, bool succeeded);
+  /// A step has ended without giving the lock back, or without getting it.
+  void abandoned(const Turn& program);
   void ended(const Turn& program) { states_.erase(program.number()); }
 
   /// Somebody else than a program has put, changed or removed the file.

@@ -37,6 +37,15 @@ void LockObserver::began(const Turn& program) {
            .heldUpBefore = program.heldUp()};
 }
 
+bool LockObserver::beginsAnotherStep(const Turn& program) const {
+  const auto found = states_.find(program.number());
+  if (found == states_.end()) return false;
+  const State& state = found->second;
+  const bool isOver = run_.clock.now() > state.beganAtWall + timeout ||
+                      run_.clock.steadyNow() > state.beganAt + timeout;
+  return state.holds || (state.isTaking && isOver);
+}
+
 void LockObserver::looked(const Turn& program,
                           const std::expected<FileContents, std::error_code>& found) {
   State& state = states_[program.number()];

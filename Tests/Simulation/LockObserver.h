@@ -27,6 +27,9 @@ class LockObserver {
   // Told by the programs' file systems. An operation on the lock file begins; what a look found (no
   // bytes: no file); how removing, making and writing it ended.
   void began(const Turn& program);
+  /// Whether a look at the lock file that begins now belongs to another step than what was seen
+  /// before: who holds the lock does not look, and who waits does not after the time-out.
+  [[nodiscard]] bool beginsAnotherStep(const Turn& program) const;
   void looked(const Turn& program, const std::expected<FileContents, std::error_code>& found);
   void foundMissing(const Turn& program);
   void removed(const Turn& program, bool succeeded);

@@ -41,6 +41,11 @@ def unshare(flags):
     check(_libc.unshare(flags), "unshare")
 
 
+def enter_network(descriptor):
+    """Moves the calling thread into the network namespace that an open file stands for."""
+    check(_libc.setns(descriptor, CLONE_NEWNET), "setns")
+
+
 def make_mounts_private():
     """What is mounted from here on stays out of the namespace that this one was copied from.
 

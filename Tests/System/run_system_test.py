@@ -10,6 +10,7 @@ LANTERNFOLD_REQUIRE_SYSTEM_TESTS is set. As root nothing is ever skipped.
 
 import os
 import sys
+import tempfile
 import unittest
 from pathlib import Path
 
@@ -30,7 +31,10 @@ def main(arguments):
     sys.path.insert(0, str(Path(__file__).resolve().parent))
     suite = unittest.defaultTestLoader.loadTestsFromNames(
         [f"{arguments[0]}.{name}" for name in arguments[1:]] or [arguments[0]])
-    result = unittest.TextTestRunner(stream=sys.stdout, verbosity=2).run(suite)
+    # What the program records in a test is not what the user's own one has recorded.
+    with tempfile.TemporaryDirectory(prefix="lanternfold data ") as folder:
+        os.environ["XDG_DATA_HOME"] = folder
+        result = unittest.TextTestRunner(stream=sys.stdout, verbosity=2).run(suite)
     complete = result.testsRun > 0 and not result.skipped
     return 0 if result.wasSuccessful() and complete else 1
 

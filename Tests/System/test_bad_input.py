@@ -41,11 +41,12 @@ class BadInputTest(NamespaceTest):
 
     def assert_answers(self, **options):
         """The list is the ordinary one, and the picture is whole."""
+        data = ["--data-dir", str(self.folder / "data")]
         self.assertEqual(expected.interfaces({"en0"}), json_of("interfaces", "--json", **options))
-        state = json_of("state", "--json", **options)
+        state = json_of("state", "--json", *data, **options)
         self.assertEqual(["en0"], [each["name"] for each in state["state"]["others"]])
         picture = self.folder / "answer.png"
-        done = run("render", "NetworkAdapterWidget", "-o", str(picture), **options)
+        done = run("render", "NetworkAdapterWidget", "-o", str(picture), *data, **options)
         self.assertEqual((0, b""), (done.returncode, done.stderr))
         self.assert_whole_png(picture)
 
@@ -61,6 +62,20 @@ class RefusedTest(BadInputTest):
             done = run(*arguments, through=[REFUSE_NETLINK])
             self.assert_fails_in_one_line(done, "netlink")
             self.assertFalse((self.folder / "picture.png").exists())
+
+    def test_traffic_is_recorded_without_netlink(self):
+        data = ["--data-dir", str(self.folder / "data")]
+        shown = json_of("record", "--once", "--json", *data, through=[REFUSE_NETLINK])
+        self.assertEqual({"en0", "peer0", "lo"}, set(shown))
+
+    def test_recording_from_a_kernel_that_tells_nothing(self):
+        mount("none", "/proc", "tmpfs")
+        self.addCleanup(unmount, "/proc")
+        for arguments in (("--once",), ("--once", "--json")):
+            # Of its own: a sample that fails leaves the lock of its folder to lapse.
+            data = ["--data-dir", str(self.folder / f"data{len(arguments)}")]
+            done = run("record", *arguments, *data, through=[REFUSE_NETLINK])
+            self.assert_fails_in_one_line(done, "netlink")
 
     def test_a_placeholder_needs_no_kernel(self):
         picture = self.folder / "picture.png"
@@ -125,7 +140,7 @@ class SurroundingsTest(BadInputTest):
             self.assertEqual((0, usual), (done.returncode, done.stdout), setting[:40])
             picture = self.folder / "picture.png"
             done = run("render", "NetworkAdapterWidget", "--show-timestamp", "-o", str(picture),
-                       env={name: value})
+                       "--data-dir", str(self.folder / "data"), env={name: value})
             self.assertEqual(0, done.returncode, setting[:40])
             self.assert_whole_png(picture)
 

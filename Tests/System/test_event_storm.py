@@ -1,6 +1,7 @@
 """Two thousand link events a second: what is reported stays whole and fresh."""
 
 import fcntl
+import os
 import signal
 import socket
 import struct
@@ -104,7 +105,11 @@ class EventStormTest(NamespaceTest):
 
     def test_the_same_for_a_user_without_any_privilege(self):
         with tempfile.TemporaryDirectory(prefix="lanternfold ") as folder:
-            with Watch(install(Path(folder)), **AS_NOBODY) as watch:
+            data = Path(folder) / "data"
+            data.mkdir()
+            os.chown(data, AS_NOBODY["user"], AS_NOBODY["group"])
+            with Watch(install(Path(folder)), env=os.environ | {"XDG_DATA_HOME": str(data)},
+                       **AS_NOBODY) as watch:
                 watch.settle()
                 moments = self.storm()
                 self.assert_right_at_the_end(watch, moments)

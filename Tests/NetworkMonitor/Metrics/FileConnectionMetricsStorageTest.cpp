@@ -100,6 +100,15 @@ TEST_F(FileConnectionMetricsStorageTest, ReadsASecondSaveWithinOneTickOfTheFileS
   }
 }
 
+TEST_F(FileConnectionMetricsStorageTest, ReadsAFileThatGotTheNumberAndTheDateOfTheOneBefore) {
+  disk_.setDateTick(1h);
+  storage_.registerMetrics(sent(1), "en0", Type::original);
+  ASSERT_TRUE(storage_.save());
+  // The number stays, as it may when a file system gives that of a removed file out again.
+  ASSERT_TRUE(disk_.overwriteFile(url, fileOf("en0", sent(1'000))));
+  EXPECT_EQ(storage_.metrics("en0", Type::original), sent(1'000));
+}
+
 TEST_F(FileConnectionMetricsStorageTest, ReadsAFileThatWasWrittenInPlaceLater) {
   ASSERT_TRUE(storage_.save());
   world_.clock.advance(1s);
@@ -126,11 +135,12 @@ TEST_F(FileConnectionMetricsStorageTest,
   EXPECT_EQ(storage_.metrics("en0", Type::original), sent(3));
 }
 
-TEST_F(FileConnectionMetricsStorageTest, ASaveWithoutARegistrationKeepsWhatAnotherProgramSaved) {
+TEST_F(FileConnectionMetricsStorageTest, ASampleOfNoInterfacesKeepsWhatAnotherProgramSaved) {
   storage_.registerMetrics(sent(1), "en0", Type::original);
   ASSERT_TRUE(storage_.save());
   world_.clock.advance(1min);
   saveElsewhere("en0", sent(2));
+  ASSERT_TRUE(storage_.lock());
   ASSERT_TRUE(storage_.save());
   EXPECT_EQ(opened().metrics("en0", Type::original), sent(2));
 }

@@ -1,0 +1,32 @@
+// `lanternfold-widgets record`: the traffic of this machine, remembered.
+#pragma once
+
+#include <expected>
+#include <optional>
+#include <string>
+
+#include "CommandLine/Console.h"
+#include "CommandLine/Machine.h"
+
+namespace lanternfold {
+
+struct RecordOptions {
+  bool once = false;
+  bool json = false;
+  /// Between samples until the traffic first changes its class; the recorder's own when not given.
+  std::optional<double> intervalSeconds;
+  /// The group in whose folder the traffic is remembered; none for the folder without a group.
+  std::optional<std::string> appGroupId;
+};
+
+/// The failure names the option that is wrong and what may stand there.
+[[nodiscard]] std::expected<void, CommandFailure> checkRecordOptions(const RecordOptions& options);
+
+/// Goes on until the program is asked to end, and then after the step under way. A sample that
+/// fails is a line among the diagnostics, or with `once` the failure. A second recorder of the same
+/// file says that there is one and is done.
+[[nodiscard]] std::expected<void, CommandFailure> runRecord(const RecordOptions& options,
+                                                            const Machine& machine,
+                                                            const Console& console);
+
+}  // namespace lanternfold

@@ -1,0 +1,39 @@
+#include "CommandLine/FileSoleRecorder.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <utility>
+
+#include "PlatformLinux/System/FileDescriptor.h"
+
+namespace lanternfold {
+namespace {
+
+constexpr const char* fileName = "connection-metrics-storage_default.recorder";
+
+class LockedFile final : public SoleRecorder::Claim {
+ public:
+  explicit LockedFile(FileDescriptor file) : file_(std::move(file)) {}
+
+ private:
+  FileDescriptor file_;
+};
+
+std::error_code lastError() { return {errno, std::generic_category()}; }
+
+}  // namespace
+
+std::expected<std::unique_ptr<SoleRecorder::Claim>, std::error_code> FileSoleRecorder::claim(
+    const std::filesystem::path& folder) {
+  FileDescriptor file(::open((folder / fileName).c_str(),
+                             O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600));
+  if (!file.isOpen()) return std::unexpected(lastError());
+  if (::flock(file.get(), LOCK_EX | LOCK_NB) == 0) {
+    return std::make_unique<LockedFile>(std::move(file));
+  }
+  if (errno == EWOULDBLOCK) return nullptr;
+  return std::unexpected(lastError());
+}
+
+}  // namespace lanternfold

@@ -1,0 +1,58 @@
+#include "CommandLine/RememberingMetricsReader.h"
+
+#include <utility>
+
+#include "CommandLine/MetricsGraph.h"
+#include "Support/FatalError.h"
+
+namespace lanternfold {
+
+RememberingMetricsReader::RememberingMetricsReader(
+    std::optional<Recorded> recorded, std::shared_ptr<ConnectionMetricsReader> kernelReader,
+    const Environment& environment)
+    : recorded_(std::move(recorded)),
+      kernelReader_(std::move(kernelReader)),
+      environment_(environment) {
+  if (kernelReader_->is32bitCapped()) {
+    fatalError("32-bit counters were to stand in for adjusted ones, which they do not equal");
+  }
+}
+
+std::expected<ConnectionMetricsMap, ConnectionMetricsError> RememberingMetricsReader::read() {
+  const std::scoped_lock guard(mutex_);
+  if (ofThisWalk_) return *ofThisWalk_;
+  ofThisWalk_ = remembered();
+  if (ofThisWalk_) return *ofThisWalk_;
+  auto counters = kernelReader_->read();
+  if (counters) ofThisWalk_ = *counters;
+  return counters;
+}
+
+void RememberingMetricsReader::beginWalk() {
+  const std::scoped_lock guard(mutex_);
+  ofThisWalk_.reset();
+}
+
+std::optional<ConnectionMetricsMap> RememberingMetricsReader::remembered() {
+  if (nextSample_ && environment_.clock.steadyNow() < *nextSample_) return std::nullopt;
+  auto sampled = sample();
+  nextSample_ = environment_.clock.steadyNow() +
+                (sampled ? std::chrono::nanoseconds(shortestPause) : pauseAfterFailure);
+  if (sampled) return *std::move(sampled);
+  reportOnce(sampled.error());
+  return std::nullopt;
+}
+
+std::expected<ConnectionMetricsMap, std::string> RememberingMetricsReader::sample() {
+  if (!recorded_) return std::unexpected(noMetricsFolder);
+  auto read = recorded_->reader->read();
+  if (!read) return std::unexpected(recorded_->explain(read.error()));
+  return *std::move(read);
+}
+
+void RememberingMetricsReader::reportOnce(const std::string& reason) {
+  if (std::exchange(isReported_, true)) return;
+  environment_.diagnostics.line("Traffic is shown but not recorded: " + reason);
+}
+
+}  // namespace lanternfold

@@ -1,0 +1,73 @@
+// The counters of one walk over the interfaces, taken through the recorder so that they are
+// remembered, or straight from the kernel when they cannot be.
+//
+// Made by: the wiring of the monitor. Read by: the interface resolver, once for every interface.
+#pragma once
+
+#include <chrono>
+#include <expected>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+
+#include "NetworkMonitor/Metrics/ConnectionMetricsReader.h"
+#include "Platform/Clock.h"
+#include "Platform/DiagnosticLog.h"
+
+namespace lanternfold {
+
+/// Both sources count alike: a reader of 64-bit counters has them unchanged by the recorder. Every
+/// sample is a file that is locked, written and brought to the disk, so one serves a whole walk,
+/// and walks that follow closely upon each other have the kernel's own counters. A sample that
+/// fails is said once; while that lasts, it is tried again at long intervals only, because a held
+/// lock takes half a second each time. Any thread.
+class RememberingMetricsReader final : public ConnectionMetricsReader {
+ public:
+  static constexpr std::chrono::milliseconds shortestPause{250};
+  static constexpr std::chrono::seconds pauseAfterFailure{60};
+
+  struct Environment {
+    const Clock& clock;
+    DiagnosticLog& diagnostics;
+  };
+
+  /// A clause that says why a sample failed and what to do.
+  using Explanation = std::function<std::string(const ConnectionMetricsError&)>;
+
+  /// Takes a sample at every read.
+  struct Recorded {
+    std::shared_ptr<ConnectionMetricsReader> reader;
+    Explanation explain;
+  };
+
+  /// `recorded` is none when there is no folder to keep a sample in.
+  RememberingMetricsReader(std::optional<Recorded> recorded,
+                           std::shared_ptr<ConnectionMetricsReader> kernelReader,
+                           const Environment& environment);
+
+  [[nodiscard]] bool is32bitCapped() const override { return false; }
+
+  /// The counters of this walk; fails when the kernel cannot be asked either.
+  [[nodiscard]] std::expected<ConnectionMetricsMap, ConnectionMetricsError> read() override;
+
+  /// The next `read` begins a walk of its own: an interface that has appeared meanwhile is counted.
+  void beginWalk();
+
+ private:
+  [[nodiscard]] std::optional<ConnectionMetricsMap> remembered();
+  [[nodiscard]] std::expected<ConnectionMetricsMap, std::string> sample();
+  void reportOnce(const std::string& reason);
+
+  std::optional<Recorded> recorded_;
+  std::shared_ptr<ConnectionMetricsReader> kernelReader_;
+  Environment environment_;
+  std::mutex mutex_;
+  // Guarded by mutex_.
+  std::optional<ConnectionMetricsMap> ofThisWalk_;
+  std::optional<std::chrono::steady_clock::time_point> nextSample_;
+  bool isReported_ = false;
+};
+
+}  // namespace lanternfold

@@ -1,0 +1,237 @@
+"""Files, folders and locks that are in the way of recording: a line that says so, and the truth."""
+
+import json
+import time
+
+from namespaces import mount, unmount
+from program import AS_NOBODY, install, run
+from record_test import RecordTest
+from recording import write_lock
+
+NOT_RECORDED = "Traffic is shown but not recorded: "
+
+
+class FileInTheWayTest(RecordTest):
+    """The file's fault is said as it is; a sample that can be saved puts a good file in its place."""
+
+    def setUp(self):
+        super().setUp()
+        self.data.make()
+
+    def restoring_failed(self, done):
+        """The faults of one process, each said once."""
+        prefix = f"Failed to restore from file: {self.data.file} - "
+        lines = done.stderr.decode().splitlines()
+        for line in lines:
+            self.assertTrue(line.startswith(prefix), line)
+        return [line.removeprefix(prefix) for line in lines]
+
+    def assert_replaced(self, contents, *words):
+        self.data.file.write_bytes(contents)
+        done = self.data.once()
+        faults = self.restoring_failed(done)
+        self.assertEqual((0, 1), (done.returncode, len(faults)), done.stderr)
+        for word in words:
+            self.assertIn(word, faults[0])
+        self.assert_kernels_counters(json.loads(done.stdout)["en0"])
+        self.assert_kernels_counters(self.data.recorded()["en0"])
+        self.data.file.write_bytes(contents)
+        metrics, errors = self.state()
+        self.assertEqual(1, len(errors.splitlines()), errors)
+        self.assert_kernels_counters(metrics)
+
+    def test_an_empty_file(self):
+        self.assert_replaced(b"")
+
+    def test_a_truncated_file(self):
+        self.adjusted()
+        contents = self.data.file.read_bytes()
+        for length in (1, 10, len(contents) // 2, len(contents) - 1):
+            self.assert_replaced(contents[:length])
+
+    def test_no_json(self):
+        self.assert_replaced(b"\x00\x01\xff" * 1000)
+        self.assert_replaced(b"not json at all\n")
+
+    def test_json_of_another_shape(self):
+        for contents in (b"{}", b"null", b"7", b'"text"', b"[0]", b"[[],[]]", b'[0,{"en0":7}]',
+                         b'[0,{"en0":{"sentBytes":-1}}]', b'[9,{}]', b"[" * 100_000):
+            self.assert_replaced(contents)
+
+    def test_100_megabytes(self):
+        self.assert_replaced(b" " * 100_000_000, "too large")
+
+    def test_a_folder_in_the_files_place(self):
+        self.data.file.mkdir()
+        done = self.data.once()
+        self.assertEqual((1, b""), (done.returncode, done.stdout))
+        self.assertEqual("lanternfold-widgets: cannot record",
+                         done.stderr.decode().splitlines()[-1][:34])
+        metrics, errors = self.state()
+        self.assert_kernels_counters(metrics)
+        self.assertIn(NOT_RECORDED, errors)
+
+    def test_a_file_that_may_not_be_read(self):
+        """Of root's, in a folder of nobody's: it is replaced."""
+        program = self.give_folders_to_nobody()
+        self.data.file.write_text("[0,{},1,{}]")
+        self.data.file.chmod(0o600)
+        done = self.data.once(program=program, **AS_NOBODY)
+        self.assertEqual((0, ["Permission denied"]),
+                         (done.returncode, self.restoring_failed(done)))
+        self.assert_kernels_counters(json.loads(done.stdout)["en0"])
+        self.assertEqual(json.loads(done.stdout), self.data.recorded())
+
+    def test_a_folder_that_may_not_be_written(self):
+        program = self.give_folders_to_nobody()
+        self.data.group.chmod(0o500)
+        done = self.data.once(program=program, **AS_NOBODY)
+        self.assertEqual((1, b"", 1), (done.returncode, done.stdout, len(done.stderr.splitlines())))
+        self.assertIn("see whether its folder is there and can be written to",
+                      done.stderr.decode())
+        metrics, errors = self.state(program=program, **AS_NOBODY)
+        self.assert_kernels_counters(metrics)
+        self.assertTrue(errors.startswith(NOT_RECORDED), errors)
+        done = run("record", *self.data.options(), program=program, **AS_NOBODY)
+        self.assertEqual((1, b"", 1), (done.returncode, done.stdout, len(done.stderr.splitlines())))
+
+    def test_a_folder_of_another_user(self):
+        program = install(self.folder)
+        self.data.path.chmod(0o755)
+        done = self.data.once(program=program, **AS_NOBODY)
+        self.assertEqual((1, b"", 2), (done.returncode, done.stdout, len(done.stderr.splitlines())))
+        self.assertIn("belongs to another user", done.stderr.decode())
+        metrics, errors = self.state(program=program, **AS_NOBODY)
+        self.assert_kernels_counters(metrics)
+        self.assertIn("belongs to another user", errors)
+        self.assertIn(NOT_RECORDED, errors)
+
+
+class NoPlaceTest(RecordTest):
+    def test_a_data_folder_that_cannot_be_made(self):
+        (self.folder / "file").write_text("")
+        options = ["--data-dir", str(self.folder / "file" / "data")]
+        reason = f'cannot make the folder "{self.folder / "file" / "data"}": Not a directory; '
+        for arguments in ((), ("--json",), ("--once",), ("--once", "--json")):
+            done = run("record", *arguments, *options)
+            said, errors = done.stdout.decode(), done.stderr.decode()
+            self.assertEqual(1, done.returncode)
+            self.assertTrue((errors if "--json" in arguments else said).startswith(reason))
+            self.assertTrue(errors.endswith("there is no folder to keep it in; choose one with "
+                                            "--data-dir\n"), errors)
+        done = run("state", "--json", *options)
+        lines = done.stderr.decode().splitlines()
+        self.assertEqual((0, 2), (done.returncode, len(lines)), lines)
+        self.assertTrue(lines[0].startswith(reason), lines)
+        self.assertTrue(lines[1].startswith(NOT_RECORDED), lines)
+        self.assert_kernels_counters(json.loads(done.stdout)["state"]["others"][0]["metrics"])
+        picture = self.folder / "picture.svg"
+        done = run("render", "NetworkAdapterWidget", "-o", str(picture), *options)
+        self.assertEqual(0, done.returncode)
+        self.assertTrue(picture.exists())
+
+    def test_a_full_disk(self):
+        self.data.path.mkdir()
+        mount("none", str(self.data.path), "tmpfs", data="size=16k,mode=700")
+        self.addCleanup(unmount, str(self.data.path))
+        self.adjusted()
+        old = self.data.file.read_bytes()
+        with open(self.data.path / "filler", "wb", buffering=0) as filler:
+            try:
+                while filler.write(bytes(4096)):
+                    pass
+            except OSError:
+                pass
+        done = self.data.once()
+        self.assertEqual((1, 1), (done.returncode, len(done.stderr.splitlines())), done.stderr)
+        self.assertIn(b"No space left on device", done.stderr)
+        self.assertEqual(old, self.data.file.read_bytes())
+        metrics, errors = self.state()
+        self.assert_kernels_counters(metrics)
+        self.assertEqual(1, len(errors.splitlines()), errors)
+
+    def test_a_recorder_goes_on_when_a_sample_cannot_be_saved(self):
+        with self.recorder("--json", "--interval", "1") as recorder:
+            recorder.wait_for_lines(1, seconds=10)
+            self.data.file.unlink()
+            self.data.file.mkdir()
+            errors = recorder.wait_for_lines(3, seconds=10, lines=recorder.errors)
+            self.assertEqual(f"Failed to restore from file: {self.data.file} - Is a directory",
+                             errors[0], "said once")
+            self.assertEqual({f"Failed to save storage: {self.data.file} could not be written: "
+                              "Is a directory"}, set(errors[1:]))
+            before = len(recorder.lines)
+            self.data.file.rmdir()
+            recorder.wait_for_lines(before + 1, seconds=10)
+            self.assertEqual(0, recorder.finish())
+
+
+class LockInTheWayTest(RecordTest):
+    def setUp(self):
+        super().setUp()
+        self.adjusted()
+
+    def assert_free(self):
+        begin = time.monotonic()
+        self.adjusted()
+        self.assertLess(time.monotonic() - begin, 0.45, "as if the lock had been taken")
+        self.assertFalse(self.data.lock.exists())
+
+    def test_text_is_no_lock(self):
+        for contents in (b"", b"text", b"12:30", b"\xff\xfe", b"nan", b" " * 1000):
+            self.data.lock.write_bytes(contents)
+            self.assert_free()
+
+    def test_a_time_in_the_past_is_no_lock(self):
+        write_lock(self.data.lock, -0.001)
+        self.assert_free()
+        write_lock(self.data.lock, -1e9)
+        self.assert_free()
+
+    def test_a_lease_of_a_killed_process_is_waited_for(self):
+        write_lock(self.data.lock, 0.3)
+        begin = time.monotonic()
+        self.adjusted()
+        self.assertGreater(time.monotonic() - begin, 0.25)
+
+    def test_the_year_3000(self):
+        self.data.lock.write_text("31525416000.00000000")
+        begin = time.monotonic()
+        done = self.data.once()
+        self.assertLess(time.monotonic() - begin, 2)
+        self.assertEqual((1, b"", 1), (done.returncode, done.stdout, len(done.stderr.splitlines())))
+        self.assertIn("lock", done.stderr.decode())
+        begin = time.monotonic()
+        metrics, errors = self.state()
+        self.assertLess(time.monotonic() - begin, 2, "one wait, not one for every interface")
+        self.assert_kernels_counters(metrics)
+        self.assertEqual(1, len(errors.splitlines()), errors)
+        self.assertTrue(errors.startswith(NOT_RECORDED), errors)
+        self.assertIn(f"remove {self.data.lock}", errors)
+        with self.recorder("--json", "--interval", "1") as recorder:
+            errors = recorder.wait_for_lines(2, seconds=10, lines=recorder.errors)
+            self.assertEqual(0, recorder.finish())
+        for line in errors:
+            self.assertTrue(line.startswith("Failed to save storage: "), line)
+
+    def test_a_folder_in_the_locks_place(self):
+        self.data.lock.mkdir()
+        (self.data.lock / "file").write_text("")
+        done = self.data.once()
+        self.assertEqual((1, 1), (done.returncode, len(done.stderr.splitlines())), done.stderr)
+        self.assert_kernels_counters(self.state()[0])
+
+    def test_no_permission(self):
+        """A lock of root's in a folder that nobody may only look into: it cannot be read, so it is
+        none, and it cannot be replaced."""
+        program = self.give_folders_to_nobody()
+        write_lock(self.data.lock, 3600)
+        self.data.lock.chmod(0)
+        self.data.file.chmod(0o644)
+        self.data.group.chmod(0o500)
+        done = self.data.once(program=program, **AS_NOBODY)
+        self.assertEqual((1, b"", 1), (done.returncode, done.stdout, len(done.stderr.splitlines())))
+        self.assertIn("Permission denied", done.stderr.decode())
+        metrics, errors = self.state(program=program, **AS_NOBODY)
+        self.assert_kernels_counters(metrics)
+        self.assertEqual(1, len(errors.splitlines()), errors)
