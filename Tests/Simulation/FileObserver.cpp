@@ -155,6 +155,7 @@ void FileObserver::unlocked(const Turn& program, bool succeeded) {
   if (!state.step) return;
   SampleOutcome outcome = state.step->outcome;
   outcome.isComplete = succeeded && state.step->isSaved;
+  outcome.isUndisturbed = !state.step->wasDisturbed && !state.step->wasHampered;
   state.outcomes.push_back(outcome);
   state.step.reset();
 }
@@ -291,8 +292,12 @@ std::optional<BandwidthClassValue> FileObserver::classOf(const Step& step,
   const auto at = [&](WallTime now) {
     return expectedClass(before, after, *step.reading, now - *step.fileDate);
   };
-  const BandwidthClassValue first = at(step.readAt);
-  return at(run_.clock.now()) == first ? std::optional(first) : std::nullopt;
+  const WallTime now = run_.clock.now();
+  if (now == step.readAt) return at(now);
+  // Each interface was judged at a moment of its own between the two. The longer the interval, the
+  // lower the class, but for an interval that is none.
+  const bool isKnown = step.readAt > *step.fileDate && at(now) == at(step.readAt);
+  return isKnown ? std::optional(at(now)) : std::nullopt;
 }
 
 }  // namespace lanternfold::simulation

@@ -43,7 +43,7 @@ bool LockObserver::beginsAnotherStep(const Turn& program) const {
   const State& state = found->second;
   const bool isOver = run_.clock.now() > state.beganAtWall + timeout ||
                       run_.clock.steadyNow() > state.beganAt + timeout;
-  return state.holds || (state.isTaking && isOver);
+  return state.holds || (state.isTaking && (state.lastLookWasFree || isOver));
 }
 
 void LockObserver::looked(const Turn& program,

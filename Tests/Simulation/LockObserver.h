@@ -28,7 +28,8 @@ class LockObserver {
   // bytes: no file); how removing, making and writing it ended.
   void began(const Turn& program);
   /// Whether a look at the lock file that begins now belongs to another step than what was seen
-  /// before: who holds the lock does not look, and who waits does not after the time-out.
+  /// before: who holds the lock or has found it free does not
+  /// look, and who waits does not after the time-out.
   [[nodiscard]] bool beginsAnotherStep(const Turn& program) const;
   void looked(const Turn& program, const std::expected<FileContents, std::error_code>& found);
   void foundMissing(const Turn& program);

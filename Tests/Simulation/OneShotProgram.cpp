@@ -16,7 +16,7 @@ void OneShotProgram::live() {
     run.broken(turn_.number(), "reports another end of its sample than it came to");
     return;
   }
-  if (!found) return;
+  if (!found || !outcomes.front().isUndisturbed) return;
   const RememberedInterfaces* held = parts.observer->held();
   for (std::size_t position = 0; held && position < found->size(); ++position) {
     const auto remembered = held->find(found->name(position));
