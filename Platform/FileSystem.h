@@ -35,7 +35,8 @@ struct FileContents {
 /// disk. Errors are of the generic category (`std::errc`): no_such_file_or_directory,
 /// permission_denied, is_a_directory, no_space_on_device, file_too_large, read_only_file_system and
 /// whatever else the system says. A failed operation leaves what was there as it was, but for
-/// `overwriteFile`.
+/// `overwriteFile`, and for a `replaceFile` that failed at the very last, when the new file stands
+/// but may not outlive a loss of power.
 class FileSystem {
  public:
   virtual ~FileSystem() = default;

@@ -1,6 +1,6 @@
 // The traffic counters of one network interface: the one counter record of the system.
 //
-// Made by: the counter readers and, later, the recorder. Read by: every network source and the
+// Made by: the counter readers and the recorder. Read by: every network source and the
 // storages, in whose files its JSON form stands.
 #pragma once
 

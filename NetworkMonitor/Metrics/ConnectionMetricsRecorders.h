@@ -20,7 +20,8 @@
 namespace lanternfold {
 
 /// Each recorder reads the kernel's 32-bit counters and classifies traffic by the standard
-/// thresholds. Any thread.
+/// thresholds. None of them may be given a storage that a reader of 64-bit counters fills: a stored
+/// counter beyond 32 bits that is followed by a smaller one stops the program. Any thread.
 class ConnectionMetricsRecorders {
  public:
   /// All outlive the recorders.

@@ -1,5 +1,6 @@
 // A lock between programs: a file whose text says when the lock lapses, so that a program that
-// ended while it held the lock blocks the others for a moment only.
+// ended while it held the lock blocks the others for a moment only (longer when the wall clock,
+// which the text is told by, is set back meanwhile).
 //
 // Made by: the file storage. Read by: whoever locks it. The lease is as long as the time-out of the
 // wait, counted from the call: who waited for 0.4 of 0.5 s holds the lock for 0.1 s.

@@ -22,7 +22,7 @@ class StandardConnectionBandwidthAnalyzer final : public ConnectionBandwidthAnal
       const ConnectionMetrics& oldMetrics, const ConnectionMetrics& newMetrics,
       std::chrono::duration<double> interval) const override;
 
-  // Bytes per second. The spelling is that of the configuration they belong to, and stays.
+  // Bytes per second. The spelling is part of the interface, and stays.
   std::uint64_t idleTheshold = 500'000;              // 4 Mbit/s
   std::uint64_t highSpeedTheshold = 6'250'000;       // 50 Mbit/s
   std::uint64_t veryHighSpeedTheshold = 31'250'000;  // 250 Mbit/s

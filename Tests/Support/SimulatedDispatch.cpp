@@ -90,11 +90,17 @@ SimulatedDispatch::~SimulatedDispatch() {
 
 DispatchQueue& SimulatedDispatch::mainQueue() { return *mainQueue_; }
 
-DispatchQueue& SimulatedDispatch::serialQueue(std::string_view label, QualityOfService) {
+DispatchQueue& SimulatedDispatch::serialQueue(std::string_view label, QualityOfService quality) {
   const auto existing = serialQueues_.find(label);
   if (existing != serialQueues_.end()) return *existing->second;
   auto queue = std::make_unique<Queue>(*this, std::string(label), Queue::Mode::serial);
+  qualities_.emplace(label, quality);
   return *serialQueues_.emplace(label, std::move(queue)).first->second;
+}
+
+std::optional<QualityOfService> SimulatedDispatch::qualityOf(std::string_view label) const {
+  const auto known = qualities_.find(label);
+  return known == qualities_.end() ? std::nullopt : std::optional(known->second);
 }
 
 DispatchQueue& SimulatedDispatch::globalQueue(QualityOfService quality) {

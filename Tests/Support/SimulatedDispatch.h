@@ -56,6 +56,9 @@ class SimulatedDispatch final : public Dispatch {
     return delayed_.empty() ? std::nullopt : std::optional(delayed_.front().due);
   }
 
+  /// As the serial queue of this label was made; none when nobody has asked for it yet.
+  [[nodiscard]] std::optional<QualityOfService> qualityOf(std::string_view label) const;
+
   /// Works that wait, delayed ones included.
   [[nodiscard]] std::size_t waitingWorks() const;
 
@@ -95,6 +98,7 @@ class SimulatedDispatch final : public Dispatch {
   std::unique_ptr<Queue> mainQueue_;
   std::map<QualityOfService, std::unique_ptr<Queue>> globalQueues_;
   std::map<std::string, std::unique_ptr<Queue>, std::less<>> serialQueues_;
+  std::map<std::string, QualityOfService, std::less<>> qualities_;  // of the serial queues
   /// The queues that hold works which are due, in the order in which they got their first one.
   std::vector<Queue*> ready_;
   /// A heap, the earliest on top (std::priority_queue cannot give up a work that is moved).

@@ -291,6 +291,13 @@ TEST_F(FileLockTest, TwoThatFindTheSameLapsedLockBothTakeIt) {
   EXPECT_TRUE(lock_.lock());
 }
 
+TEST_F(FileLockTest, HasAQueueOfWorkThatAUserWaitsForFromItsFirstUseOn) {
+  constexpr std::string_view label = "net.quernaple.NetworkMonitor.FileLock";
+  EXPECT_EQ(dispatch_.qualityOf(label), std::nullopt);
+  EXPECT_TRUE(lock_.lock());
+  EXPECT_EQ(dispatch_.qualityOf(label), QualityOfService::userInitiated);
+}
+
 TEST_F(FileLockTest, LooksAndWritesOnTheQueueOfFileLocksAndSleepsOffIt) {
   auto& queue = dispatch_.serialQueue("net.quernaple.NetworkMonitor.FileLock",
                                       QualityOfService::userInitiated);

@@ -183,6 +183,12 @@ TEST_F(RecordedConnectionMetricsReaderTest, EndOfTheReaderStopsTheRecorder) {
   EXPECT_EQ(diary, "0 0 120 ");
 }
 
+TEST_F(RecordedConnectionMetricsReaderTest, EndOfTheReaderStopsARecorderThatSomeoneElseStarted) {
+  recorder->start();
+  reader.reset();
+  EXPECT_FALSE(recorder->isStarted());
+}
+
 TEST_F(RecordedConnectionMetricsReaderTest, EndOfTheReaderWithoutAutostartLeavesTheRecorder) {
   static_cast<void>(reader->read());
   reader->setRecorderAutostartEnabled(false);
