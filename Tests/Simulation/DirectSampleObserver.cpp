@@ -12,10 +12,11 @@ void DirectSampleObserver::bootDateRead(std::optional<WallTime> date) {
 }
 
 void DirectSampleObserver::countersRead(std::shared_ptr<const MachineReading> reading) {
+  const bool isReset = std::exchange(isResetDue_, false);
   endSample();
   const auto previousDate = storage_.lastRegisterDate();
   Sample sample{.before = contents()};
-  if (std::exchange(isResetDue_, false) && (!sample.before.empty() || previousDate)) {
+  if (isReset && (!sample.before.empty() || previousDate)) {
     run_.broken(program_.number(), "keeps what it held before the reboot");
   }
   const bool countsFromHere = !hasSampled_ && !storage_.isPersistent();
@@ -26,6 +27,7 @@ void DirectSampleObserver::countersRead(std::shared_ptr<const MachineReading> re
 }
 
 void DirectSampleObserver::readingFailed() {
+  isResetDue_ = false;
   endSample();
   outcomes_.push_back({});
 }
@@ -36,6 +38,7 @@ std::vector<SampleOutcome> DirectSampleObserver::takeOutcomes() {
 }
 
 void DirectSampleObserver::endSample() {
+  if (std::exchange(isResetDue_, false)) outcomes_.push_back({});  // it could not be saved
   if (!sample_) return;
   check(*sample_);
   const bool isComplete = canSave_();

@@ -51,7 +51,6 @@ void FileObserver::bootDateRead(const Turn& program, std::optional<WallTime> dat
   State& state = states_[program.number()];
   if (!state.step) return;
   state.step->bootDate = date;
-  resetIfDue(program, state);
 }
 
 void FileObserver::lookedUp(const Turn& program,
@@ -60,7 +59,9 @@ void FileObserver::lookedUp(const Turn& program,
   if (!state.step) return;
   state.step->wasHampered |= !attributes && isFault(attributes.error());
   state.step->fileDate = attributes ? std::optional(attributes->modificationDate) : std::nullopt;
-  resetIfDue(program, state);
+  // The look behind the reading of the boot date is the one that it is compared with.
+  if (state.step->bootDate) resetIfDue(program, state);
+  state.step->bootDate.reset();
 }
 
 void FileObserver::loaded(const Turn& program,
