@@ -1,12 +1,16 @@
 # The front door: each target is a script in Scripts/ that CI calls too. `make help` lists them.
-# Options: FILTER=REGEX (names of tests), PRESET=NAME (a preset of CMakePresets.json).
+# Options: FILTER=REGEX (names of tests), PRESET=NAME (a preset of CMakePresets.json), SEEDS, WEEKS
+# and SEED (of the simulation).
 
 PRESET ?= dev
 FILTER ?=
 SECONDS_EACH ?= 10
+SEEDS ?= 100
+WEEKS ?= 3
+SEED ?=
 
 .DEFAULT_GOAL := help
-.PHONY: help setup build test test-quick test-one golden golden-update fuzz-smoke bench format lint run doctor
+.PHONY: help setup build test test-quick test-one golden golden-update fuzz-smoke simulate bench format lint run doctor
 
 help: ## List these targets
 	@awk -F ':.*## ' '/^[a-z-]+:.*## / { printf "  make %-15s %s\n", $$1, $$2 }' Makefile
@@ -34,6 +38,9 @@ golden-update: ## Write the golden files anew (FILTER=REGEX)
 
 fuzz-smoke: ## Run every fuzz target for a few seconds (SECONDS_EACH=10)
 	@Scripts/fuzz-smoke "$(SECONDS_EACH)"
+
+simulate: ## Simulate weeks of sampling with faults (SEEDS=100 WEEKS=3, or SEED=NUMBER to replay one)
+	@Scripts/simulate --weeks "$(WEEKS)" $(if $(SEED),--seed "$(SEED)",--seeds "$(SEEDS)")
 
 bench: ## Measure against the baselines (FILTER=REGEX)
 	@Scripts/bench "$(FILTER)"

@@ -1,6 +1,5 @@
 #include "NetworkMonitor/Metrics/FileConnectionMetricsStorage.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "NetworkMonitor/Metrics/ConnectionMetricsFileJson.h"
@@ -78,6 +77,13 @@ void FileConnectionMetricsStorage::reset() {
   if (const auto found = attributes()) seen_ = *found;
 }
 
+std::expected<void, LockError> FileConnectionMetricsStorage::lock() {
+  auto locked = lock_.lock();
+  // A sample of a machine without interfaces reads nothing before it saves.
+  if (locked) reloadIfNewer();
+  return locked;
+}
+
 std::expected<void, MetricsSaveError> FileConnectionMetricsStorage::save() {
   const auto encoded = encodeConnectionMetricsFile(innerStorage_.data());
   if (!encoded) return saveFailure(storageUrl_, describe(encoded.error()));
@@ -86,7 +92,6 @@ std::expected<void, MetricsSaveError> FileConnectionMetricsStorage::save() {
   for (std::size_t i = 0; i < encoded->recordsLeftOut; ++i) {
     environment_.log.line("Failed to encode ConnectionMetrics");
   }
-  lastSaveDate_ = environment_.clock.now();
   seen_ = *written;
   return {};
 }
@@ -97,10 +102,10 @@ void FileConnectionMetricsStorage::reloadIfNewer(const Attributes& attributes) {
 
 bool FileConnectionMetricsStorage::isNewer(const Attributes& attributes) const {
   if (!attributes || !seen_) return true;
-  // Two replacements within one tick of the file system's clock have the same date, and the second
-  // one may get the number that the first one set free.
-  return attributes->fileNumber != seen_->fileNumber || attributes->sizeBytes != seen_->sizeBytes ||
-         attributes->modificationDate > std::max(lastSaveDate_, seen_->modificationDate);
+  // Any difference tells: two replacements within one tick of the file system's clock have the same
+  // date, a wall clock that was set back gives an earlier one, and file systems give the number of
+  // a file that is gone to the next one.
+  return *attributes != *seen_;
 }
 
 void FileConnectionMetricsStorage::reload() {

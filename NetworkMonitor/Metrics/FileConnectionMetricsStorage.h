@@ -52,7 +52,8 @@ class FileConnectionMetricsStorage final : public ConnectionMetricsPersistentSto
   void reset() override;
   [[nodiscard]] std::expected<void, MetricsSaveError> save() override;
 
-  [[nodiscard]] std::expected<void, LockError> lock() override { return lock_.lock(); }
+  /// What another program saved is loaded before the return, so that a save does not undo it.
+  [[nodiscard]] std::expected<void, LockError> lock() override;
   [[nodiscard]] std::expected<void, LockError> unlock() override { return lock_.unlock(); }
 
  private:
@@ -69,7 +70,6 @@ class FileConnectionMetricsStorage final : public ConnectionMetricsPersistentSto
   std::string name_;
   FileLock lock_;
   InMemoryConnectionMetricsStorage innerStorage_;
-  Date lastSaveDate_ = Date::min();
   /// Of the file that was loaded, saved or given up last, also one that could not be decoded: it is
   /// looked into once. None while there was no such file.
   std::optional<FileAttributes> seen_;

@@ -1,6 +1,7 @@
 #include "Tests/Support/FakeFileSystem.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 #include "Support/FatalError.h"
@@ -116,6 +117,11 @@ void FakeFileSystem::beforeStep(std::function<Verdict(FileStep, const Path&)> ju
   judge_ = std::move(judge);
 }
 
+void FakeFileSystem::beforeEveryStep(std::function<Verdict(FileStep, const Path&)> judge) {
+  judge_ = std::move(judge);
+  asksAgain_ = true;
+}
+
 std::expected<FileAttributes, std::error_code> FakeFileSystem::attributes(const Path& path) const {
   if (const auto taken = step(FileStep::lookUp, path); !taken)
     return std::unexpected(taken.error());
@@ -143,7 +149,7 @@ std::expected<FileAttributes, std::error_code> FakeFileSystem::replaceFile(const
                                                                            std::string_view bytes) {
   Path temporary = normal(path);
   temporary.replace_filename("." + temporary.filename().string() + "." +
-                             std::to_string(lastFileNumber_ + 1));
+                             std::to_string(++lastTemporaryNumber_));
   auto result = replaceBy(temporary, path, bytes);
   if (!result && !hasCrashed_) removeNode(temporary);
   return result;
@@ -192,6 +198,10 @@ FakeFileSystem::Result<void> FakeFileSystem::step(FileStep step, const Path& pat
   if (const auto fault = plannedFault()) return failure(*fault);
   clock_.sleep(stepDuration_);
   if (!judge_ || isJudging_) return {};
+  if (asksAgain_) {
+    const Verdict verdict = judge_(step, path);
+    return verdict ? Result<void>(failure(*verdict)) : Result<void>();
+  }
   isJudging_ = true;
   const Verdict verdict = judge_(step, path);
   isJudging_ = false;
@@ -236,9 +246,18 @@ FakeFileSystem::NodePointer FakeFileSystem::makeFile(const Path& path) {
   removeNode(path);
   const auto node = std::make_shared<Node>();
   node->modificationDate = dateOfNow();
-  node->fileNumber = ++lastFileNumber_;
+  node->fileNumber = nextFileNumber();
   nodes_.emplace(path, node);
   return node;
+}
+
+std::uint64_t FakeFileSystem::nextFileNumber() {
+  if (!reusesFileNumbers_) return ++lastFileNumber_;
+  std::set<std::uint64_t> taken;
+  for (const auto& [path, node] : nodes_) taken.insert(node->fileNumber);
+  std::uint64_t number = 1;
+  while (taken.contains(number)) ++number;
+  return number;
 }
 
 void FakeFileSystem::removeNode(const Path& path) {

@@ -74,6 +74,9 @@ class FakeFileSystem final : public FileSystem {
   /// Modification dates are cut to whole ticks since 1970, as of a file system with a coarse clock.
   /// One nanosecond unless set.
   void setDateTick(std::chrono::nanoseconds tick) { dateTick_ = tick; }
+  /// A new file gets the lowest number that no file has, as many file systems do; else no number
+  /// comes twice.
+  void setReusesFileNumbers(bool reuses) { reusesFileNumbers_ = reuses; }
   void setModificationDate(const Path& path, std::chrono::system_clock::time_point date);
 
   /// A slow disk: every step sleeps so long on the clock before it is taken. None unless set.
@@ -94,6 +97,10 @@ class FakeFileSystem final : public FileSystem {
   /// Asked before every step, after the faults above; none to ask nobody. It may use this file
   /// system itself, as another program that comes in between; steps it takes do not ask it again.
   void beforeStep(std::function<Verdict(FileStep step, const Path& path)> judge);
+  /// The same, but steps that are taken before the judge has answered ask it too: for a world whose
+  /// programs lose their turn inside of it. It may throw, which ends the operation where it stands,
+  /// temporary file included.
+  void beforeEveryStep(std::function<Verdict(FileStep step, const Path& path)> judge);
   /// How many steps were taken or failed so far, by all programs.
   [[nodiscard]] std::size_t stepCount() const { return stepCount_; }
 
@@ -126,6 +133,7 @@ class FakeFileSystem final : public FileSystem {
   /// The folder that `path` stands in, when entries can be made and removed there.
   [[nodiscard]] Result<void> checkFolderOf(const Path& path) const;
   NodePointer makeFile(const Path& path);
+  [[nodiscard]] std::uint64_t nextFileNumber();
   void removeNode(const Path& path);
   void cutToNothing(Node& file);
   [[nodiscard]] Result<void> append(Node& file, std::string_view bytes);
@@ -137,6 +145,8 @@ class FakeFileSystem final : public FileSystem {
   const Clock& clock_;
   std::map<Path, NodePointer> nodes_;
   std::uint64_t lastFileNumber_ = 0;
+  std::uint64_t lastTemporaryNumber_ = 0;
+  bool reusesFileNumbers_ = false;
   std::chrono::nanoseconds dateTick_{1};
   std::chrono::nanoseconds stepDuration_{0};
   std::optional<std::size_t> freeBytes_;
@@ -146,6 +156,7 @@ class FakeFileSystem final : public FileSystem {
   mutable std::map<std::size_t, Verdict> plannedFaults_;  // by step number; none is a crash
   mutable bool hasCrashed_ = false;
   mutable bool isJudging_ = false;
+  bool asksAgain_ = false;
   std::function<Verdict(FileStep, const Path&)> judge_;
 };
 

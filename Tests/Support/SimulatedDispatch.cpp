@@ -109,7 +109,7 @@ DispatchQueue& SimulatedDispatch::globalQueue(QualityOfService quality) {
 
 void SimulatedDispatch::runReady() {
   refuseNestedRun();
-  for (std::size_t works = 0; runOne(); ++works) {
+  for (std::size_t works = 0; runOneDue(); ++works) {
     if (works > mostWorksOfOneMoment) stopForEndlessMoment();
   }
 }
@@ -129,7 +129,7 @@ bool SimulatedDispatch::runUntil(const std::function<bool()>& done,
   while (!done()) {
     if (std::exchange(moment, clock_.steadyNow()) != clock_.steadyNow()) worksOfThisMoment = 0;
     if (moment > end) return false;
-    if (runOne()) {
+    if (runOneDue()) {
       if (++worksOfThisMoment > mostWorksOfOneMoment) stopForEndlessMoment();
       continue;
     }
@@ -168,6 +168,11 @@ void SimulatedDispatch::collectDue() {
 }
 
 bool SimulatedDispatch::runOne() {
+  refuseNestedRun();
+  return runOneDue();
+}
+
+bool SimulatedDispatch::runOneDue() {
   collectDue();
   if (ready_.empty()) return false;
   const auto chosen = ready_.begin() + static_cast<std::ptrdiff_t>(draw(ready_.size()));
@@ -196,10 +201,12 @@ void SimulatedDispatch::runWorkOf(Queue& queue) {
   if (queue.waitingWorks() == 0) std::erase(ready_, &queue);
 
   running_.push_back(&queue);
+  // A simulated program that is killed leaves by an exception.
+  const std::unique_ptr<SimulatedDispatch, void (*)(SimulatedDispatch*)> ends(
+      this, [](SimulatedDispatch* dispatch) { dispatch->running_.pop_back(); });
   work();
   // What the work holds is released as part of it.
   work = nullptr;
-  running_.pop_back();
 }
 
 std::size_t SimulatedDispatch::draw(std::size_t bound) {

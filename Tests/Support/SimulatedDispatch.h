@@ -48,6 +48,14 @@ class SimulatedDispatch final : public Dispatch {
   /// whether it is done.
   [[nodiscard]] bool runUntil(const std::function<bool()>& done, std::chrono::nanoseconds limit);
 
+  /// Runs one work that is due, without letting time pass; false when there is none.
+  bool runOne();
+
+  /// When the next delayed work is due; none when nothing is delayed.
+  [[nodiscard]] std::optional<std::chrono::steady_clock::time_point> nextDue() const {
+    return delayed_.empty() ? std::nullopt : std::optional(delayed_.front().due);
+  }
+
   /// As the serial queue of this label was made; none when nobody has asked for it yet.
   [[nodiscard]] std::optional<QualityOfService> qualityOf(std::string_view label) const;
 
@@ -76,8 +84,8 @@ class SimulatedDispatch final : public Dispatch {
   bool runInTurn(Queue& queue, DispatchQueue::Work work);
   /// Takes a work out of `queue` and runs it.
   void runWorkOf(Queue& queue);
-  /// Runs one work that is due; false when there is none.
-  bool runOne();
+  /// The same, for who runs the queues already.
+  bool runOneDue();
   [[nodiscard]] std::size_t draw(std::size_t bound);
 
   SimulatedClock& clock_;

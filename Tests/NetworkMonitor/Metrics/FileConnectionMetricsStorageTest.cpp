@@ -135,6 +135,28 @@ TEST_F(FileConnectionMetricsStorageTest, ReadsAnotherProgramsSaveAfterTheWallClo
   EXPECT_EQ(storage_.metrics("en0", Type::original), sent(5));
 }
 
+// The next save would otherwise put the older counters in the place of the newer ones.
+TEST_F(FileConnectionMetricsStorageTest,
+       ReadsAnotherProgramsSaveUnderAReusedFileNumberAfterTheWallClockWasSetBack) {
+  disk_.setReusesFileNumbers(true);
+  storage_.registerMetrics(sent(1), "en0", Type::original);
+  ASSERT_TRUE(storage_.save());
+  world_.clock.stepWallClock(-1h);
+  saveElsewhere("en0", sent(2));
+  saveElsewhere("en0", sent(3));
+  EXPECT_EQ(storage_.metrics("en0", Type::original), sent(3));
+}
+
+TEST_F(FileConnectionMetricsStorageTest, ASampleOfNoInterfacesKeepsWhatAnotherProgramSaved) {
+  storage_.registerMetrics(sent(1), "en0", Type::original);
+  ASSERT_TRUE(storage_.save());
+  world_.clock.advance(1min);
+  saveElsewhere("en0", sent(2));
+  ASSERT_TRUE(storage_.lock());
+  ASSERT_TRUE(storage_.save());
+  EXPECT_EQ(opened().metrics("en0", Type::original), sent(2));
+}
+
 TEST_F(FileConnectionMetricsStorageTest, KeepsWhatItHoldsWhenTheFileIsRemoved) {
   storage_.registerMetrics(sent(1), "en0", Type::original);
   ASSERT_TRUE(storage_.save());

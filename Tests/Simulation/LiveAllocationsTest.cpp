@@ -1,0 +1,47 @@
+// The counting operators new and delete of this test program; other programs keep the library's.
+#include <atomic>
+#include <cstdlib>
+#include <malloc.h>
+#include <new>
+
+#include "Tests/Simulation/LiveAllocations.h"
+
+namespace {
+
+std::atomic<std::int64_t> blocks = 0;
+std::atomic<std::int64_t> bytes = 0;
+
+void* counted(void* block) {
+  if (block == nullptr) throw std::bad_alloc();
+  ++blocks;
+  bytes += static_cast<std::int64_t>(malloc_usable_size(block));
+  return block;
+}
+
+void release(void* block) noexcept {
+  if (block == nullptr) return;
+  --blocks;
+  bytes -= static_cast<std::int64_t>(malloc_usable_size(block));
+  std::free(block);
+}
+
+}  // namespace
+
+namespace lanternfold::simulation {
+
+LiveAllocations liveAllocations() { return {.blocks = blocks, .bytes = bytes}; }
+
+}  // namespace lanternfold::simulation
+
+void* operator new(std::size_t size) { return counted(std::malloc(size)); }
+void* operator new[](std::size_t size) { return counted(std::malloc(size)); }
+void* operator new(std::size_t size, std::align_val_t alignment) {
+  const auto step = static_cast<std::size_t>(alignment);
+  return counted(std::aligned_alloc(step, (size + step - 1) / step * step));
+}
+void operator delete(void* block) noexcept { release(block); }
+void operator delete[](void* block) noexcept { release(block); }
+void operator delete(void* block, std::size_t) noexcept { release(block); }
+void operator delete[](void* block, std::size_t) noexcept { release(block); }
+void operator delete(void* block, std::align_val_t) noexcept { release(block); }
+void operator delete(void* block, std::size_t, std::align_val_t) noexcept { release(block); }
