@@ -80,7 +80,7 @@ void FileConnectionMetricsStorage::reset() {
 std::expected<void, LockError> FileConnectionMetricsStorage::lock() {
   auto locked = lock_.lock();
   // A sample of a machine without interfaces reads nothing before it saves.
-  if (locked) reloadIfNewer();
+  if (locked) reloadIfNewer(attributes());
   return locked;
 }
 
