@@ -105,7 +105,7 @@ void stepInDefaults(benchmark::State& state, RecordingProgram& program,
 void setDictionary(benchmark::State& state, RecordingProgram& program, std::size_t interfaceCount) {
   constexpr auto key = UserDefaultsConnectionMetricsStorage::dataKey;
   const auto suite = filledSuite(program, interfaceCount);
-  const PropertyListValue dictionary = suite->object(key).value();
+  const PropertyListValue dictionary = suite->object(key).value().value();
   for (auto iteration : state) {
     program.onRecorderQueue([&] {
       suite->set(key, dictionary);
