@@ -1,7 +1,7 @@
 // Counters, the interface walk and the resolver against the bare kernel dumps, at 8, 1,000 and
 // 10,000 links, each size in a network namespace of its own.
-#include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
 #include <sys/socket.h>
 #include <vector>
@@ -10,7 +10,7 @@
 
 #include "Benchmarks/BareDump.h"
 #include "Benchmarks/BenchmarkNamespace.h"
-#include "Benchmarks/RatioTable.h"
+#include "Benchmarks/Groups.h"
 #include "NetBase/LiteralInterfaceNaming.h"
 #include "NetBase/SNUtils.h"
 #include "NetworkMonitor/Interfaces/PosixInterfaceResolver.h"
@@ -26,7 +26,6 @@ namespace lanternfold {
 namespace {
 
 constexpr std::size_t linkCounts[] = {8, 1'000, 10'000};
-constexpr int repetitions = 7;
 constexpr double counterAim = 1.3;
 constexpr double walkAim = 1.5;
 constexpr double noAim = 0;
@@ -109,45 +108,46 @@ void walkInterfaces(benchmark::State& state, std::size_t linkCount) {
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(linkCount));
 }
 
-template <typename Work>
-void add(const std::string& name, Work work) {
-  benchmark::RegisterBenchmark(name.c_str(), work)
-      ->Unit(benchmark::kMicrosecond)
-      ->Repetitions(repetitions);
+void run(std::size_t linkCount, RatioTable& reporter) {
+  const std::string suffix = "/" + std::to_string(linkCount);
+  addBenchmark("counters-bare" + suffix, bareCounters);
+  addBenchmark("counters" + suffix,
+               [=](benchmark::State& state) { readCounters(state, linkCount); });
+  addBenchmark("walk-bare" + suffix, bareTables);
+  addBenchmark("tables" + suffix, [=](benchmark::State& state) { readTables(state, linkCount); });
+  addBenchmark("walk" + suffix, [=](benchmark::State& state) { walkInterfaces(state, linkCount); });
+  if (linkCount <= mostResolvedLinks) {
+    addBenchmark("resolver" + suffix,
+                 [=](benchmark::State& state) { resolveInterfaces(state, linkCount); });
+  }
+  runBenchmarks(reporter);
 }
 
-void measure(std::size_t linkCount, RatioTable& reporter, std::vector<RatioTable::Row>& rows) {
+std::vector<RatioTable::Row> rowsOf(std::size_t linkCount) {
   const std::string suffix = "/" + std::to_string(linkCount);
-  add("counters-bare" + suffix, bareCounters);
-  add("counters" + suffix, [=](benchmark::State& state) { readCounters(state, linkCount); });
-  add("walk-bare" + suffix, bareTables);
-  add("tables" + suffix, [=](benchmark::State& state) { readTables(state, linkCount); });
-  add("walk" + suffix, [=](benchmark::State& state) { walkInterfaces(state, linkCount); });
-  if (linkCount <= mostResolvedLinks) {
-    add("resolver" + suffix, [=](benchmark::State& state) { resolveInterfaces(state, linkCount); });
-  }
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  benchmark::ClearRegisteredBenchmarks();
   const std::string links = std::to_string(linkCount) + " links";
-  rows.push_back({"counters, " + links, "counters" + suffix, "counters-bare" + suffix, counterAim});
-  rows.push_back({"kernel tables, " + links, "tables" + suffix, "walk-bare" + suffix, walkAim});
-  rows.push_back({"interface walk, " + links, "walk" + suffix, "walk-bare" + suffix, walkAim});
-  rows.push_back({"resolver, " + links, "resolver" + suffix, "walk-bare" + suffix, noAim});
+  return {
+      {"counters, " + links, "counters" + suffix, "counters-bare" + suffix, counterAim},
+      {"kernel tables, " + links, "tables" + suffix, "walk-bare" + suffix, walkAim},
+      {"interface walk, " + links, "walk" + suffix, "walk-bare" + suffix, walkAim},
+      {"resolver, " + links, "resolver" + suffix, "walk-bare" + suffix, noAim},
+  };
 }
 
 }  // namespace
 
-}  // namespace lanternfold
-
-int main(int argumentCount, char** arguments) {
-  benchmark::Initialize(&argumentCount, arguments);
-  lanternfold::RatioTable reporter;
-  std::vector<lanternfold::RatioTable::Row> rows;
-  for (const std::size_t linkCount : lanternfold::linkCounts) {
-    if (!lanternfold::enterBenchmarkNamespace(linkCount)) return 1;
-    lanternfold::measure(linkCount, reporter, rows);
+std::optional<RatioTable::Table> measureInterfaces(RatioTable& reporter) {
+  RatioTable::Table table{.title = "Counters and the interface walk",
+                          .figure = RatioTable::Figure::processorTime,
+                          .rows = {}};
+  for (const std::size_t linkCount : linkCounts) {
+    const auto rows = rowsOf(linkCount);
+    if (!areWanted(rows)) continue;
+    if (!enterBenchmarkNamespace(linkCount)) return std::nullopt;
+    run(linkCount, reporter);
+    table.rows.insert(table.rows.end(), rows.begin(), rows.end());
   }
-  reporter.print(rows);
-  benchmark::Shutdown();
-  return 0;
+  return table;
 }
+
+}  // namespace lanternfold

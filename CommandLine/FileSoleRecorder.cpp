@@ -5,6 +5,7 @@
 #include <sys/file.h>
 #include <utility>
 
+#include "PlatformLinux/System/FileAccess.h"
 #include "PlatformLinux/System/FileDescriptor.h"
 
 namespace lanternfold {
@@ -20,20 +21,18 @@ class LockedFile final : public SoleRecorder::Claim {
   FileDescriptor file_;
 };
 
-std::error_code lastError() { return {errno, std::generic_category()}; }
-
 }  // namespace
 
 std::expected<std::unique_ptr<SoleRecorder::Claim>, std::error_code> FileSoleRecorder::claim(
     const std::filesystem::path& folder) {
   FileDescriptor file(::open((folder / fileName).c_str(),
                              O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600));
-  if (!file.isOpen()) return std::unexpected(lastError());
+  if (!file.isOpen()) return lastError();
   if (::flock(file.get(), LOCK_EX | LOCK_NB) == 0) {
     return std::make_unique<LockedFile>(std::move(file));
   }
   if (errno == EWOULDBLOCK) return nullptr;
-  return std::unexpected(lastError());
+  return lastError();
 }
 
 }  // namespace lanternfold

@@ -17,7 +17,7 @@
 
 namespace lanternfold {
 
-/// Why a suite could not be brought to the disk: a sentence for the user, with what to do.
+/// Why a suite could not be read or brought to the disk: a sentence for the user, with what to do.
 struct UserDefaultsError {
   std::string sentence;
   friend bool operator==(const UserDefaultsError&, const UserDefaultsError&) = default;
@@ -43,15 +43,20 @@ inline constexpr int deepestUserDefaultsValue = 8;
 }
 
 /// One suite. Any thread; any number of processes at once: what another one has set is seen by the
-/// next look, and no update of either is lost. Calls may block for the disk, for another process no
-/// longer than a second. Setting a value that is none of theirs (`isUserDefaultsValue`) stops the
-/// program.
+/// next look, and no update of either is lost. Calls may block for the disk, and a call waits for
+/// other processes no longer than a second altogether. Setting a value that is none of theirs
+/// (`isUserDefaultsValue`) stops the program.
 class UserDefaults {
  public:
+  /// None where there is no value; an error where it is not known whether there is one.
+  using Look = std::expected<std::optional<PropertyListValue>, UserDefaultsError>;
+
   virtual ~UserDefaults() = default;
 
-  /// The value under `key`; none when there is none or it cannot be read.
-  [[nodiscard]] virtual std::optional<PropertyListValue> object(std::string_view key) const = 0;
+  /// The value under `key`. After an error there may well be one: whoever writes back what was
+  /// looked up must not take it for none. A suite that could not be opened stays unread until
+  /// `synchronize` opens it.
+  [[nodiscard]] virtual Look object(std::string_view key) const = 0;
 
   /// Stores `value` in the place of an earlier one. What the disk does not take is kept in memory,
   /// seen by this suite's own looks, and tried again by `synchronize`.

@@ -2,6 +2,13 @@
 
 namespace lanternfold {
 
+ConnectionMetricsStorage::Remembered ConnectionMetricsStorage::remembered(
+    std::string_view interfaceName) {
+  return {.lastRegisterDate = lastRegisterDate(),
+          .original = metrics(interfaceName, ConnectionMetricsType::original),
+          .adjusted = metrics(interfaceName, ConnectionMetricsType::adjusted)};
+}
+
 bool ConnectionMetricsStorage::isChanged(Date date) const {
   const auto registered = lastRegisterDate();
   return !registered || date < *registered;

@@ -33,6 +33,19 @@ class ConnectionMetricsStorage {
   [[nodiscard]] virtual std::optional<ConnectionMetrics> metrics(std::string_view interfaceName,
                                                                  ConnectionMetricsType type) = 0;
 
+  /// What a sampling step asks of one interface.
+  struct Remembered {
+    std::optional<Date> lastRegisterDate;
+    std::optional<ConnectionMetrics> original;
+    std::optional<ConnectionMetrics> adjusted;
+
+    friend bool operator==(const Remembered&, const Remembered&) = default;
+  };
+
+  /// The date and both records, as one after another would give them. A storage that looks at the
+  /// disk for each of them looks once here.
+  [[nodiscard]] virtual Remembered remembered(std::string_view interfaceName);
+
   /// All stored records of a type; empty when there are none.
   [[nodiscard]] virtual ConnectionMetricsMap allMetrics(ConnectionMetricsType type) = 0;
 

@@ -14,6 +14,11 @@ std::filesystem::path fileOf(const std::filesystem::path& folder, std::string_vi
   return folder / fileName;
 }
 
+std::optional<ConnectionMetricsStorage::Date> dateOf(
+    const std::expected<FileAttributes, std::error_code>& attributes) {
+  return attributes ? std::optional(attributes->modificationDate) : std::nullopt;
+}
+
 std::unexpected<MetricsSaveError> saveFailure(const std::filesystem::path& url,
                                               const std::string& reason) {
   return std::unexpected(MetricsSaveError{url.string() + " could not be written: " + reason});
@@ -37,8 +42,7 @@ FileConnectionMetricsStorage::FileConnectionMetricsStorage(Environment environme
 
 std::optional<ConnectionMetricsStorage::Date> FileConnectionMetricsStorage::lastRegisterDate()
     const {
-  const auto attributes = environment_.files.attributes(storageUrl_);
-  return attributes ? std::optional(attributes->modificationDate) : std::nullopt;
+  return dateOf(attributes());
 }
 
 void FileConnectionMetricsStorage::registerMetrics(const ConnectionMetrics& metrics,
@@ -49,25 +53,34 @@ void FileConnectionMetricsStorage::registerMetrics(const ConnectionMetrics& metr
 
 std::optional<ConnectionMetrics> FileConnectionMetricsStorage::metrics(
     std::string_view interfaceName, ConnectionMetricsType type) {
-  reloadIfNewer();
+  reloadIfNewer(attributes());
   return innerStorage_.metrics(interfaceName, type);
 }
 
+ConnectionMetricsStorage::Remembered FileConnectionMetricsStorage::remembered(
+    std::string_view interfaceName) {
+  const Attributes seenNow = attributes();
+  reloadIfNewer(seenNow);
+  Remembered remembered = innerStorage_.remembered(interfaceName);
+  remembered.lastRegisterDate = dateOf(seenNow);
+  return remembered;
+}
+
 ConnectionMetricsMap FileConnectionMetricsStorage::allMetrics(ConnectionMetricsType type) {
-  reloadIfNewer();
+  reloadIfNewer(attributes());
   return innerStorage_.allMetrics(type);
 }
 
 void FileConnectionMetricsStorage::reset() {
   innerStorage_.reset();
   // What stands in the file now is what is to be forgotten, loaded before or not.
-  if (const auto attributes = environment_.files.attributes(storageUrl_)) seen_ = *attributes;
+  if (const auto found = attributes()) seen_ = *found;
 }
 
 std::expected<void, LockError> FileConnectionMetricsStorage::lock() {
   auto locked = lock_.lock();
   // A sample of a machine without interfaces reads nothing before it saves.
-  if (locked) reloadIfNewer();
+  if (locked) reloadIfNewer(attributes());
   return locked;
 }
 
@@ -83,12 +96,11 @@ std::expected<void, MetricsSaveError> FileConnectionMetricsStorage::save() {
   return {};
 }
 
-void FileConnectionMetricsStorage::reloadIfNewer() {
-  if (isNewer()) reload();
+void FileConnectionMetricsStorage::reloadIfNewer(const Attributes& attributes) {
+  if (isNewer(attributes)) reload();
 }
 
-bool FileConnectionMetricsStorage::isNewer() const {
-  const auto attributes = environment_.files.attributes(storageUrl_);
+bool FileConnectionMetricsStorage::isNewer(const Attributes& attributes) const {
   if (!attributes || !seen_) return true;
   // Any difference tells: two replacements within one tick of the file system's clock have the same
   // date, a wall clock that was set back gives an earlier one, and file systems give the number of

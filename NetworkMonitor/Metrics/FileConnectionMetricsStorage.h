@@ -43,6 +43,9 @@ class FileConnectionMetricsStorage final : public ConnectionMetricsPersistentSto
                        ConnectionMetricsType type) override;
   [[nodiscard]] std::optional<ConnectionMetrics> metrics(std::string_view interfaceName,
                                                          ConnectionMetricsType type) override;
+  /// One look at the file's attributes, which take longer to get than everything else of an
+  /// interface in a sampling step.
+  [[nodiscard]] Remembered remembered(std::string_view interfaceName) override;
   [[nodiscard]] ConnectionMetricsMap allMetrics(ConnectionMetricsType type) override;
   /// Leaves the file as it is, and does not load that one again: reads find nothing until something
   /// is registered or another program saves.
@@ -54,9 +57,12 @@ class FileConnectionMetricsStorage final : public ConnectionMetricsPersistentSto
   [[nodiscard]] std::expected<void, LockError> unlock() override { return lock_.unlock(); }
 
  private:
+  using Attributes = std::expected<FileAttributes, std::error_code>;
+
+  [[nodiscard]] Attributes attributes() const { return environment_.files.attributes(storageUrl_); }
   void reload();
-  void reloadIfNewer();
-  [[nodiscard]] bool isNewer() const;
+  void reloadIfNewer(const Attributes& attributes);
+  [[nodiscard]] bool isNewer(const Attributes& attributes) const;
   void reportFailedRestore(const std::string& reason);
 
   Environment environment_;

@@ -57,18 +57,17 @@ SamplingStep::Outcome SamplingStep::registerReading(const ConnectionMetricsMap& 
 
     // Looked at for each interface: where registering moves the date, only the first one is judged
     // over the time since the last sample, every other one since the interface before it.
-    const auto previousDate = storage.lastRegisterDate();
-    const auto previousOriginal = storage.metrics(name, ConnectionMetricsType::original);
-    const auto previousAdjusted = storage.metrics(name, ConnectionMetricsType::adjusted);
+    const auto previous = storage.remembered(name);
     const ConnectionMetrics& value =
-        adjustedValues.emplace_back(adjusted(current, previousOriginal, previousAdjusted));
+        adjustedValues.emplace_back(adjusted(current, previous.original, previous.adjusted));
     storage.registerMetrics(current, name, ConnectionMetricsType::original);
     storage.registerMetrics(value, name, ConnectionMetricsType::adjusted);
 
-    if (previousAdjusted && previousDate) {
-      const std::chrono::duration<double> interval = parts_.dateUtils.currentDate() - *previousDate;
+    if (previous.adjusted && previous.lastRegisterDate) {
+      const std::chrono::duration<double> interval =
+          parts_.dateUtils.currentDate() - *previous.lastRegisterDate;
       bandwidthClass =
-          std::max(bandwidthClass, parts_.analyzer.evaluate(*previousAdjusted, value, interval));
+          std::max(bandwidthClass, parts_.analyzer.evaluate(*previous.adjusted, value, interval));
     }
   }
   return {.adjusted = ConnectionMetricsMap(reading.names(), std::move(adjustedValues)),

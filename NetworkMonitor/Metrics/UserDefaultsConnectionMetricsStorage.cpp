@@ -1,5 +1,6 @@
 #include "NetworkMonitor/Metrics/UserDefaultsConnectionMetricsStorage.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstddef>
 #include <span>
@@ -37,24 +38,31 @@ std::string textOf(const EntryKey& key) {
   return std::to_string(std::to_underlying(key.type)) + "/" + std::string(key.interfaceName);
 }
 
-std::optional<ConnectionMetrics> decoded(const PropertyListValue& value) {
-  const auto* data = value.asData();
-  if (data == nullptr) return std::nullopt;
+std::optional<ConnectionMetrics> decoded(const PropertyListValue::Data& data) {
   const auto metrics =
-      decodeConnectionMetrics({reinterpret_cast<const char*>(data->data()), data->size()});
+      decodeConnectionMetrics({reinterpret_cast<const char*>(data.data()), data.size()});
   return metrics ? std::optional(*metrics) : std::nullopt;
+}
+
+/// What stands in `value` when it is a dictionary whose values are all data; null otherwise.
+const PropertyListDictionary* dictionaryOfData(const std::optional<PropertyListValue>& value) {
+  const auto* dictionary = value ? value->asDictionary() : nullptr;
+  if (dictionary == nullptr) return nullptr;
+  const bool holdsDataAlone = std::ranges::all_of(
+      dictionary->entries(), [](const auto& entry) { return entry.second.asData() != nullptr; });
+  return holdsDataAlone ? dictionary : nullptr;
 }
 
 /// The map that stands in `value`, of the entries that are wanted: the others are not decoded.
 template <typename IsWanted>
 ConnectionMetricsData decoded(const std::optional<PropertyListValue>& value, IsWanted isWanted) {
   ConnectionMetricsData data;
-  const auto* dictionary = value ? value->asDictionary() : nullptr;
+  const auto* dictionary = dictionaryOfData(value);
   if (dictionary == nullptr) return data;
   for (const auto& [text, entry] : dictionary->entries()) {
     const auto key = entryKey(text);
     if (!key || !isWanted(*key)) continue;
-    if (const auto metrics = decoded(entry)) {
+    if (const auto metrics = decoded(*entry.asData())) {
       setMetrics(data, key->interfaceName, key->type, *metrics);
     }
   }
@@ -81,7 +89,7 @@ UserDefaultsConnectionMetricsStorage::UserDefaultsConnectionMetricsStorage(
 
 std::optional<ConnectionMetricsStorage::Date>
 UserDefaultsConnectionMetricsStorage::lastRegisterDate() const {
-  const auto value = userDefaults_->object(lastRegisterDateKey);
+  const auto value = look(lastRegisterDateKey);
   const Date* date = value ? value->asDate() : nullptr;
   return date != nullptr ? std::optional(*date) : std::nullopt;
 }
@@ -89,8 +97,10 @@ UserDefaultsConnectionMetricsStorage::lastRegisterDate() const {
 void UserDefaultsConnectionMetricsStorage::registerMetrics(const ConnectionMetrics& metrics,
                                                            std::string_view interfaceName,
                                                            ConnectionMetricsType type) {
+  if (failedLook_) return;
   const auto isWanted = [](const EntryKey&) { return true; };
-  ConnectionMetricsData data = decoded(userDefaults_->object(dataKey), isWanted);
+  ConnectionMetricsData data = decoded(look(dataKey), isWanted);
+  if (failedLook_) return;
   setMetrics(data, interfaceName, type, metrics);
   write(data);
   userDefaults_->set(lastRegisterDateKey, environment_.clock.now());
@@ -101,23 +111,47 @@ std::optional<ConnectionMetrics> UserDefaultsConnectionMetricsStorage::metrics(
   const auto isWanted = [&](const EntryKey& key) {
     return key.type == type && key.interfaceName == interfaceName;
   };
-  return metricsIn(decoded(userDefaults_->object(dataKey), isWanted), interfaceName, type);
+  return metricsIn(decoded(look(dataKey), isWanted), interfaceName, type);
+}
+
+ConnectionMetricsStorage::Remembered UserDefaultsConnectionMetricsStorage::remembered(
+    std::string_view interfaceName) {
+  const auto date = lastRegisterDate();
+  const auto isWanted = [&](const EntryKey& key) { return key.interfaceName == interfaceName; };
+  const ConnectionMetricsData data = decoded(look(dataKey), isWanted);
+  return {.lastRegisterDate = date,
+          .original = metricsIn(data, interfaceName, ConnectionMetricsType::original),
+          .adjusted = metricsIn(data, interfaceName, ConnectionMetricsType::adjusted)};
 }
 
 ConnectionMetricsMap UserDefaultsConnectionMetricsStorage::allMetrics(ConnectionMetricsType type) {
   const auto isWanted = [type](const EntryKey& key) { return key.type == type; };
-  return allMetricsIn(decoded(userDefaults_->object(dataKey), isWanted), type);
+  return allMetricsIn(decoded(look(dataKey), isWanted), type);
 }
 
 void UserDefaultsConnectionMetricsStorage::reset() {
   userDefaults_->remove(dataKey);
   userDefaults_->remove(lastRegisterDateKey);
+  failedLook_.reset();
 }
 
 std::expected<void, MetricsSaveError> UserDefaultsConnectionMetricsStorage::save() {
+  auto failedLook = std::exchange(failedLook_, std::nullopt);
+  // Also after a failed look: this is what opens a suite that could not be opened.
   auto synchronised = userDefaults_->synchronize();
-  if (synchronised) return {};
-  return std::unexpected(MetricsSaveError{std::move(synchronised).error().sentence});
+  if (!synchronised) {
+    return std::unexpected(MetricsSaveError{std::move(synchronised).error().sentence});
+  }
+  if (failedLook) return std::unexpected(MetricsSaveError{std::move(failedLook)->sentence});
+  return {};
+}
+
+std::optional<PropertyListValue> UserDefaultsConnectionMetricsStorage::look(
+    std::string_view key) const {
+  auto looked = userDefaults_->object(key);
+  if (looked) return *std::move(looked);
+  if (!failedLook_) failedLook_ = std::move(looked).error();
+  return std::nullopt;
 }
 
 void UserDefaultsConnectionMetricsStorage::write(const ConnectionMetricsData& data) {

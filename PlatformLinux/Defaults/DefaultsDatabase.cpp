@@ -111,9 +111,10 @@ std::expected<void, DefaultsFault> prepareSchema(SqliteConnection& connection) {
 }  // namespace
 
 std::expected<DefaultsDatabase, DefaultsFault> DefaultsDatabase::open(
-    const std::filesystem::path& path) {
+    const std::filesystem::path& path, Deadline deadline) {
   auto connection = SqliteConnection::open(path);
   if (!connection) return failure(connection.error());
+  connection->waitUntil(deadline);
   if (auto prepared = prepareSchema(*connection); !prepared) {
     connection->keepLogAtEnd();
     return std::unexpected(prepared.error());

@@ -31,17 +31,23 @@ struct DefaultsFault {
 /// What was set, or none where something was removed, by key.
 using DefaultsChanges = std::map<std::string, std::optional<PropertyListValue>, std::less<>>;
 
-/// One thread at a time; any number of processes. Waits for others for a second at most.
+/// One thread at a time; any number of processes.
 class DefaultsDatabase {
  public:
+  using Deadline = SqliteConnection::Deadline;
+
   enum class Durability {
     whenConvenient,  ///< survives the end of the program; a loss of power may take the last changes
     onDisk,          ///< everything written so far survives a loss of power
   };
 
-  /// Opens a file that exists; an empty one becomes a database. One process at a time.
+  /// Opens a file that exists; an empty one becomes a database. One process at a time. Here and
+  /// later, others are waited for until `deadline`.
   [[nodiscard]] static std::expected<DefaultsDatabase, DefaultsFault> open(
-      const std::filesystem::path& path);
+      const std::filesystem::path& path, Deadline deadline);
+
+  /// Puts another deadline in the place of the one before.
+  void waitUntil(Deadline deadline) { connection_.waitUntil(deadline); }
 
   /// The row of a key; none when there is none, or one of a type that is never stored.
   [[nodiscard]] std::expected<std::optional<StoredValue>, DefaultsFault> read(std::string_view key);

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <fcntl.h>
 #include <sqlite3.h>
 #include <sys/file.h>
@@ -18,7 +19,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr mode_t privateMode = S_IRUSR | S_IWUSR;
-constexpr int lockTries = 50;
 constexpr int lockPauseMilliseconds = 20;
 /// Kept beside a suite; they are the user's to remove.
 constexpr int mostSetAside = 20;
@@ -30,20 +30,23 @@ DefaultsFault systemFault(int error) {
           .advice = "make room, or check the permissions of the file and its folder"};
 }
 
-/// For as long as it lives; none after a second of waiting.
-std::expected<FileDescriptor, DefaultsFault> lockFolder(const fs::path& path) {
+/// For as long as it lives; none when it is still another's at the deadline.
+std::expected<FileDescriptor, DefaultsFault> lockFolder(const fs::path& path,
+                                                        DefaultsFile::Deadline deadline) {
   const fs::path name = path.native() + ".lock";
   FileDescriptor file(uninterrupted(
       [&] { return ::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, privateMode); }));
   if (!file.isOpen()) return std::unexpected(systemFault(errno));
-  for (int tried = 0; tried < lockTries; ++tried) {
-    if (::flock(file.get(), LOCK_EX | LOCK_NB) == 0) return file;
+  while (::flock(file.get(), LOCK_EX | LOCK_NB) != 0) {
     if (errno != EWOULDBLOCK && errno != EINTR) return std::unexpected(systemFault(errno));
+    if (std::chrono::steady_clock::now() >= deadline) {
+      return std::unexpected(
+          DefaultsFault{.reason = "another program keeps \"" + name.string() + "\" locked",
+                        .advice = "end that program"});
+    }
     sqlite3_sleep(lockPauseMilliseconds);
   }
-  return std::unexpected(
-      DefaultsFault{.reason = "another program keeps \"" + name.string() + "\" locked",
-                    .advice = "end that program"});
+  return file;
 }
 
 /// Makes an empty file for SQLite, whose own would be readable by others; the files that SQLite
@@ -85,11 +88,15 @@ std::optional<fs::path> freeNameBeside(const fs::path& path) {
 
 }  // namespace
 
-std::expected<DefaultsDatabase*, DefaultsFault> DefaultsFile::database(bool retry) {
-  if (open_ && !open_->hasMoved()) return &*open_;
+std::expected<DefaultsDatabase*, DefaultsFault> DefaultsFile::database(bool retry,
+                                                                       Deadline deadline) {
+  if (open_ && !open_->hasMoved()) {
+    open_->waitUntil(deadline);
+    return &*open_;
+  }
   if (failure_ && !retry) return std::unexpected(*failure_);
   open_.reset();
-  auto opened = openAnew();
+  auto opened = openAnew(deadline);
   if (!opened) {
     const bool isNews = failure_ != opened.error();
     failure_ = opened.error();
@@ -103,9 +110,9 @@ std::expected<DefaultsDatabase*, DefaultsFault> DefaultsFile::database(bool retr
   return &open_.emplace(std::move(*opened));
 }
 
-void DefaultsFile::setAside(const std::string& reason) {
+void DefaultsFile::setAside(const std::string& reason, Deadline deadline) {
   if (!open_) return;
-  const auto lock = lockFolder(path_);
+  const auto lock = lockFolder(path_, deadline);
   const bool isOurs = lock && !open_->hasMoved();
   if (isOurs) open_->leaveAsItIs();
   open_.reset();
@@ -120,7 +127,7 @@ std::string DefaultsFile::description() const {
   return path_.empty() ? "the suite \"" + suite_ + '"' : '"' + path_.string() + '"';
 }
 
-std::expected<DefaultsDatabase, DefaultsFault> DefaultsFile::openAnew() {
+std::expected<DefaultsDatabase, DefaultsFault> DefaultsFile::openAnew(Deadline deadline) {
   const auto folder = directory_.defaultsFolder();
   if (!folder) return std::unexpected(DefaultsFault{.reason = folder.error(), .advice = {}});
   // SQLite follows a link too, and keeps its other files beside the one that is linked to.
@@ -130,18 +137,19 @@ std::expected<DefaultsDatabase, DefaultsFault> DefaultsFile::openAnew() {
     path_ = *folder / (suite_ + ".sqlite");
     return std::unexpected(systemFault(error.value()));
   }
-  const auto lock = lockFolder(path_);
+  const auto lock = lockFolder(path_, deadline);
   if (!lock) return std::unexpected(lock.error());
-  return openLocked(path_);
+  return openLocked(path_, deadline);
 }
 
-std::expected<DefaultsDatabase, DefaultsFault> DefaultsFile::openLocked(const Path& path) {
+std::expected<DefaultsDatabase, DefaultsFault> DefaultsFile::openLocked(const Path& path,
+                                                                        Deadline deadline) {
   // Ends at the latest when no more may be set aside.
   while (true) {
     auto reason = obviousDamage(path);
     if (!reason) {
       if (const auto made = makePrivateFile(path); !made) return std::unexpected(made.error());
-      auto opened = DefaultsDatabase::open(path);
+      auto opened = DefaultsDatabase::open(path, deadline);
       if (opened || opened.error().kind != DefaultsFault::Kind::damaged) return opened;
       reason = opened.error().reason;
     }

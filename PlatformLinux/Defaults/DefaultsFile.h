@@ -19,17 +19,21 @@ namespace lanternfold {
 /// process that ends.
 class DefaultsFile {
  public:
+  using Deadline = DefaultsDatabase::Deadline;
+
   /// `suite` is a file name. Both references outlive the object.
   DefaultsFile(const DataDirectory& directory, std::string suite, DiagnosticLog& log)
       : directory_(directory), suite_(std::move(suite)), log_(log) {}
 
   /// The database that stands in the suite's place; opened anew when another one stands there by
   /// now, and after an earlier failure only when `retry` is set. A damaged one is set aside first.
-  [[nodiscard]] std::expected<DefaultsDatabase*, DefaultsFault> database(bool retry);
+  /// Here, and by the database that is returned, others are waited for until `deadline`.
+  [[nodiscard]] std::expected<DefaultsDatabase*, DefaultsFault> database(bool retry,
+                                                                         Deadline deadline);
 
   /// After an operation found the open database damaged: sets it aside, unless another process has
   /// done so. What `database` returned is gone.
-  void setAside(const std::string& reason);
+  void setAside(const std::string& reason, Deadline deadline);
 
   /// Where the suite is kept, as far as it is known.
   [[nodiscard]] std::string description() const;
@@ -39,8 +43,8 @@ class DefaultsFile {
   template <typename Value>
   using Result = std::expected<Value, DefaultsFault>;
 
-  [[nodiscard]] Result<DefaultsDatabase> openAnew();
-  [[nodiscard]] Result<DefaultsDatabase> openLocked(const Path& path);
+  [[nodiscard]] Result<DefaultsDatabase> openAnew(Deadline deadline);
+  [[nodiscard]] Result<DefaultsDatabase> openLocked(const Path& path, Deadline deadline);
   /// Under the lock: moves what stands at `path` out of the way.
   [[nodiscard]] Result<void> moveAside(const Path& path, const std::string& reason);
 

@@ -1,13 +1,27 @@
 #include "PlatformLinux/Defaults/SqliteConnection.h"
 
+#include <algorithm>
 #include <sqlite3.h>
 #include <type_traits>
 
 namespace lanternfold {
 namespace {
 
-constexpr int busyTimeoutMilliseconds = 1000;
 constexpr int longestValueBytes = 64 * 1024 * 1024;
+
+/// Called while another one has a lock, with how often it was before: whether to try again. Not
+/// SQLite's own timeout, which begins anew with each lock.
+int pauseUntilDeadline(void* context, int pauses) {
+  using std::chrono::milliseconds;
+  constexpr int longestPauseMilliseconds = 20;
+  const auto& deadline = *static_cast<const SqliteConnection::Deadline*>(context);
+  const auto left =
+      std::chrono::ceil<milliseconds>(deadline - std::chrono::steady_clock::now()).count();
+  if (left <= 0) return 0;
+  const int pause = std::min(pauses + 1, longestPauseMilliseconds);
+  sqlite3_sleep(static_cast<int>(std::min<milliseconds::rep>(left, pause)));
+  return 1;
+}
 
 }  // namespace
 
@@ -97,7 +111,7 @@ SqliteResult<SqliteConnection> SqliteConnection::open(const std::filesystem::pat
     return std::unexpected(SqliteFault{.code = result, .reason = sqlite3_errstr(result)});
   }
   if (result != SQLITE_OK) return connection.fault();
-  sqlite3_busy_timeout(database, busyTimeoutMilliseconds);
+  sqlite3_busy_handler(database, pauseUntilDeadline, connection.deadline_.get());
   sqlite3_limit(database, SQLITE_LIMIT_LENGTH, longestValueBytes);
   // The file may be anybody's: nothing in its schema is run.
   sqlite3_db_config(database, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);

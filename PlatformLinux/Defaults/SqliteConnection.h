@@ -3,6 +3,7 @@
 // Read by: `DefaultsDatabase`.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <expected>
 #include <filesystem>
@@ -60,8 +61,13 @@ class SqliteStatement {
 /// One thread at a time.
 class SqliteConnection {
  public:
-  /// Opens a file that exists. Locks of others are waited for, a second at most.
+  using Deadline = std::chrono::steady_clock::time_point;
+
+  /// Opens a file that exists. Locks of others are not waited for until `waitUntil` says so.
   [[nodiscard]] static SqliteResult<SqliteConnection> open(const std::filesystem::path& path);
+
+  /// From now on locks of others are waited for until `deadline`, and no longer than that.
+  void waitUntil(Deadline deadline) { *deadline_ = deadline; }
 
   /// `text` is the program's own, never made of what comes from outside.
   [[nodiscard]] SqliteResult<SqliteStatement> prepare(const char* text);
@@ -84,6 +90,7 @@ class SqliteConnection {
   explicit SqliteConnection(sqlite3* database) : database_(database) {}
   [[nodiscard]] std::unexpected<SqliteFault> fault() const;
 
+  std::unique_ptr<Deadline> deadline_ = std::make_unique<Deadline>();  // SQLite keeps its address
   std::unique_ptr<sqlite3, Closer> database_;
 };
 

@@ -1,5 +1,7 @@
 #include "PlatformLinux/Defaults/SqliteUserDefaults.h"
 
+#include <chrono>
+
 #include "Platform/GroupContainer.h"
 #include "Support/FatalError.h"
 
@@ -9,29 +11,38 @@ namespace {
 /// A database that is found damaged is replaced, and the one in its place is tried once.
 constexpr int mostTries = 3;
 constexpr const char* standardSuite = "standard";
+constexpr const char* toTheDisk = "brought to the disk";
+
+/// For all that a call waits for: the file that is locked, the database, and every further try.
+DefaultsDatabase::Deadline deadlineOfACall() {
+  return std::chrono::steady_clock::now() + std::chrono::seconds(1);
+}
 
 }  // namespace
 
 std::expected<void, UserDefaultsError> SqliteUserDefaults::open() {
   const std::lock_guard lock(mutex_);
-  if (const auto database = file_.database(/*retry=*/true); !database) {
-    return std::unexpected(errorOf(database.error()));
+  if (const auto database = file_.database(/*retry=*/true, deadlineOfACall()); !database) {
+    return std::unexpected(errorOf(database.error(), toTheDisk));
   }
   return {};
 }
 
-std::optional<PropertyListValue> SqliteUserDefaults::object(std::string_view key) const {
+UserDefaults::Look SqliteUserDefaults::object(std::string_view key) const {
   const std::lock_guard lock(mutex_);
   if (const auto kept = pending_.find(key); kept != pending_.end()) return kept->second;
+  const Deadline deadline = deadlineOfACall();
+  DefaultsFault fault;
   for (int tried = 0; tried < mostTries; ++tried) {
-    const auto database = file_.database(/*retry=*/false);
-    if (!database) return std::nullopt;
+    const auto database = file_.database(/*retry=*/false, deadline);
+    if (!database) return std::unexpected(errorOf(database.error(), "read"));
     const auto stored = (*database)->read(key);
     if (stored) return *stored ? propertyListValueOf(**stored) : std::nullopt;
-    if (stored.error().kind != DefaultsFault::Kind::damaged) return std::nullopt;
-    file_.setAside(stored.error().reason);
+    fault = stored.error();
+    if (fault.kind != DefaultsFault::Kind::damaged) break;
+    file_.setAside(fault.reason, deadline);
   }
-  return std::nullopt;
+  return std::unexpected(errorOf(fault, "read"));
 }
 
 void SqliteUserDefaults::set(std::string_view key, PropertyListValue value) {
@@ -48,7 +59,7 @@ void SqliteUserDefaults::change(std::string_view key, std::optional<PropertyList
   changes.emplace(key, std::move(value));
   const std::lock_guard lock(mutex_);
   if (const auto earlier = pending_.find(key); earlier != pending_.end()) pending_.erase(earlier);
-  if (write(changes, Durability::whenConvenient)) {
+  if (write(changes, Durability::whenConvenient, deadlineOfACall())) {
     isOnDisk_ = false;
   } else {
     pending_.merge(changes);
@@ -57,37 +68,40 @@ void SqliteUserDefaults::change(std::string_view key, std::optional<PropertyList
 
 std::expected<void, UserDefaultsError> SqliteUserDefaults::synchronize() {
   const std::lock_guard lock(mutex_);
-  if (const auto database = file_.database(/*retry=*/true); !database) {
-    return std::unexpected(errorOf(database.error()));
+  const Deadline deadline = deadlineOfACall();
+  if (const auto database = file_.database(/*retry=*/true, deadline); !database) {
+    return std::unexpected(errorOf(database.error(), toTheDisk));
   }
   if (isOnDisk_ && pending_.empty()) return {};
-  const auto written = write(pending_, Durability::onDisk);
-  if (!written) return std::unexpected(errorOf(written.error()));
+  const auto written = write(pending_, Durability::onDisk, deadline);
+  if (!written) return std::unexpected(errorOf(written.error(), toTheDisk));
   pending_.clear();
   isOnDisk_ = true;
   return {};
 }
 
 std::expected<void, DefaultsFault> SqliteUserDefaults::write(const DefaultsChanges& changes,
-                                                             Durability durability) {
+                                                             Durability durability,
+                                                             Deadline deadline) {
   std::expected<void, DefaultsFault> written;
   for (int tried = 0; tried < mostTries; ++tried) {
-    const auto database = file_.database(/*retry=*/false);
+    const auto database = file_.database(/*retry=*/false, deadline);
     if (!database) return std::unexpected(database.error());
     written = (*database)->write(changes, durability);
     // Another process may have set the database aside meanwhile, and these changes with it.
     if (written && !(*database)->hasMoved()) return written;
     if (written) continue;
     if (written.error().kind != DefaultsFault::Kind::damaged) return written;
-    file_.setAside(written.error().reason);
+    file_.setAside(written.error().reason, deadline);
   }
   if (written) return std::unexpected(DefaultsFault{.reason = "it is replaced again and again"});
   return written;
 }
 
-UserDefaultsError SqliteUserDefaults::errorOf(const DefaultsFault& fault) const {
-  std::string sentence =
-      "the settings in " + file_.description() + " cannot be brought to the disk: " + fault.reason;
+UserDefaultsError SqliteUserDefaults::errorOf(const DefaultsFault& fault,
+                                              std::string_view failed) const {
+  std::string sentence = "the settings in " + file_.description() + " cannot be " +
+                         std::string(failed) + ": " + fault.reason;
   if (!fault.advice.empty()) sentence += "; " + fault.advice;
   return {std::move(sentence)};
 }

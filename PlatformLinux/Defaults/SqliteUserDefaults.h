@@ -1,7 +1,7 @@
 // The production side of `UserDefaults`: a SQLite database for each suite, in the user's data
 // folder.
 //
-// Made by: the composition. Read by: the metrics storage, the settings of consent.
+// Made by: the composition. Read by: the metrics storage.
 #pragma once
 
 #include <map>
@@ -28,18 +28,21 @@ class SqliteUserDefaults final : public UserDefaults {
   /// Opens the database now; the sentence says why not.
   [[nodiscard]] std::expected<void, UserDefaultsError> open();
 
-  [[nodiscard]] std::optional<PropertyListValue> object(std::string_view key) const override;
+  [[nodiscard]] Look object(std::string_view key) const override;
   void set(std::string_view key, PropertyListValue value) override;
   void remove(std::string_view key) override;
   [[nodiscard]] std::expected<void, UserDefaultsError> synchronize() override;
 
  private:
   using Durability = DefaultsDatabase::Durability;
+  using Deadline = DefaultsDatabase::Deadline;
 
   void change(std::string_view key, std::optional<PropertyListValue> value);
   [[nodiscard]] std::expected<void, DefaultsFault> write(const DefaultsChanges& changes,
-                                                         Durability durability);
-  [[nodiscard]] UserDefaultsError errorOf(const DefaultsFault& fault) const;
+                                                         Durability durability, Deadline deadline);
+  /// `failed` is what the settings cannot be, a participle.
+  [[nodiscard]] UserDefaultsError errorOf(const DefaultsFault& fault,
+                                          std::string_view failed) const;
 
   mutable std::mutex mutex_;
   mutable DefaultsFile file_;  ///< guarded by `mutex_`

@@ -1,6 +1,7 @@
 // What every writer and reader of files repeats: whole writes, interrupted calls, errors as codes.
 //
-// Read by: `PosixFileSystem`, `AtomicReplacement`.
+// Read by: `PosixFileSystem`, `AtomicReplacement`, `DefaultsFile`, and the command line's own
+// files.
 #pragma once
 
 #include <cerrno>

@@ -1,14 +1,47 @@
 #include "PlatformLinux/System/StreamDiagnosticLog.h"
 
-#include <algorithm>
+#include <cstddef>
 #include <string>
 
 namespace lanternfold {
+namespace {
+
+/// The bytes of the control character that `text` begins with, in UTF-8; 0 for any other.
+std::size_t controlLength(std::string_view text) {
+  const auto first = static_cast<unsigned char>(text.front());
+  if (first < 0x20 || first == 0x7F) return 1;
+  if (first != 0xC2 || text.size() < 2) return 0;
+  const auto second = static_cast<unsigned char>(text[1]);
+  return second >= 0x80 && second <= 0x9F ? 2 : 0;
+}
+
+/// `text` as one line that a terminal shows and does not obey.
+std::string oneLine(std::string_view text) {
+  constexpr std::string_view digits = "0123456789abcdef";
+  std::string result;
+  while (!text.empty()) {
+    const std::size_t control = controlLength(text);
+    if (control == 0) {
+      result += text.front();
+    } else if (text.front() == '\n' || text.front() == '\r') {
+      result += ' ';
+    } else {
+      for (const char byte : text.substr(0, control)) {
+        const auto value = static_cast<unsigned char>(byte);
+        result += "\\x";
+        result += digits[value >> 4U];
+        result += digits[value & 0xFU];
+      }
+    }
+    text.remove_prefix(control == 0 ? 1 : control);
+  }
+  return result;
+}
+
+}  // namespace
 
 void StreamDiagnosticLog::line(std::string_view text) {
-  std::string whole(text);
-  std::ranges::replace_if(
-      whole, [](char character) { return character == '\n' || character == '\r'; }, ' ');
+  std::string whole = oneLine(text);
   whole += '\n';
 
   // One call for text and line end: the stream's own lock makes it one piece.

@@ -16,7 +16,8 @@ class StreamDiagnosticLog final : public DiagnosticLog {
   /// `stream` (`stdout`, `stderr`) outlives the log.
   explicit StreamDiagnosticLog(std::FILE* stream) : stream_(stream) {}
 
-  /// Line ends inside `text` become spaces: one call is one line.
+  /// Line ends inside `text` become spaces: one call is one line. Other control characters are
+  /// written as "\xNN": a folder's name may hold an escape sequence.
   void line(std::string_view text) override;
 
  private:

@@ -1,4 +1,4 @@
-// Suites of user defaults in memory, and a disk that a test can make refuse them.
+// Suites of user defaults in memory, and a disk that a test can make refuse writing or reading.
 #pragma once
 
 #include <map>
@@ -14,13 +14,15 @@
 
 namespace lanternfold {
 
-/// What the suites' programs share: every suite's values, and whether the disk takes new ones.
+/// What the suites' programs share: every suite's values, whether the disk takes new ones and
+/// whether it gives out those it has.
 struct FakeUserDefaultsDisk {
   using Values = std::map<std::string, PropertyListValue, std::less<>>;
 
   std::mutex mutex;
   std::map<std::string, Values, std::less<>> suites;
   bool isFailing = false;
+  bool isUnreadable = false;
 };
 
 /// One program's view of one suite.
@@ -37,9 +39,18 @@ class FakeUserDefaults final : public UserDefaults {
     disk_->isFailing = failing;
   }
 
-  [[nodiscard]] std::optional<PropertyListValue> object(std::string_view key) const override {
+  /// From now on only what stays in this program's memory can be looked up.
+  void setDiskUnreadable(bool unreadable) {
+    const std::lock_guard lock(disk_->mutex);
+    disk_->isUnreadable = unreadable;
+  }
+
+  [[nodiscard]] Look object(std::string_view key) const override {
     const std::lock_guard lock(disk_->mutex);
     if (const auto kept = pending_.find(key); kept != pending_.end()) return kept->second;
+    if (disk_->isUnreadable) {
+      return std::unexpected(UserDefaultsError{"the settings cannot be read: the disk fails"});
+    }
     const auto& values = disk_->suites[suite_];
     const auto found = values.find(key);
     return found == values.end() ? std::nullopt : std::optional(found->second);

@@ -132,6 +132,20 @@ class Recorder:
         return self._finish()
 
 
+def boot_time():
+    """When the kernel says that it began, in seconds since 1970."""
+    with open("/proc/stat") as counts:
+        return next(int(line.split()[1]) for line in counts if line.startswith("btime "))
+
+
+def lease_end(path):
+    """Until when a lock file keeps others out, in seconds since 1970; none when it does not."""
+    try:
+        return float(path.read_text()) + EPOCH_OF_2001
+    except (FileNotFoundError, ValueError):
+        return None
+
+
 def write_lock(path, seconds_from_now):
     path.write_text(f"{time.time() + seconds_from_now - EPOCH_OF_2001:.8f}")
 

@@ -1,6 +1,7 @@
 """What `record` shows and keeps: samples, restarts, a second recorder, other commands beside it."""
 
 import json
+import os
 import signal
 import subprocess
 import time
@@ -8,7 +9,7 @@ import time
 from namespaces import ip
 from program import json_of, run
 from record_test import RecordTest
-from recording import DataFolder, check_counters, decoded, environment_with
+from recording import DataFolder, boot_time, check_counters, decoded, environment_with
 
 
 class SampleTest(RecordTest):
@@ -119,6 +120,29 @@ class ContinuityTest(RecordTest):
         ip("link del gone0")
         self.assertNotIn("gone0", self.adjusted())
         self.assertIn("gone0", self.data.recorded(), "an absent interface is remembered")
+
+    def test_what_was_recorded_before_the_last_boot_is_forgotten(self):
+        self.record_a_link_that_goes()
+        before = boot_time() - 10
+        os.utime(self.data.file, (before, before))
+        shown = self.adjusted()
+        self.assertEqual({0: shown, 1: shown}, decoded(self.data.file.read_bytes()))
+        self.assertNotIn("gone0", shown)
+
+    def test_what_was_recorded_since_the_last_boot_stays(self):
+        gone = self.record_a_link_that_goes()
+        since = boot_time() + 10
+        os.utime(self.data.file, (since, since))
+        self.adjusted()
+        self.assertEqual((gone, gone), tuple(self.data.recorded(kind)["gone0"] for kind in (0, 1)))
+
+    def record_a_link_that_goes(self):
+        """Its last counters, in the file and in no kernel any more."""
+        ip("link add gone0 type veth peer name gone1")
+        gone = self.adjusted()["gone0"]
+        ip("link del gone0")
+        self.assertEqual(gone, self.data.recorded()["gone0"])
+        return gone
 
     def test_a_second_recorder_says_so_and_is_done(self):
         with self.recorder("--json") as recorder:

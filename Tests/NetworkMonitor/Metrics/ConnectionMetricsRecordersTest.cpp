@@ -41,7 +41,9 @@ TEST_F(ConnectionMetricsRecordersTest, PersistentIsOneRecorderForAllOnTheStandar
   const auto recorder = recorders.persistent();
   EXPECT_EQ(recorders.persistent(), recorder);
   EXPECT_EQ(textOf(recorder->onceSync()), "en0 4294967000/0");
-  EXPECT_TRUE(suites.standard()->object("UserDefaultsConnectionMetricsStorage__lastRegisterDate"));
+  const auto date =
+      suites.standard()->object("UserDefaultsConnectionMetricsStorage__lastRegisterDate");
+  EXPECT_TRUE(date && *date);
 }
 
 TEST_F(ConnectionMetricsRecordersTest, PersistentOnASuiteIsANewOneEachTime) {

@@ -63,6 +63,20 @@ TYPED_TEST(ConnectionMetricsStorageTest, KeepsTypesAndNamesApart) {
             ConnectionMetricsMap::of({{"en0", sent(2)}, {"en1", sent(3)}}));
 }
 
+TYPED_TEST(ConnectionMetricsStorageTest, RemembersOfOneInterfaceWhatOneLookAfterAnotherGives) {
+  using Remembered = ConnectionMetricsStorage::Remembered;
+  EXPECT_EQ(this->storage().remembered("en0"), Remembered());
+  this->storage().registerMetrics(sent(1), "en0", Type::original);
+  this->storage().registerMetrics(sent(2), "en0", Type::adjusted);
+  this->storage().registerMetrics(sent(3), "en1", Type::adjusted);
+  this->world_.commit();
+  const auto date = this->storage().lastRegisterDate();
+  ASSERT_TRUE(date);
+  EXPECT_EQ(this->storage().remembered("en0"), (Remembered{date, sent(1), sent(2)}));
+  EXPECT_EQ(this->storage().remembered("en1"), (Remembered{date, std::nullopt, sent(3)}));
+  EXPECT_EQ(this->storage().remembered("en"), (Remembered{date, std::nullopt, std::nullopt}));
+}
+
 TYPED_TEST(ConnectionMetricsStorageTest, ReplacesAnEarlierRecord) {
   this->storage().registerMetrics(sent(1), "en0", Type::original);
   this->storage().registerMetrics(sent(2), "en0", Type::original);

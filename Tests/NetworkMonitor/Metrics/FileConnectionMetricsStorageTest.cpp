@@ -91,6 +91,18 @@ TEST_F(FileConnectionMetricsStorageTest, ReadsWhatAnotherProgramSaved) {
   EXPECT_EQ(storage_.metrics("en1", Type::original), sent(3));
 }
 
+TEST_F(FileConnectionMetricsStorageTest, RemembersAnInterfaceAfterOneLookAtTheFile) {
+  storage_.registerMetrics(sent(1), "en0", Type::original);
+  ASSERT_TRUE(storage_.save());
+  world_.clock.advance(1s);
+  saveElsewhere("en0", sent(2));
+  const ConnectionMetricsStorage::Remembered saved{world_.clock.now(), sent(2), std::nullopt};
+  EXPECT_EQ(storage_.remembered("en0"), saved);
+  const auto before = disk_.stepCount();
+  EXPECT_EQ(storage_.remembered("en0"), saved);
+  EXPECT_EQ(disk_.stepCount(), before + 1);
+}
+
 TEST_F(FileConnectionMetricsStorageTest, ReadsASecondSaveWithinOneTickOfTheFileSystemsClock) {
   disk_.setDateTick(1h);
   ASSERT_TRUE(storage_.save());

@@ -220,6 +220,17 @@ TEST_F(RecorderOverUserDefaultsTest, SuiteThatCannotBeSavedFailsTheSample) {
   EXPECT_EQ(sample(*recorder, 20, 20), "en0 20/20");
 }
 
+TEST_F(RecorderOverUserDefaultsTest, SuiteThatCannotBeReadFailsTheSampleAndIsLeftAlone) {
+  sample(*newProgram(), 10, 10);
+  const auto suite = std::static_pointer_cast<FakeUserDefaults>(machine.suites.standard());
+  const auto recorder = newProgram();
+  suite->setDiskUnreadable(true);
+  EXPECT_EQ(sample(*recorder, 20, 20), "failed: the settings cannot be read: the disk fails");
+  suite->setDiskUnreadable(false);
+  EXPECT_EQ(recorder->metrics("en0")->sentBytes, 10U) << "as the program before left it";
+  EXPECT_EQ(sample(*recorder, 30, 30), "en0 30/30");
+}
+
 class RecorderOverFileTest : public RecorderStorageTest<InFile> {
  protected:
   const std::filesystem::path dataFile = "/data/connection-metrics-storage_default.json";

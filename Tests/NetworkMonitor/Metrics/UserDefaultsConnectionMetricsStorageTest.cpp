@@ -33,7 +33,7 @@ class UserDefaultsConnectionMetricsStorageTest : public testing::Test {
     world_.userDefaults->set(dataKey, std::move(entries));
   }
   [[nodiscard]] PropertyListDictionary entries() const {
-    const auto value = world_.userDefaults->object(dataKey);
+    const auto value = world_.userDefaults->object(dataKey).value();
     return value && value->asDictionary() != nullptr ? *value->asDictionary()
                                                      : PropertyListDictionary{};
   }
@@ -88,9 +88,14 @@ TEST_F(UserDefaultsConnectionMetricsStorageTest, IgnoresDataThatIsNoConnectionMe
   }
 }
 
-TEST_F(UserDefaultsConnectionMetricsStorageTest, IgnoresAnEntryOfAnotherKind) {
-  setEntries({{"0/en0", encodeConnectionMetrics(oneToEight)}, {"0/en1", record_}});
-  EXPECT_EQ(storage_.allMetrics(Type::original), ConnectionMetricsMap::of({{"en1", oneToEight}}));
+TEST_F(UserDefaultsConnectionMetricsStorageTest, IsEmptyWhenOneOfItsValuesIsNoData) {
+  for (const char* key : {"0/en0", "7/en0", "x"}) {
+    setEntries({{key, encodeConnectionMetrics(oneToEight)}, {"0/en1", record_}});
+    EXPECT_TRUE(storage_.allMetrics(Type::original).empty()) << key;
+    EXPECT_EQ(storage_.metrics("en1", Type::original), std::nullopt) << key;
+    storage_.registerMetrics(oneToEight, "en2", Type::original);
+    EXPECT_EQ(entries(), (PropertyListDictionary{{"0/en2", record_}})) << key;
+  }
 }
 
 TEST_F(UserDefaultsConnectionMetricsStorageTest, IsEmptyWhenItsDataIsNoDictionary) {
@@ -137,18 +142,6 @@ TEST_F(UserDefaultsConnectionMetricsStorageTest, ReportsARecordThatCannotBeEncod
   EXPECT_THAT(world_.log.lines(), ElementsAre("Failed to encode ConnectionMetrics"));
   EXPECT_EQ(entries(), (PropertyListDictionary{{"0/en0", record_}}));
   EXPECT_EQ(storage_.metrics("en\xFF", Type::original), std::nullopt);
-}
-
-TEST_F(UserDefaultsConnectionMetricsStorageTest, SaveBringsTheSuiteToTheDiskOrSaysWhyNot) {
-  world_.userDefaults->setDiskFailing(true);
-  storage_.registerMetrics(oneToEight, "en0", Type::original);
-  EXPECT_EQ(storage_.metrics("en0", Type::original), oneToEight);
-  EXPECT_EQ(storage_.save(),
-            (std::expected<void, MetricsSaveError>(std::unexpected(
-                MetricsSaveError{"the settings cannot be written: the disk is full"}))));
-  world_.userDefaults->setDiskFailing(false);
-  EXPECT_TRUE(storage_.save());
-  EXPECT_EQ(storage_.metrics("en0", Type::original), oneToEight);
 }
 
 TEST(UserDefaultsConnectionMetricsStorageDeathTest, WithoutUserDefaultsStopsTheProgram) {

@@ -2,6 +2,7 @@
 #include <limits>
 
 #include "PlatformLinux/Defaults/SqliteUserDefaults.h"
+#include "Tests/PlatformLinux/Defaults/DefaultsFixture.h"
 #include "Tests/PlatformLinux/TemporaryFolder.h"
 #include "Tests/Support/FakeUserDefaults.h"
 #include "Tests/Support/RecordingDiagnosticLog.h"
@@ -12,15 +13,29 @@ namespace {
 using Date = PropertyListValue::Date;
 using Data = PropertyListValue::Data;
 
-// Every world has two programs over one disk.
+// Every world has two programs over one disk. A disk that was made unreadable takes nothing either;
+// how long a program has looked at it before is not for the contract, so none has.
 
 class SqliteWorld {
  public:
   [[nodiscard]] UserDefaultsSuites& program() { return first_; }
   [[nodiscard]] UserDefaultsSuites& otherProgram() { return second_; }
 
+  void makeUnreadable() { opener_ = keepFromOpening(database_); }
+  void makeUnwritable() {
+    writer_ = SqliteConnection::open(database_);
+    ASSERT_TRUE(*writer_ && (*writer_)->execute("BEGIN IMMEDIATE"));
+  }
+  void mend() {
+    opener_.reset();
+    writer_.reset();
+  }
+
  private:
   TemporaryFolder folder_;
+  std::filesystem::path database_ = folder_ / "data/defaults/standard.sqlite";
+  std::optional<FileDescriptor> opener_;
+  std::optional<SqliteResult<SqliteConnection>> writer_;
   DataDirectory directory_{folder_ / "data"};
   RecordingDiagnosticLog log_;
   SqliteUserDefaultsSuites first_{directory_, log_};
@@ -31,6 +46,10 @@ class FakeWorld {
  public:
   [[nodiscard]] UserDefaultsSuites& program() { return first_; }
   [[nodiscard]] UserDefaultsSuites& otherProgram() { return second_; }
+
+  void makeUnreadable() { disk_->isUnreadable = disk_->isFailing = true; }
+  void makeUnwritable() { disk_->isFailing = true; }
+  void mend() { disk_->isUnreadable = disk_->isFailing = false; }
 
  private:
   std::shared_ptr<FakeUserDefaultsDisk> disk_ = std::make_shared<FakeUserDefaultsDisk>();
@@ -151,7 +170,7 @@ TYPED_TEST(UserDefaultsContract, KeysMayBeAnyText) {
 
 TYPED_TEST(UserDefaultsContract, ARemovedValueIsGoneForEveryProgram) {
   this->defaults().set("key", "value");
-  EXPECT_TRUE(this->other().object("key"));
+  EXPECT_EQ(this->other().object("key"), PropertyListValue("value"));
   this->other().remove("key");
   EXPECT_EQ(this->defaults().object("key"), std::nullopt);
 }
@@ -169,6 +188,51 @@ TYPED_TEST(UserDefaultsContract, SynchronisingWithOrWithoutChangesSucceeds) {
   EXPECT_TRUE(this->defaults().synchronize());
   EXPECT_TRUE(this->defaults().synchronize());
   EXPECT_EQ(this->other().object("key"), PropertyListValue("value"));
+}
+
+TYPED_TEST(UserDefaultsContract, ASuiteThatCannotBeReadIsNotAnEmptyOne) {
+  this->other().set("key", "value");
+  this->world_.makeUnreadable();
+  for (const char* const key : {"key", "none"}) {
+    const auto looked = this->defaults().object(key);
+    ASSERT_FALSE(looked) << key;
+    EXPECT_THAT(looked.error().sentence, testing::HasSubstr("cannot be read: ")) << key;
+  }
+  this->world_.mend();
+  EXPECT_TRUE(this->defaults().synchronize());
+  EXPECT_EQ(this->defaults().object("key"), PropertyListValue("value"));
+  EXPECT_EQ(this->defaults().object("none"), std::nullopt);
+}
+
+TYPED_TEST(UserDefaultsContract, WhatIsSetInASuiteThatCannotBeReadTakesNothingElseWithIt) {
+  this->other().set("key", "value");
+  this->other().set("removed", "value");
+  this->world_.makeUnreadable();
+  this->defaults().set("new", "value");
+  this->defaults().remove("removed");
+  EXPECT_EQ(this->defaults().object("new"), PropertyListValue("value"));
+  EXPECT_EQ(this->defaults().object("removed"), std::nullopt);
+  EXPECT_FALSE(this->defaults().object("key"));
+  EXPECT_FALSE(this->defaults().synchronize());
+  this->world_.mend();
+  EXPECT_TRUE(this->defaults().synchronize());
+  EXPECT_EQ(this->other().object("key"), PropertyListValue("value"));
+  EXPECT_EQ(this->other().object("new"), PropertyListValue("value"));
+  EXPECT_EQ(this->other().object("removed"), std::nullopt);
+}
+
+TYPED_TEST(UserDefaultsContract, WhatTheDiskDoesNotTakeIsSeenByThisProgramUntilItDoes) {
+  this->other().set("key", "first");
+  this->world_.makeUnwritable();
+  this->defaults().set("key", "second");
+  EXPECT_EQ(this->defaults().object("key"), PropertyListValue("second"));
+  EXPECT_EQ(this->defaults().object("none"), std::nullopt);
+  EXPECT_EQ(this->other().object("key"), PropertyListValue("first"));
+  EXPECT_FALSE(this->defaults().synchronize());
+  EXPECT_EQ(this->other().object("key"), PropertyListValue("first"));
+  this->world_.mend();
+  EXPECT_TRUE(this->defaults().synchronize());
+  EXPECT_EQ(this->other().object("key"), PropertyListValue("second"));
 }
 
 TYPED_TEST(UserDefaultsContract, SuitesAreApartAndEachIsOne) {

@@ -1,18 +1,30 @@
 // The settings of programs in one data folder, for tests of what happens to their files.
 #pragma once
 
+#include <fcntl.h>
 #include <filesystem>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <sys/file.h>
 
 #include <gtest/gtest.h>
 
 #include "PlatformLinux/Defaults/SqliteUserDefaults.h"
+#include "PlatformLinux/System/FileDescriptor.h"
 #include "Tests/PlatformLinux/TemporaryFolder.h"
 #include "Tests/Support/RecordingDiagnosticLog.h"
 
 namespace lanternfold {
+
+/// As another program that opens the database and never ends with it: nobody else opens it for as
+/// long as this lives.
+inline FileDescriptor keepFromOpening(const std::filesystem::path& database) {
+  const std::string name = database.string() + ".lock";
+  FileDescriptor file(::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+  EXPECT_EQ(::flock(file.get(), LOCK_EX | LOCK_NB), 0);
+  return file;
+}
 
 /// One program.
 struct DefaultsProgram {
@@ -24,8 +36,13 @@ struct DefaultsProgram {
   std::shared_ptr<UserDefaults> defaults = suites.standard();
 
   [[nodiscard]] std::int64_t integer(std::string_view key) const {
-    const auto value = defaults->object(key);
+    const auto value = defaults->object(key).value();
     return value ? value->asInteger().value_or(-1) : 0;
+  }
+  /// Why the setting cannot be read, or nothing.
+  [[nodiscard]] std::string unread(std::string_view key) const {
+    const auto value = defaults->object(key);
+    return value ? "" : value.error().sentence;
   }
   /// Why the settings cannot be brought to the disk, or nothing.
   [[nodiscard]] std::string synchronized() const {

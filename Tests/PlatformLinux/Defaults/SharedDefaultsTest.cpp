@@ -90,7 +90,7 @@ TEST_F(SharedDefaultsTest, AProgramKilledAtAnyMomentLeavesWholeValues) {
     ASSERT_EQ(child.kill(), 256 + SIGKILL);
 
     const DefaultsProgram program(data());
-    const auto value = program.defaults->object("dictionary");
+    const auto value = program.defaults->object("dictionary").value();
     const std::int64_t count = program.integer("count");
     if (value) {
       const PropertyListDictionary* dictionary = value->asDictionary();

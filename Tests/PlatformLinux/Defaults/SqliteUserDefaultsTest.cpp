@@ -3,6 +3,7 @@
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <thread>
 #include <unistd.h>
 
 #include "PlatformLinux/Defaults/SqliteUserDefaults.h"
@@ -143,6 +144,28 @@ TEST_F(SqliteUserDefaultsTest, AnotherProgramsLockIsWaitedForAndThenWorkedAround
   ASSERT_TRUE(blocker->execute("ROLLBACK"));
   EXPECT_EQ(program.synchronized(), "");
   EXPECT_EQ(DefaultsProgram(data()).defaults->object("key"), PropertyListValue("second"));
+}
+
+TEST_F(SqliteUserDefaultsTest, ACallWaitsForAllLocksTogetherNoLongerThanASecond) {
+  using std::chrono::milliseconds;
+  {
+    DefaultsProgram(data()).defaults->set("key", "first");
+  }
+  auto blocker = SqliteConnection::open(database());
+  ASSERT_TRUE(blocker && blocker->execute("BEGIN IMMEDIATE"));
+  std::optional<FileDescriptor> opener = keepFromOpening(database());
+  std::thread opening([&opener] {
+    std::this_thread::sleep_for(milliseconds(800));
+    opener.reset();
+  });
+  const DefaultsProgram program(data());
+  const auto begin = std::chrono::steady_clock::now();
+  program.defaults->set("key", "second");
+  const auto waited = std::chrono::steady_clock::now() - begin;
+  opening.join();
+  EXPECT_GE(waited, milliseconds(900));
+  EXPECT_LT(waited, milliseconds(1700)) << "a second for each lock";
+  EXPECT_THAT(program.synchronized(), HasSubstr("database is locked"));
 }
 
 TEST_F(SqliteUserDefaultsTest, SynchronisingWaitsForTheDiskAndSettingDoesNot) {

@@ -51,6 +51,18 @@ TEST(StreamDiagnosticLogTest, OneCallIsOneLine) {
   EXPECT_EQ(stream.written(), "first second  third\n");
 }
 
+TEST(StreamDiagnosticLogTest, ControlCharactersReachNoTerminal) {
+  TemporaryStream stream;
+  StreamDiagnosticLog(stream.get()).line("a\x1b[31m\x07\x7f\tb \xc2\x9b!");
+  EXPECT_EQ(stream.written(), "a\\x1b[31m\\x07\\x7f\\x09b \\xc2\\x9b!\n");
+}
+
+TEST(StreamDiagnosticLogTest, OtherTextIsWrittenAsItIs) {
+  TemporaryStream stream;
+  StreamDiagnosticLog(stream.get()).line("\"/data/Gr\xc3\xb6\xc3\x9f" "e\" \\x1b \xc2\xb5 \xc2");
+  EXPECT_EQ(stream.written(), "\"/data/Gr\xc3\xb6\xc3\x9f" "e\" \\x1b \xc2\xb5 \xc2\n");
+}
+
 TEST(StreamDiagnosticLogTest, TextIsNotAFormat) {
   TemporaryStream stream;
   StreamDiagnosticLog(stream.get()).line("100%n %s");
