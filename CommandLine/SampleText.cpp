@@ -1,7 +1,11 @@
 #include "CommandLine/SampleText.h"
 
+#include <array>
 #include <cstdint>
 #include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "CommandLine/DateText.h"
 #include "CommandLine/PrintableText.h"
@@ -102,27 +106,57 @@ std::string padded(std::string text, std::size_t width) {
   return text;
 }
 
+struct CounterColumn {
+  const char* title;
+  std::uint64_t ConnectionMetrics::* member;
+  bool isOfBytes = false;
+  /// Left out while it is zero throughout: with all of them the table is wider than a terminal.
+  bool isOfFaults = false;
+};
+
+constexpr std::array counterColumns{
+    CounterColumn{.title = "Received", .member = &ConnectionMetrics::recvBytes, .isOfBytes = true},
+    CounterColumn{.title = "Sent", .member = &ConnectionMetrics::sentBytes, .isOfBytes = true},
+    CounterColumn{.title = "Packets in", .member = &ConnectionMetrics::recvPacket},
+    CounterColumn{.title = "Packets out", .member = &ConnectionMetrics::sentPacket},
+    CounterColumn{
+        .title = "Errors in", .member = &ConnectionMetrics::recvError, .isOfFaults = true},
+    CounterColumn{
+        .title = "Errors out", .member = &ConnectionMetrics::sentError, .isOfFaults = true},
+    CounterColumn{
+        .title = "Collisions", .member = &ConnectionMetrics::collisions, .isOfFaults = true},
+    CounterColumn{.title = "MTU", .member = &ConnectionMetrics::mtu},
+};
+
+bool countsAnything(const ConnectionMetricsMap& metrics,
+                    std::uint64_t ConnectionMetrics::* member) {
+  for (std::size_t position = 0; position < metrics.size(); ++position) {
+    if (metrics.value(position).*member > 0) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 void writeMetricsTable(const ConnectionMetricsMap& metrics, const StringTable& strings,
                        const Console& console) {
-  constexpr auto right = ColumnAlignment::right;
-  TextTable table({{.title = "Name"},
-                   {.title = "Received", .alignment = right},
-                   {.title = "Sent", .alignment = right},
-                   {.title = "Packets in", .alignment = right},
-                   {.title = "Packets out", .alignment = right},
-                   {.title = "Errors in", .alignment = right},
-                   {.title = "Errors out", .alignment = right},
-                   {.title = "Collisions", .alignment = right},
-                   {.title = "MTU", .alignment = right}});
   const ByteCountFormatter bytes = bytesIn(strings);
+  std::vector<CounterColumn> counters;
+  for (const CounterColumn& column : counterColumns) {
+    if (!column.isOfFaults || countsAnything(metrics, column.member)) counters.push_back(column);
+  }
+  std::vector<TextColumn> columns{{.title = "Name"}};
+  for (const CounterColumn& column : counters) {
+    columns.push_back({.title = column.title, .alignment = ColumnAlignment::right});
+  }
+  TextTable table(std::move(columns));
   for (std::size_t position = 0; position < metrics.size(); ++position) {
-    const ConnectionMetrics& each = metrics.value(position);
-    table.addRow({metrics.name(position), bytes.text(each.recvBytes), bytes.text(each.sentBytes),
-                  std::to_string(each.recvPacket), std::to_string(each.sentPacket),
-                  std::to_string(each.recvError), std::to_string(each.sentError),
-                  std::to_string(each.collisions), std::to_string(each.mtu)});
+    std::vector<std::string> cells{metrics.name(position)};
+    for (const CounterColumn& column : counters) {
+      const std::uint64_t count = metrics.value(position).*column.member;
+      cells.push_back(column.isOfBytes ? bytes.text(count) : std::to_string(count));
+    }
+    table.addRow(std::move(cells));
   }
   table.write(console.output, console.style);
 }

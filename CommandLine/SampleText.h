@@ -12,7 +12,7 @@
 
 namespace lanternfold {
 
-/// Every interface with its counters.
+/// Every interface with its counters; those of errors and collisions only where there are any.
 void writeMetricsTable(const ConnectionMetricsMap& metrics, const StringTable& strings,
                        const Console& console);
 

@@ -105,6 +105,18 @@ TEST_F(SampleLineTest, ABusyTimeStandsOut) {
               testing::HasSubstr("00  \x1b[1mlow      \x1b[0m  next"));
 }
 
+TEST(MetricsTable, LeavesOutErrorsAndCollisionsThatNobodyHas) {
+  const FakeStringTable strings;
+  std::ostringstream output;
+  writeMetricsTable(
+      ConnectionMetricsMap::of({{"en0", {.sentError = 3, .mtu = 1500}}, {"lo", {.mtu = 65536}}}),
+      strings, {.output = output, .errors = output});
+  EXPECT_EQ(output.str(),
+            "Name  Received     Sent  Packets in  Packets out  Errors out    MTU\n"
+            "en0    Zero KB  Zero KB           0            0           3   1500\n"
+            "lo     Zero KB  Zero KB           0            0           0  65536\n");
+}
+
 TEST(MetricsTable, ShowsEveryCounter) {
   const FakeStringTable strings;
   std::ostringstream output;
