@@ -43,24 +43,25 @@ bool LockObserver::beginsAnotherStep(const Turn& program) const {
   const State& state = found->second;
   const bool isOver = run_.clock.now() > state.beganAtWall + timeout ||
                       run_.clock.steadyNow() > state.beganAt + timeout;
-  return state.holds || (state.isTaking && (state.lastLookWasFree || isOver));
+  return state.holds || (state.isTaking && (state.lastLook == Look::free || isOver));
 }
 
 void LockObserver::looked(const Turn& program,
                           const std::expected<FileContents, std::error_code>& found) {
   State& state = states_[program.number()];
   const auto expiry = found ? numberIn(found->bytes) : std::nullopt;
-  const bool isLive = expiry && *expiry > secondsSince2001(run_.clock.now());
+  const double left = expiry ? *expiry - secondsSince2001(run_.clock.now()) : -1;
+  const bool isLive = left > 0;
   if (!state.isTaking) return;
-  if (isLive && (state.lastLookWasFree || run_.clock.steadyNow() == state.beganAt)) {
+  if (isLive && (state.lastLook == Look::free || run_.clock.steadyNow() == state.beganAt)) {
     run_.log.add(Happening::lockContended, program.number());
   }
   if (expiry && !isLive) run_.log.add(Happening::lockTakenOverExpired, program.number());
-  state.lastLookWasFree = !isLive;
+  state.lastLook = std::abs(left) < 1e-6 ? Look::unclear : isLive ? Look::held : Look::free;
 }
 
 void LockObserver::foundMissing(const Turn& program) {
-  states_[program.number()].lastLookWasFree = true;
+  states_[program.number()].lastLook = Look::free;
 }
 
 void LockObserver::removed(const Turn& program, bool succeeded) {
@@ -109,7 +110,7 @@ void LockObserver::restsOrEnded(const Turn& program) {
   if (state.isTaking && !program.isKilled()) {
     checkWait(program);
     if (!state.anOperationFailed) run_.log.add(Happening::lockTimedOut, program.number());
-    if (!state.anOperationFailed && state.lastLookWasFree) {
+    if (!state.anOperationFailed && state.lastLook == Look::free) {
       run_.broken(program.number(), "gave up waiting for a lock that it had found free");
     }
   }
@@ -130,7 +131,7 @@ bool LockObserver::isTaking(const Turn& program) const {
 }
 
 void LockObserver::checkTaking(const Turn& program, std::string_view what) {
-  if (!states_[program.number()].lastLookWasFree) {
+  if (states_[program.number()].lastLook == Look::held) {
     run_.broken(program.number(),
                 std::string(what) + " the lock file after a look that showed the lock to be held");
   }

@@ -45,12 +45,15 @@ class LockObserver {
   [[nodiscard]] bool isTaking(const Turn& program) const;
 
  private:
+  /// Unclear: the lease ends at this very moment, to the precision of the text.
+  enum class Look { held, unclear, free };
+
   struct State {
     bool isTaking = false;
     bool holds = false;
     bool anOperationFailed = false;
-    /// What the last look showed; taking is allowed after a free one only.
-    bool lastLookWasFree = false;
+    /// What the last look showed; taking is not allowed after a held one.
+    Look lastLook = Look::held;
     std::chrono::system_clock::time_point beganAtWall;
     std::chrono::steady_clock::time_point beganAt;
     std::chrono::nanoseconds heldUpBefore{};
