@@ -59,8 +59,13 @@ TEST(StreamDiagnosticLogTest, ControlCharactersReachNoTerminal) {
 
 TEST(StreamDiagnosticLogTest, OtherTextIsWrittenAsItIs) {
   TemporaryStream stream;
-  StreamDiagnosticLog(stream.get()).line("\"/data/Gr\xc3\xb6\xc3\x9f" "e\" \\x1b \xc2\xb5 \xc2");
-  EXPECT_EQ(stream.written(), "\"/data/Gr\xc3\xb6\xc3\x9f" "e\" \\x1b \xc2\xb5 \xc2\n");
+  StreamDiagnosticLog(stream.get())
+      .line(
+          "\"/data/Gr\xc3\xb6\xc3\x9f"
+          "e\" \\x1b \xc2\xb5 \xc2");
+  EXPECT_EQ(stream.written(),
+            "\"/data/Gr\xc3\xb6\xc3\x9f"
+            "e\" \\x1b \xc2\xb5 \xc2\n");
 }
 
 TEST(StreamDiagnosticLogTest, TextIsNotAFormat) {
