@@ -1,9 +1,11 @@
 // The kernel's tables against the real kernel, compared with iproute2.
 #include <arpa/inet.h>
 #include <atomic>
+#include <functional>
 #include <ifaddrs.h>
 #include <net/if.h>
 #include <set>
+#include <stdexcept>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -68,22 +70,35 @@ void makeManyKinds() {
      "route add default via 192.0.2.250 dev en0 table 100\n");
 }
 
+struct Settled {
+  std::unique_ptr<NetworkKernelReading> reading;
+  std::string answer;
+};
+
+/// A whole reading that was taken between two equal answers of `ask`: links that are up give
+/// themselves IPv6 addresses and send a few packets at moments of their own.
+Settled readBetweenEqualAnswers(const std::function<std::string()>& ask) {
+  constexpr int mostRounds = 200;
+  for (int round = 0; round < mostRounds; ++round) {
+    Settled settled{.reading = LinuxNetworkKernel().beginReading(), .answer = ask()};
+    const bool isWhole = settled.reading->linkRecords() && settled.reading->addressEntries() &&
+                         settled.reading->routes(RouteFamily::ipv4) &&
+                         settled.reading->routes(RouteFamily::ipv6);
+    if (!isWhole) throw std::runtime_error("A table could not be read");
+    if (ask() == settled.answer) return settled;
+  }
+  throw std::runtime_error("The namespace did not come to rest");
+}
+
 TEST(KernelInNamespace, LinksAreWhatIproute2Lists) {
   inNewNetworkNamespace([] {
     makeManyKinds();
     TapLink tap("tap0");
     ip("link set tap0 up\n");
     tap.write(100);
-    // Links that are up send a few packets by themselves; what is read between two equal answers of
-    // iproute2 must equal them.
-    json expected;
-    std::unique_ptr<NetworkKernelReading> reading;
-    for (int round = 0; round < 50; ++round) {
-      expected = json::parse(ipOutput("-j -d -s -s link"));
-      reading = LinuxNetworkKernel().beginReading();
-      ASSERT_TRUE(reading->linkRecords());
-      if (expected == json::parse(ipOutput("-j -d -s -s link"))) break;
-    }
+    const auto [reading, answer] =
+        readBetweenEqualAnswers([] { return ipOutput("-j -d -s -s link"); });
+    const json expected = json::parse(answer);
     const auto& links = reading->linkRecords().value();
     ASSERT_EQ(links.size(), expected.size());
     for (std::size_t position = 0; position < links.size(); ++position) {
@@ -127,7 +142,7 @@ TEST(KernelInNamespace, ATapHasTheSpeedThatItsDriverTells) {
 TEST(KernelInNamespace, AddressesAreWhatIproute2Lists) {
   inNewNetworkNamespace([] {
     makeManyKinds();
-    const auto reading = LinuxNetworkKernel().beginReading();
+    const auto [reading, answer] = readBetweenEqualAnswers([] { return ipOutput("-j addr"); });
     std::multiset<std::string> seen;
     for (const AddressEntry& entry : reading->addressEntries().value()) {
       if (!entry.netmask) continue;
@@ -135,7 +150,7 @@ TEST(KernelInNamespace, AddressesAreWhatIproute2Lists) {
                   std::to_string(onesOf(*entry.netmask)));
     }
     std::multiset<std::string> expected;
-    for (const json& link : json::parse(ipOutput("-j addr"))) {
+    for (const json& link : json::parse(answer)) {
       for (const json& address : link["addr_info"]) {
         expected.insert(link["ifname"].get<std::string>() + " " +
                         address["local"].get<std::string>() + "/" +
@@ -148,21 +163,26 @@ TEST(KernelInNamespace, AddressesAreWhatIproute2Lists) {
   });
 }
 
+/// A line for each entry.
+std::string namesOfTheSystemsOwnList() {
+  ifaddrs* list = nullptr;
+  if (getifaddrs(&list) != 0) throw std::runtime_error("The system's own list could not be read");
+  std::string names;
+  for (const ifaddrs* entry = list; entry != nullptr; entry = entry->ifa_next) {
+    names += std::string(entry->ifa_name) + "\n";
+  }
+  freeifaddrs(list);
+  return names;
+}
+
 TEST(KernelInNamespace, EntriesStandInTheOrderOfTheSystemsOwnList) {
   inNewNetworkNamespace([] {
     makeManyKinds();
     ip("addr del 203.0.113.1/29 dev en0\n");
-    ifaddrs* list = nullptr;
-    ASSERT_EQ(getifaddrs(&list), 0);
-    std::vector<std::string> expected;
-    for (const ifaddrs* entry = list; entry != nullptr; entry = entry->ifa_next) {
-      expected.emplace_back(entry->ifa_name);
-    }
-    freeifaddrs(list);
-    std::vector<std::string> names;
-    const auto reading = LinuxNetworkKernel().beginReading();
+    const auto [reading, expected] = readBetweenEqualAnswers(namesOfTheSystemsOwnList);
+    std::string names;
     for (const AddressEntry& entry : reading->addressEntries().value()) {
-      names.push_back(entry.name.value());
+      names += entry.name.value() + "\n";
     }
     EXPECT_EQ(names, expected);
   });
@@ -188,14 +208,14 @@ TEST(KernelInNamespace, OnlyGatewayRoutesOfTheMainTableInDumpOrder) {
   inNewNetworkNamespace([] {
     makeManyKinds();
     ip("route add ::/0 via 2001:db8::fe dev en0\n");
-    const auto reading = LinuxNetworkKernel().beginReading();
+    const auto [reading, answer] = readBetweenEqualAnswers([] { return ipOutput("-j -4 route"); });
     std::vector<std::string> seen;
     for (const RouteRecord& route : reading->routes(RouteFamily::ipv4).value()) {
       seen.push_back(addressText(*route.destination) + " " + addressText(*route.gateway) + " " +
                      reading->interfaceName(route.interfaceIndex).value());
     }
     std::vector<std::string> expected;
-    for (const json& route : json::parse(ipOutput("-j -4 route"))) {
+    for (const json& route : json::parse(answer)) {
       if (!route.contains("gateway")) continue;
       const bool isDefault = route["dst"] == "default";
       expected.push_back((isDefault ? "0.0.0.0" : route["dst"].get<std::string>()) + " " +
