@@ -68,7 +68,8 @@ class DecodingErrors final : public std::error_category {
       return "error " + std::to_string(code);
     }
     if (place == 0) return "the answer " + clause;
-    const std::string member = '"' + std::string(answerMembers[place - 1]) + '"';
+    const std::string member =
+        '"' + std::string(answerMembers[static_cast<std::size_t>(place) - 1]) + '"';
     if (fault == PublicInfoDecodingError::missingMember) return "the answer lacks " + member;
     return member + " in the answer " + clause;
   }
@@ -91,11 +92,11 @@ const std::error_category& publicInfoDecodingErrors() {
 }
 
 std::error_code decodingError(PublicInfoDecodingError error, std::string_view member) {
-  const auto* const found = std::ranges::find(answerMembers, member);
-  if (found == std::end(answerMembers)) {
+  const auto found = std::ranges::find(answerMembers, member);
+  if (found == answerMembers.end()) {
     fatalError("a decoding error blames a member that no service's answer has");
   }
-  const auto place = static_cast<int>(found - std::begin(answerMembers)) + 1;
+  const auto place = static_cast<int>(found - answerMembers.begin()) + 1;
   return {static_cast<int>(error) + memberUnit * place, publicInfoDecodingErrors()};
 }
 

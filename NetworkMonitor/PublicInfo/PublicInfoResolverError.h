@@ -3,6 +3,7 @@
 // Made by: the resolvers. Read by: whoever reports the internet side to the user.
 #pragma once
 
+#include <array>
 #include <string_view>
 #include <system_error>
 
@@ -34,7 +35,8 @@ enum class PublicInfoDecodingError {
 };
 
 /// The members of the services' answers, by which an error says which one is to blame.
-inline constexpr std::string_view answerMembers[] = {"ip", "isp", "countryCode", "as", "query"};
+inline constexpr auto answerMembers =
+    std::to_array<std::string_view>({"ip", "isp", "countryCode", "as", "query"});
 
 [[nodiscard]] const std::error_category& publicInfoDecodingErrors();
 /// Of the answer as a whole.

@@ -11,43 +11,10 @@
 namespace lanternfold {
 namespace {
 
-struct GlibFree {
-  void operator()(char* text) const { g_free(text); }
+struct UriRelease {
+  void operator()(GUri* uri) const { g_uri_unref(uri); }
 };
-using GlibText = std::unique_ptr<char, GlibFree>;
-
-struct Components {
-  GlibText scheme;
-  GlibText userInformation;
-  GlibText host;
-  int port = -1;  // none
-  GlibText path;
-  GlibText query;
-  GlibText fragment;
-};
-
-/// None for a text that is no URL.
-std::unique_ptr<Components> split(const std::string& text) {
-  char* scheme = nullptr;
-  char* userInformation = nullptr;
-  char* host = nullptr;
-  char* path = nullptr;
-  char* query = nullptr;
-  char* fragment = nullptr;
-  int port = -1;
-  const bool isUrl = g_uri_split(text.c_str(), G_URI_FLAGS_ENCODED, &scheme, &userInformation,
-                                 &host, &port, &path, &query, &fragment, nullptr) != FALSE;
-  if (!isUrl) return nullptr;
-  auto components = std::make_unique<Components>();
-  components->scheme.reset(scheme);
-  components->userInformation.reset(userInformation);
-  components->host.reset(host);
-  components->port = port;
-  components->path.reset(path);
-  components->query.reset(query);
-  components->fragment.reset(fragment);
-  return components;
-}
+using Uri = std::unique_ptr<GUri, UriRelease>;
 
 bool isLetterOrDigit(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
@@ -84,15 +51,16 @@ std::string_view faultOf(std::string_view text) {
   return {};
 }
 
-std::string_view faultOf(const Components& components) {
-  if (components.userInformation) {
+std::string_view faultOf(GUri& uri) {
+  if (g_uri_get_userinfo(&uri) != nullptr) {
     return "The URL of a service holds no user name and no password.";
   }
-  if (!components.host || !isHost(components.host.get())) {
+  const char* const host = g_uri_get_host(&uri);
+  if (host == nullptr || !isHost(host)) {
     return "The URL of a service names a host, as in https://host.example.";
   }
-  if (components.port == 0) return "The port of a service is a number from 1 to 65535.";
-  if (components.fragment) return "The URL of a service has nothing behind a #.";
+  if (g_uri_get_port(&uri) == 0) return "The port of a service is a number from 1 to 65535.";
+  if (g_uri_get_fragment(&uri) != nullptr) return "The URL of a service has nothing behind a #.";
   return {};
 }
 
@@ -101,17 +69,15 @@ std::string_view faultOf(const Components& components) {
 std::expected<ServiceUrl, std::string> ServiceUrl::parse(std::string_view text) {
   if (const auto fault = faultOf(text); !fault.empty()) return std::unexpected(std::string(fault));
   std::string url(text);
-  const auto components = split(url);
-  if (!components) {
+  const Uri uri(g_uri_parse(url.c_str(), G_URI_FLAGS_ENCODED, nullptr));
+  if (!uri) {
     return std::unexpected(
         "The URL of a service is not written as a URL: its host, its port or a "
         "% in it is wrong.");
   }
-  if (const auto fault = faultOf(*components); !fault.empty()) {
-    return std::unexpected(std::string(fault));
-  }
-  const std::string_view path = components->path ? components->path.get() : "";
-  if (components->query) return ServiceUrl(std::move(url), Kind::withQuery);
+  if (const auto fault = faultOf(*uri); !fault.empty()) return std::unexpected(std::string(fault));
+  const std::string_view path = g_uri_get_path(uri.get());
+  if (g_uri_get_query(uri.get()) != nullptr) return ServiceUrl(std::move(url), Kind::withQuery);
   if (!path.empty() && path != "/") return ServiceUrl(std::move(url), Kind::withPath);
   if (path == "/") url.pop_back();
   return ServiceUrl(std::move(url), Kind::hostAlone);

@@ -1,6 +1,8 @@
 #include "NetworkMonitor/PublicInfo/ServiceUrls.h"
 
-#include <algorithm>
+#include <cstdint>
+#include <glib.h>
+#include <vector>
 
 namespace lanternfold {
 namespace {
@@ -12,21 +14,11 @@ constexpr std::string_view sentinelPath = "/lanternfold/sentinel.php";
 
 /// As a value in a query: everything but letters, digits and four marks is written as %NN.
 std::string percentEncoded(std::string_view text) {
-  constexpr std::string_view digits = "0123456789ABCDEF";
-  constexpr std::string_view marks = "-._~";
-  std::string encoded;
-  for (const char c : text) {
-    const bool isPlain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
-                         (c >= '0' && c <= '9') || marks.find(c) != std::string_view::npos;
-    const auto byte = static_cast<unsigned char>(c);
-    if (isPlain) {
-      encoded += c;
-    } else {
-      encoded += '%';
-      encoded += digits[byte >> 4U];
-      encoded += digits[byte & 0x0FU];
-    }
-  }
+  if (text.empty()) return {};
+  const std::vector<std::uint8_t> bytes(text.begin(), text.end());
+  char* const escaped = g_uri_escape_bytes(bytes.data(), bytes.size(), nullptr);
+  std::string encoded = escaped;
+  g_free(escaped);
   return encoded;
 }
 

@@ -158,6 +158,12 @@ TEST(ServiceUrlsTest, WhatTheSentinelIsToldCannotChangeTheUrl) {
             "?deviceId=a%26mode%3Dx%23%0D%0A%C3%BC&simulator=false&mode=b%20c");
 }
 
+TEST(ServiceUrlsTest, AnEmptyIdentifierStaysEmpty) {
+  const ServiceUrls urls{.sentinel = ServiceUrl::of("https://sentinel.example/ping")};
+  EXPECT_EQ(urls.sentinelEndpoint("", ""),
+            "https://sentinel.example/ping?deviceId=&simulator=false&mode=");
+}
+
 TEST(ServiceUrlsTest, TheDefaultsAreAskedWithoutAPathOfOurs) {
   const ServiceUrls urls;
   EXPECT_EQ(urls.ipv4EchoEndpoint(), "https://api.ipify.org/?format=json");
