@@ -16,7 +16,6 @@ class FakeConnectionMetricsReader final : public ConnectionMetricsReader {
  public:
   void set(std::string name, const ConnectionMetrics& metrics) {
     std::vector<ConnectionMetricsMap::Entry> entries;
-    entries.reserve(counters_.size() + 1);
     for (std::size_t position = 0; position < counters_.size(); ++position) {
       entries.push_back({counters_.name(position), counters_.value(position)});
     }
