@@ -1,4 +1,3 @@
-#include <array>
 #include <string>
 #include <utility>
 
@@ -127,10 +126,10 @@ TEST(InternetInfoRows, LookUpEveryLabelAndTheConnectionButNoNameOrAddress) {
                     .country = "IT",
                     .interface = BasicInterface{.name = "en0"},
                     .dns = {"8.8.8.8"}};
-  const auto connections =
-      std::to_array<std::pair<InterfaceType, std::string>>({{InterfaceType::wlan, "Wi-Fi"},
-                                                            {InterfaceType::ethernet, "Ethernet"},
-                                                            {InterfaceType::cellular, "Cellular"}});
+  const std::pair<InterfaceType, std::string> connections[] = {
+      {InterfaceType::wlan, "Wi-Fi"},
+      {InterfaceType::ethernet, "Ethernet"},
+      {InterfaceType::cellular, "Cellular"}};
   for (const auto& [type, name] : connections) {
     info.interface->type = type;
     EXPECT_EQ(bracketedRowsOf(info),
