@@ -66,6 +66,13 @@ class FileSystem {
   [[nodiscard]] virtual std::expected<void, std::error_code> overwriteFile(
       const std::filesystem::path& path, std::string_view bytes) = 0;
 
+  /// Gives the regular file at `path` a second name beside the first, so that it outlives a
+  /// replacement: "NAME.damaged-1" or the next one that is free, up to 20; file_exists when none
+  /// is. A file that has such a name keeps that one. The name, whole. Where a file cannot have two
+  /// names it is moved. What is no regular file stays, with the errors of `readFile`.
+  [[nodiscard]] virtual std::expected<std::filesystem::path, std::error_code> keepAside(
+      const std::filesystem::path& path) = 0;
+
   /// no_such_file_or_directory when nothing is there.
   [[nodiscard]] virtual std::expected<void, std::error_code> removeFile(
       const std::filesystem::path& path) = 0;

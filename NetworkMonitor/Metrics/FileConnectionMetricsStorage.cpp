@@ -87,12 +87,32 @@ std::expected<void, LockError> FileConnectionMetricsStorage::lock() {
 std::expected<void, MetricsSaveError> FileConnectionMetricsStorage::save() {
   const auto encoded = encodeConnectionMetricsFile(innerStorage_.data());
   if (!encoded) return saveFailure(storageUrl_, describe(encoded.error()));
+  if (auto kept = keepWhatWasNotRestored(); !kept) return kept;
   const auto written = environment_.files.replaceFile(storageUrl_, encoded->text);
   if (!written) return saveFailure(storageUrl_, written.error().message());
   for (std::size_t i = 0; i < encoded->recordsLeftOut; ++i) {
     environment_.log.line("Failed to encode ConnectionMetrics");
   }
   seen_ = *written;
+  hasFailedToRestore_ = false;
+  return {};
+}
+
+std::expected<void, MetricsSaveError> FileConnectionMetricsStorage::keepWhatWasNotRestored() {
+  if (!hasFailedToRestore_) return {};
+  const auto found = attributes();
+  if (!found || keptAside_ == *found) return {};
+  const auto name = environment_.files.keepAside(storageUrl_);
+  if (!name && name.error() == std::errc::file_exists) {
+    return saveFailure(
+        storageUrl_,
+        "it could not be restored, and there are too many kept aside already; look "
+        "into the files beside it that end in \".damaged-\" and a number, and remove "
+        "them");
+  }
+  if (!name) return saveFailure(storageUrl_, name.error().message());
+  keptAside_ = *found;
+  environment_.log.line("The file that could not be restored was kept as: " + name->string());
   return {};
 }
 
@@ -114,11 +134,13 @@ void FileConnectionMetricsStorage::reload() {
     const bool isMissing = contents.error() == std::errc::no_such_file_or_directory;
     const std::string fault = isMissing ? "" : contents.error().message();
     if (fault != std::exchange(readFault_, fault) && !isMissing) reportFailedRestore(fault);
+    hasFailedToRestore_ = !isMissing;
     return;
   }
   readFault_.clear();
   seen_ = contents->attributes;
   auto data = decodeConnectionMetricsFile(contents->bytes);
+  hasFailedToRestore_ = !data;
   if (!data) {
     reportFailedRestore(describe(data.error()));
     return;

@@ -50,6 +50,7 @@ class FileConnectionMetricsStorage final : public ConnectionMetricsPersistentSto
   /// Leaves the file as it is, and does not load that one again: reads find nothing until something
   /// is registered or another program saves.
   void reset() override;
+  /// A file that could not be loaded is kept aside before it is replaced, which is reported.
   [[nodiscard]] std::expected<void, MetricsSaveError> save() override;
 
   /// What another program saved is loaded before the return, so that a save does not undo it.
@@ -64,6 +65,7 @@ class FileConnectionMetricsStorage final : public ConnectionMetricsPersistentSto
   void reloadIfNewer(const Attributes& attributes);
   [[nodiscard]] bool isNewer(const Attributes& attributes) const;
   void reportFailedRestore(const std::string& reason);
+  [[nodiscard]] std::expected<void, MetricsSaveError> keepWhatWasNotRestored();
 
   Environment environment_;
   std::filesystem::path storageUrl_;
@@ -76,6 +78,8 @@ class FileConnectionMetricsStorage final : public ConnectionMetricsPersistentSto
   /// Why the file could not be read when that was tried last, which is reported once; empty when it
   /// could. Unlike a faulty text this may pass while the file stays the same, so it is tried again.
   std::string readFault_;
+  bool hasFailedToRestore_ = false;          ///< the file that stands there now
+  std::optional<FileAttributes> keptAside_;  ///< of the file that was kept aside last
 };
 
 }  // namespace lanternfold

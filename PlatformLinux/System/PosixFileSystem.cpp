@@ -1,6 +1,7 @@
 #include "PlatformLinux/System/PosixFileSystem.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <fcntl.h>
 #include <string>
 #include <sys/stat.h>
@@ -13,6 +14,7 @@
 namespace lanternfold {
 namespace {
 
+constexpr int mostKeptAside = 20;
 constexpr mode_t privateMode = S_IRUSR | S_IWUSR;
 /// A pipe that takes the file's place is not waited for, a terminal does not become ours.
 constexpr int openFlags = O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
@@ -57,6 +59,14 @@ std::expected<std::string, std::error_code> readWhole(const RegularFile& file,
   return bytes;
 }
 
+/// Whether the file got the name, which must be free; errno says why not.
+bool giveName(const std::filesystem::path& path, const std::filesystem::path& name) {
+  if (::link(path.c_str(), name.c_str()) == 0) return true;
+  const bool hasOneNameOnly = errno == EPERM || errno == ENOTSUP || errno == EMLINK;
+  return hasOneNameOnly &&
+         ::renameat2(AT_FDCWD, path.c_str(), AT_FDCWD, name.c_str(), RENAME_NOREPLACE) == 0;
+}
+
 }  // namespace
 
 std::expected<FileAttributes, std::error_code> PosixFileSystem::attributes(
@@ -96,6 +106,27 @@ std::expected<void, std::error_code> PosixFileSystem::overwriteFile(
                        writeAll(descriptor, bytes) && synchronizeFile(descriptor);
   if (!written) return lastError();
   return {};
+}
+
+std::expected<std::filesystem::path, std::error_code> PosixFileSystem::keepAside(
+    const std::filesystem::path& path) {
+  std::error_code error;
+  // The file that a link names, beside itself, as in a replacement.
+  const auto file = std::filesystem::canonical(path, error);
+  if (error) return std::unexpected(codeOf(error.value()));
+  struct stat status{};
+  if (::stat(file.c_str(), &status) != 0) return lastError();
+  if (const auto kind = errorOfKind(status)) return std::unexpected(kind);
+  for (int number = 1; number <= mostKeptAside; ++number) {
+    const std::filesystem::path name = file.native() + ".damaged-" + std::to_string(number);
+    struct stat other{};
+    const bool isTaken = ::lstat(name.c_str(), &other) == 0;
+    if (isTaken && other.st_dev == status.st_dev && other.st_ino == status.st_ino) return name;
+    if (isTaken) continue;
+    if (giveName(file, name)) return name;
+    if (errno != EEXIST) return lastError();
+  }
+  return std::unexpected(codeOf(EEXIST));
 }
 
 std::expected<void, std::error_code> PosixFileSystem::removeFile(

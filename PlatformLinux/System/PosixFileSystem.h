@@ -22,6 +22,8 @@ class PosixFileSystem final : public FileSystem {
       const std::filesystem::path& path) override;
   [[nodiscard]] std::expected<void, std::error_code> overwriteFile(
       const std::filesystem::path& path, std::string_view bytes) override;
+  [[nodiscard]] std::expected<std::filesystem::path, std::error_code> keepAside(
+      const std::filesystem::path& path) override;
   [[nodiscard]] std::expected<void, std::error_code> removeFile(
       const std::filesystem::path& path) override;
 };

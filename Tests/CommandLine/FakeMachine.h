@@ -24,17 +24,19 @@
 
 namespace lanternfold {
 
-/// Runs the simulated main queue. A run that nobody stops is interrupted after an hour.
+/// Runs the simulated main queue. A run that nobody stops is interrupted after a while.
 class SimulatedMainLoop final : public MainLoop {
  public:
   explicit SimulatedMainLoop(SimulatedDispatch& dispatch) : dispatch_(dispatch) {}
 
-  void runUntilInterrupted() override { runFor(std::chrono::hours(1)); }
+  void runUntilInterrupted() override { runFor(interruptedAfter); }
   void runFor(std::chrono::milliseconds limit) override {
     (void)dispatch_.runUntil([this] { return stopped_; }, limit);
     stopped_ = false;
   }
   void stop() override { stopped_ = true; }
+
+  std::chrono::hours interruptedAfter{1};
 
  private:
   SimulatedDispatch& dispatch_;

@@ -11,9 +11,10 @@ using std::chrono::microseconds;
 using std::chrono::milliseconds;
 
 bool writes(FileStep step) {
-  constexpr std::array writing{FileStep::createTemporary, FileStep::create,
-                               FileStep::openForWriting,  FileStep::writeFirstPart,
-                               FileStep::writeRest,       FileStep::synchronise};
+  constexpr std::array writing{FileStep::link,           FileStep::createTemporary,
+                               FileStep::create,         FileStep::openForWriting,
+                               FileStep::writeFirstPart, FileStep::writeRest,
+                               FileStep::synchronise};
   return std::ranges::find(writing, step) != writing.end();
 }
 
@@ -30,8 +31,20 @@ Disk::Disk(RunContext& run, DiskPaths where, Counting counting)
       [this](FileStep step, const std::filesystem::path& path) { return judge(step, path); });
 }
 
+void Disk::setForbidden(Extent extent) {
+  removeWhatWasKeptAside();
+  forbidden_ = extent;
+}
+
+void Disk::removeWhatWasKeptAside() {
+  for (const auto& path : files.paths(paths.folder)) {
+    if (path.native().starts_with(paths.data.native() + ".damaged-")) files.erase(path);
+  }
+}
+
 void Disk::tamper(std::optional<std::string> bytes) {
   setUser(nullptr);
+  removeWhatWasKeptAside();
   if (bytes) {
     files.putFile(paths.data, *bytes);
   } else {
@@ -157,6 +170,11 @@ std::expected<void, std::error_code> ProgramFiles::overwriteFile(const std::file
   disk_.lockObserver.written(program_, bytes, result.has_value());
   if (result) disk_.fileObserver.lockTaken(program_);
   return result;
+}
+
+std::expected<std::filesystem::path, std::error_code> ProgramFiles::keepAside(
+    const std::filesystem::path& path) {
+  return perform([&] { return disk_.files.keepAside(path); });
 }
 
 std::expected<void, std::error_code> ProgramFiles::removeFile(const std::filesystem::path& path) {

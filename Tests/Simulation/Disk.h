@@ -39,7 +39,7 @@ class Disk {
   /// Nothing can be written any more.
   void setFull(Extent extent) { full_ = extent; }
   /// Nothing can be read, written or looked up any more.
-  void setForbidden(Extent extent) { forbidden_ = extent; }
+  void setForbidden(Extent extent);
   /// Every step takes up to so long; zero for a disk that takes no time.
   void setSlowness(std::chrono::nanoseconds longest) { slowness_ = longest; }
   /// How probably a program loses its turn before a step.
@@ -52,6 +52,8 @@ class Disk {
   [[nodiscard]] Turn* user() const { return user_; }
 
  private:
+  /// As a user who has looked into it would; else the programs would run out of names for more.
+  void removeWhatWasKeptAside();
   [[nodiscard]] FakeFileSystem::Verdict judge(FileStep step, const std::filesystem::path& path);
   [[nodiscard]] bool strikes(Extent extent, const std::filesystem::path& path) const;
   void delay(Turn& program);
@@ -81,6 +83,8 @@ class ProgramFiles final : public FileSystem {
       const std::filesystem::path& path) override;
   [[nodiscard]] std::expected<void, std::error_code> overwriteFile(
       const std::filesystem::path& path, std::string_view bytes) override;
+  [[nodiscard]] std::expected<std::filesystem::path, std::error_code> keepAside(
+      const std::filesystem::path& path) override;
   [[nodiscard]] std::expected<void, std::error_code> removeFile(
       const std::filesystem::path& path) override;
 

@@ -71,10 +71,13 @@ void FileObserver::loaded(const Turn& program,
     if (state.step) state.step->wasHampered |= isFault(found.error());
     return;
   }
-  const auto version = std::find_if(versions_.rbegin(), versions_.rend(), [&](const Version& one) {
-    return one.contents && one.bytes == found->bytes;
-  });
-  if (version == versions_.rend()) return;  // no form of the storage: it keeps what it held
+  const auto version = std::find_if(versions_.rbegin(), versions_.rend(),
+                                    [&](const Version& one) { return one.bytes == found->bytes; });
+  if (version == versions_.rend()) {
+    run_.broken(program.number(), "read a text that nobody has put there whole");
+    return;
+  }
+  if (!version->contents) return;  // no form of the storage: it keeps what it held
   state.held = version->contents;
   state.heldVersion = version->number;
   if (state.step) state.step->bases.push_back(state.held);

@@ -111,6 +111,16 @@ TEST_F(ObserversTest, ADisturbedSampleMayPutOlderRecordsBackButNotInventAny) {
   EXPECT_THAT(run_.violation(), Optional(HasSubstr("follow from nothing it has seen")));
 }
 
+TEST_F(ObserversTest, ReadsATornFile) {
+  EXPECT_TRUE(sample(files_, first_, 0));
+  const std::string whole = *disk_.files.bytes(paths.data);
+  EXPECT_TRUE(files_.readFile(paths.data, 10000));
+  EXPECT_EQ(run_.violation(), std::nullopt);
+  disk_.files.putFile(paths.data, whole.substr(0, whole.size() / 2));
+  EXPECT_TRUE(files_.readFile(paths.data, 10000));
+  EXPECT_THAT(run_.violation(), Optional(HasSubstr("nobody has put there whole")));
+}
+
 TEST_F(ObserversTest, KeepsRecordsOverAReboot) {
   EXPECT_TRUE(sample(files_, first_, 0));
   run_.clock.advance(std::chrono::seconds(120));

@@ -70,7 +70,7 @@ class ProgramLog final : public DiagnosticLog {
       ++failedSamples_;
     } else if (text.starts_with("Failed to restore from file: ")) {
       ++failedRestores_;
-    } else {
+    } else if (!text.starts_with("The file that could not be restored was kept as: ")) {
       unexpected_ = text;
     }
   }

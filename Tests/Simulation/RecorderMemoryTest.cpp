@@ -4,7 +4,7 @@
 #include "NetworkMonitor/Metrics/FileConnectionMetricsStorage.h"
 #include "NetworkMonitor/Metrics/RecordedConnectionMetricsReader.h"
 #include "NetworkMonitor/Metrics/StandardConnectionBandwidthAnalyzer.h"
-#include "Tests/Simulation/LiveAllocations.h"
+#include "Tests/LiveAllocations/LiveAllocations.h"
 #include "Tests/Support/FakeConnectionMetricsReader.h"
 #include "Tests/Support/FakeFileSystem.h"
 #include "Tests/Support/FakeNetworkKernel.h"

@@ -11,6 +11,8 @@ namespace {
 
 using Path = std::filesystem::path;
 
+constexpr int mostKeptAside = 20;
+
 Path normal(const Path& path) {
   if (!path.is_absolute()) fatalError("a fake file system was given a path that is not absolute");
   const Path result = path.lexically_normal();
@@ -183,6 +185,20 @@ std::expected<void, std::error_code> FakeFileSystem::overwriteFile(const Path& p
   return writeInParts(path, **node, bytes);
 }
 
+std::expected<FakeFileSystem::Path, std::error_code> FakeFileSystem::keepAside(const Path& path) {
+  if (const auto taken = step(FileStep::link, path); !taken) return std::unexpected(taken.error());
+  const auto file = find(path);
+  if (!file) return std::unexpected(file.error());
+  if (const auto refusal = (*file)->refusal()) return failure(*refusal);
+  if (const auto allowed = checkFolderOf(path); !allowed) return std::unexpected(allowed.error());
+  for (int number = 1; number <= mostKeptAside; ++number) {
+    const Path name = normal(path).native() + ".damaged-" + std::to_string(number);
+    const NodePointer other = nodes_.emplace(name, *file).first->second;
+    if (other == *file) return name;
+  }
+  return failure(std::errc::file_exists);
+}
+
 std::expected<void, std::error_code> FakeFileSystem::removeFile(const Path& path) {
   if (auto taken = step(FileStep::remove, path); !taken) return taken;
   const auto node = find(path);
@@ -262,7 +278,12 @@ std::uint64_t FakeFileSystem::nextFileNumber() {
 
 void FakeFileSystem::removeNode(const Path& path) {
   const auto removed = nodes_.extract(path);
-  if (!removed.empty() && freeBytes_) *freeBytes_ += removed.mapped()->bytes.size();
+  const bool wasItsOnlyName = std::ranges::none_of(nodes_, [&](const auto& other) {
+    return !removed.empty() && other.second == removed.mapped();
+  });
+  if (!removed.empty() && wasItsOnlyName && freeBytes_) {
+    *freeBytes_ += removed.mapped()->bytes.size();
+  }
 }
 
 void FakeFileSystem::cutToNothing(Node& file) {

@@ -25,6 +25,7 @@ enum class FileStep {
   lookUp,             ///< attributes
   openForReading,     ///< readFile
   read,               ///< readFile
+  link,               ///< keepAside
   createTemporary,    ///< replaceFile
   create,             ///< createEmptyFile
   openForWriting,     ///< overwriteFile, which cuts the file to nothing in the same step
@@ -115,6 +116,7 @@ class FakeFileSystem final : public FileSystem {
   [[nodiscard]] std::expected<void, std::error_code> createEmptyFile(const Path& path) override;
   [[nodiscard]] std::expected<void, std::error_code> overwriteFile(const Path& path,
                                                                    std::string_view bytes) override;
+  [[nodiscard]] std::expected<Path, std::error_code> keepAside(const Path& path) override;
   [[nodiscard]] std::expected<void, std::error_code> removeFile(const Path& path) override;
 
  private:

@@ -1,6 +1,7 @@
 """Files, folders and locks that are in the way of recording: a line that says so, and the truth."""
 
 import json
+import pathlib
 import time
 
 from namespaces import mount, unmount
@@ -8,6 +9,7 @@ from program import AS_NOBODY, install, run
 from record_test import RecordTest
 from recording import write_lock
 
+KEPT = "The file that could not be restored was kept as: "
 NOT_RECORDED = "Traffic is shown but not recorded: "
 
 
@@ -21,10 +23,16 @@ class FileInTheWayTest(RecordTest):
     def restoring_failed(self, done):
         """The faults of one process, each said once."""
         prefix = f"Failed to restore from file: {self.data.file} - "
-        lines = done.stderr.decode().splitlines()
+        lines = [line for line in done.stderr.decode().splitlines() if not line.startswith(KEPT)]
         for line in lines:
             self.assertTrue(line.startswith(prefix), line)
         return [line.removeprefix(prefix) for line in lines]
+
+    def assert_kept(self, done, contents):
+        """What stood in the way stands beside the new file, as the last line says."""
+        line = done.stderr.decode().splitlines()[-1]
+        self.assertTrue(line.startswith(f"{KEPT}{self.data.file}.damaged-"), line)
+        self.assertEqual(contents, pathlib.Path(line.removeprefix(KEPT)).read_bytes())
 
     def assert_replaced(self, contents, *words):
         self.data.file.write_bytes(contents)
@@ -33,6 +41,7 @@ class FileInTheWayTest(RecordTest):
         self.assertEqual((0, 1), (done.returncode, len(faults)), done.stderr)
         for word in words:
             self.assertIn(word, faults[0])
+        self.assert_kept(done, contents)
         self.assert_kernels_counters(json.loads(done.stdout)["en0"])
         self.assert_kernels_counters(self.data.recorded()["en0"])
         self.data.file.write_bytes(contents)
@@ -79,6 +88,7 @@ class FileInTheWayTest(RecordTest):
         done = self.data.once(program=program, **AS_NOBODY)
         self.assertEqual((0, ["Permission denied"]),
                          (done.returncode, self.restoring_failed(done)))
+        self.assert_kept(done, b"[0,{},1,{}]")
         self.assert_kernels_counters(json.loads(done.stdout)["en0"])
         self.assertEqual(json.loads(done.stdout), self.data.recorded())
 

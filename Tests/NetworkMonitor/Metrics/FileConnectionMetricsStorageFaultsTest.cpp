@@ -15,6 +15,9 @@ using testing::IsEmpty;
 const std::string complaint =
     "Failed to restore from file: /data/connection-metrics-storage_default.json - ";
 
+/// A look at the file and the name that it is kept under.
+constexpr std::size_t stepsBeforeTheSave = 2;
+
 class FileConnectionMetricsStorageFaultsTest : public FileStorageTest {};
 
 TEST_F(FileConnectionMetricsStorageFaultsTest, AnEmptyFileIsReportedOnceAndIgnored) {
@@ -65,6 +68,66 @@ TEST_F(FileConnectionMetricsStorageFaultsTest, AFileOf100MebibytesIsReportedOnce
   EXPECT_THAT(world_.log.lines(), ElementsAre(complaint + "File too large"));
   EXPECT_TRUE(storage_.save());
   EXPECT_EQ(disk_.bytes(url), "[]");
+}
+
+TEST_F(FileConnectionMetricsStorageFaultsTest, AFaultyFileIsKeptAsideOnceWhenItIsReplaced) {
+  disk_.putFile(url, "precious");
+  auto storage = opened();
+  storage.registerMetrics(sent(1), "en0", Type::original);
+  disk_.failStep(stepsBeforeTheSave, std::errc::io_error);
+  EXPECT_FALSE(storage.save());
+  EXPECT_EQ(disk_.bytes(url), "precious");
+  for (int i = 0; i < 3; ++i) EXPECT_TRUE(storage.save());
+  EXPECT_EQ(disk_.bytes(url), fileOf("en0", sent(1)));
+  const auto kept = std::string(url) + ".damaged-1";
+  EXPECT_EQ(disk_.bytes(kept), "precious");
+  EXPECT_THAT(disk_.paths("/data"), ElementsAre(url, kept));
+  EXPECT_THAT(world_.log.lines(),
+              ElementsAre(complaint + "the document is not JSON",
+                          "The file that could not be restored was kept as: " + kept));
+}
+
+TEST_F(FileConnectionMetricsStorageFaultsTest, AFaultyFileThatIsGoneAtTheSaveIsNotMissed) {
+  disk_.putFile(url, "precious");
+  auto storage = opened();
+  disk_.erase(url);
+  EXPECT_TRUE(storage.save());
+  EXPECT_THAT(disk_.paths("/data"), ElementsAre(url));
+}
+
+TEST_F(FileConnectionMetricsStorageFaultsTest, AFaultyFileIsKeptAsideAlsoAfterAReset) {
+  disk_.putFile(url, "precious");
+  auto storage = opened();
+  storage.reset();
+  EXPECT_TRUE(storage.save());
+  EXPECT_EQ(disk_.bytes(url), "[]");
+  EXPECT_EQ(disk_.bytes(std::string(url) + ".damaged-1"), "precious");
+}
+
+TEST_F(FileConnectionMetricsStorageFaultsTest, AFileThatWasReadAfterAllIsNotKeptAside) {
+  saveElsewhere("en0", sent(1));
+  disk_.denyReading(url);
+  EXPECT_TRUE(originals().empty());
+  disk_.allowAll(url);
+  EXPECT_EQ(originals().size(), 1U);
+  EXPECT_TRUE(storage_.save());
+  EXPECT_THAT(disk_.paths("/data"), ElementsAre(url));
+}
+
+TEST_F(FileConnectionMetricsStorageFaultsTest, WithTwentyFilesKeptAsideTheNextIsNotReplaced) {
+  for (int i = 0; i < 20; ++i) {
+    disk_.putFile(url, "precious");
+    EXPECT_TRUE(originals().empty());
+    EXPECT_TRUE(storage_.save());
+  }
+  disk_.putFile(url, "the last");
+  EXPECT_TRUE(originals().empty());
+  EXPECT_EQ(storage_.save().error().sentence,
+            url.string() +
+                " could not be written: it could not be restored, and there are too many kept "
+                "aside already; look into the files beside it that end in \".damaged-\" and a "
+                "number, and remove them");
+  EXPECT_EQ(disk_.bytes(url), "the last");
 }
 
 TEST_F(FileConnectionMetricsStorageFaultsTest, AnUnreadableFileIsReportedOnceAndReadWhenItCanBe) {

@@ -84,6 +84,7 @@ TYPED_TEST(FileSystemContract, AMissingFileIsNoSuchFile) {
   EXPECT_EQ(files.attributes(this->file()).error(), missing);
   EXPECT_EQ(files.readFile(this->file(), largest).error(), missing);
   EXPECT_EQ(files.overwriteFile(this->file(), "x").error(), missing);
+  EXPECT_EQ(files.keepAside(this->file()).error(), missing);
   EXPECT_EQ(files.removeFile(this->file()).error(), missing);
   EXPECT_EQ(files.attributes(this->file()).error(), missing) << "none of them makes the file";
 }
@@ -136,6 +137,28 @@ TYPED_TEST(FileSystemContract, ARemovedFileIsGoneOnce) {
   EXPECT_EQ(this->files().removeFile(this->file()).error(), std::errc::no_such_file_or_directory);
 }
 
+TYPED_TEST(FileSystemContract, AFileThatIsKeptAsideOutlivesItsReplacement) {
+  ASSERT_TRUE(this->files().replaceFile(this->file(), "first"));
+  const auto name = this->files().keepAside(this->file());
+  ASSERT_EQ(name, this->file().native() + ".damaged-1");
+  EXPECT_EQ(this->files().keepAside(this->file()), name) << "it has such a name already";
+  EXPECT_EQ(this->bytes(), "first");
+  ASSERT_TRUE(this->files().replaceFile(this->file(), "second"));
+  EXPECT_EQ(this->files().readFile(*name, largest)->bytes, "first");
+  EXPECT_EQ(this->files().keepAside(this->file()), this->file().native() + ".damaged-2");
+  EXPECT_EQ(this->files().readFile(*name, largest)->bytes, "first");
+}
+
+TYPED_TEST(FileSystemContract, TwentyFilesAreKeptAsideAndTheNextIsRefused) {
+  for (int number = 1; number <= 20; ++number) {
+    ASSERT_TRUE(this->files().replaceFile(this->file(), std::to_string(number)));
+    ASSERT_TRUE(this->files().keepAside(this->file())) << number;
+  }
+  ASSERT_TRUE(this->files().replaceFile(this->file(), "21"));
+  EXPECT_EQ(this->files().keepAside(this->file()).error(), std::errc::file_exists);
+  EXPECT_EQ(this->bytes(), "21");
+}
+
 TYPED_TEST(FileSystemContract, AFolderInThePlaceOfTheFileStays) {
   this->putFolder();
   const auto isFolder = std::errc::is_a_directory;
@@ -144,6 +167,7 @@ TYPED_TEST(FileSystemContract, AFolderInThePlaceOfTheFileStays) {
   EXPECT_EQ(this->files().replaceFile(this->file(), "x").error(), isFolder);
   EXPECT_EQ(this->files().createEmptyFile(this->file()).error(), isFolder);
   EXPECT_EQ(this->files().overwriteFile(this->file(), "x").error(), isFolder);
+  EXPECT_EQ(this->files().keepAside(this->file()).error(), isFolder);
   EXPECT_EQ(this->files().removeFile(this->file()).error(), isFolder);
   EXPECT_TRUE(this->files().attributes(this->file()));
 }
@@ -156,6 +180,7 @@ TYPED_TEST(FileSystemContract, APipeInThePlaceOfTheFileIsNeverWaitedForAndStays)
   EXPECT_EQ(this->files().replaceFile(this->file(), "x").error(), invalid);
   EXPECT_EQ(this->files().createEmptyFile(this->file()).error(), invalid);
   EXPECT_EQ(this->files().overwriteFile(this->file(), "x").error(), invalid);
+  EXPECT_EQ(this->files().keepAside(this->file()).error(), invalid);
   EXPECT_TRUE(this->files().removeFile(this->file()));
 }
 

@@ -51,6 +51,16 @@ TEST_F(PosixFileSystemTest, NothingStandsBesideAReplacedFile) {
   EXPECT_EQ(folder_.names(), Names{"a.json"});
 }
 
+TEST_F(PosixFileSystemTest, AFileThatIsLinkedToIsKeptAsideInItsOwnFolder) {
+  fs::create_directory(folder_ / "elsewhere");
+  fs::create_symlink("elsewhere/kept.json", file());
+  EXPECT_TRUE(files_.replaceFile(file(), "old"));
+  EXPECT_TRUE(files_.keepAside(file()));
+  EXPECT_TRUE(files_.replaceFile(file(), "new"));
+  EXPECT_EQ(folder_.bytesOf("elsewhere/kept.json.damaged-1"), "old");
+  EXPECT_EQ(folder_.names(), (Names{"a.json", "elsewhere"}));
+}
+
 TEST_F(PosixFileSystemTest, AFileThatIsLinkedToIsReplacedAndTheLinkStays) {
   fs::create_directory(folder_ / "elsewhere");
   fs::create_symlink("elsewhere/kept.json", file());

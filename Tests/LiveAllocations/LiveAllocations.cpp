@@ -1,10 +1,10 @@
-// The counting operators new and delete of this test program; other programs keep the library's.
+// The counting operators new and delete of the programs that link this; others keep the library's.
+#include "Tests/LiveAllocations/LiveAllocations.h"
+
 #include <atomic>
 #include <cstdlib>
 #include <malloc.h>
 #include <new>
-
-#include "Tests/Simulation/LiveAllocations.h"
 
 namespace {
 
@@ -27,11 +27,11 @@ void release(void* block) noexcept {
 
 }  // namespace
 
-namespace lanternfold::simulation {
+namespace lanternfold {
 
 LiveAllocations liveAllocations() { return {.blocks = blocks, .bytes = bytes}; }
 
-}  // namespace lanternfold::simulation
+}  // namespace lanternfold
 
 void* operator new(std::size_t size) { return counted(std::malloc(size)); }
 void* operator new[](std::size_t size) { return counted(std::malloc(size)); }
