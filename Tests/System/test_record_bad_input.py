@@ -20,10 +20,10 @@ class FileInTheWayTest(RecordTest):
         super().setUp()
         self.data.make()
 
-    def restoring_failed(self, done):
-        """The faults of one process, each said once."""
+    def faults(self, errors):
+        """Of one process, each said once."""
         prefix = f"Failed to restore from file: {self.data.file} - "
-        lines = [line for line in done.stderr.decode().splitlines() if not line.startswith(KEPT)]
+        lines = [line for line in errors.splitlines() if not line.startswith(KEPT)]
         for line in lines:
             self.assertTrue(line.startswith(prefix), line)
         return [line.removeprefix(prefix) for line in lines]
@@ -37,7 +37,7 @@ class FileInTheWayTest(RecordTest):
     def assert_replaced(self, contents, *words):
         self.data.file.write_bytes(contents)
         done = self.data.once()
-        faults = self.restoring_failed(done)
+        faults = self.faults(done.stderr.decode())
         self.assertEqual((0, 1), (done.returncode, len(faults)), done.stderr)
         for word in words:
             self.assertIn(word, faults[0])
@@ -46,7 +46,7 @@ class FileInTheWayTest(RecordTest):
         self.assert_kernels_counters(self.data.recorded()["en0"])
         self.data.file.write_bytes(contents)
         metrics, errors = self.state()
-        self.assertEqual(1, len(errors.splitlines()), errors)
+        self.assertEqual(faults, self.faults(errors))
         self.assert_kernels_counters(metrics)
 
     def test_an_empty_file(self):
@@ -87,7 +87,7 @@ class FileInTheWayTest(RecordTest):
         self.data.file.chmod(0o600)
         done = self.data.once(program=program, **AS_NOBODY)
         self.assertEqual((0, ["Permission denied"]),
-                         (done.returncode, self.restoring_failed(done)))
+                         (done.returncode, self.faults(done.stderr.decode())))
         self.assert_kept(done, b"[0,{},1,{}]")
         self.assert_kernels_counters(json.loads(done.stdout)["en0"])
         self.assertEqual(json.loads(done.stdout), self.data.recorded())
