@@ -97,7 +97,7 @@ DataDirectory::Folder usersDataFolder() {
 DataDirectory::Folder located(const std::optional<fs::path>& chosen) {
   if (!chosen) return usersDataFolder();
   std::error_code error;
-  const fs::path folder = fs::absolute(*chosen, error);
+  fs::path folder = fs::absolute(*chosen, error);
   if (error) return cannotMake(*chosen, error.value());
   return folder;
 }
@@ -140,7 +140,7 @@ std::expected<void, std::string> makePrivateFolder(const fs::path& path) {
 
 }  // namespace
 
-DataDirectory::DataDirectory(std::optional<fs::path> chosen) : location_(located(chosen)) {}
+DataDirectory::DataDirectory(const std::optional<fs::path>& chosen) : location_(located(chosen)) {}
 
 DataDirectory::Folder DataDirectory::defaultsFolder() const { return folderBelow("defaults"); }
 

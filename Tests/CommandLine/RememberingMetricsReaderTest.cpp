@@ -1,3 +1,5 @@
+#include <utility>
+
 #include <gtest/gtest.h>
 
 #include "CommandLine/RememberingMetricsReader.h"
@@ -26,7 +28,9 @@ class RememberingMetricsReaderTest : public testing::Test {
     return metrics ? metrics->find("en0")->recvBytes : 0;
   }
 
-  void failSamples(std::optional<ConnectionMetricsError> error) { recorded_->error = error; }
+  void failSamples(std::optional<ConnectionMetricsError> error) {
+    recorded_->error = std::move(error);
+  }
 
   /// Counts its samples, from 101 on.
   struct CountingReader final : ConnectionMetricsReader {
