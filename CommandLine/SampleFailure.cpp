@@ -1,6 +1,5 @@
 #include "CommandLine/SampleFailure.h"
 
-#include <array>
 #include <system_error>
 
 #include "CommandLine/FileRemedy.h"
@@ -30,7 +29,7 @@ class Clause {
   }
 
   std::string operator()(const MetricsSaveError& error) const {
-    return error.sentence + remedyAtEndOf(error.sentence);
+    return error.cause ? error.sentence + "; " + remedyFor(error.cause) : error.sentence;
   }
 
  private:
@@ -46,28 +45,6 @@ class Clause {
     if (const auto made = files_.createEmptyFile(probe); !made) return made.error();
     (void)files_.removeFile(probe);
     return std::make_error_code(std::errc::io_error);
-  }
-
-  /// A storage tells the cause of a failed save as the last words of its sentence.
-  static std::string remedyAtEndOf(const std::string& sentence) {
-    constexpr std::array causes = {std::errc::is_a_directory,
-                                   std::errc::invalid_argument,
-                                   std::errc::filename_too_long,
-                                   std::errc::too_many_symbolic_link_levels,
-                                   std::errc::too_many_files_open,
-                                   std::errc::too_many_files_open_in_system,
-                                   std::errc::no_space_on_device,
-                                   std::errc::read_only_file_system,
-                                   std::errc::permission_denied,
-                                   std::errc::operation_not_permitted,
-                                   std::errc::io_error,
-                                   std::errc::no_such_file_or_directory,
-                                   std::errc::no_such_device_or_address};
-    for (const std::errc cause : causes) {
-      const std::error_code error = std::make_error_code(cause);
-      if (sentence.ends_with(": " + error.message())) return "; " + remedyFor(error);
-    }
-    return "";
   }
 
   FileSystem& files_;

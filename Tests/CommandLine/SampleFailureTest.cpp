@@ -19,8 +19,9 @@ class SampleFailureTest : public testing::Test {
     return sampleFailure(error, disk_, folder);
   }
   std::string ofSave(std::errc error) {
+    const std::error_code cause = std::make_error_code(error);
     return clause(MetricsSaveError{
-        dataFile + " could not be written: " + std::make_error_code(error).message()});
+        .sentence = dataFile + " could not be written: " + cause.message(), .cause = cause});
   }
 
   SimulatedClock clock_;
