@@ -56,7 +56,7 @@ class SampleWriter {
   void write(RecordedSample sample) {
     console_.output << (options_.json ? sampleJson(sample) : line(sample)) << '\n' << std::flush;
     earlier_ = std::move(sample);
-    // Whoever read the output is gone: the program says so and ends.
+    // Whoever read the output is gone, or the disk is full.
     if (!console_.output) machine_.mainLoop.stop();
   }
 
