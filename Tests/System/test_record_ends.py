@@ -39,7 +39,7 @@ class SignalTest(RecordTest):
             time.sleep(0.7)
             begin = time.monotonic()
             self.assertEqual(0, recorder.finish(signal.SIGINT))
-            self.assertLess(time.monotonic() - begin, 2)
+            self.assertLess(time.monotonic() - begin, 10, "an hour, as the lock says")
 
     def test_another_command_ends_as_any_program_does(self):
         process = subprocess.Popen([PROGRAM, "record", "--once", *self.data.options()],
