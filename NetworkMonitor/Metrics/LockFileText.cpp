@@ -9,7 +9,7 @@
 namespace lanternfold {
 namespace {
 
-constexpr std::chrono::system_clock::time_point startOf2001 =
+constexpr std::chrono::sys_seconds startOf2001 =
     std::chrono::sys_days(std::chrono::year(2001) / std::chrono::January / 1);
 
 /// Takes characters off the front of a text.
@@ -50,10 +50,10 @@ bool isDecimalNumber(std::string_view text) {
 
 SecondsSince2001 secondsSince2001(std::chrono::system_clock::time_point date) {
   // Whole seconds and the rest are divided apart: the difference in nanoseconds has more digits
-  // than a double.
-  const auto since = date - startOf2001;
-  const auto whole = std::chrono::floor<std::chrono::seconds>(since);
-  return SecondsSince2001(whole) + SecondsSince2001(since - whole);
+  // than a double, and at the beginning of the clock's range more than the clock. Rounded towards
+  // zero, since the second below that beginning is outside.
+  const auto whole = std::chrono::time_point_cast<std::chrono::seconds>(date);
+  return SecondsSince2001(whole - startOf2001) + SecondsSince2001(date - whole);
 }
 
 std::string encodeLockFileText(std::chrono::system_clock::time_point expiry) {

@@ -10,11 +10,11 @@ from pathlib import Path
 
 from namespaces import NamespaceTest, ip
 from program import PROGRAM
-from recording import LEASE_SECONDS, DataFolder, Sender, decoded, kernel_bytes
+from recording import DataFolder, Sender, decoded, kernel_bytes
 
 KILLS = 500
-# What a process may take beside waiting for the lock, on a machine that is busy.
-GRACE_SECONDS = 1.0
+# Two waits for a lock take one; the rest is for a machine that is busy and a disk that stalls.
+HANG_SECONDS = 10
 
 
 class KilledTest(NamespaceTest):
@@ -95,7 +95,7 @@ class KilledTest(NamespaceTest):
             done = self.data.once()
         self.assertEqual((0, b""), (done.returncode, done.stderr), "the lease has run out by now")
         seconds = time.monotonic() - begin
-        self.assertLess(seconds, LEASE_SECONDS + GRACE_SECONDS)
+        self.assertLess(seconds, HANG_SECONDS)
         return seconds, was_refused
 
     def leftovers(self):

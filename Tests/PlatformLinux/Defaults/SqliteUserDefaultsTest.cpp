@@ -153,19 +153,24 @@ TEST_F(SqliteUserDefaultsTest, ACallWaitsForAllLocksTogetherNoLongerThanASecond)
   }
   auto blocker = SqliteConnection::open(database());
   ASSERT_TRUE(blocker && blocker->execute("BEGIN IMMEDIATE"));
-  std::optional<FileDescriptor> opener = keepFromOpening(database());
-  std::thread opening([&opener] {
-    std::this_thread::sleep_for(milliseconds(800));
-    opener.reset();
-  });
-  const DefaultsProgram program(data());
-  const auto begin = std::chrono::steady_clock::now();
-  program.defaults->set("key", "second");
-  const auto waited = std::chrono::steady_clock::now() - begin;
-  opening.join();
-  EXPECT_GE(waited, milliseconds(900));
-  EXPECT_LT(waited, milliseconds(1700)) << "a second for each lock";
-  EXPECT_THAT(program.synchronized(), HasSubstr("database is locked"));
+  // Of several tries, since a busy machine may hold up one of them.
+  std::chrono::nanoseconds shortest = std::chrono::hours(1);
+  for (int tries = 0; tries < 5 && shortest > milliseconds(1500); ++tries) {
+    std::optional<FileDescriptor> opener = keepFromOpening(database());
+    std::thread opening([&opener] {
+      std::this_thread::sleep_for(milliseconds(800));
+      opener.reset();
+    });
+    const DefaultsProgram program(data());
+    const auto begin = std::chrono::steady_clock::now();
+    program.defaults->set("key", "second");
+    shortest =
+        std::min<std::chrono::nanoseconds>(shortest, std::chrono::steady_clock::now() - begin);
+    opening.join();
+    EXPECT_THAT(program.synchronized(), HasSubstr("database is locked"));
+  }
+  EXPECT_GE(shortest, milliseconds(900));
+  EXPECT_LT(shortest, milliseconds(1700)) << "a second for each lock";
 }
 
 TEST_F(SqliteUserDefaultsTest, SynchronisingWaitsForTheDiskAndSettingDoesNot) {
