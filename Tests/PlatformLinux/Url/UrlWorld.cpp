@@ -1,7 +1,5 @@
 #include "Tests/PlatformLinux/Url/UrlWorld.h"
 
-#include <condition_variable>
-#include <mutex>
 #include <utility>
 
 namespace lanternfold::test {
@@ -12,12 +10,6 @@ std::string textOf(const UrlAnswer& answer) {
   const bool isUrlError = answer.error.category() == urlErrorDomain();
   return (isUrlError ? "error " : "foreign error ") + std::to_string(answer.error.value());
 }
-
-struct UrlAnswers::State {
-  std::mutex mutex;
-  std::condition_variable changed;
-  std::vector<std::string> texts;  // guarded by mutex
-};
 
 UrlSession::Completion UrlAnswers::completion() {
   return [state = state_](const UrlAnswer& answer) {

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <chrono>
+#include <condition_variable>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -31,7 +33,11 @@ class UrlAnswers {
   [[nodiscard]] std::size_t count() const;
 
  private:
-  struct State;
+  struct State {
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::vector<std::string> texts;  // guarded by mutex
+  };
   std::shared_ptr<State> state_ = std::make_shared<State>();
 };
 
