@@ -28,8 +28,10 @@ bool isFailureOfProxy(const CurlFailure& failure) {
 }
 
 /// A program that has run out of something has not learnt that the host is unreachable.
-UrlErrorCode errorOfConnect(int osError) {
-  switch (osError) {
+UrlErrorCode errorOfConnect(const CurlFailure& failure) {
+  // libcurl 7.88 also looks for addresses of the other family, and then takes none of them.
+  if (!failure.hasTriedToConnect) return UrlErrorCode::cannotFindHost;
+  switch (failure.osError) {
     case ETIMEDOUT:
       return UrlErrorCode::timedOut;
     case EMFILE:
@@ -61,7 +63,7 @@ UrlErrorCode urlErrorFrom(const CurlFailure& failure) {
       return failure.lacksAddressFamily ? UrlErrorCode::cannotConnectToHost
                                         : UrlErrorCode::cannotFindHost;
     case CURLE_COULDNT_CONNECT:
-      return errorOfConnect(failure.osError);
+      return errorOfConnect(failure);
     case CURLE_OPERATION_TIMEDOUT:
       return UrlErrorCode::timedOut;
     case CURLE_PEER_FAILED_VERIFICATION:

@@ -12,6 +12,7 @@ struct CurlFailure {
   int osError = 0;        ///< errno of the call that failed last, 0 when none did
   long verifyResult = 0;  ///< OpenSSL's X509_V_… of the host's certificate
   bool usesProxy = false;
+  bool hasTriedToConnect = true;    ///< to an address that was found
   bool isConnected = false;         ///< to the host, or to the proxy when one is used
   long proxyConnectStatus = 0;      ///< what an HTTP proxy said to CONNECT, 0 for nothing
   bool lacksAddressFamily = false;  ///< the kernel has no sockets of the wanted family

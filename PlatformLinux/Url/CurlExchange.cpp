@@ -104,9 +104,10 @@ void CurlExchange::ask(std::string_view text, UrlCredentials credentials) {
   easy_.reset(curl_easy_init());
   if (!easy_) return finish(failure(UrlErrorCode::networkConnectionLost));
   answer_ = BoundedAnswer();
+  hasTriedToConnect_ = false;
   setOptions(easy_.get(), *url, proxy);
   setTrust(easy_.get());
-  setBounds(easy_.get());
+  setBoundsAndCallbacks(easy_.get());
   surroundings_.transfers.add(easy_.get(), *this);
 }
 
@@ -146,11 +147,13 @@ void CurlExchange::setTrust(CURL* easy) const {
   curl_easy_setopt(easy, CURLOPT_PROXY_CAPATH, nullptr);
 }
 
-void CurlExchange::setBounds(CURL* easy) {
+void CurlExchange::setBoundsAndCallbacks(CURL* easy) {
   curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE,
                    static_cast<curl_off_t>(BoundedAnswer::longestSentBodyBytes));
   // Of several addresses the later ones are tried within the limit too.
   curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(limits_.silence.count()));
+  curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, &CurlExchange::openSocket);
+  curl_easy_setopt(easy, CURLOPT_OPENSOCKETDATA, this);
   curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &CurlExchange::takeHeader);
   curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
   curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &CurlExchange::takeBody);
@@ -158,6 +161,13 @@ void CurlExchange::setBounds(CURL* easy) {
   curl_easy_setopt(easy, CURLOPT_XFERINFOFUNCTION, &CurlExchange::takeProgress);
   curl_easy_setopt(easy, CURLOPT_XFERINFODATA, this);
   curl_easy_setopt(easy, CURLOPT_NOPROGRESS, 0L);
+}
+
+curl_socket_t CurlExchange::openSocket(void* self, curlsocktype /*purpose*/,
+                                       curl_sockaddr* address) {
+  auto& exchange = *static_cast<CurlExchange*>(self);
+  exchange.hasTriedToConnect_ = true;
+  return exchange.surroundings_.transfers.openSocket(*address);
 }
 
 std::size_t CurlExchange::takeHeader(const char* /*bytes*/, std::size_t size, std::size_t count,
@@ -203,6 +213,7 @@ UrlErrorCode CurlExchange::errorFrom(CURLcode code) const {
   curl_easy_getinfo(easy_.get(), CURLINFO_SSL_VERIFYRESULT, &failure.verifyResult);
   curl_easy_getinfo(easy_.get(), CURLINFO_HTTP_CONNECTCODE, &failure.proxyConnectStatus);
   failure.osError = static_cast<int>(osError);
+  failure.hasTriedToConnect = hasTriedToConnect_;
   failure.isConnected = connectMicroseconds > 0;
   failure.lacksAddressFamily = !usesProxy_ && kernelLacks(request_.addressFamily);
   return urlErrorFrom(failure);

@@ -54,13 +54,14 @@ class CurlExchange final : public CurlTransferOwner,
   void ask(std::string_view url, UrlCredentials credentials);
   void setOptions(CURL* easy, const HttpUrl& url, const std::string& proxy);
   void setTrust(CURL* easy) const;
-  void setBounds(CURL* easy);
+  void setBoundsAndCallbacks(CURL* easy);
   void follow(std::string_view target);
   void armSilence();
   void timeOut();
   void finish(UrlAnswer answer);
   [[nodiscard]] UrlErrorCode errorFrom(CURLcode code) const;
 
+  static curl_socket_t openSocket(void* self, curlsocktype purpose, curl_sockaddr* address);
   static std::size_t takeHeader(const char* bytes, std::size_t size, std::size_t count, void* self);
   static std::size_t takeBody(const char* bytes, std::size_t size, std::size_t count, void* self);
   static int takeProgress(void* self, curl_off_t, curl_off_t bytesSoFar, curl_off_t, curl_off_t);
@@ -73,7 +74,8 @@ class CurlExchange final : public CurlTransferOwner,
   asio::steady_timer whole_;
   CurlEasyHandle easy_;  ///< of the hop that runs
   BoundedAnswer answer_;
-  bool usesProxy_ = false;
+  bool usesProxy_ = false;          ///< the hop
+  bool hasTriedToConnect_ = false;  ///< the hop
   int redirects_ = 0;
 };
 

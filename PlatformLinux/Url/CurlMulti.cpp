@@ -3,6 +3,7 @@
 #include <chrono>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <utility>
 
 #include <asio/posix/stream_descriptor.hpp>
 
@@ -48,8 +49,6 @@ CurlMulti::~CurlMulti() {
 }
 
 void CurlMulti::add(CURL* easy, CurlTransferOwner& owner) {
-  curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, &CurlMulti::openSocket);
-  curl_easy_setopt(easy, CURLOPT_OPENSOCKETDATA, this);
   curl_easy_setopt(easy, CURLOPT_CLOSESOCKETFUNCTION, &CurlMulti::closeSocket);
   curl_easy_setopt(easy, CURLOPT_CLOSESOCKETDATA, this);
   owners_.emplace(easy, &owner);
@@ -61,11 +60,11 @@ void CurlMulti::remove(CURL* easy) {
 }
 
 /// libcurl's own way leaves the descriptor to programs that are started later.
-curl_socket_t CurlMulti::openSocket(void* self, curlsocktype /*purpose*/, curl_sockaddr* address) {
-  const int socket = ::socket(address->family, address->socktype | SOCK_CLOEXEC | SOCK_NONBLOCK,
-                              address->protocol);
+curl_socket_t CurlMulti::openSocket(const curl_sockaddr& address) {
+  const int socket =
+      ::socket(address.family, address.socktype | SOCK_CLOEXEC | SOCK_NONBLOCK, address.protocol);
   if (socket < 0) return CURL_SOCKET_BAD;
-  static_cast<CurlMulti*>(self)->networkSockets_.insert(socket);
+  networkSockets_.insert(socket);
   return socket;
 }
 

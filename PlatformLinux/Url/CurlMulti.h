@@ -44,6 +44,8 @@ class CurlMulti : public std::enable_shared_from_this<CurlMulti> {
   void add(CURL* easy, CurlTransferOwner& owner);
   /// Ends the transfer without a word; does nothing for one that has ended.
   void remove(CURL* easy);
+  /// For a transfer that asks for one; negative when there is none.
+  [[nodiscard]] curl_socket_t openSocket(const curl_sockaddr& address);
 
  private:
   /// Holds the library's own initialisation, which it counts itself.
@@ -58,7 +60,6 @@ class CurlMulti : public std::enable_shared_from_this<CurlMulti> {
   };
   struct Watch;
 
-  static curl_socket_t openSocket(void* self, curlsocktype purpose, curl_sockaddr* address);
   static int closeSocket(void* self, curl_socket_t socket);
   static int changeWatch(CURL* easy, curl_socket_t socket, int wanted, void* self, void* watch);
   static int changeTimer(CURLM* multi, long delayMilliseconds, void* self);

@@ -37,8 +37,8 @@ void UrlWorld::open(CurlUrlSettings settings) {
   ASSERT_TRUE(PrivateEtc::mount());
   PrivateEtc::write("nsswitch.conf", "hosts: files dns\n");
   PrivateEtc::write("hosts",
-                    "127.0.0.1 localhost four.example both.example\n"
-                    "::1 localhost six.example both.example\n");
+                    "127.0.0.1 localhost four.example\n"
+                    "::1 localhost\n");
   // Nothing listens there: a name that is not above fails at once.
   PrivateEtc::write("resolv.conf", "nameserver 127.0.0.1\n");
   loop_ = std::make_unique<EventLoop>();

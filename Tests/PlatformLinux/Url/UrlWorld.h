@@ -43,8 +43,8 @@ class UrlAnswers {
 
 class UrlWorld {
  public:
-  /// Enters the namespace: loopback is up, the host "both.example" has an address of each family,
-  /// "four.example" and "six.example" one, and no name server is there.
+  /// Enters the namespace: loopback is up, "localhost" has an address of each family,
+  /// "four.example" one, and no name server is there.
   void open(CurlUrlSettings settings = {.userAgent = "lanternfold-test/1.0"});
 
   /// The text of what comes, for a session of these limits.
