@@ -38,7 +38,7 @@ lanternfold_room(Support LIBRARIES PkgConfig::icu)
 lanternfold_room(Platform USES Support)
 lanternfold_room(NetBase USES Platform Support)
 lanternfold_room(NetworkMonitor USES NetBase Platform Support
-                 LIBRARIES nlohmann_json::nlohmann_json)
+                 LIBRARIES nlohmann_json::nlohmann_json PkgConfig::glib)
 lanternfold_room(ViewTree USES Support)
 lanternfold_room(NetworkWidgetVexExtension USES ViewTree NetworkMonitor NetBase Platform Support)
 # Of the monitor the system's side sees the counters alone: `ConnectionMetricsReader` is a seam that
