@@ -105,6 +105,8 @@ void CurlExchange::ask(std::string_view text, UrlCredentials credentials) {
   if (!easy_) return finish(failure(UrlErrorCode::networkConnectionLost));
   answer_ = BoundedAnswer();
   hasTriedToConnect_ = false;
+  hasBegunLookup_ = false;
+  hasEnded_ = false;
   setOptions(easy_.get(), *url, proxy);
   setTrust(easy_.get());
   setBoundsAndCallbacks(easy_.get());
@@ -152,6 +154,8 @@ void CurlExchange::setBoundsAndCallbacks(CURL* easy) {
                    static_cast<curl_off_t>(BoundedAnswer::longestSentBodyBytes));
   // Of several addresses the later ones are tried within the limit too.
   curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(limits_.silence.count()));
+  curl_easy_setopt(easy, CURLOPT_RESOLVER_START_FUNCTION, &CurlExchange::noteLookup);
+  curl_easy_setopt(easy, CURLOPT_RESOLVER_START_DATA, this);
   curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, &CurlExchange::openSocket);
   curl_easy_setopt(easy, CURLOPT_OPENSOCKETDATA, this);
   curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &CurlExchange::takeHeader);
@@ -161,6 +165,11 @@ void CurlExchange::setBoundsAndCallbacks(CURL* easy) {
   curl_easy_setopt(easy, CURLOPT_XFERINFOFUNCTION, &CurlExchange::takeProgress);
   curl_easy_setopt(easy, CURLOPT_XFERINFODATA, this);
   curl_easy_setopt(easy, CURLOPT_NOPROGRESS, 0L);
+}
+
+int CurlExchange::noteLookup(void* /*resolver*/, void* /*reserved*/, void* self) {
+  static_cast<CurlExchange*>(self)->hasBegunLookup_ = true;
+  return 0;
 }
 
 curl_socket_t CurlExchange::openSocket(void* self, curlsocktype /*purpose*/,
@@ -187,9 +196,17 @@ int CurlExchange::takeProgress(void* self, curl_off_t, curl_off_t bytesSoFar, cu
   return answer.acceptsSentBody(static_cast<std::size_t>(bytesSoFar)) ? 0 : 1;
 }
 
+bool CurlExchange::looksNameUp() const {
+  if (!hasBegunLookup_ || hasEnded_) return false;
+  curl_off_t lookupMicroseconds = 0;
+  curl_easy_getinfo(easy_.get(), CURLINFO_NAMELOOKUP_TIME_T, &lookupMicroseconds);
+  return lookupMicroseconds == 0;
+}
+
 void CurlExchange::bytesCame() { armSilence(); }
 
 void CurlExchange::transferEnded(CURLcode code) {
+  hasEnded_ = true;
   if (answer_.isRefused()) return finish(failure(UrlErrorCode::dataLengthExceedsMaximum));
   if (code != CURLE_OK) return finish(failure(errorFrom(code)));
   if (const auto target = redirectTarget(easy_.get())) return follow(*target);

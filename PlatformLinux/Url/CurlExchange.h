@@ -47,6 +47,9 @@ class CurlExchange final : public CurlTransferOwner,
   void startClocks();
   void send();
 
+  /// Stopping it now leaves a thread behind that looks a name up, which nobody can stop.
+  [[nodiscard]] bool looksNameUp() const;
+
   void bytesCame() override;
   void transferEnded(CURLcode code) override;
 
@@ -61,6 +64,7 @@ class CurlExchange final : public CurlTransferOwner,
   void finish(UrlAnswer answer);
   [[nodiscard]] UrlErrorCode errorFrom(CURLcode code) const;
 
+  static int noteLookup(void* resolver, void* reserved, void* self);
   static curl_socket_t openSocket(void* self, curlsocktype purpose, curl_sockaddr* address);
   static std::size_t takeHeader(const char* bytes, std::size_t size, std::size_t count, void* self);
   static std::size_t takeBody(const char* bytes, std::size_t size, std::size_t count, void* self);
@@ -76,6 +80,8 @@ class CurlExchange final : public CurlTransferOwner,
   BoundedAnswer answer_;
   bool usesProxy_ = false;          ///< the hop
   bool hasTriedToConnect_ = false;  ///< the hop
+  bool hasBegunLookup_ = false;     ///< the hop
+  bool hasEnded_ = false;           ///< the hop, by itself
   int redirects_ = 0;
 };
 

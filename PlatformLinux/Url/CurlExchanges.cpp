@@ -31,6 +31,9 @@ void CurlExchanges::leave(Key key) {
   const auto entry = entries_.find(key);
   if (entry == entries_.end()) return;
   if (entry->second.isSent) --sent_;
+  if (entry->second.exchange->looksNameUp()) {
+    abandonedLookups_.push_back(std::chrono::steady_clock::now());
+  }
   entries_.erase(entry);
   sendWaiting();
 }
@@ -38,7 +41,7 @@ void CurlExchanges::leave(Key key) {
 /// What fails as soon as it is sent leaves within this loop, not within itself.
 void CurlExchanges::sendWaiting() {
   if (std::exchange(isSending_, true)) return;
-  while (sent_ < mostSent && !waiting_.empty()) {
+  while (!waiting_.empty() && maySend()) {
     const auto entry = entries_.find(waiting_.front());
     waiting_.pop_front();
     if (entry == entries_.end()) continue;
@@ -48,6 +51,14 @@ void CurlExchanges::sendWaiting() {
     exchange->send();
   }
   isSending_ = false;
+}
+
+bool CurlExchanges::maySend() {
+  const auto now = std::chrono::steady_clock::now();
+  while (!abandonedLookups_.empty() && now - abandonedLookups_.front() > longestLookup) {
+    abandonedLookups_.pop_front();
+  }
+  return sent_ < mostSent && abandonedLookups_.size() < mostAbandonedLookups;
 }
 
 }  // namespace lanternfold

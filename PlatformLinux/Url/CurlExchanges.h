@@ -3,6 +3,7 @@
 // Made by: `CurlUrlTasks`, one for the sessions of a program.
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -31,6 +32,11 @@ class CurlExchanges {
 
   /// More at a time wait for their turn; their time limits pass meanwhile.
   static constexpr std::size_t mostSent = 64;
+  /// Threads that still look up a name for requests that have gone. With more, a resolver that does
+  /// not answer would fill the process with them, and the next request waits as above.
+  static constexpr std::size_t mostAbandonedLookups = 256;
+  /// How long a lookup is taken to go on: glibc asks each of three servers twice for 5 seconds.
+  static constexpr std::chrono::seconds longestLookup{30};
 
  private:
   struct Entry {
@@ -40,6 +46,7 @@ class CurlExchanges {
 
   void leave(Key key);
   void sendWaiting();
+  [[nodiscard]] bool maySend();
 
   asio::io_context& context_;
   const CurlUrlSettings settings_;
@@ -47,6 +54,7 @@ class CurlExchanges {
   std::map<Key, Entry> entries_;
   std::deque<Key> waiting_;  ///< of exchanges to send; some may have gone
   std::size_t sent_ = 0;
+  std::deque<std::chrono::steady_clock::time_point> abandonedLookups_;  ///< the oldest first
   bool isSending_ = false;
 };
 

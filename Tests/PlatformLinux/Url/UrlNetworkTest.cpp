@@ -1,5 +1,7 @@
 // URL sessions on networks of every kind: what cannot be found, reached or waited for.
 #include <chrono>
+#include <filesystem>
+#include <iterator>
 #include <optional>
 #include <thread>
 
@@ -133,6 +135,41 @@ TEST_F(UrlNetworkInNamespace, ANameServerThatNeverAnswersHoldsUpNobodyElse) {
   EXPECT_THAT(lost.await(3), testing::Each("error -1001"));
   EXPECT_EQ(fetch(server.url("/", "four.example")), "answer: x");
   EXPECT_LT(std::chrono::steady_clock::now() - begin, 3s);
+}
+
+/// Threads of the process.
+std::ptrdiff_t threads() {
+  return std::distance(std::filesystem::directory_iterator("/proc/self/task"),
+                       std::filesystem::directory_iterator());
+}
+
+TEST_F(UrlNetworkInNamespace, ANameServerThatNeverAnswersDoesNotFillTheProcessWithThreads) {
+  const NameServer names(std::nullopt);
+  UrlAnswers answers;
+  const auto before = threads();
+  const auto session =
+      world_.sessions().makeSession({.timeoutForRequest = 200ms, .timeoutForResource = 20s});
+  for (std::size_t batch = 1; batch <= 8; ++batch) {
+    for (int count = 0; count < 60; ++count) {
+      session->dataTask({.url = "http://nobody.example/"}, answers.completion())->resume();
+    }
+    EXPECT_THAT(answers.await(60 * batch), testing::SizeIs(60 * batch));
+  }
+  EXPECT_THAT(answers.await(480), testing::Each("error -1001"));
+  EXPECT_LT(threads() - before, 256 + 64 + 32) << "and 480 requests";
+}
+
+TEST_F(UrlNetworkInNamespace, RequestsCancelledBeforeTheirLookupAreNotTakenForLookups) {
+  const ScriptedServer server(answering(httpAnswer("x")));
+  UrlAnswers answers;
+  const auto session = world_.sessions().makeSession(patientLimits);
+  for (int count = 0; count < 600; ++count) {
+    const auto task = session->dataTask({.url = server.url()}, answers.completion());
+    task->resume();
+    task->cancel();
+  }
+  EXPECT_THAT(answers.await(600), testing::Each("error -999"));
+  EXPECT_EQ(fetch(server.url()), "answer: x");
 }
 
 TEST_F(UrlNetworkInNamespace, DestructionDoesNotWaitForANameServer) {
