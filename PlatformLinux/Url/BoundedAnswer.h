@@ -37,7 +37,7 @@ class BoundedAnswer {
   }
 
   [[nodiscard]] bool isRefused() const { return isRefused_; }
-  [[nodiscard]] std::string takeBody() { return std::exchange(body_, {}); }
+  [[nodiscard]] std::string releaseBody() { return std::exchange(body_, {}); }
 
   static constexpr std::size_t longestSentBodyBytes = longestUrlAnswerBytes + 1024;
 

@@ -27,13 +27,15 @@ bool isFailureOfProxy(const CurlFailure& failure) {
   }
 }
 
-/// A program that has run out of something has not learnt that the host is unreachable.
 UrlErrorCode errorOfConnect(const CurlFailure& failure) {
   // libcurl 7.88 also looks for addresses of the other family, and then takes none of them.
   if (!failure.hasTriedToConnect) return UrlErrorCode::cannotFindHost;
   switch (failure.osError) {
     case ETIMEDOUT:
       return UrlErrorCode::timedOut;
+    // What was reset had been reached: a host that wants no connection refuses it.
+    case ECONNRESET:
+    // A program that has run out of something has not learnt that the host is unreachable.
     case EMFILE:
     case ENFILE:
     case ENOBUFS:

@@ -210,7 +210,7 @@ void CurlExchange::transferEnded(CURLcode code) {
   if (answer_.isRefused()) return finish(failure(UrlErrorCode::dataLengthExceedsMaximum));
   if (code != CURLE_OK) return finish(failure(errorFrom(code)));
   if (const auto target = redirectTarget(easy_.get())) return follow(*target);
-  finish({.data = answer_.takeBody(), .error = {}});
+  finish({.data = answer_.releaseBody(), .error = {}});
 }
 
 void CurlExchange::follow(std::string_view target) {

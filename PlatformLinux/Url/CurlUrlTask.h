@@ -51,7 +51,7 @@ class CurlUrlTasks {
   std::mutex mutex_;
   std::map<Key, std::shared_ptr<CurlUrlTask>> tasks_;  // guarded by mutex_
   Key nextKey_ = 0;                                    // guarded by mutex_
-  bool isClosed_ = false;                              // guarded by mutex_
+  bool isClosed_ = false;  // guarded by mutex_; stays when the phase has ended
 };
 
 /// Any thread.
@@ -83,7 +83,7 @@ class CurlUrlTask final : public UrlSessionDataTask,
   std::mutex mutex_;
   UrlSession::Completion completion_;     // guarded by mutex_
   Phase phase_ = Phase::idle;             // guarded by mutex_
-  std::optional<CurlUrlTasks::Key> key_;  // guarded by mutex_
+  std::optional<CurlUrlTasks::Key> key_;  // guarded by mutex_; stays when the phase has ended
 };
 
 }  // namespace lanternfold

@@ -50,6 +50,11 @@ TEST(CurlErrorsTest, TheKernelsOwnTimeOutIsOne) {
   EXPECT_EQ(urlErrorFrom({.code = CURLE_COULDNT_CONNECT, .osError = ETIMEDOUT}), timedOut);
 }
 
+TEST(CurlErrorsTest, AConnectionThatIsResetAtOnceIsLost) {
+  EXPECT_EQ(urlErrorFrom({.code = CURLE_COULDNT_CONNECT, .osError = ECONNRESET}),
+            networkConnectionLost);
+}
+
 TEST(CurlErrorsTest, AProgramThatRanOutOfSomethingDoesNotBlameTheHost) {
   for (const int error : {EMFILE, ENFILE, ENOBUFS, ENOMEM}) {
     EXPECT_EQ(urlErrorFrom({.code = CURLE_COULDNT_CONNECT, .osError = error}),

@@ -50,7 +50,7 @@ class Stages {
 
   [[nodiscard]] std::vector<Stage> all() const {
     const auto at = [](const ScriptedServer& server) {
-      return [&server, before = server.accepted()] { return server.accepted() > before; };
+      return [&server] { return server.open() > 0; };
     };
     const std::string secure = "https://127.0.0.1:" + std::to_string(mute_.port()) + "/";
     return {{"looking the name up", "http://nobody.example/",
