@@ -14,10 +14,10 @@
 namespace lanternfold {
 
 struct ProxyEnvironment {
-  std::string httpProxy;   ///< for http; empty for none, as are all
-  std::string httpsProxy;  ///< for https
-  std::string allProxy;    ///< for what has none of its own
-  std::string noProxy;     ///< hosts that are reached without one, or "*"
+  std::string httpProxy = {};   ///< for http; empty for none, as are all
+  std::string httpsProxy = {};  ///< for https
+  std::string allProxy = {};    ///< for what has none of its own
+  std::string noProxy = {};     ///< hosts that are reached without one, or "*"
   friend bool operator==(const ProxyEnvironment&, const ProxyEnvironment&) = default;
 };
 
