@@ -29,7 +29,7 @@ std::expected<std::vector<ListenAddress>, CommandFailure> parseListenAddresses(
           "[2001:db8::1]:8080, and not \"" +
           text + "\"");
     }
-    if (address->port != 0 && std::ranges::contains(addresses, *address)) {
+    if (address->port != 0 && std::ranges::find(addresses, *address) != addresses.end()) {
       return badOption("--listen names \"" + text + "\" twice");
     }
     addresses.push_back(*address);
