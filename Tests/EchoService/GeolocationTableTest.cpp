@@ -1,3 +1,6 @@
+#include <fstream>
+#include <iterator>
+
 #include <gtest/gtest.h>
 
 #include "EchoService/GeolocationTableJson.h"
@@ -65,6 +68,16 @@ TEST(GeolocationTableJson, ReadsEveryMember) {
       (GeolocationEntry{.isp = "Example Telecom", .countryCode = "IT", .as = "AS64500 Example"}));
   EXPECT_EQ(table->find(parseIpAddress("2001:db8::7").value()),
             (GeolocationEntry{.isp = "Beispiel-Netz é", .countryCode = "DE", .as = ""}));
+}
+
+TEST(GeolocationTableJson, ReadsTheFixture) {
+  std::ifstream file(LANTERNFOLD_SOURCE_DIR "/Docs/formats/fixtures/geolocation-table.json");
+  const auto table = parseGeolocationTable(std::string(std::istreambuf_iterator<char>(file), {}));
+  ASSERT_TRUE(table.has_value()) << table.error();
+  EXPECT_EQ(table->size(), 4U);
+  EXPECT_EQ(ispOf(*table, "198.51.100.200"), "Example Mobile");
+  EXPECT_EQ(ispOf(*table, "203.0.113.9"), "Example Hosting");
+  EXPECT_EQ(ispOf(*table, "2001:db8:ffff::1"), "Example Telecom");
 }
 
 TEST(GeolocationTableJson, AnEmptyObjectIsATable) {
