@@ -12,8 +12,8 @@ from program import PROGRAM
 class EchoService:
     """`echo-service` under way; leaving the `with` statement ends it."""
 
-    def __init__(self, *arguments, listen=("127.0.0.1:0",), **options):
-        command = [PROGRAM, "echo-service", *arguments]
+    def __init__(self, *arguments, listen=("127.0.0.1:0",), program=PROGRAM, through=(), **options):
+        command = [*through, program, "echo-service", *arguments]
         for address in listen:
             command += ["--listen", address]
         self.process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,

@@ -1,6 +1,7 @@
 """The echo service as a program: who asks is told the truth, and what is wrong is one line."""
 
 import json
+import os
 import pathlib
 import signal
 import subprocess
@@ -159,9 +160,15 @@ class ProgramTest(EchoServiceTest):
                    words=("no permission", "1024", "CAP_NET_BIND_SERVICE"), **AS_NOBODY)
 
     def test_runs_without_any_privilege(self):
-        with EchoService(executable=install(self.folder), **AS_NOBODY) as service:
+        with EchoService(program=install(self.folder), **AS_NOBODY) as service:
             self.assertEqual(200, ask(service).status)
             self.assertEqual((0, ""), service.finish())
+
+    def test_needs_neither_the_kernels_tables_nor_a_home(self):
+        service = self.service(through=[os.environ["LANTERNFOLD_REFUSE_NETLINK"]],
+                               env={"HOME": "/nonexistent"})
+        self.assertEqual(200, ask(service).status)
+        self.assertEqual((0, ""), service.finish())
 
     def test_options_that_are_not_understood(self):
         self.fails(2, words=("--listen",))
