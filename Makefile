@@ -1,6 +1,6 @@
 # The front door: each target is a script in Scripts/ that CI calls too. `make help` lists them.
 # Options: FILTER=REGEX (names of tests), PRESET=NAME (a preset of CMakePresets.json), SEEDS, WEEKS
-# and SEED (of the simulation).
+# and SEED (of the simulation), SINCE=REVISION (of lint).
 
 PRESET ?= dev
 FILTER ?=
@@ -8,6 +8,7 @@ SECONDS_EACH ?= 10
 SEEDS ?= 100
 WEEKS ?= 3
 SEED ?=
+SINCE ?=
 
 .DEFAULT_GOAL := help
 .PHONY: help setup build test test-quick test-one golden golden-update fuzz-smoke simulate bench format lint run doctor
@@ -48,8 +49,8 @@ bench: ## Measure against the baselines (FILTER=REGEX)
 format: ## Format every file
 	@Scripts/format
 
-lint: ## Check the format and run clang-tidy over every file
-	@Scripts/lint
+lint: ## Check the format, run clang-tidy over every file (SINCE=REVISION: over what changed since)
+	@Scripts/lint $(if $(SINCE),--changed "$(SINCE)")
 
 run: ## Show this machine's adapters and draw the adapter widget
 	@Scripts/run

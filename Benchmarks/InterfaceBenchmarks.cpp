@@ -1,5 +1,6 @@
 // Counters, the interface walk and the resolver against the bare kernel dumps, at 8, 1,000 and
 // 10,000 links, each size in a network namespace of its own.
+#include <array>
 #include <memory>
 #include <optional>
 #include <string>
@@ -25,7 +26,7 @@ namespace lanternfold {
 
 namespace {
 
-constexpr std::size_t linkCounts[] = {8, 1'000, 10'000};
+constexpr std::array<std::size_t, 3> linkCounts = {8, 1'000, 10'000};
 constexpr double counterAim = 1.3;
 constexpr double walkAim = 1.5;
 constexpr double noAim = 0;

@@ -1,4 +1,5 @@
 // Encoding and decoding the metrics file against the JSON library alone, on the same text.
+#include <array>
 #include <string>
 #include <vector>
 
@@ -14,7 +15,7 @@ namespace lanternfold {
 
 namespace {
 
-constexpr std::size_t interfaceCounts[] = {8, 100, 1'000, 10'000};
+constexpr std::array<std::size_t, 4> interfaceCounts = {8, 100, 1'000, 10'000};
 
 ConnectionMetricsData dataOf(std::size_t interfaceCount) {
   const auto counters = GrowingCounters(interfaceCount).read().value();

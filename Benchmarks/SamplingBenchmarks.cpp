@@ -1,4 +1,5 @@
 // A sampling step of a recorder over each storage, against the least that the storage could do.
+#include <array>
 #include <functional>
 #include <memory>
 #include <span>
@@ -19,7 +20,7 @@ namespace lanternfold {
 
 namespace {
 
-constexpr std::size_t interfaceCounts[] = {8, 100, 1'000};
+constexpr std::array<std::size_t, 3> interfaceCounts = {8, 100, 1'000};
 constexpr double fileAim = 2;
 constexpr double noAim = 0;
 /// Beyond it a step in user defaults, which takes the square of the interfaces, is timed once.

@@ -38,7 +38,7 @@ class RepeatingTimer {
   }
   ~RepeatingTimer() { cancel(); }
   RepeatingTimer(RepeatingTimer&&) = default;
-  RepeatingTimer& operator=(RepeatingTimer&& other) {
+  RepeatingTimer& operator=(RepeatingTimer&& other) noexcept {
     if (this != &other) {
       cancel();
       schedule_ = std::move(other.schedule_);

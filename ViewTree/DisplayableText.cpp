@@ -1,6 +1,7 @@
 #include "ViewTree/DisplayableText.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -38,7 +39,7 @@ std::optional<Character> firstCharacter(std::string_view bytes) {
     if ((byte & 0xC0U) != 0x80U) return std::nullopt;
     value = (value << 6) | (byte & 0x3FU);
   }
-  constexpr char32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000};
+  constexpr std::array<char32_t, 5> smallest = {0, 0, 0x80, 0x800, 0x10000};
   const bool surrogate = value >= 0xD800 && value <= 0xDFFF;
   if (value < smallest[length] || surrogate || value > 0x10FFFF) return std::nullopt;
   return Character{value, length};

@@ -1,10 +1,13 @@
 #include "CommandLine/Commands/EchoServiceCommand.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <span>
 #include <system_error>
 #include <utility>
 
+#include "CommandLine/PlainNumber.h"
+#include "CommandLine/PrintableText.h"
 #include "EchoService/EchoServer.h"
 #include "EchoService/GeolocationTableJson.h"
 #include "PlatformLinux/System/EventLoop.h"
@@ -12,7 +15,7 @@
 namespace lanternfold {
 namespace {
 
-constexpr long mostConnections = 10'000;
+constexpr std::uint64_t mostConnections = 10'000;
 
 std::unexpected<CommandFailure> badOption(const std::string& sentence) {
   return std::unexpected(badArguments(sentence));
@@ -24,13 +27,10 @@ std::expected<std::vector<ListenAddress>, CommandFailure> parseListenAddresses(
   for (const std::string& text : texts) {
     const auto address = parseListenAddress(text);
     if (!address) {
-      return badOption(
-          "--listen takes an address and a port, as in 192.0.2.1:8080 or "
-          "[2001:db8::1]:8080, and not \"" +
-          text + "\"");
+      return badOption(std::string("--listen takes ") + listenValues + ", not " + inQuotes(text));
     }
     if (address->port != 0 && std::ranges::find(addresses, *address) != addresses.end()) {
-      return badOption("--listen names \"" + text + "\" twice");
+      return badOption("--listen names " + inQuotes(text) + " twice; name it once");
     }
     addresses.push_back(*address);
   }
@@ -42,7 +42,7 @@ std::expected<std::vector<IpNetwork>, CommandFailure> parseTrustedPeers(
   std::vector<IpNetwork> networks;
   for (const std::string& text : texts) {
     const auto network = parseIpNetwork(text);
-    if (!network) return badOption("--trust \"" + text + "\" " + network.error());
+    if (!network) return badOption("--trust " + inQuotes(text) + " " + network.error());
     networks.push_back(*network);
   }
   return networks;
@@ -135,10 +135,12 @@ std::expected<EchoServicePlan, CommandFailure> planEchoService(const EchoService
   if (!trustedPeers) return std::unexpected(trustedPeers.error());
   plan.trustedPeers = *std::move(trustedPeers);
   if (options.connections) {
-    if (*options.connections < 1 || *options.connections > mostConnections) {
-      return badOption("--connections must be between 1 and 10000");
+    const auto connections = plainWholeNumber(*options.connections);
+    if (!connections || *connections < 1 || *connections > mostConnections) {
+      return badOption(std::string("--connections takes ") + connectionsValues + ", not " +
+                       inQuotes(*options.connections));
     }
-    plan.limits.connections = static_cast<std::size_t>(*options.connections);
+    plan.limits.connections = *connections;
   }
   return plan;
 }

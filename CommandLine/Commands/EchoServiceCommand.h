@@ -15,12 +15,18 @@
 
 namespace lanternfold {
 
+/// What `--listen` takes.
+inline constexpr const char* listenValues =
+    "an address and a port, as in 192.0.2.1:8080 or [2001:db8::1]:8080";
+/// What `--connections` takes.
+inline constexpr const char* connectionsValues = "a whole number from 1 to 10000";
+
 /// As they stand on the command line, not yet checked.
 struct EchoServiceOptions {
   std::vector<std::string> listen;
   std::optional<std::filesystem::path> geolocationTable;
   std::vector<std::string> trust;
-  std::optional<long> connections;  ///< the limits' own when not given
+  std::optional<std::string> connections;  ///< the limits' own when not given
 };
 
 struct EchoServicePlan {

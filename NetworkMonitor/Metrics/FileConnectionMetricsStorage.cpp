@@ -20,8 +20,15 @@ std::optional<ConnectionMetricsStorage::Date> dateOf(
 }
 
 std::unexpected<MetricsSaveError> saveFailure(const std::filesystem::path& url,
-                                              const std::string& reason) {
-  return std::unexpected(MetricsSaveError{url.string() + " could not be written: " + reason});
+                                              const std::string& reason,
+                                              std::error_code cause = {}) {
+  return std::unexpected(MetricsSaveError{
+      .sentence = url.string() + " could not be written: " + reason, .cause = cause});
+}
+
+std::unexpected<MetricsSaveError> saveFailure(const std::filesystem::path& url,
+                                              std::error_code cause) {
+  return saveFailure(url, cause.message(), cause);
 }
 
 }  // namespace
@@ -89,7 +96,7 @@ std::expected<void, MetricsSaveError> FileConnectionMetricsStorage::save() {
   if (!encoded) return saveFailure(storageUrl_, describe(encoded.error()));
   if (auto kept = keepWhatWasNotRestored(); !kept) return kept;
   const auto written = environment_.files.replaceFile(storageUrl_, encoded->text);
-  if (!written) return saveFailure(storageUrl_, written.error().message());
+  if (!written) return saveFailure(storageUrl_, written.error());
   for (std::size_t i = 0; i < encoded->recordsLeftOut; ++i) {
     environment_.log.line("Failed to encode ConnectionMetrics");
   }
@@ -110,7 +117,7 @@ std::expected<void, MetricsSaveError> FileConnectionMetricsStorage::keepWhatWasN
         "into the files beside it that end in \".damaged-\" and a number, and remove "
         "them");
   }
-  if (!name) return saveFailure(storageUrl_, name.error().message());
+  if (!name) return saveFailure(storageUrl_, name.error());
   keptAside_ = *found;
   environment_.log.line("The file that could not be restored was kept as: " + name->string());
   return {};

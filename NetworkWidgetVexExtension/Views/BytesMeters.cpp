@@ -33,6 +33,7 @@ View meterText(std::string_view content, double size, FontWeight weight) {
 std::vector<View> meters(const std::vector<BytesMeterFigure>& figures,
                          BytesCircularMeter::Size size, const WidgetEnvironment& environment) {
   std::vector<View> views;
+  views.reserve(figures.size());
   for (const BytesMeterFigure& figure : figures) {
     views.push_back(BytesCircularMeter{figure, size}.body(environment));
   }

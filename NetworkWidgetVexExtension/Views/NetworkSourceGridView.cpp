@@ -40,6 +40,7 @@ std::optional<DisplayMode> NetworkSourceGridView::displayModeOf(int rawValue) {
 View NetworkSourceGridView::body(const WidgetEnvironment& environment) const {
   if (sources.empty()) return noSource(environment);
   std::vector<View> cards;
+  cards.reserve(sources.size());
   for (const AnyNetworkSource& source : sources) {
     cards.push_back(sourceView(*this, source).body(environment));
   }

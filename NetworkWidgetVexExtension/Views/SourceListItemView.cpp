@@ -20,7 +20,7 @@ Truncation truncationOf(std::string_view value) {
 }
 
 View SourceListItemView::body() const {
-  const View value =
+  View value =
       text(item.value, {isFirstItem ? firstValueFont : valueFont, truncationOf(item.value)});
   if (item.label.empty()) return value;
   View label = SimpleLabelView{item.label}.body().layoutPriority(1);
@@ -32,7 +32,7 @@ View SourceListItemView::body() const {
   if (item.labelRequired) return whole;
   std::vector<View> choices;
   choices.push_back(std::move(whole));
-  choices.push_back(value);
+  choices.push_back(std::move(value));
   return firstThatFits(FitAxes::horizontal, std::move(choices));
 }
 

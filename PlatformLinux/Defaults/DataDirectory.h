@@ -22,7 +22,7 @@ class DataDirectory {
 
   /// In `chosen` when given; else in `$XDG_DATA_HOME`, which counts only when it is absolute; else
   /// in `.local/share` of `$HOME`, or of the home folder that the password database knows.
-  explicit DataDirectory(std::optional<std::filesystem::path> chosen = std::nullopt);
+  explicit DataDirectory(const std::optional<std::filesystem::path>& chosen = std::nullopt);
 
   /// Whether or not it is there; absolute.
   [[nodiscard]] const Folder& location() const { return location_; }

@@ -23,6 +23,7 @@ std::vector<std::uint32_t> defaultRouteInterfaces(const std::vector<RouteMessage
     const RouteMessage* route;
   };
   std::vector<Ranked> ranked;
+  ranked.reserve(routes.size());
   for (const RouteMessage& route : routes) {
     ranked.push_back({{route.priority, route.family != AF_INET, ranked.size()}, &route});
   }

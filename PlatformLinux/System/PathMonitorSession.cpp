@@ -59,7 +59,9 @@ PathMonitorSession::~PathMonitorSession() = default;
 void PathMonitorSession::begin() {
   waits_ = std::make_unique<Waits>(loop_.context());
   asio::error_code error;
-  if (sources_.events) waits_->readable.assign(sources_.events->descriptor(), error);
+  if (sources_.events) {
+    static_cast<void>(waits_->readable.assign(sources_.events->descriptor(), error));
+  }
   if (error) sources_.events.reset();
   noteChange();
   waitForEvents();

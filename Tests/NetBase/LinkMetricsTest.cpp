@@ -19,8 +19,8 @@ LinkRecord linkNamed(const char* name) {
 class LinkMetricsTest : public testing::Test {
  protected:
   /// The metrics of one link with this hardware address.
-  Dictionary metricsWith(std::vector<std::uint8_t> hardwareAddress) {
-    world.kernel.addLink("en0", std::move(hardwareAddress));
+  Dictionary metricsWith(const std::vector<std::uint8_t>& hardwareAddress) {
+    world.kernel.addLink("en0", hardwareAddress);
     return world.snUtils.linkInterfacesMetrics().at("en0");
   }
 

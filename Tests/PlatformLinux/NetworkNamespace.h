@@ -54,9 +54,9 @@ class NetworkNamespace {
 /// For SetUp and for the beginning of a test: what follows runs as root only. As root nothing is
 /// ever left out; elsewhere the test stands aside and says what it lacks, as in "to make a
 /// namespace".
-#define REQUIRE_ROOT(purpose)                                      \
-  do {                                                             \
-    if (geteuid() != 0) GTEST_SKIP() << "needs root, " << purpose; \
+#define REQUIRE_ROOT(purpose)                                        \
+  do {                                                               \
+    if (geteuid() != 0) GTEST_SKIP() << "needs root, " << (purpose); \
   } while (false)
 
 /// For a fixture's SetUp: enters a namespace kept in `holder`, or skips for want of privilege.

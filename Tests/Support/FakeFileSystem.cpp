@@ -192,7 +192,7 @@ std::expected<FakeFileSystem::Path, std::error_code> FakeFileSystem::keepAside(c
   if (const auto refusal = (*file)->refusal()) return failure(*refusal);
   if (const auto allowed = checkFolderOf(path); !allowed) return std::unexpected(allowed.error());
   for (int number = 1; number <= mostKeptAside; ++number) {
-    const Path name = normal(path).native() + ".damaged-" + std::to_string(number);
+    Path name = normal(path).native() + ".damaged-" + std::to_string(number);
     const NodePointer other = nodes_.emplace(name, *file).first->second;
     if (other == *file) return name;
   }

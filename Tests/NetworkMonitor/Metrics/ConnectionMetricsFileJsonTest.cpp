@@ -218,7 +218,7 @@ TEST(ConnectionMetricsFileJson, NestedTooDeeplyIsRefused) {
   EXPECT_EQ(verdictOn(nested(deepestConnectionMetricsJson)), "ok");
   EXPECT_EQ(decodeConnectionMetricsFile(nested(deepestConnectionMetricsJson + 1)).error().fault,
             Fault::tooDeep);
-  EXPECT_NE(verdictOn(std::string(10'000'000, '[')), "ok");
+  EXPECT_NE(verdictOn(std::string(8'000'000, '[')), "ok");
 }
 
 TEST(ConnectionMetricsFileJson, NamesInErrorsAreShortAndVisible) {

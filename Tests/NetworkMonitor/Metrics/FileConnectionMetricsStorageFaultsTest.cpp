@@ -146,7 +146,8 @@ TEST_F(FileConnectionMetricsStorageFaultsTest, AFolderInTheFilesPlaceIsReportedO
   EXPECT_THAT(world_.log.lines(), ElementsAre(complaint + "Is a directory"));
   EXPECT_EQ(storage_.save(),
             (std::expected<void, MetricsSaveError>(std::unexpected(
-                MetricsSaveError{url.string() + " could not be written: Is a directory"}))));
+                MetricsSaveError{url.string() + " could not be written: Is a directory",
+                                 std::make_error_code(std::errc::is_a_directory)}))));
   EXPECT_EQ(disk_.paths(url).size(), 1U);
 }
 

@@ -323,8 +323,10 @@ TEST_F(RecorderOverFileTest, FullDiskFailsTheSampleAndTheFileStays) {
 TEST_F(RecorderOverFileTest, CorruptFileIsReportedAndBegunAnew) {
   machine.files.putFile(dataFile, "{not json");
   EXPECT_EQ(sample(*newProgram(), 5, 6), "en0 5/6");
-  ASSERT_EQ(machine.log.lines().size(), 1U);
+  ASSERT_EQ(machine.log.lines().size(), 2U);
   EXPECT_TRUE(machine.log.lines()[0].starts_with("Failed to restore from file: "));
+  EXPECT_TRUE(machine.log.lines()[1].starts_with("The file that could not be restored was kept"));
+  EXPECT_EQ(machine.files.bytes(std::string(dataFile) + ".damaged-1"), "{not json");
   EXPECT_EQ(textOf(newProgram()->allMetrics()), "en0 5/6");
 }
 

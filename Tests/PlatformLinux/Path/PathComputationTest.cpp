@@ -19,7 +19,7 @@ class PathComputation : public testing::Test {
     snapshot_.links[index] = entry;
   }
 
-  void addDefaultRoute(std::uint8_t family, std::vector<std::uint32_t> interfaces,
+  void addDefaultRoute(std::uint8_t family, const std::vector<std::uint32_t>& interfaces,
                        std::uint32_t priority) {
     RouteMessage route;
     route.family = family;

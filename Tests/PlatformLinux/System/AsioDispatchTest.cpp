@@ -26,9 +26,9 @@ class AsioDispatchTest : public testing::Test {
 
   /// What `work` returns on `queue`.
   template <typename Result>
-  [[nodiscard]] static Result resultOn(DispatchQueue& queue, std::function<Result()> work) {
+  [[nodiscard]] static Result resultOn(DispatchQueue& queue, const std::function<Result()>& work) {
     std::promise<Result> promise;
-    queue.async([&promise, work] { promise.set_value(work()); });
+    queue.async([&promise, &work] { promise.set_value(work()); });
     return promise.get_future().get();
   }
 
