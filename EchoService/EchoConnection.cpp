@@ -28,8 +28,8 @@ void EchoConnection::refuse() {
 
 void EchoConnection::close() {
   state_ = State::closed;
+  timer_.cancel();
   std::error_code ignored;
-  timer_.cancel(ignored);
   socket_.close(ignored);
 }
 

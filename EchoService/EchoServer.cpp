@@ -84,7 +84,7 @@ class EchoServer::Reception : public std::enable_shared_from_this<Reception> {
     std::error_code ignored;
     for (Listener& listener : listeners_) {
       listener.acceptor.close(ignored);
-      listener.pause.cancel(ignored);
+      listener.pause.cancel();
     }
     for (Connections* connections : {&served_, &refused_}) {
       for (const auto& connection : *connections) connection->close();

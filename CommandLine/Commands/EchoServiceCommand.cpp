@@ -56,7 +56,8 @@ std::expected<GeolocationTable, CommandFailure> readTable(const EchoServicePlan&
       machine.platform.fileSystem.readFile(*plan.geolocationTable, longestGeolocationTableBytes);
   if (!contents) {
     return std::unexpected(workFailed("cannot read the geolocation table " + file + ": " +
-                                      contents.error().message()));
+                                      contents.error().message() +
+                                      "; check its name, its size and its permissions"));
   }
   auto table = parseGeolocationTable(contents->bytes);
   if (!table) {
@@ -77,10 +78,11 @@ std::string listenFailure(const EchoListenError& failure) {
            "the capability CAP_NET_BIND_SERVICE";
   }
   if (failure.error == std::errc::address_not_available) {
-    return where + "this machine does not have that address";
+    return where +
+           "this machine does not have that address; \"ip address\" lists those that it has";
   }
   if (failure.error == std::errc::address_family_not_supported) {
-    return where + "this machine does not have that family of addresses";
+    return where + "this machine has no such addresses; listen on those of the other family";
   }
   return where + failure.error.message();
 }

@@ -78,7 +78,7 @@ TEST_F(EchoServiceCommandTest, SaysWhatIsWrongWithItsTable) {
 
 TEST_F(EchoServiceCommandTest, SaysWhereItCannotListen) {
   expectFailure(ExitStatus::failed, {"--listen", "192.0.2.1:0"},
-                "cannot listen on 192.0.2.1:0: this machine does not have that address");
+                "cannot listen on 192.0.2.1:0: this machine does not have that address; ");
 }
 
 TEST_F(EchoServiceCommandTest, WantsToKnowWhereToListen) {

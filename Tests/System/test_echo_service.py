@@ -135,7 +135,8 @@ class ProgramTest(EchoServiceTest):
                 f"Listening on 127.0.0.1:{port4} and [::1]:{port6} until interrupted.\n",
                 service.line)
             with service.connect() as connection:
-                connection.sendall(b"GET /")
+                connection.sendall(request())
+                self.assertEqual(200, read_answer(connection).status)
                 self.assertEqual((0, ""), service.finish(number))
                 self.assertEqual(b"", connection.recv(1))
 
