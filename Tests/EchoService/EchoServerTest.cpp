@@ -1,5 +1,7 @@
 // The server over real sockets of the loopback, with limits that are soon reached.
 #include <arpa/inet.h>
+#include <array>
+#include <functional>
 #include <future>
 #include <netinet/in.h>
 #include <sys/socket.h>
@@ -29,7 +31,7 @@ class Client {
   explicit Client(const ListenAddress& server) {
     sockaddr_in6 ipv6{.sin6_family = AF_INET6, .sin6_port = htons(server.port)};
     sockaddr_in ipv4{.sin_family = AF_INET, .sin_port = htons(server.port)};
-    ipv6.sin6_addr = IN6ADDR_LOOPBACK_INIT;
+    ipv6.sin6_addr = in6addr_loopback;
     ipv4.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     const bool isIpv6 = std::holds_alternative<IPv6Bytes>(server.address);
     socket_ = ::socket(isIpv6 ? AF_INET6 : AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
@@ -104,9 +106,9 @@ class EchoServerTest : public testing::Test {
     done.get_future().wait();
   }
 
-  void start(std::initializer_list<const char*> where = {"127.0.0.1:0"}) {
+  void start(std::initializer_list<const char*> texts = {"127.0.0.1:0"}) {
     std::vector<ListenAddress> addresses;
-    for (const char* text : where) addresses.push_back(parseListenAddress(text).value());
+    for (const char* text : texts) addresses.push_back(parseListenAddress(text).value());
     runOnLoop([&] {
       server_ = std::make_unique<EchoServer>(
           loop_, EchoConnectionSettings{
