@@ -39,6 +39,8 @@ lanternfold_room(Platform USES Support)
 lanternfold_room(NetBase USES Platform Support)
 lanternfold_room(NetworkMonitor USES NetBase Platform Support
                  LIBRARIES nlohmann_json::nlohmann_json PkgConfig::glib)
+lanternfold_room(EchoService USES NetBase Platform Support
+                 LIBRARIES nlohmann_json::nlohmann_json Threads::Threads)
 lanternfold_room(ViewTree USES Support)
 lanternfold_room(NetworkWidgetVexExtension USES ViewTree NetworkMonitor NetBase Platform Support)
 # Of the monitor the system's side sees the counters alone: `ConnectionMetricsReader` is a seam that
@@ -49,8 +51,8 @@ lanternfold_room(PlatformLinux USES NetworkMonitor/Metrics Platform Support
 lanternfold_room(PlatformDarwin USES Platform Support)
 lanternfold_room(Rendering USES ViewTree Support
                  LIBRARIES PkgConfig::pangocairo PkgConfig::rsvg PkgConfig::cairo_surfaces)
-lanternfold_room(CommandLine USES NetworkWidgetVexExtension Rendering PlatformLinux ViewTree
-                                  NetworkMonitor NetBase Platform Support
+lanternfold_room(CommandLine USES EchoService NetworkWidgetVexExtension Rendering PlatformLinux
+                                  ViewTree NetworkMonitor NetBase Platform Support
                  LIBRARIES nlohmann_json::nlohmann_json CLI11::CLI11 PkgConfig::glib
                            Threads::Threads)
 

@@ -11,6 +11,7 @@
 #include <CLI/CLI.hpp>
 
 #include "CommandLine/ArgumentFaults.h"
+#include "CommandLine/Commands/EchoServiceCommand.h"
 #include "CommandLine/Commands/InterfacesCommand.h"
 #include "CommandLine/Commands/RecordCommand.h"
 #include "CommandLine/Commands/RenderCommand.h"
@@ -183,6 +184,53 @@ void addRender(CLI::App& app, Choice& choice) {
   command->callback([options, data, &choice] { choice = chooseRender(*options, *data); });
 }
 
+Choice chooseEchoService(const EchoServiceOptions& options, const DataOptions& data) {
+  if (auto checked = checkDataOptions(data); !checked) return std::unexpected(checked.error());
+  auto plan = planEchoService(options);
+  if (!plan) return std::unexpected(plan.error());
+  return ChosenCommand{
+      .run = [plan = *std::move(plan)](
+                 const Machine& machine,
+                 const Console& console) { return runEchoService(plan, machine, console); },
+      .machine = machineOptions(data, /*json=*/false)};
+}
+
+void addEchoService(CLI::App& app, Choice& choice) {
+  auto options = std::make_shared<EchoServiceOptions>();
+  auto data = std::make_shared<DataOptions>();
+  CLI::App* command =
+      app.add_subcommand("echo-service", "Tell whoever asks over HTTP his own address");
+  command
+      ->add_option(
+          "--listen", options->listen,
+          "Where to listen, as 192.0.2.1:8080 or [2001:db8::1]:8080; 0.0.0.0 and [::] take "
+          "every address of their family, the port 0 one that is free. May be repeated")
+      ->option_text("ADDR:PORT")
+      ->type_name(listenValues)
+      ->allow_extra_args(false)
+      ->required();
+  command
+      ->add_option("--geolocation-table", options->geolocationTable,
+                   "JSON: which provider and country a network belongs to; without it nothing is "
+                   "known of any")
+      ->option_text("FILE")
+      ->type_name("a file's name");
+  command
+      ->add_option("--trust", options->trust,
+                   "An address or a network of reverse proxies whose X-Forwarded-For is believed. "
+                   "May be repeated")
+      ->option_text("ADDRESS")
+      ->type_name("an address or a network")
+      ->allow_extra_args(false);
+  command
+      ->add_option("--connections", options->connections,
+                   "How many to serve at once, 1 to 10000; default 512")
+      ->option_text("N")
+      ->type_name(connectionsValues);
+  addDataOptions(*command, *data);
+  command->callback([options, data, &choice] { choice = chooseEchoService(*options, *data); });
+}
+
 /// Refusals of the library that `firstArgumentFault` does not foresee.
 CommandFailure notUnderstood() {
   return badArguments(std::string("the arguments were not understood; \"") + programName +
@@ -202,6 +250,7 @@ ParsedCommandLine parseCommandLine(std::span<const std::string> arguments) {
   addState(app, choice);
   addRecord(app, choice);
   addRender(app, choice);
+  addEchoService(app, choice);
   bool isUnderstood = true;
   try {
     std::vector<std::string> words = withEmptyValuesApart(arguments);
