@@ -111,6 +111,27 @@ TEST_F(ObserversTest, ADisturbedSampleMayPutOlderRecordsBackButNotInventAny) {
   EXPECT_THAT(run_.violation(), Optional(HasSubstr("follow from nothing it has seen")));
 }
 
+TEST_F(ObserversTest, WhatWasRegisteredBeforeAFileCouldNotBeKeptAsideCounts) {
+  EXPECT_TRUE(sample(files_, first_, 0));
+  disk_.tamper("torn");
+  run_.clock.advance(std::chrono::seconds(120));
+  lock(files_);
+  EXPECT_TRUE(files_.readFile(paths.data, 10000));
+  read(first_);
+  disk_.setFull(Disk::Extent::everything);
+  EXPECT_FALSE(files_.keepAside(paths.data));
+  disk_.setFull(Disk::Extent::nothing);
+
+  machine_.remove("en0");
+  machine_.add("en0", ConnectionMetrics::initial(1500));
+  machine_.setRate("en0", {.sent = 5});
+  run_.clock.advance(std::chrono::seconds(6));
+  lock(files_);
+  read(first_);
+  save(files_, 30, 600 + (30 + 4'294'967'295 - 600));
+  EXPECT_EQ(run_.violation(), std::nullopt);
+}
+
 TEST_F(ObserversTest, ReadsATornFile) {
   EXPECT_TRUE(sample(files_, first_, 0));
   const std::string whole = *disk_.files.bytes(paths.data);
