@@ -10,6 +10,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "CommandLine/ArgumentFaults.h"
 #include "CommandLine/Commands/InterfacesCommand.h"
 #include "CommandLine/Commands/RecordCommand.h"
 #include "CommandLine/Commands/RenderCommand.h"
@@ -33,8 +34,10 @@ MachineOptions machineOptions(const DataOptions& data, bool json) {
       .dataFolder = data.dataFolder};
 }
 
-Choice chooseInterfaces(const InterfacesOptions& options, const DataOptions& data) {
+Choice chooseInterfaces(InterfacesOptions options, std::string_view excluding,
+                        const DataOptions& data) {
   if (auto checked = checkDataOptions(data); !checked) return std::unexpected(checked.error());
+  options.excluding = parseExcludedNames(excluding);
   return ChosenCommand{
       .run = [options](const Machine& machine,
                        const Console& console) { return runInterfaces(options, machine, console); },
@@ -43,6 +46,7 @@ Choice chooseInterfaces(const InterfacesOptions& options, const DataOptions& dat
 
 void addInterfaces(CLI::App& app, Choice& choice) {
   auto options = std::make_shared<InterfacesOptions>();
+  auto excluding = std::make_shared<std::string>();
   auto data = std::make_shared<DataOptions>();
   CLI::App* command = app.add_subcommand("interfaces", "List this machine's network interfaces");
   command
@@ -50,13 +54,16 @@ void addInterfaces(CLI::App& app, Choice& choice) {
                    "Only interfaces whose name begins with PREFIX; \"en\" takes every network "
                    "adapter of this machine, however the kernel calls it (bridges, tunnels and "
                    "VLANs are none)")
-      ->option_text("PREFIX");
-  command->add_option("--excluding", options->excluding, "Leave these interfaces out")
+      ->option_text("PREFIX")
+      ->type_name("the beginning of interfaces' names");
+  command->add_option("--excluding", *excluding, "Leave these interfaces out")
       ->option_text("NAME,NAME")
-      ->delimiter(',');
+      ->type_name("names of interfaces, separated by commas");
   command->add_flag("--json", options->json, "Write a JSON array of the interface records");
   addDataOptions(*command, *data);
-  command->callback([options, data, &choice] { choice = chooseInterfaces(*options, *data); });
+  command->callback([options, excluding, data, &choice] {
+    choice = chooseInterfaces(*options, *excluding, *data);
+  });
 }
 
 Choice chooseState(StateOptions options, std::string_view categoryNames, const DataOptions& data) {
@@ -79,7 +86,8 @@ void addState(CLI::App& app, Choice& choice) {
   command
       ->add_option("--categories", *categories,
                    "What to resolve: other (network adapters), cellular; default other")
-      ->option_text("NAME,NAME");
+      ->option_text("NAME,NAME")
+      ->type_name("cellular, other or both, separated by a comma");
   command->add_flag("--json", options->json,
                     "Write {\"complete\":…,\"state\":{…}}; with --watch one object a line");
   command->add_flag("--watch", options->watch,
@@ -90,8 +98,14 @@ void addState(CLI::App& app, Choice& choice) {
       [options, categories, data, &choice] { choice = chooseState(*options, *categories, *data); });
 }
 
-Choice chooseRecord(RecordOptions options, const DataOptions& data) {
+Choice chooseRecord(RecordOptions options, const std::optional<std::string>& interval,
+                    const DataOptions& data) {
   if (auto checked = checkDataOptions(data); !checked) return std::unexpected(checked.error());
+  if (interval) {
+    const auto parsed = parseInterval(*interval);
+    if (!parsed) return std::unexpected(parsed.error());
+    options.interval = *parsed;
+  }
   if (auto checked = checkRecordOptions(options); !checked) return std::unexpected(checked.error());
   options.appGroupId = data.chosenAppGroupId();
   return ChosenCommand{
@@ -102,6 +116,7 @@ Choice chooseRecord(RecordOptions options, const DataOptions& data) {
 
 void addRecord(CLI::App& app, Choice& choice) {
   auto options = std::make_shared<RecordOptions>();
+  auto interval = std::make_shared<std::optional<std::string>>();
   auto data = std::make_shared<DataOptions>();
   CLI::App* command = app.add_subcommand("record", "Record this machine's traffic");
   command->add_flag("--once", options->once, "Take one sample and show every counter");
@@ -109,13 +124,15 @@ void addRecord(CLI::App& app, Choice& choice) {
                     "Write an object a line for every sample; with --once one object of counters "
                     "by interface");
   command
-      ->add_option("--interval", options->intervalSeconds,
+      ->add_option("--interval", *interval,
                    "Seconds between the samples to begin with, 1 to 86400; default 120. From the "
                    "first change of the traffic's class on: 120 when it is idle, 60 when low, 30 "
                    "when high, 15 when very high")
-      ->option_text("SECONDS");
+      ->option_text("SECONDS")
+      ->type_name(intervalValues);
   addDataOptions(*command, *data);
-  command->callback([options, data, &choice] { choice = chooseRecord(*options, *data); });
+  command->callback(
+      [options, interval, data, &choice] { choice = chooseRecord(*options, *interval, *data); });
 }
 
 Choice chooseRender(const RenderOptions& options, const DataOptions& data) {
@@ -135,51 +152,40 @@ void addRender(CLI::App& app, Choice& choice) {
   CLI::App* command = app.add_subcommand("render", "Draw a widget into a PNG, SVG or PDF file");
   command->add_option("kind", options->kind, "The widget: NetworkAdapterWidget")
       ->option_text("KIND")
+      ->type_name("a widget's kind: NetworkAdapterWidget")
       ->required();
   command->add_option("--family", options->family, "The widget's size: medium (the default)")
-      ->option_text("FAMILY");
+      ->option_text("FAMILY")
+      ->type_name("the widget's size: medium");
   command->add_option("--scheme", options->scheme, "light (the default) or dark")
-      ->option_text("SCHEME");
+      ->option_text("SCHEME")
+      ->type_name("light or dark");
   command->add_option("--scale", options->scale, "Pixels a point, 0.5 to 8; default 2")
-      ->option_text("N");
+      ->option_text("N")
+      ->type_name(scaleValues);
   command
       ->add_option("--entry", options->entry,
                    "timeline (this machine, the default), or samples: snapshot, which keeps "
                    "--adapter and --show-timestamp, and placeholder, which does not")
-      ->option_text("ENTRY");
+      ->option_text("ENTRY")
+      ->type_name("placeholder, snapshot or timeline");
   command
       ->add_option("--adapter", options->adapter,
                    "The interface to show; by default the one of the best default route")
-      ->option_text("NAME");
+      ->option_text("NAME")
+      ->type_name("an interface's name");
   command->add_flag("--show-timestamp", options->showTimestamp, "Draw the time of drawing");
   command->add_option("-o,--output", options->output, "The file to write: *.png, *.svg or *.pdf")
       ->option_text("FILE")
+      ->type_name("a file's name that ends in .png, .svg or .pdf")
       ->required();
   addDataOptions(*command, *data);
   command->callback([options, data, &choice] { choice = chooseRender(*options, *data); });
 }
 
-/// The first word that no option and no command took, as it was written; none when all were taken.
-std::optional<std::string> firstUnknownArgument(const CLI::App& app,
-                                                std::span<const std::string> arguments) {
-  const std::vector<std::string> remaining = app.remaining(true);
-  const auto unknown = std::ranges::find_first_of(arguments, remaining);
-  return unknown == arguments.end() ? std::nullopt : std::optional(*unknown);
-}
-
-CommandFailure parsingFailure(const CLI::App& app, const CLI::Error& error,
-                              std::span<const std::string> arguments) {
-  const auto unknown = firstUnknownArgument(app, arguments);
-  const bool commandGiven = !app.get_subcommands().empty();
-  std::string sentence = error.what();
-  if (unknown) {
-    sentence =
-        (commandGiven || unknown->starts_with('-') ? "unknown argument \"" : "unknown command \"") +
-        *unknown + "\"";
-  } else if (!commandGiven) {
-    sentence = "no command was given";
-  }
-  return badArguments(sentence + "; \"" + programName +
+/// Refusals of the library that `firstArgumentFault` does not foresee.
+CommandFailure notUnderstood() {
+  return badArguments(std::string("the arguments were not understood; \"") + programName +
                       " --help\" lists the commands and their options");
 }
 
@@ -196,16 +202,21 @@ ParsedCommandLine parseCommandLine(std::span<const std::string> arguments) {
   addState(app, choice);
   addRecord(app, choice);
   addRender(app, choice);
+  bool isUnderstood = true;
   try {
-    // The parser takes its arguments from the back.
-    app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+    std::vector<std::string> words = withEmptyValuesApart(arguments);
+    // The library takes them from the back.
+    std::ranges::reverse(words);
+    app.parse(std::move(words));
   } catch (const CLI::Success& information) {
     std::ostringstream text;
     (void)app.exit(information, text, text);
     return InformationText{text.str()};
-  } catch (const CLI::Error& error) {
-    return parsingFailure(app, error, arguments);
+  } catch (const CLI::Error&) {
+    isUnderstood = false;
   }
+  if (auto fault = firstArgumentFault(app, arguments)) return badArguments(*std::move(fault));
+  if (!isUnderstood) return notUnderstood();
   if (!choice) return choice.error();
   return *std::move(choice);
 }

@@ -16,6 +16,8 @@ struct Console {
   std::ostream& output;  ///< results only
   std::ostream& errors;  ///< one line per failure
   TextStyle style = TextStyle::plain;
+  /// Whether whoever read the output has closed it, which is no fault of the program.
+  bool (*isReaderGone)() = [] { return false; };
 };
 
 /// The program's exit statuses.

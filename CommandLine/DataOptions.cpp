@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "CommandLine/PrintableText.h"
 #include "Platform/GroupContainer.h"
 
 namespace lanternfold {
@@ -18,12 +19,14 @@ void addDataOptions(CLI::App& command, DataOptions& options) {
                   "The folder of everything that is kept; default "
                   "$XDG_DATA_HOME/net.quernaple.LanternfoldX")
       ->option_text("DIR")
+      ->type_name("a folder's name")
       ->group(group);
   command
       .add_option(
           "--app-group", options.appGroupId,
           std::string("The application group whose folder to use; default ") + defaultAppGroupId)
       ->option_text("ID")
+      ->type_name("an application group's name")
       ->group(group);
   command
       .add_flag("--no-app-group", options.withoutAppGroup,
@@ -33,7 +36,7 @@ void addDataOptions(CLI::App& command, DataOptions& options) {
 
 std::expected<void, CommandFailure> checkDataOptions(const DataOptions& options) {
   if (options.dataFolder && options.dataFolder->empty()) {
-    return std::unexpected(badArguments("--data-dir needs a folder's name"));
+    return std::unexpected(badArguments("--data-dir needs a folder's name, not \"\""));
   }
   if (options.appGroupId && options.withoutAppGroup) {
     return std::unexpected(
@@ -41,8 +44,8 @@ std::expected<void, CommandFailure> checkDataOptions(const DataOptions& options)
   }
   if (options.appGroupId && !isGroupIdentifier(*options.appGroupId)) {
     return std::unexpected(
-        badArguments("\"" + *options.appGroupId +
-                     "\" cannot name an application group; use letters, digits, points, hyphens "
+        badArguments(inQuotes(*options.appGroupId) +
+                     " cannot name an application group; use letters, digits, points, hyphens "
                      "and underscores, 128 at the most, and neither a point nor a hyphen first"));
   }
   return {};

@@ -11,8 +11,6 @@
 namespace lanternfold {
 namespace {
 
-constexpr const char* fileName = "connection-metrics-storage_default.recorder";
-
 class LockedFile final : public SoleRecorder::Claim {
  public:
   explicit LockedFile(FileDescriptor file) : file_(std::move(file)) {}
@@ -25,7 +23,7 @@ class LockedFile final : public SoleRecorder::Claim {
 
 std::expected<std::unique_ptr<SoleRecorder::Claim>, std::error_code> FileSoleRecorder::claim(
     const std::filesystem::path& folder) {
-  FileDescriptor file(::open((folder / fileName).c_str(),
+  FileDescriptor file(::open((folder / soleRecorderFile).c_str(),
                              O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600));
   if (!file.isOpen()) return lastError();
   if (::flock(file.get(), LOCK_EX | LOCK_NB) == 0) {

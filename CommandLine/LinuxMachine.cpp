@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "CommandLine/DataFolders.h"
+#include "CommandLine/FileDescriptorLimit.h"
 #include "CommandLine/FileSoleRecorder.h"
 #include "CommandLine/LinuxMainLoop.h"
 #include "PlatformLinux/Defaults/DataDirectory.h"
@@ -24,6 +25,10 @@
 
 namespace lanternfold {
 
+/// More than any command has open at once, which is eleven. Without them a command would fail
+/// somewhere on its way, and blame the file that it was about to open.
+constexpr int descriptorsOfACommand = 16;
+
 // In the order of construction: what listens to the event loop goes before the loop does, and the
 // queues, which finish the works that are running, before what those use.
 struct LinuxMachine::Parts {
@@ -37,7 +42,7 @@ struct LinuxMachine::Parts {
   LinuxNetworkKernel kernel;
   PosixFileSystem fileSystem;
   DataDirectory dataDirectory;
-  LinuxGroupContainer groupContainer{dataDirectory, diagnostics};
+  LinuxGroupContainer groupContainer{dataDirectory};
   SqliteUserDefaultsSuites userDefaults{dataDirectory, diagnostics};
   FileSoleRecorder soleRecorder;
   EventLoop eventLoop;
@@ -66,8 +71,10 @@ struct LinuxMachine::Parts {
                   .assets = assetsFolder()};
 };
 
-LinuxMachine::LinuxMachine(const MachineOptions& options)
-    : parts_(std::make_unique<Parts>(options)) {}
+LinuxMachine::LinuxMachine(const MachineOptions& options) {
+  requireFreeDescriptors(descriptorsOfACommand);
+  parts_ = std::make_unique<Parts>(options);
+}
 
 LinuxMachine::~LinuxMachine() = default;
 

@@ -13,6 +13,7 @@ namespace lanternfold {
 /// Main thread only; the network namespace is the one the program was started in.
 class LinuxMachine {
  public:
+  /// Throws std::system_error when the system lacks what the program needs.
   explicit LinuxMachine(const MachineOptions& options);
   ~LinuxMachine();
   LinuxMachine(const LinuxMachine&) = delete;

@@ -8,6 +8,15 @@
 #include <asio/signal_set.hpp>
 
 namespace lanternfold {
+namespace {
+
+/// Whoever started the program may have decided that it outlives its terminal (nohup).
+bool isIgnored(int signal) {
+  struct sigaction action{};
+  return ::sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
+}  // namespace
 
 LinuxMainLoop::LinuxMainLoop(EventLoop& eventLoop, AsioDispatch& dispatch)
     : eventLoop_(eventLoop), dispatch_(dispatch) {}
@@ -16,6 +25,7 @@ void LinuxMainLoop::runUntilInterrupted() {
   std::optional<asio::signal_set> signals;
   eventLoop_.runAndWait([&] {
     signals.emplace(eventLoop_.context(), SIGINT, SIGTERM);
+    if (!isIgnored(SIGHUP)) signals->add(SIGHUP);
     signals->async_wait([this](const std::error_code& error, int) {
       if (!error) dispatch_.stopMain();
     });

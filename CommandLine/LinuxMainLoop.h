@@ -12,7 +12,7 @@ class LinuxMainLoop final : public MainLoop {
   /// Both outlive the loop.
   LinuxMainLoop(EventLoop& eventLoop, AsioDispatch& dispatch);
 
-  /// SIGINT and SIGTERM are caught for the length of the run only.
+  /// SIGINT, SIGTERM and, unless it is ignored, SIGHUP are caught for the length of the run only.
   void runUntilInterrupted() override;
   void runFor(std::chrono::milliseconds limit) override;
   void stop() override;

@@ -19,7 +19,7 @@ class MainLoop {
   virtual ~MainLoop() = default;
 
   /// Runs works of the main queue until `stop`, or until the user or the system asks the program to
-  /// end (SIGINT, SIGTERM).
+  /// end (SIGINT, SIGTERM, a terminal that is closed).
   virtual void runUntilInterrupted() = 0;
   /// Runs works of the main queue until `stop`, for `limit` at the most. An interruption ends the
   /// program as it would any other.

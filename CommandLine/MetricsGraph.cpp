@@ -1,8 +1,8 @@
 #include "CommandLine/MetricsGraph.h"
 
 #include <utility>
-#include <variant>
 
+#include "CommandLine/SampleFailure.h"
 #include "NetworkMonitor/Metrics/StandardConnectionBandwidthAnalyzer.h"
 
 namespace lanternfold {
@@ -15,11 +15,22 @@ constexpr std::uint64_t veryHighSpeedThreshold = 31'250'000;
 
 }  // namespace
 
-std::optional<std::filesystem::path> metricsFolder(const Machine& machine,
-                                                   const std::optional<std::string>& appGroupId) {
+std::filesystem::path metricsFile(const std::filesystem::path& folder, std::string_view ending) {
+  std::string name = std::string("connection-metrics-storage_") + metricsStorageName;
+  return folder / name.append(ending);
+}
+
+std::expected<std::filesystem::path, std::string> metricsFolder(
+    const Machine& machine, const std::optional<std::string>& appGroupId) {
   GroupContainer& container = machine.platform.groupContainer;
-  auto folder = appGroupId ? container.folder(*appGroupId) : std::nullopt;
-  return folder ? folder : container.metricsFolder();
+  if (!appGroupId) return container.metricsFolder();
+  auto ofGroup = container.folder(*appGroupId);
+  if (ofGroup) return ofGroup;
+  auto ofNone = container.metricsFolder();
+  if (!ofNone) return ofGroup;
+  machine.platform.diagnostics.line("Traffic is kept in " + ofNone->string() +
+                                    ", where groups do not see it: " + ofGroup.error());
+  return ofNone;
 }
 
 std::shared_ptr<FileConnectionMetricsStorage> makeMetricsStorage(
@@ -34,7 +45,8 @@ std::shared_ptr<FileConnectionMetricsStorage> makeMetricsStorage(
 }
 
 std::shared_ptr<ConnectionMetricsRecorder> makeMetricsRecorder(
-    const Machine& machine, std::shared_ptr<ConnectionMetricsStorage> storage) {
+    const Machine& machine, std::shared_ptr<ConnectionMetricsStorage> storage,
+    const std::filesystem::path& folder) {
   const Platform& platform = machine.platform;
   return ConnectionMetricsRecorder::make(
       std::move(storage), machine.metricsReader, DateUtils(platform.clock, platform.kernel),
@@ -42,16 +54,10 @@ std::shared_ptr<ConnectionMetricsRecorder> makeMetricsRecorder(
                                                             veryHighSpeedThreshold),
       {.dispatch = platform.dispatch,
        .clock = platform.clock,
-       .diagnostics = platform.diagnostics});
-}
-
-std::string sampleFailure(const ConnectionMetricsError& error,
-                          const std::filesystem::path& folder) {
-  const auto* lock = std::get_if<LockError>(&error);
-  if (lock == nullptr || lock->value != LockError::Case::lockTimeout) return describe(error);
-  const std::string name = std::string("connection-metrics-storage_") + metricsStorageName;
-  return describe(error) + "; try again, and if that does not help remove " +
-         (folder / (name + ".lock")).string();
+       .diagnostics = platform.diagnostics,
+       .explain = [&files = platform.fileSystem, folder](const ConnectionMetricsError& error) {
+         return sampleFailure(error, files, folder);
+       }});
 }
 
 }  // namespace lanternfold

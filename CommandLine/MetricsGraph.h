@@ -1,10 +1,12 @@
 // Wires the recorder of a machine's traffic and the file that it keeps.
 #pragma once
 
+#include <expected>
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "CommandLine/Machine.h"
 #include "NetworkMonitor/Metrics/ConnectionMetricsRecorder.h"
@@ -15,24 +17,22 @@ namespace lanternfold {
 /// The name of the storage in its folder.
 inline constexpr const char* metricsStorageName = "default";
 
-/// The group's folder; without a group, or when its folder cannot be had, that of what belongs to
-/// no group; none when that cannot be had either.
-[[nodiscard]] std::optional<std::filesystem::path> metricsFolder(
+/// The file of the storage in `folder` that ends in `ending`.
+[[nodiscard]] std::filesystem::path metricsFile(const std::filesystem::path& folder,
+                                                std::string_view ending);
+
+/// The group's folder; without a group, or when its folder cannot be had (which is a line among the
+/// diagnostics then), that of what belongs to no group. When that cannot be had either, the clause
+/// that says which folder, why and what to do.
+[[nodiscard]] std::expected<std::filesystem::path, std::string> metricsFolder(
     const Machine& machine, const std::optional<std::string>& appGroupId);
 
 [[nodiscard]] std::shared_ptr<FileConnectionMetricsStorage> makeMetricsStorage(
     const Machine& machine, const std::filesystem::path& folder);
 
-/// Over the machine's 64-bit counters, not yet started.
+/// Over the machine's 64-bit counters, not yet started. `storage` keeps its file in `folder`.
 [[nodiscard]] std::shared_ptr<ConnectionMetricsRecorder> makeMetricsRecorder(
-    const Machine& machine, std::shared_ptr<ConnectionMetricsStorage> storage);
-
-/// A clause that says why a sample into the storage in `folder` failed, and what to do.
-[[nodiscard]] std::string sampleFailure(const ConnectionMetricsError& error,
-                                        const std::filesystem::path& folder);
-
-/// The clause about a folder that cannot be had; the container has said why.
-inline constexpr const char* noMetricsFolder =
-    "there is no folder to keep it in; choose one with --data-dir";
+    const Machine& machine, std::shared_ptr<ConnectionMetricsStorage> storage,
+    const std::filesystem::path& folder);
 
 }  // namespace lanternfold

@@ -4,6 +4,7 @@
 
 #include "CommandLine/MetricsGraph.h"
 #include "CommandLine/RememberingMetricsReader.h"
+#include "CommandLine/SampleFailure.h"
 #include "CommandLine/WalkingInterfaceResolver.h"
 #include "NetBase/NetUtils.h"
 #include "NetworkMonitor/Interfaces/PosixInterfaceResolver.h"
@@ -23,17 +24,19 @@ std::shared_ptr<PosixInterfaceResolver> makeResolver(
       platform.networkConfiguration, platform.strings);
 }
 
-/// None when there is no folder to record into.
-std::optional<RememberingMetricsReader::Recorded> makeRecordedReader(
+/// The clause about the folder when there is none to record into.
+std::expected<RememberingMetricsReader::Recorded, std::string> makeRecordedReader(
     const Machine& machine, const std::optional<std::string>& appGroupId) {
   const auto folder = metricsFolder(machine, appGroupId);
-  if (!folder) return std::nullopt;
+  if (!folder) return std::unexpected(folder.error());
   auto reader = std::make_shared<RecordedConnectionMetricsReader>(
-      makeMetricsRecorder(machine, makeMetricsStorage(machine, *folder)));
+      makeMetricsRecorder(machine, makeMetricsStorage(machine, *folder), *folder));
   reader->setRecorderAutostartEnabled(false);
   return RememberingMetricsReader::Recorded{
       .reader = std::move(reader),
-      .explain = [folder = *folder](const auto& error) { return sampleFailure(error, folder); }};
+      .explain = [&files = machine.platform.fileSystem, folder = *folder](const auto& error) {
+        return sampleFailure(error, files, folder);
+      }};
 }
 
 std::shared_ptr<InterfaceResolver> makeRememberingResolver(

@@ -44,20 +44,35 @@ void appendEscaped(std::string& result, std::string_view bytes) {
   }
 }
 
+void appendPrintable(std::string& result, const Character& character) {
+  if (character.valid && !isUnsafe(character.codePoint)) {
+    result += character.bytes;
+  } else {
+    appendEscaped(result, character.bytes);
+  }
+}
+
+Character takeCharacter(std::string_view& text) {
+  const Character character = firstCharacter(text);
+  text.remove_prefix(character.bytes.size());
+  return character;
+}
+
 }  // namespace
 
 std::string printable(std::string_view text) {
   std::string result;
-  while (!text.empty()) {
-    const Character character = firstCharacter(text);
-    if (character.valid && !isUnsafe(character.codePoint)) {
-      result += character.bytes;
-    } else {
-      appendEscaped(result, character.bytes);
-    }
-    text.remove_prefix(character.bytes.size());
-  }
+  while (!text.empty()) appendPrintable(result, takeCharacter(text));
   return result;
+}
+
+std::string inQuotes(std::string_view text) {
+  constexpr int mostCharacters = 64;
+  std::string result = "\"";
+  for (int count = 0; count < mostCharacters && !text.empty(); ++count) {
+    appendPrintable(result, takeCharacter(text));
+  }
+  return result + (text.empty() ? "\"" : "\u2026\"");
 }
 
 std::size_t terminalWidth(std::string_view text) {

@@ -5,6 +5,7 @@
 #include <system_error>
 #include <variant>
 
+#include "CommandLine/FileRemedy.h"
 #include "CommandLine/PrintableText.h"
 #include "CommandLine/ProgramName.h"
 
@@ -16,13 +17,20 @@ ExitStatus report(const CommandFailure& failure, const Console& console) {
   return failure.status;
 }
 
-/// A result that could not be written (a full disk, a closed pipe) is not a success.
+/// A result that could not be written (a full disk) is not a success. Whoever reads only the
+/// beginning of it has what they wanted.
 ExitStatus finishWriting(const Console& console) {
   console.output.flush();
-  if (console.output) return ExitStatus::done;
-  return report(workFailed("cannot write to standard output; check that the disk is not full and "
-                           "that whoever reads the output is still there"),
+  if (console.output || console.isReaderGone()) return ExitStatus::done;
+  return report(workFailed("cannot write to standard output; check that it is open and that the "
+                           "disk is not full"),
                 console);
+}
+
+std::string remedyForLack(std::error_code error) {
+  const bool lacksFiles =
+      error == std::errc::too_many_files_open || error == std::errc::too_many_files_open_in_system;
+  return lacksFiles ? remedyFor(error) : "check the limits on threads and memory";
 }
 
 /// What the system lacks for the program to start (descriptors, memory, threads) is a failure like
@@ -33,8 +41,7 @@ std::expected<void, CommandFailure> run(const ChosenCommand& chosen, const Conso
     return chosen.run(machine(chosen.machine), console);
   } catch (const std::system_error& error) {
     return std::unexpected(workFailed(std::string("the system lacks what is needed: ") +
-                                      error.what() +
-                                      "; check the limits on open files, threads and memory"));
+                                      error.what() + "; " + remedyForLack(error.code())));
   }
 }
 

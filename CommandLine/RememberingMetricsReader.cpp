@@ -2,14 +2,13 @@
 
 #include <utility>
 
-#include "CommandLine/MetricsGraph.h"
 #include "Support/FatalError.h"
 
 namespace lanternfold {
 
 RememberingMetricsReader::RememberingMetricsReader(
-    std::optional<Recorded> recorded, std::shared_ptr<ConnectionMetricsReader> kernelReader,
-    const Environment& environment)
+    std::expected<Recorded, std::string> recorded,
+    std::shared_ptr<ConnectionMetricsReader> kernelReader, const Environment& environment)
     : recorded_(std::move(recorded)),
       kernelReader_(std::move(kernelReader)),
       environment_(environment) {
@@ -44,7 +43,7 @@ std::optional<ConnectionMetricsMap> RememberingMetricsReader::remembered() {
 }
 
 std::expected<ConnectionMetricsMap, std::string> RememberingMetricsReader::sample() {
-  if (!recorded_) return std::unexpected(noMetricsFolder);
+  if (!recorded_) return std::unexpected(recorded_.error());
   auto read = recorded_->reader->read();
   if (!read) return std::unexpected(recorded_->explain(read.error()));
   return *std::move(read);

@@ -42,8 +42,8 @@ class RememberingMetricsReader final : public ConnectionMetricsReader {
     Explanation explain;
   };
 
-  /// `recorded` is none when there is no folder to keep a sample in.
-  RememberingMetricsReader(std::optional<Recorded> recorded,
+  /// `recorded` is a clause when there is no folder to keep a sample in: why, and what to do.
+  RememberingMetricsReader(std::expected<Recorded, std::string> recorded,
                            std::shared_ptr<ConnectionMetricsReader> kernelReader,
                            const Environment& environment);
 
@@ -60,7 +60,7 @@ class RememberingMetricsReader final : public ConnectionMetricsReader {
   [[nodiscard]] std::expected<ConnectionMetricsMap, std::string> sample();
   void reportOnce(const std::string& reason);
 
-  std::optional<Recorded> recorded_;
+  std::expected<Recorded, std::string> recorded_;
   std::shared_ptr<ConnectionMetricsReader> kernelReader_;
   Environment environment_;
   std::mutex mutex_;

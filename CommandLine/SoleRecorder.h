@@ -10,6 +10,9 @@
 
 namespace lanternfold {
 
+/// What a claim is held on, in the folder of the storage.
+inline constexpr const char* soleRecorderFile = "connection-metrics-storage_default.recorder";
+
 /// Main thread.
 class SoleRecorder {
  public:
@@ -22,6 +25,7 @@ class SoleRecorder {
   virtual ~SoleRecorder() = default;
 
   /// Claims the storage in `folder`; null when another program has the claim. Never waits.
+  /// An error is that of opening or locking the file.
   [[nodiscard]] virtual std::expected<std::unique_ptr<Claim>, std::error_code> claim(
       const std::filesystem::path& folder) = 0;
 };

@@ -6,6 +6,7 @@
 #include <fcntl.h>
 #include <iostream>
 #include <memory>
+#include <poll.h>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -44,16 +45,29 @@ void reserveStandardDescriptors() {
 /// after, and not a signal that ends the program in the middle of it.
 void reportFileSizeLimitsAsErrors() { (void)std::signal(SIGXFSZ, SIG_IGN); }
 
+/// Output that nobody reads any more is an error of the write too: what is under way is finished
+/// before the program ends.
+void reportClosedPipesAsErrors() { (void)std::signal(SIGPIPE, SIG_IGN); }
+
+bool isReaderOfStandardOutputGone() {
+  pollfd output{.fd = STDOUT_FILENO, .events = 0, .revents = 0};
+  return ::poll(&output, 1, 0) == 1 && (output.revents & (POLLERR | POLLHUP)) != 0;
+}
+
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
   reserveStandardDescriptors();
   reportFileSizeLimitsAsErrors();
+  reportClosedPipesAsErrors();
   std::setlocale(LC_ALL, "");
   // Numbers in JSON and in pictures keep their point whatever the user's locale says.
   std::setlocale(LC_NUMERIC, "C");
   std::unique_ptr<LinuxMachine> machine;
-  const Console console{.output = std::cout, .errors = std::cerr, .style = styleOfStandardOutput()};
+  const Console console{.output = std::cout,
+                        .errors = std::cerr,
+                        .style = styleOfStandardOutput(),
+                        .isReaderGone = isReaderOfStandardOutputGone};
   const ExitStatus status =
       runProgram(std::vector<std::string>(arguments + 1, arguments + argumentCount), console,
                  [&machine](const MachineOptions& options) -> const Machine& {

@@ -4,8 +4,9 @@
 #pragma once
 
 #include <algorithm>
+#include <expected>
 #include <filesystem>
-#include <optional>
+#include <string>
 #include <string_view>
 
 namespace lanternfold {
@@ -27,12 +28,16 @@ class GroupContainer {
  public:
   virtual ~GroupContainer() = default;
 
-  /// The folder of a group, made (mode 0700) when it is not there; none when `groupId` is no group
-  /// identifier or the folder cannot be made.
-  [[nodiscard]] virtual std::optional<std::filesystem::path> folder(std::string_view groupId) = 0;
+  /// A folder, or a clause for the user that names it, says why it cannot be had and what to do.
+  using Folder = std::expected<std::filesystem::path, std::string>;
 
-  /// The folder of what belongs to no group, made in the same way; none when it cannot be made.
-  [[nodiscard]] virtual std::optional<std::filesystem::path> metricsFolder() = 0;
+  /// The folder of a group, made (mode 0700) when it is not there; fails when `groupId` is no group
+  /// identifier or the folder cannot be made or used.
+  [[nodiscard]] virtual Folder folder(std::string_view groupId) = 0;
+
+  /// The folder of what belongs to no group, made in the same way; fails when it cannot be made or
+  /// used.
+  [[nodiscard]] virtual Folder metricsFolder() = 0;
 };
 
 }  // namespace lanternfold

@@ -25,6 +25,16 @@ std::vector<BasicInterface> chosenInterfaces(const InterfacesOptions& options,
 
 }  // namespace
 
+std::vector<std::string> parseExcludedNames(std::string_view names) {
+  std::vector<std::string> result;
+  for (std::size_t begin = 0; begin < names.size();) {
+    const std::size_t end = std::min(names.find(',', begin), names.size());
+    result.emplace_back(names.substr(begin, end - begin));
+    begin = end + 1;
+  }
+  return result;
+}
+
 std::expected<void, CommandFailure> runInterfaces(const InterfacesOptions& options,
                                                   const Machine& machine, const Console& console) {
   const auto interfaces = chosenInterfaces(options, *makeInterfaceResolver(machine));

@@ -4,6 +4,7 @@
 #include <expected>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "CommandLine/Console.h"
@@ -16,6 +17,9 @@ struct InterfacesOptions {
   std::vector<std::string> excluding;  ///< names left out, matched exactly
   bool json = false;
 };
+
+/// The names of a list that is separated by commas.
+[[nodiscard]] std::vector<std::string> parseExcludedNames(std::string_view names);
 
 /// Writes the interfaces by name. An empty answer of a kernel that can be asked is a result; one of
 /// a kernel that refuses is a failure.

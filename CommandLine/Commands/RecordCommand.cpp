@@ -4,10 +4,13 @@
 #include <utility>
 #include <variant>
 
+#include "CommandLine/FileRemedy.h"
 #include "CommandLine/KernelAccess.h"
 #include "CommandLine/MetricsGraph.h"
 #include "CommandLine/ObservedMetricsStorage.h"
+#include "CommandLine/PlainNumber.h"
 #include "CommandLine/PrintableText.h"
+#include "CommandLine/SampleFailure.h"
 #include "CommandLine/SampleJson.h"
 #include "CommandLine/SampleText.h"
 #include "NetworkMonitor/Metrics/RecordedConnectionMetricsReader.h"
@@ -15,8 +18,8 @@
 namespace lanternfold {
 namespace {
 
-constexpr double shortestIntervalSeconds = 1;
-constexpr double longestIntervalSeconds = 86400;
+constexpr std::uint64_t shortestIntervalSeconds = 1;
+constexpr std::uint64_t longestIntervalSeconds = 86400;
 
 CommandFailure cannotRecord(const std::string& reason) {
   return workFailed("cannot record this machine's traffic: " + reason);
@@ -27,13 +30,13 @@ CommandFailure failureOf(const ConnectionMetricsError& error, const Machine& mac
   if (std::holds_alternative<ConnectionMetricsReaderError>(error)) {
     if (const auto access = requireReadableKernel(machine); !access) return access.error();
   }
-  return cannotRecord(sampleFailure(error, folder));
+  return cannotRecord(sampleFailure(error, machine.platform.fileSystem, folder));
 }
 
 std::expected<void, CommandFailure> recordOnce(const RecordOptions& options, const Machine& machine,
                                                const Console& console,
                                                const std::filesystem::path& folder) {
-  const auto recorder = makeMetricsRecorder(machine, makeMetricsStorage(machine, folder));
+  const auto recorder = makeMetricsRecorder(machine, makeMetricsStorage(machine, folder), folder);
   const auto sampled = recorder->onceSync();
   if (!sampled) return std::unexpected(failureOf(sampled.error(), machine, folder));
   if (options.json) {
@@ -76,13 +79,15 @@ class Recording {
       : machine_(machine),
         writer_(writer),
         recorder_(makeMetricsRecorder(
-            machine, std::make_shared<ObservedMetricsStorage>(
-                         makeMetricsStorage(machine, folder),
-                         [this](ConnectionMetricsMap sampled) { report(std::move(sampled)); }))),
+            machine,
+            std::make_shared<ObservedMetricsStorage>(
+                makeMetricsStorage(machine, folder),
+                [this](ConnectionMetricsMap sampled) { report(std::move(sampled)); }),
+            folder)),
         reader_(std::make_unique<RecordedConnectionMetricsReader>(recorder_)) {}
 
-  void start(std::optional<double> intervalSeconds) {
-    if (intervalSeconds) recorder_->setInterval(std::chrono::duration<double>(*intervalSeconds));
+  void start(std::optional<std::chrono::seconds> interval) {
+    if (interval) recorder_->setInterval(*interval);
     // The samples are reported as they are taken; what was remembered before is not asked for.
     reader_->read([](const ConnectionMetricsRecorder::Metrics&) {});
   }
@@ -123,10 +128,7 @@ std::expected<void, CommandFailure> recordUntilInterrupted(const RecordOptions& 
                                                            const std::filesystem::path& folder) {
   const auto claim = machine.soleRecorder.claim(folder);
   if (!claim) {
-    return std::unexpected(cannotRecord("cannot write into " + folder.string() + ": " +
-                                        claim.error().message() +
-                                        "; check the folder's permissions, or choose another one "
-                                        "with --data-dir"));
+    return std::unexpected(cannotRecord(cannotWrite(folder / soleRecorderFile, claim.error())));
   }
   if (!*claim) {
     machine.platform.diagnostics.line("Another recorder keeps the traffic in " +
@@ -141,7 +143,7 @@ std::expected<void, CommandFailure> recordUntilInterrupted(const RecordOptions& 
   SampleWriter writer(options, machine, console);
   Recording recording(machine, folder, writer);
   // From within the loop: whoever interrupts the program after its first sample ends it properly.
-  machine.platform.dispatch.mainQueue().async([&] { recording.start(options.intervalSeconds); });
+  machine.platform.dispatch.mainQueue().async([&] { recording.start(options.interval); });
   machine.mainLoop.runUntilInterrupted();
   recording.finish();
   return {};
@@ -149,23 +151,25 @@ std::expected<void, CommandFailure> recordUntilInterrupted(const RecordOptions& 
 
 }  // namespace
 
+std::expected<std::chrono::seconds, CommandFailure> parseInterval(std::string_view text) {
+  const auto seconds = plainWholeNumber(text);
+  if (!seconds || *seconds < shortestIntervalSeconds || *seconds > longestIntervalSeconds) {
+    return std::unexpected(badArguments(std::string("--interval takes ") + intervalValues +
+                                        ", not " + inQuotes(text)));
+  }
+  return std::chrono::seconds(*seconds);
+}
+
 std::expected<void, CommandFailure> checkRecordOptions(const RecordOptions& options) {
-  if (!options.intervalSeconds) return {};
-  if (options.once) {
-    return std::unexpected(badArguments("--once takes one sample, so --interval means nothing"));
-  }
-  // Written so that a number that is none fails too.
-  if (!(*options.intervalSeconds >= shortestIntervalSeconds &&
-        *options.intervalSeconds <= longestIntervalSeconds)) {
-    return std::unexpected(badArguments("the interval must be between 1 and 86400 seconds"));
-  }
-  return {};
+  if (!options.once || !options.interval) return {};
+  return std::unexpected(
+      badArguments("--once takes one sample, so --interval means nothing; leave one of them out"));
 }
 
 std::expected<void, CommandFailure> runRecord(const RecordOptions& options, const Machine& machine,
                                               const Console& console) {
   const auto folder = metricsFolder(machine, options.appGroupId);
-  if (!folder) return std::unexpected(cannotRecord(noMetricsFolder));
+  if (!folder) return std::unexpected(cannotRecord(folder.error()));
   return options.once ? recordOnce(options, machine, console, *folder)
                       : recordUntilInterrupted(options, machine, console, *folder);
 }

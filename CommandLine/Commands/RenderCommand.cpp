@@ -21,8 +21,8 @@ void warnOfMissingAdapter(const NetworkAdapterEntry& entry, const WidgetEnvironm
                                              environment.preferredInterfaceNames);
   const auto* missing = std::get_if<MissingAdapter>(&choice);
   if (missing == nullptr) return;
-  console.errors << programName << ": no adapter is called \"" << printable(missing->name)
-                 << "\", and the picture says so; \"" << programName
+  console.errors << programName << ": no adapter is called " << inQuotes(missing->name)
+                 << ", and the picture says so; \"" << programName
                  << " interfaces --prefix en\" lists the adapters\n";
 }
 

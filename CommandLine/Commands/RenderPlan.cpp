@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "CommandLine/PlainNumber.h"
+#include "CommandLine/PrintableText.h"
 #include "NetworkWidgetVexExtension/Views/WidgetFamily.h"
 #include "Support/AsciiCase.h"
 
@@ -46,19 +48,23 @@ const Value* valueNamed(const std::array<NamedValue<Value>, count>& values, std:
   return found == values.end() ? nullptr : &found->value;
 }
 
-std::string quoted(const std::string& text) { return "\"" + text + "\""; }
+std::optional<double> parseScale(const std::string& text) {
+  const auto scale = plainNumber(text);
+  return scale && *scale >= smallestScale && *scale <= largestScale ? scale : std::nullopt;
+}
 
 std::optional<std::string> faultOfKind(const std::string& kind) {
   const bool* drawn = valueNamed(kinds, kind);
-  if (drawn == nullptr) return "unknown widget kind " + quoted(kind) + "; use NetworkAdapterWidget";
+  if (drawn == nullptr)
+    return "unknown widget kind " + inQuotes(kind) + "; use NetworkAdapterWidget";
   if (*drawn) return std::nullopt;
-  return "the widget kind " + quoted(kind) +
+  return "the widget kind " + inQuotes(kind) +
          " cannot be drawn by this version; use NetworkAdapterWidget";
 }
 
 std::optional<std::string> faultOfFamily(const std::string& family) {
   const bool* offered = valueNamed(families, family);
-  if (offered == nullptr) return "unknown family " + quoted(family) + "; use medium";
+  if (offered == nullptr) return "unknown family " + inQuotes(family) + "; use medium";
   if (*offered) return std::nullopt;
   return "the adapter widget has no " + family + " family; use medium";
 }
@@ -68,14 +74,13 @@ std::optional<std::string> faultOf(const RenderOptions& options) {
   if (auto fault = faultOfKind(options.kind)) return fault;
   if (auto fault = faultOfFamily(options.family)) return fault;
   if (valueNamed(schemes, options.scheme) == nullptr) {
-    return "unknown scheme " + quoted(options.scheme) + "; use light or dark";
+    return "unknown scheme " + inQuotes(options.scheme) + "; use light or dark";
   }
-  // Written so that a number that is none fails too.
-  if (!(options.scale >= smallestScale && options.scale <= largestScale)) {
-    return "the scale must be between 0.5 and 8";
+  if (!parseScale(options.scale)) {
+    return std::string("--scale takes ") + scaleValues + ", not " + inQuotes(options.scale);
   }
   if (valueNamed(entries, options.entry) == nullptr) {
-    return "unknown entry " + quoted(options.entry) + "; use placeholder, snapshot or timeline";
+    return "unknown entry " + inQuotes(options.entry) + "; use placeholder, snapshot or timeline";
   }
   if (options.adapter && options.adapter->empty()) {
     return "--adapter needs an interface's name; \"lanternfold-widgets interfaces\" lists them";
@@ -100,7 +105,7 @@ std::expected<RenderPlan, CommandFailure> planRender(const RenderOptions& option
       valueNamed(formats, asciiLowercased(options.output.extension().string()));
   if (format == nullptr) {
     return std::unexpected(badArguments("cannot tell a picture format from " +
-                                        quoted(options.output.string()) +
+                                        inQuotes(options.output.string()) +
                                         "; let the file's name end in .png, .svg or .pdf"));
   }
   return RenderPlan{.entry = *valueNamed(entries, options.entry),
@@ -108,7 +113,7 @@ std::expected<RenderPlan, CommandFailure> planRender(const RenderOptions& option
                     .picture = {.sizePoints = widgetSize(WidgetFamily::medium),
                                 .cornerRadiusPoints = widgetCornerRadius,
                                 .scheme = *valueNamed(schemes, options.scheme),
-                                .scale = options.scale,
+                                .scale = *parseScale(options.scale),
                                 .format = *format},
                     .output = options.output};
 }

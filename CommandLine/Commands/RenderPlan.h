@@ -12,12 +12,15 @@
 
 namespace lanternfold {
 
+/// What `--scale` takes.
+inline constexpr const char* scaleValues = "a number from 0.5 to 8, such as 2 or 1.5";
+
 /// As they stand on the command line, not yet checked.
 struct RenderOptions {
   std::string kind;
   std::string family = "medium";
   std::string scheme = "light";
-  double scale = 2;  ///< pixels a point
+  std::string scale = "2";  ///< pixels a point
   std::string entry = "timeline";
   std::optional<std::string> adapter;
   bool showTimestamp = false;

@@ -7,6 +7,7 @@
 
 #include "CommandLine/KernelAccess.h"
 #include "CommandLine/MonitorGraph.h"
+#include "CommandLine/PrintableText.h"
 #include "CommandLine/RecordJson.h"
 #include "CommandLine/StateText.h"
 
@@ -32,12 +33,12 @@ std::expected<NetworkSourceCategory, CommandFailure> parseCategory(std::string_v
   for (const NamedCategory& named : namedCategories) {
     if (named.name != name) continue;
     if (resolvableCategories.contains(named.category)) return named.category;
-    return std::unexpected(badArguments("the category \"" + std::string(name) +
-                                        "\" cannot be resolved by this version; use cellular or "
+    return std::unexpected(badArguments("the category " + inQuotes(name) +
+                                        " cannot be resolved by this version; use cellular or "
                                         "other"));
   }
-  return std::unexpected(badArguments("unknown category \"" + std::string(name) +
-                                      "\"; use cellular or other, separated by commas"));
+  return std::unexpected(badArguments("unknown category " + inQuotes(name) +
+                                      "; use cellular or other, separated by commas"));
 }
 
 /// A state without adapters is a result only when the kernel lets itself be asked for them.

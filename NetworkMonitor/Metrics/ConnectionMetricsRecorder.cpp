@@ -25,8 +25,9 @@ std::shared_ptr<ConnectionMetricsRecorder> ConnectionMetricsRecorder::make(
     std::shared_ptr<ConnectionMetricsReader> reader, DateUtils dateUtils,
     std::shared_ptr<const ConnectionBandwidthAnalyzer> analyzer, Environment environment) {
   // The constructor is private: a recorder that no shared pointer holds would never sample.
-  return std::shared_ptr<ConnectionMetricsRecorder>(new ConnectionMetricsRecorder(
-      std::move(storage), std::move(reader), dateUtils, std::move(analyzer), environment));
+  return std::shared_ptr<ConnectionMetricsRecorder>(
+      new ConnectionMetricsRecorder(std::move(storage), std::move(reader), dateUtils,
+                                    std::move(analyzer), std::move(environment)));
 }
 
 ConnectionMetricsRecorder::ConnectionMetricsRecorder(
@@ -37,8 +38,8 @@ ConnectionMetricsRecorder::ConnectionMetricsRecorder(
       reader_(std::move(reader)),
       dateUtils_(dateUtils),
       analyzer_(std::move(analyzer)),
-      environment_(environment),
-      queue_(environment.dispatch.serialQueue(queueLabel, QualityOfService::background)) {}
+      environment_(std::move(environment)),
+      queue_(environment_.dispatch.serialQueue(queueLabel, QualityOfService::background)) {}
 
 bool ConnectionMetricsRecorder::isStarted() const {
   const std::lock_guard lock(mutex_);
@@ -131,7 +132,7 @@ ConnectionMetricsRecorder::Metrics ConnectionMetricsRecorder::sample() {
 void ConnectionMetricsRecorder::sampleAndReportFailure() {
   const Metrics outcome = sample();
   if (outcome) return;
-  environment_.diagnostics.line("Failed to save storage: " + describe(outcome.error()));
+  environment_.diagnostics.line("Failed to save storage: " + environment_.explain(outcome.error()));
 }
 
 void ConnectionMetricsRecorder::adopt(ConnectionBandwidthClass bandwidthClass) {

@@ -47,11 +47,16 @@ class ConnectionMetricsRecorder final
     friend bool operator==(const Event&, const Event&) = default;
   };
 
+  /// What is said of a sample that failed. On the recorder's queue.
+  using Explanation = std::function<std::string(const ConnectionMetricsError&)>;
+
   /// All outlive the recorder.
   struct Environment {
     Dispatch& dispatch;
     const Clock& clock;
     DiagnosticLog& diagnostics;
+    /// A program that knows the storage's files says which one is in the way.
+    Explanation explain = [](const ConnectionMetricsError& error) { return describe(error); };
   };
 
   /// By interface name.

@@ -18,13 +18,53 @@ namespace fs = std::filesystem;
 
 constexpr const char* productFolder = "net.quernaple.LanternfoldX";
 
-std::string quoted(const fs::path& path) { return '"' + path.string() + '"'; }
+/// Cut where the system could not follow a name anyway.
+std::string quoted(const fs::path& path) {
+  constexpr std::size_t longestName = 512;
+  const std::string& name = path.native();
+  if (name.size() <= longestName) return '"' + name + '"';
+  return '"' + name.substr(0, longestName) + "...\"";
+}
+
+std::string remedyFor(int error) {
+  switch (error) {
+    case ELOOP:
+      return "remove the link in it that leads back to itself, or choose another folder with "
+             "--data-dir";
+    case ENAMETOOLONG:
+      return "choose a folder with a shorter name with --data-dir";
+    case EACCES:
+    case EPERM:
+      return "allow this user to write into the folder that it belongs in, or choose another one "
+             "with --data-dir";
+    case ENOSPC:
+    case EDQUOT:
+      return "make room on the disk, or choose another folder with --data-dir";
+    case EROFS:
+      return "choose a folder on a disk that can be written to with --data-dir";
+    default:
+      return "choose another folder with --data-dir";
+  }
+}
 
 std::unexpected<std::string> cannotMake(const fs::path& path, int error) {
   return std::unexpected("cannot make the folder " + quoted(path) + ": " +
-                         std::generic_category().message(error) +
-                         "; make room or check the permissions of the folder that it belongs in, "
-                         "or choose another one with --data-dir");
+                         std::generic_category().message(error) + "; " + remedyFor(error));
+}
+
+std::unexpected<std::string> isNoFolder(const fs::path& path) {
+  return std::unexpected(quoted(path) +
+                         " is not a folder; move it away, or choose a folder with --data-dir");
+}
+
+/// What stands in the way where a folder's name leads through something that is none.
+std::unexpected<std::string> somethingElseIsAbove(const fs::path& path) {
+  for (fs::path above = path.parent_path(); above.has_relative_path();
+       above = above.parent_path()) {
+    struct stat status{};
+    if (::stat(above.c_str(), &status) == 0 && !S_ISDIR(status.st_mode)) return isNoFolder(above);
+  }
+  return cannotMake(path, ENOTDIR);
 }
 
 /// An absolute path in the environment variable `name`; anything else counts as unset.
@@ -65,6 +105,7 @@ DataDirectory::Folder located(const std::optional<fs::path>& chosen) {
 /// Another process may make the same folder meanwhile.
 std::expected<void, std::string> makeFolder(const fs::path& path) {
   if (::mkdir(path.c_str(), S_IRWXU) == 0 || errno == EEXIST) return {};
+  if (errno == ENOTDIR) return somethingElseIsAbove(path);
   if (errno != ENOENT || path.parent_path() == path) return cannotMake(path, errno);
   if (const auto made = makeFolder(path.parent_path()); !made) return made;
   if (::mkdir(path.c_str(), S_IRWXU) == 0 || errno == EEXIST) return {};
@@ -73,11 +114,13 @@ std::expected<void, std::string> makeFolder(const fs::path& path) {
 
 std::expected<void, std::string> checkFolder(const fs::path& path) {
   struct stat status{};
-  if (::stat(path.c_str(), &status) != 0) return cannotMake(path, errno);
-  if (!S_ISDIR(status.st_mode)) {
+  if (::stat(path.c_str(), &status) != 0) {
+    if (errno != ENOENT) return cannotMake(path, errno);
     return std::unexpected(quoted(path) +
-                           " is not a folder; move it away, or choose a folder with --data-dir");
+                           " is a link that leads nowhere; remove it or make what it leads to, or "
+                           "choose another folder with --data-dir");
   }
+  if (!S_ISDIR(status.st_mode)) return isNoFolder(path);
   if (status.st_uid != ::geteuid()) {
     return std::unexpected("the folder " + quoted(path) +
                            " belongs to another user; choose a folder of your own with --data-dir");

@@ -45,5 +45,15 @@ TEST(TerminalWidth, CountsColumnsNotBytes) {
   EXPECT_EQ(terminalWidth("e\u0301"), 1U) << "a combining mark takes no column";
 }
 
+TEST(PrintableText, QuotedTextIsCutAfter64CharactersOfAnyLength) {
+  EXPECT_EQ(inQuotes(""), "\"\"");
+  EXPECT_EQ(inQuotes(std::string(64, 'a')), '"' + std::string(64, 'a') + '"');
+  EXPECT_EQ(inQuotes(std::string(65, 'a')), '"' + std::string(64, 'a') + "\u2026\"");
+  EXPECT_EQ(inQuotes("\x1b\xff"), "\"\\x1b\\xff\"");
+  std::string wide;
+  for (int count = 0; count < 65; ++count) wide += "家";
+  EXPECT_EQ(inQuotes(wide), '"' + wide.substr(0, 64 * 3) + "\u2026\"");
+}
+
 }  // namespace
 }  // namespace lanternfold

@@ -130,28 +130,29 @@ TEST_F(ProgramTest, ABadArgumentIsNamed) {
   const std::vector<std::pair<std::vector<std::string>, std::string>> culprits = {
       {{}, "no command was given"},
       {{"bogus"}, "unknown command \"bogus\""},
-      {{"--bogus", "state"}, "unknown argument \"--bogus\""},
-      {{"state", "--ca-file", "x"}, "unknown argument \"--ca-file\""},
+      {{"--bogus", "state"}, "unknown option \"--bogus\"; options come behind the command"},
+      {{"state", "--ca-file", "x"}, "unknown option \"--ca-file\""},
       {{"state", "--data-dir", ""}, "--data-dir"},
       {{"interfaces", "--app-group", "../x"}, "\"../x\" cannot name an application group"},
       {{"interfaces", "--app-group", ""}, "\"\" cannot name an application group"},
       {{"render", "NetworkAdapterWidget", "-o", "a.png", "--app-group", "a", "--no-app-group"},
        "--app-group and --no-app-group exclude each other"},
-      {{"record", "--interval", "0"}, "between 1 and 86400"},
-      {{"record", "--interval", "nan"}, "between 1 and 86400"},
+      {{"record", "--interval", "0"}, "from 1 to 86400, not \"0\""},
+      {{"record", "--interval", "nan"}, "from 1 to 86400, not \"nan\""},
       {{"record", "--interval", "soon"}, "soon"},
       {{"record", "--once", "--interval", "5"}, "--once"},
-      {{"interfaces", "eth0", "eth1"}, "unknown argument \"eth0\""},
+      {{"interfaces", "eth0", "eth1"}, "unexpected argument \"eth0\""},
       {{"interfaces", "--prefix"}, "--prefix"},
       {{"state", "--categories", "all"}, "unknown category \"all\""},
-      {{"render"}, "kind"},
+      {{"render"}, "KIND"},
       {{"render", "NetworkAdapterWidget"}, "--output"},
       {{"render", "Panorama", "-o", "a.png"}, "unknown widget kind \"Panorama\""},
       {{"render", "BandwidthMonitorWidget", "-o", "a.png"}, "cannot be drawn by this version"},
       {{"render", "NetworkAdapterWidget", "-o", "a.gif"}, "\"a.gif\""},
       {{"render", "NetworkAdapterWidget", "-o", "a.png", "--family", "large"}, "no large family"},
       {{"render", "NetworkAdapterWidget", "-o", "a.png", "--scheme", "sepia"}, "\"sepia\""},
-      {{"render", "NetworkAdapterWidget", "-o", "a.png", "--scale", "9"}, "between 0.5 and 8"},
+      {{"render", "NetworkAdapterWidget", "-o", "a.png", "--scale", "9"},
+       "from 0.5 to 8, such as 2 or 1.5, not \"9\""},
       {{"render", "NetworkAdapterWidget", "-o", "a.png", "--scale", "two"}, "two"},
       {{"render", "NetworkAdapterWidget", "-o", "a.png", "--entry", "now"}, "\"now\""},
   };
@@ -318,8 +319,25 @@ TEST_F(ProgramTest, ASystemThatLacksWhatTheMachineNeedsIsAFailureInOneLine) {
   };
   EXPECT_EQ(runProgram(arguments, {.output = output_, .errors = errors_}, lacking),
             ExitStatus::failed);
-  EXPECT_THAT(errors(), testing::HasSubstr("epoll: Too many open files; check the limits"));
+  EXPECT_THAT(errors(), testing::HasSubstr("epoll: Too many open files; raise the limit"));
   EXPECT_EQ(std::ranges::count(errors(), '\n'), 1);
+}
+
+TEST_F(ProgramTest, AReaderThatHasGoneIsNoFault) {
+  fake_.addEthernet("en0", {192, 168, 1, 20});
+  for (const std::vector<std::string>& arguments :
+       {std::vector<std::string>{"interfaces"}, {"state", "--watch"}, {"record"}, {"--help"}}) {
+    output_.setstate(std::ios::badbit);
+    errors_.str({});
+    const auto begin = fake_.clock.steadyNow();
+    const Console console{
+        .output = output_, .errors = errors_, .isReaderGone = [] { return true; }};
+    EXPECT_EQ(runProgram(arguments, console,
+                         [this](const MachineOptions&) -> const Machine& { return fake_.machine; }),
+              ExitStatus::done);
+    EXPECT_EQ(errors(), "");
+    EXPECT_LT(fake_.clock.steadyNow() - begin, std::chrono::minutes(1));
+  }
 }
 
 TEST_F(ProgramTest, AResultThatCannotBeWrittenIsAFailure) {

@@ -112,12 +112,13 @@ TEST_F(RememberingMetricsReaderTest, FailsWhenTheKernelCannotBeAskedEither) {
 
 TEST_F(RememberingMetricsReaderTest, WithoutAFolderTheKernelsCountersAreShown) {
   kernel_->setCounters(received(7));
-  RememberingMetricsReader reader(std::nullopt, kernel_,
+  RememberingMetricsReader reader(std::unexpected("the disk is gone; bring it back"), kernel_,
                                   {.clock = clock_, .diagnostics = diagnostics_});
   EXPECT_EQ(reader.read(), received(7));
-  EXPECT_EQ(diagnostics_.lines(),
-            std::vector<std::string>{"Traffic is shown but not recorded: there is no folder to "
-                                     "keep it in; choose one with --data-dir"});
+  EXPECT_EQ(
+      diagnostics_.lines(),
+      std::vector<std::string>{"Traffic is shown but not recorded: the disk is gone; bring it "
+                               "back"});
 }
 
 TEST_F(RememberingMetricsReaderTest, ItsCountersNeedNoCarryingForward) {
@@ -130,7 +131,7 @@ TEST(RememberingMetricsReaderDeathTest, CountersThatWrapCannotStandIn) {
   const auto capped = std::make_shared<FakeConnectionMetricsReader>();
   capped->set32bitCapped(true);
   const auto build = [&] {
-    const RememberingMetricsReader reader(std::nullopt, capped,
+    const RememberingMetricsReader reader(std::unexpected("none"), capped,
                                           {.clock = clock, .diagnostics = diagnostics});
   };
   EXPECT_DEATH(build(), "32-bit counters were to stand in for adjusted ones");

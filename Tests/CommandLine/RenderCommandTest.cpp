@@ -60,9 +60,10 @@ std::uint32_t wordAt(const std::string& bytes, std::size_t position) {
 }
 
 TEST_F(RenderCommandTest, WritesAPngOfTheMediumFamilyAtTheScaleGiven) {
-  for (const double scale : {0.5, 1.0, 2.0, 3.0}) {
+  for (const std::string text : {"0.5", "1", "2.0", "3"}) {
+    const double scale = std::stod(text);
     auto options = this->options("card.png");
-    options.scale = scale;
+    options.scale = text;
     const std::string picture = rendered(options);
     ASSERT_GT(picture.size(), 24U);
     EXPECT_EQ(picture.substr(0, 8), "\x89PNG\r\n\x1a\n");

@@ -28,7 +28,7 @@ class WalkingInterfaceResolverTest : public testing::Test {
       std::make_shared<FakeConnectionMetricsReader>();
   std::shared_ptr<FakeInterfaceResolver> walker_ = std::make_shared<FakeInterfaceResolver>();
   std::shared_ptr<RememberingMetricsReader> reader_ = std::make_shared<RememberingMetricsReader>(
-      std::nullopt, kernel_,
+      std::unexpected(std::string("none")), kernel_,
       RememberingMetricsReader::Environment{.clock = clock_, .diagnostics = diagnostics_});
   WalkingInterfaceResolver resolver_{walker_, reader_};
 };

@@ -14,18 +14,21 @@ class FakeGroupContainer final : public GroupContainer {
 
   /// No folder can be made, as on a disk that may only be read.
   void setRefusing(bool refusing) { isRefusing_ = refusing; }
+  /// Only the folder of what belongs to no group can be made.
+  void setRefusingGroups(bool refusing) { isRefusingGroups_ = refusing; }
 
-  [[nodiscard]] std::optional<std::filesystem::path> folder(std::string_view groupId) override {
-    if (!isGroupIdentifier(groupId)) return std::nullopt;
-    return made(root_ / "groups" / groupId);
+  [[nodiscard]] Folder folder(std::string_view groupId) override {
+    if (!isGroupIdentifier(groupId)) return std::unexpected("the text names no group");
+    return made(root_ / "groups" / groupId, isRefusing_ || isRefusingGroups_);
   }
-  [[nodiscard]] std::optional<std::filesystem::path> metricsFolder() override {
-    return made(root_ / "metrics");
-  }
+  [[nodiscard]] Folder metricsFolder() override { return made(root_ / "metrics", isRefusing_); }
 
  private:
-  std::optional<std::filesystem::path> made(const std::filesystem::path& folder) {
-    if (isRefusing_) return std::nullopt;
+  Folder made(const std::filesystem::path& folder, bool isRefused) {
+    if (isRefused) {
+      return std::unexpected("cannot make the folder \"" + folder.string() +
+                             "\": Read-only file system; choose another one");
+    }
     disk_.makeFolder(folder);
     return folder;
   }
@@ -33,6 +36,7 @@ class FakeGroupContainer final : public GroupContainer {
   FakeFileSystem& disk_;
   const std::filesystem::path root_;
   bool isRefusing_ = false;
+  bool isRefusingGroups_ = false;
 };
 
 }  // namespace lanternfold

@@ -1,15 +1,17 @@
 """Files, folders and locks that are in the way of recording: a line that says so, and the truth."""
 
 import json
+import os
 import pathlib
 import time
 
 from namespaces import mount, unmount
 from program import AS_NOBODY, install, run
 from record_test import RecordTest
-from recording import write_lock
+from recording import STORAGE, write_lock
 
 KEPT = "The file that could not be restored was kept as: "
+CANNOT_RECORD = "lanternfold-widgets: cannot record this machine's traffic: "
 NOT_RECORDED = "Traffic is shown but not recorded: "
 
 
@@ -74,11 +76,29 @@ class FileInTheWayTest(RecordTest):
         self.data.file.mkdir()
         done = self.data.once()
         self.assertEqual((1, b""), (done.returncode, done.stdout))
-        self.assertEqual("lanternfold-widgets: cannot record",
-                         done.stderr.decode().splitlines()[-1][:34])
+        self.assertEqual(f"{CANNOT_RECORD}{self.data.file} could not be written: Is a directory; "
+                         "move that folder away, since a file belongs there",
+                         done.stderr.decode().splitlines()[-1])
         metrics, errors = self.state()
         self.assert_kernels_counters(metrics)
         self.assertIn(NOT_RECORDED, errors)
+
+    def test_a_pipe_in_the_files_place(self):
+        os.mkfifo(self.data.file)
+        done = self.data.once()
+        self.assertEqual((1, b""), (done.returncode, done.stdout))
+        line = done.stderr.decode().splitlines()[-1]
+        self.assertTrue(line.startswith(f"{CANNOT_RECORD}{self.data.file} could not be written: "),
+                        line)
+        self.assertIn("move it away, since it is no ordinary file (a pipe", line)
+
+    def test_a_loop_of_links_in_the_files_place(self):
+        self.data.file.symlink_to(self.data.file.name)
+        done = self.data.once()
+        self.assertEqual((1, b""), (done.returncode, done.stdout))
+        line = done.stderr.decode().splitlines()[-1]
+        self.assertTrue(line.startswith(f"{CANNOT_RECORD}{self.data.file} could not be written: Too "
+                                        "many levels of symbolic links; remove the link"), line)
 
     def test_a_file_that_may_not_be_read(self):
         """Of root's, in a folder of nobody's: it is replaced."""
@@ -97,43 +117,102 @@ class FileInTheWayTest(RecordTest):
         self.data.group.chmod(0o500)
         done = self.data.once(program=program, **AS_NOBODY)
         self.assertEqual((1, b"", 1), (done.returncode, done.stdout, len(done.stderr.splitlines())))
-        self.assertIn("see whether its folder is there and can be written to",
-                      done.stderr.decode())
+        self.assertEqual(f"{CANNOT_RECORD}the lock file {self.data.lock} could not be written: "
+                         "Permission denied; check the permissions of the file and its folder, or "
+                         "choose another folder with --data-dir\n", done.stderr.decode())
         metrics, errors = self.state(program=program, **AS_NOBODY)
         self.assert_kernels_counters(metrics)
         self.assertTrue(errors.startswith(NOT_RECORDED), errors)
         done = run("record", *self.data.options(), program=program, **AS_NOBODY)
-        self.assertEqual((1, b"", 1), (done.returncode, done.stdout, len(done.stderr.splitlines())))
+        claim = self.data.group / f"{STORAGE}.recorder"
+        self.assertEqual(f"{CANNOT_RECORD}{claim} could not be written: Permission denied; check the "
+                         "permissions of the file and its folder, or choose another folder with "
+                         "--data-dir\n", done.stderr.decode())
+        self.assertEqual((1, b""), (done.returncode, done.stdout))
 
     def test_a_folder_of_another_user(self):
         program = install(self.folder)
         self.data.path.chmod(0o755)
         done = self.data.once(program=program, **AS_NOBODY)
-        self.assertEqual((1, b"", 2), (done.returncode, done.stdout, len(done.stderr.splitlines())))
-        self.assertIn("belongs to another user", done.stderr.decode())
+        self.assertEqual((1, b"", 1), (done.returncode, done.stdout, len(done.stderr.splitlines())))
+        self.assertIn(f'{CANNOT_RECORD}the folder "{self.data.path}" belongs to another user; choose',
+                      done.stderr.decode())
         metrics, errors = self.state(program=program, **AS_NOBODY)
         self.assert_kernels_counters(metrics)
+        self.assertEqual(1, len(errors.splitlines()), errors)
         self.assertIn("belongs to another user", errors)
         self.assertIn(NOT_RECORDED, errors)
 
 
 class NoPlaceTest(RecordTest):
+    def assert_cannot_record(self, reason, *options, **settings):
+        """One line, the same one however the command is given."""
+        for arguments in ((), ("--json",), ("--once",), ("--once", "--json")):
+            done = run("record", *arguments, *options, **settings)
+            self.assertEqual((1, "", f"{CANNOT_RECORD}{reason}\n"),
+                             (done.returncode, done.stdout.decode(), done.stderr.decode()))
+
+    def test_a_file_in_the_data_folders_place(self):
+        place = self.folder / "file"
+        place.write_text("mine")
+        self.assert_cannot_record(f'"{place}" is not a folder; move it away, or choose a folder with '
+                                  "--data-dir", "--data-dir", str(place))
+        self.assertEqual("mine", place.read_text())
+
+    def test_a_data_folder_that_is_not_writable(self):
+        program = self.give_folders_to_nobody_without(self.data.path)
+        self.assert_cannot_record(
+            f'cannot make the folder "{self.data.path / "groups"}": Permission denied; allow this '
+            "user to write into the folder that it belongs in, or choose another one with "
+            "--data-dir", *self.data.options(), program=program, **AS_NOBODY)
+
+    def give_folders_to_nobody_without(self, path):
+        """The program as nobody runs it, with an empty data folder that may only be read."""
+        program = install(self.folder)
+        path.mkdir()
+        os.chown(path, AS_NOBODY["user"], AS_NOBODY["group"])
+        path.chmod(0o500)
+        return program
+
+    def test_a_loop_of_links_in_the_data_folders_place(self):
+        place = self.folder / "loop"
+        place.symlink_to("loop")
+        self.assert_cannot_record(
+            f'cannot make the folder "{place}": Too many levels of symbolic links; remove the link '
+            "in it that leads back to itself, or choose another folder with --data-dir",
+            "--data-dir", str(place))
+
+    def test_a_link_that_leads_nowhere_in_the_data_folders_place(self):
+        place = self.folder / "link"
+        place.symlink_to("gone")
+        self.assert_cannot_record(
+            f'"{place}" is a link that leads nowhere; remove it or make what it leads to, or choose '
+            "another folder with --data-dir", "--data-dir", str(place))
+
+    def test_a_data_folder_with_an_overlong_name(self):
+        done = run("record", "--data-dir", str(self.folder / ("a" * 5000)))
+        line = done.stderr.decode()
+        self.assertEqual((1, b"", 1), (done.returncode, done.stdout, len(line.splitlines())))
+        self.assertIn("File name too long; choose a folder with a shorter name with --data-dir", line)
+        self.assertLess(len(line), 1000)
+
+    def test_a_group_without_a_folder_is_recorded_without_a_group(self):
+        self.data.path.mkdir(mode=0o700)
+        (self.data.path / "groups").write_text("")
+        done = self.data.once()
+        self.assertEqual((0, f"Traffic is kept in {self.data.metrics}, where groups do not see it: "
+                             f'"{self.data.path / "groups"}" is not a folder; move it away, or choose '
+                             "a folder with --data-dir\n"), (done.returncode, done.stderr.decode()))
+        self.assert_kernels_counters(json.loads(done.stdout)["en0"])
+
     def test_a_data_folder_that_cannot_be_made(self):
         (self.folder / "file").write_text("")
         options = ["--data-dir", str(self.folder / "file" / "data")]
-        reason = f'cannot make the folder "{self.folder / "file" / "data"}": Not a directory; '
-        for arguments in ((), ("--json",), ("--once",), ("--once", "--json")):
-            done = run("record", *arguments, *options)
-            said, errors = done.stdout.decode(), done.stderr.decode()
-            self.assertEqual(1, done.returncode)
-            self.assertTrue((errors if "--json" in arguments else said).startswith(reason))
-            self.assertTrue(errors.endswith("there is no folder to keep it in; choose one with "
-                                            "--data-dir\n"), errors)
+        reason = (f'"{self.folder / "file"}" is not a folder; move it away, or choose a folder with '
+                  "--data-dir")
+        self.assert_cannot_record(reason, *options)
         done = run("state", "--json", *options)
-        lines = done.stderr.decode().splitlines()
-        self.assertEqual((0, 2), (done.returncode, len(lines)), lines)
-        self.assertTrue(lines[0].startswith(reason), lines)
-        self.assertTrue(lines[1].startswith(NOT_RECORDED), lines)
+        self.assertEqual((0, f"{NOT_RECORDED}{reason}\n"), (done.returncode, done.stderr.decode()))
         self.assert_kernels_counters(json.loads(done.stdout)["state"]["others"][0]["metrics"])
         picture = self.folder / "picture.svg"
         done = run("render", "NetworkAdapterWidget", "-o", str(picture), *options)
@@ -169,7 +248,8 @@ class NoPlaceTest(RecordTest):
             self.assertEqual(f"Failed to restore from file: {self.data.file} - Is a directory",
                              errors[0], "said once")
             self.assertEqual({f"Failed to save storage: {self.data.file} could not be written: "
-                              "Is a directory"}, set(errors[1:]))
+                              "Is a directory; move that folder away, since a file belongs there"},
+                             set(errors[1:]))
             before = len(recorder.lines)
             self.data.file.rmdir()
             recorder.wait_for_lines(before + 1, seconds=10)
@@ -221,14 +301,16 @@ class LockInTheWayTest(RecordTest):
         with self.recorder("--json", "--interval", "1") as recorder:
             errors = recorder.wait_for_lines(2, seconds=10, lines=recorder.errors)
             self.assertEqual(0, recorder.finish())
-        for line in errors:
-            self.assertTrue(line.startswith("Failed to save storage: "), line)
+        self.assertEqual({"Failed to save storage: another program kept the lock for longer than was "
+                          f"waited; if that goes on, remove {self.data.lock}"}, set(errors))
 
     def test_a_folder_in_the_locks_place(self):
         self.data.lock.mkdir()
         (self.data.lock / "file").write_text("")
         done = self.data.once()
-        self.assertEqual((1, 1), (done.returncode, len(done.stderr.splitlines())), done.stderr)
+        self.assertEqual((1, f"{CANNOT_RECORD}the lock file {self.data.lock} could not be written: Is a "
+                             "directory; move that folder away, since a file belongs there\n"),
+                         (done.returncode, done.stderr.decode()))
         self.assert_kernels_counters(self.state()[0])
 
     def test_no_permission(self):

@@ -7,7 +7,6 @@
 #include "Tests/PlatformLinux/Contracts/GettextCatalogue.h"
 #include "Tests/PlatformLinux/NetworkNamespace.h"
 #include "Tests/PlatformLinux/TemporaryFolder.h"
-#include "Tests/Support/RecordingDiagnosticLog.h"
 
 namespace lanternfold {
 namespace {
@@ -137,8 +136,12 @@ TEST_F(DataDirectoryTest, AFileInThePlaceOfAFolderIsASentence) {
   folder_.write("data", "mine");
   EXPECT_THAT(errorOf(DataDirectory(root()).defaultsFolder()), HasSubstr("is not a folder"));
   EXPECT_EQ(folder_.bytesOf("data"), "mine");
-  EXPECT_THAT(errorOf(DataDirectory(root() / "below").defaultsFolder()),
-              HasSubstr("Not a directory"));
+  // What is in the way is named, however far above.
+  for (const char* below : {"below", "below/and/further"}) {
+    EXPECT_EQ(errorOf(DataDirectory(root() / below).defaultsFolder()),
+              '"' + root().string() +
+                  "\" is not a folder; move it away, or choose a folder with --data-dir");
+  }
 }
 
 TEST_F(DataDirectoryTest, AFolderThatIsLinkedToIsUsed) {
@@ -150,7 +153,8 @@ TEST_F(DataDirectoryTest, AFolderThatIsLinkedToIsUsed) {
 
 TEST_F(DataDirectoryTest, ALinkThatLeadsToNothingIsASentence) {
   fs::create_symlink("gone", root());
-  EXPECT_THAT(errorOf(DataDirectory(root()).metricsFolder()), HasSubstr("cannot make the folder"));
+  EXPECT_THAT(errorOf(DataDirectory(root()).metricsFolder()),
+              HasSubstr("is a link that leads nowhere; remove it"));
 }
 
 TEST_F(DataDirectoryTest, AFolderWithoutTheRightToWriteIsASentence) {
@@ -164,17 +168,33 @@ TEST_F(DataDirectoryTest, AFolderWithoutTheRightToWriteIsASentence) {
   EXPECT_EQ(child.wait(), 0);
 }
 
-TEST_F(DataDirectoryTest, WhyAGroupHasNoFolderIsSaidOnce) {
+TEST_F(DataDirectoryTest, AContainerTellsWhyAGroupHasNoFolder) {
   folder_.write("data", "mine");
   const DataDirectory directory(root());
-  RecordingDiagnosticLog log;
-  LinuxGroupContainer container(directory, log);
-  EXPECT_EQ(container.folder("group.a"), std::nullopt);
-  EXPECT_EQ(container.folder("group.a"), std::nullopt);
-  EXPECT_EQ(container.metricsFolder(), std::nullopt);
-  EXPECT_EQ(container.folder("../a"), std::nullopt);
-  ASSERT_EQ(log.lines().size(), 1U);
-  EXPECT_THAT(log.lines().front(), HasSubstr("is not a folder"));
+  LinuxGroupContainer container(directory);
+  const std::string why = '"' + root().string() +
+                          "\" is not a folder; move it away, or choose a folder with --data-dir";
+  EXPECT_EQ(container.folder("group.a").error(), why);
+  EXPECT_EQ(container.metricsFolder().error(), why);
+  EXPECT_THAT(container.folder("../a").error(), HasSubstr("cannot name one"));
+}
+
+TEST_F(DataDirectoryTest, ALoopOfLinksIsToldAsOne) {
+  fs::create_symlink("data", root());
+  for (const fs::path& chosen : {root(), root() / "below"}) {
+    EXPECT_EQ(errorOf(DataDirectory(chosen).metricsFolder()),
+              "cannot make the folder \"" + chosen.string() +
+                  "\": Too many levels of symbolic links; remove the link in it that leads back "
+                  "to itself, or choose another folder with --data-dir");
+  }
+}
+
+TEST_F(DataDirectoryTest, AnOverlongNameIsToldAsOneAndCut) {
+  const fs::path chosen = folder_ / std::string(3000, 'a');
+  const std::string error = errorOf(DataDirectory(chosen).metricsFolder());
+  EXPECT_THAT(error, testing::EndsWith("...\": File name too long; choose a folder with a shorter "
+                                       "name with --data-dir"));
+  EXPECT_LT(error.size(), 1000U);
 }
 
 TEST(DataDirectoryDeathTest, AFolderOfWhatNamesNoGroupStopsTheProgram) {
