@@ -27,7 +27,7 @@ class ObserversTest : public testing::Test {
   }
 
   /// Takes the lock as the product does.
-  void lock(ProgramFiles& files) {
+  void lock(ProgramFiles& files) const {
     static_cast<void>(files.readFile(paths.lock, 100));
     EXPECT_TRUE(files.createEmptyFile(paths.lock));
     EXPECT_TRUE(
