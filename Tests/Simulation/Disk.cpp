@@ -174,7 +174,9 @@ std::expected<void, std::error_code> ProgramFiles::overwriteFile(const std::file
 
 std::expected<std::filesystem::path, std::error_code> ProgramFiles::keepAside(
     const std::filesystem::path& path) {
-  return perform([&] { return disk_.files.keepAside(path); });
+  auto result = perform([&] { return disk_.files.keepAside(path); });
+  if (!program_.isKilled() && !result) disk_.fileObserver.keepingAsideFailed(program_);
+  return result;
 }
 
 std::expected<void, std::error_code> ProgramFiles::removeFile(const std::filesystem::path& path) {

@@ -44,7 +44,9 @@ bool followsFrom(const std::vector<std::shared_ptr<const RememberedInterfaces>>&
 
 void FileObserver::lockTaken(const Turn& program) {
   State& state = states_[program.number()];
-  state.step = Step{.versionAtLock = current().number, .bases = {state.held}};
+  state.step = Step{.versionAtLock = current().number,
+                    .wasHampered = state.heldIsUncertain,
+                    .bases = {state.held}};
 }
 
 void FileObserver::bootDateRead(const Turn& program, std::optional<WallTime> date) {
@@ -79,6 +81,7 @@ void FileObserver::loaded(const Turn& program,
   }
   if (!version->contents) return;  // no form of the storage: it keeps what it held
   state.held = version->contents;
+  state.heldIsUncertain = false;
   state.heldVersion = version->number;
   if (state.step) state.step->bases.push_back(state.held);
 }
@@ -95,6 +98,16 @@ void FileObserver::countersRead(const Turn& program,
   }
   state.step->reading = std::move(reading);
   state.step->readAt = run_.clock.now();
+}
+
+void FileObserver::keepingAsideFailed(const Turn& program) {
+  State& state = states_[program.number()];
+  run_.log.add(Happening::saveFailed, program.number());
+  if (!state.step || !state.step->reading) return;  // of a reset, which leaves nothing
+  // What the storage has registered by now, though nobody has seen it.
+  state.held = std::make_shared<const RememberedInterfaces>(
+      expectedAfter(*state.held, *state.step->reading, counting_));
+  state.heldIsUncertain |= state.step->wasDisturbed || state.step->wasHampered;
 }
 
 void FileObserver::saves(const Turn& program, std::string_view bytes) {
@@ -126,6 +139,7 @@ void FileObserver::saves(const Turn& program, std::string_view bytes) {
   state.saving = std::make_shared<const RememberedInterfaces>(*std::move(contents));
   state.savingBytes = bytes;
   state.held = state.saving;
+  state.heldIsUncertain = false;
 }
 
 void FileObserver::replaced(const Turn& program) {
@@ -178,7 +192,8 @@ std::vector<SampleOutcome> FileObserver::takeOutcomes(const Turn& program) {
 
 const RememberedInterfaces* FileObserver::held(const Turn& program) const {
   const auto found = states_.find(program.number());
-  return found == states_.end() ? nullptr : found->second.held.get();
+  const bool isKnown = found != states_.end() && !found->second.heldIsUncertain;
+  return isKnown ? found->second.held.get() : nullptr;
 }
 
 void FileObserver::tamperedWith(std::optional<std::string> bytes) {

@@ -44,6 +44,8 @@ class FileObserver {
                 const std::expected<FileAttributes, std::error_code>& attributes);
   void loaded(const Turn& program, const std::expected<FileContents, std::error_code>& found);
   void countersRead(const Turn& program, std::shared_ptr<const MachineReading> reading);
+  /// A save ends before it began: the file that stands there could not be kept aside.
+  void keepingAsideFailed(const Turn& program);
   /// A save begins: everything that the step registers is in `bytes`.
   void saves(const Turn& program, std::string_view bytes);
   /// The new file stands in its place.
@@ -95,6 +97,7 @@ class FileObserver {
   struct State {
     Contents held = std::make_shared<const RememberedInterfaces>();  // null when unknown
     std::uint64_t heldVersion = 0;  // of the file, which `held` was loaded from or goes back to
+    bool heldIsUncertain = false;   // `held`, or what the last step made of something it has seen
     Contents saving;
     std::string savingBytes;
     std::optional<Step> step;

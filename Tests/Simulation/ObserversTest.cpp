@@ -27,7 +27,7 @@ class ObserversTest : public testing::Test {
   }
 
   /// Takes the lock as the product does.
-  void lock(ProgramFiles& files) {
+  void lock(ProgramFiles& files) const {
     static_cast<void>(files.readFile(paths.lock, 100));
     EXPECT_TRUE(files.createEmptyFile(paths.lock));
     EXPECT_TRUE(
@@ -109,6 +109,27 @@ TEST_F(ObserversTest, ADisturbedSampleMayPutOlderRecordsBackButNotInventAny) {
   EXPECT_EQ(run_.violation(), std::nullopt);
   save(otherFiles_, 600, 700);
   EXPECT_THAT(run_.violation(), Optional(HasSubstr("follow from nothing it has seen")));
+}
+
+TEST_F(ObserversTest, WhatWasRegisteredBeforeAFileCouldNotBeKeptAsideCounts) {
+  EXPECT_TRUE(sample(files_, first_, 0));
+  disk_.tamper("torn");
+  run_.clock.advance(std::chrono::seconds(120));
+  lock(files_);
+  EXPECT_TRUE(files_.readFile(paths.data, 10000));
+  read(first_);
+  disk_.setFull(Disk::Extent::everything);
+  EXPECT_FALSE(files_.keepAside(paths.data));
+  disk_.setFull(Disk::Extent::nothing);
+
+  machine_.remove("en0");
+  machine_.add("en0", ConnectionMetrics::initial(1500));
+  machine_.setRate("en0", {.sent = 5});
+  run_.clock.advance(std::chrono::seconds(6));
+  lock(files_);
+  read(first_);
+  save(files_, 30, 600 + (30 + 4'294'967'295 - 600));
+  EXPECT_EQ(run_.violation(), std::nullopt);
 }
 
 TEST_F(ObserversTest, ReadsATornFile) {
