@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <list>
+#include <system_error>
 #include <unordered_set>
 #include <utility>
 
@@ -32,6 +33,11 @@ IpAddress addressOf(const Tcp::endpoint& endpoint) {
   const asio::ip::address address = endpoint.address();
   if (address.is_v4()) return address.to_v4().to_bytes();
   return withoutMapping(address.to_v6().to_bytes());
+}
+
+/// The networking library's own category equals none of the standard conditions.
+std::error_code systemError(const asio::error_code& error) {
+  return {error.value(), std::system_category()};
 }
 
 std::error_code listenAt(Tcp::acceptor& acceptor, const Tcp::endpoint& endpoint) {
@@ -71,7 +77,7 @@ class EchoServer::Reception : public std::enable_shared_from_this<Reception> {
     std::error_code error = listenAt(listener.acceptor, endpointOf(where));
     Tcp::endpoint endpoint;
     if (!error) endpoint = listener.acceptor.local_endpoint(error);
-    if (error) return std::unexpected(error);
+    if (error) return std::unexpected(systemError(error));
     return ListenAddress{.address = where.address, .port = endpoint.port()};
   }
 
@@ -100,7 +106,7 @@ class EchoServer::Reception : public std::enable_shared_from_this<Reception> {
         [self = shared_from_this(), &listener](const std::error_code& error, Tcp::socket socket) {
           if (self->closed_) return;
           if (!error) self->receive(std::move(socket));
-          if (isLackOfResources(error)) {
+          if (isLackOfResources(systemError(error))) {
             self->pause(listener);
           } else {
             self->accept(listener);

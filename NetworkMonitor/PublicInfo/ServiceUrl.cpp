@@ -48,6 +48,11 @@ std::string_view faultOf(std::string_view text) {
   if ((scheme != "http" && scheme != "https") || !text.substr(scheme.size()).starts_with("://")) {
     return "The URL of a service begins with http:// or https://.";
   }
+  // Programs disagree on whether an escape in a host stands for the character.
+  const std::string_view authority = text.substr(scheme.size() + 3);
+  if (authority.substr(0, authority.find_first_of("/?#")).contains('%')) {
+    return "The URL of a service has no % in its host.";
+  }
   return {};
 }
 

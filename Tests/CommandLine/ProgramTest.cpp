@@ -3,6 +3,7 @@
 #include <sstream>
 #include <system_error>
 
+#include <asio/error.hpp>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -321,6 +322,16 @@ TEST_F(ProgramTest, ASystemThatLacksWhatTheMachineNeedsIsAFailureInOneLine) {
             ExitStatus::failed);
   EXPECT_THAT(errors(), testing::HasSubstr("epoll: Too many open files; raise the limit"));
   EXPECT_EQ(std::ranges::count(errors(), '\n'), 1);
+}
+
+TEST_F(ProgramTest, ALackThatTheNetworkingLibraryTellsHasTheSameRemedy) {
+  const std::vector<std::string> arguments{"interfaces"};
+  const auto lacking = [](const MachineOptions&) -> const Machine& {
+    throw std::system_error(EMFILE, asio::system_category(), "epoll");
+  };
+  EXPECT_EQ(runProgram(arguments, {.output = output_, .errors = errors_}, lacking),
+            ExitStatus::failed);
+  EXPECT_THAT(errors(), testing::HasSubstr("epoll: Too many open files; raise the limit"));
 }
 
 TEST_F(ProgramTest, AReaderThatHasGoneIsNoFault) {

@@ -127,7 +127,7 @@ TEST(GeolocationTableJson, SaysWhichEntryIsWrongAndHow) {
            "10.0.0.0/8": {"isp": "a", "countryCode": "IT", "as": ""}})",
        "the network \"10.0.0.0/8\" stands twice"},
       {R"({"10.0.0.0/8": {"isp": "a" "as"}})",
-       "the text is not JSON from byte 30 on, behind \"10.0.0.0/8\""},
+       "the text is not JSON from byte 31 on, behind \"10.0.0.0/8\""},
       {"{\"10.0.0.0/8\": {\"isp\": \"\xFF\"}}",
        "the text is not JSON from byte 25 on, behind \"10.0.0.0/8\""},
   };

@@ -33,8 +33,9 @@ TEST_F(SentinelDebugResolverTest, TellsTheStoredIdentifier) {
 
 TEST_F(SentinelDebugResolverTest, WithoutOneMakesAndStoresARandomUuid) {
   const std::string url = makeResolver()->apiUrl();
-  ASSERT_TRUE(stored().has_value());
-  const std::string* identifier = stored()->asString();
+  const std::optional<PropertyListValue> value = stored();
+  ASSERT_TRUE(value.has_value());
+  const std::string* identifier = value->asString();
   ASSERT_NE(identifier, nullptr);
   EXPECT_THAT(*identifier,
               testing::MatchesRegex("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-"
@@ -56,8 +57,10 @@ TEST_F(SentinelDebugResolverTest, AnotherMachineHasAnotherIdentifier) {
 TEST_F(SentinelDebugResolverTest, AnIdentifierThatIsNoTextIsReplaced) {
   userDefaults_->set("SentinelDebugResolverDeviceID", 7);
   const std::string url = makeResolver()->apiUrl();
-  ASSERT_NE(stored()->asString(), nullptr);
-  EXPECT_EQ(url, urlOf(*stored()->asString()));
+  const std::optional<PropertyListValue> value = stored();
+  ASSERT_TRUE(value.has_value());
+  ASSERT_NE(value->asString(), nullptr);
+  EXPECT_EQ(url, urlOf(*value->asString()));
 }
 
 TEST_F(SentinelDebugResolverTest, AnIdentifierThatCannotBeReadIsNotOverwritten) {

@@ -62,7 +62,8 @@ TEST(ServiceUrlTest, AUrlWithoutAHostIsRefused) {
 }
 
 TEST(ServiceUrlTest, AHostOfStrangeCharactersIsRefused) {
-  EXPECT_NE(faultOf("http://exa%6dple.example"), "no fault");
+  EXPECT_EQ(faultOf("http://exa%6dple.example"), "The URL of a service has no % in its host.");
+  EXPECT_EQ(faultOf("http://[fe80::1%25eth0]/a%20b"), "The URL of a service has no % in its host.");
   EXPECT_NE(faultOf("http://a,b"), "no fault");
   EXPECT_NE(faultOf("http://[2001:db8::7"), "no fault");
   EXPECT_NE(faultOf("http://[not an address]"), "no fault");

@@ -57,7 +57,8 @@ class WholeResolutionTest : public RestResolverTest {
     reports_ = 0;
     const auto begin = clock_.steadyNow();
     isComplete_ = false;
-    makeComposition()->resolve([this](const InternetInfo& info, bool complete, std::error_code) {
+    const auto composition = makeComposition();
+    composition->resolve([this](const InternetInfo& info, bool complete, std::error_code) {
       info_ = info;
       ++reports_;
       isComplete_ = complete;

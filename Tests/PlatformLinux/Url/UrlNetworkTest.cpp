@@ -89,7 +89,6 @@ TEST_F(UrlNetworkInNamespace, ARequestGoesOverTheFamilyItAsksFor) {
 
 TEST_F(UrlNetworkInNamespace, ANameWithoutAnAddressOfTheFamilyCannotBeFound) {
   const NameServer names(families_);
-  const NameServer names(families_);
   EXPECT_EQ(fetch("http://four.test/", UrlAddressFamily::ipv6), "error -1003");
   EXPECT_EQ(fetch("http://six.test/", UrlAddressFamily::ipv4), "error -1003");
 }
@@ -119,7 +118,7 @@ TEST_F(UrlNetworkInNamespace, ANameServerThatNeverAnswersTimesOut) {
   const NameServer names(std::nullopt);
   const auto begin = std::chrono::steady_clock::now();
   EXPECT_EQ(world_.fetch("http://nobody.example/", shortLimits), "error -1001");
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, 3s) << "the resolver's own limit is 10 s";
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, 8s) << "the resolver's own limit is 10 s";
 }
 
 TEST_F(UrlNetworkInNamespace, ANameServerThatNeverAnswersHoldsUpNobodyElse) {
@@ -134,7 +133,7 @@ TEST_F(UrlNetworkInNamespace, ANameServerThatNeverAnswersHoldsUpNobodyElse) {
   EXPECT_EQ(fetch(server.url("/", "four.example")), "answer: x");
   EXPECT_THAT(lost.await(3), testing::Each("error -1001"));
   EXPECT_EQ(fetch(server.url("/", "four.example")), "answer: x");
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, 3s);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, 8s);
 }
 
 /// Threads of the process.
