@@ -1,14 +1,12 @@
 #include "NetworkMonitor/PublicInfo/AnswerTexts.h"
 
 #include <algorithm>
-#include <arpa/inet.h>
-#include <array>
 #include <functional>
 #include <set>
-#include <sys/socket.h>
 
 #include <nlohmann/json.hpp>
 
+#include "NetBase/AddressText.h"
 #include "NetworkMonitor/PublicInfo/PublicInfoResolverError.h"
 
 namespace lanternfold {
@@ -89,20 +87,9 @@ std::expected<AnswerTexts, std::error_code> decodeAnswerTexts(
   return texts;
 }
 
-namespace {
+bool isIPv4Literal(std::string_view text) { return ipv4OfText(text).has_value(); }
 
-/// A text with a zero byte would end there for the system.
-bool isLiteral(std::string_view text, int family) {
-  if (text.size() >= INET6_ADDRSTRLEN || text.find('\0') != std::string_view::npos) return false;
-  std::array<unsigned char, sizeof(in6_addr)> address{};
-  return inet_pton(family, std::string(text).c_str(), address.data()) == 1;
-}
-
-}  // namespace
-
-bool isIPv4Literal(std::string_view text) { return isLiteral(text, AF_INET); }
-
-bool isIPv6Literal(std::string_view text) { return isLiteral(text, AF_INET6); }
+bool isIPv6Literal(std::string_view text) { return ipv6OfText(text).has_value(); }
 
 bool isCountryCode(std::string_view text) {
   return text.size() == 2 && std::ranges::all_of(text, [](char c) {

@@ -32,7 +32,9 @@ TEST(IpAddress, NothingElseIsOne) {
 TEST(IpNetwork, HoldsTheAddressesOfItsPrefix) {
   EXPECT_TRUE(network("198.51.100.0/24").contains(address("198.51.100.0")));
   EXPECT_TRUE(network("198.51.100.0/24").contains(address("198.51.100.255")));
-  EXPECT_FALSE(network("198.51.100.0/24").contains(address("198.51.101.0")));
+  EXPECT_FALSE(network("198.51.100.0/24").contains(address("203.0.113.0")));
+  EXPECT_TRUE(network("198.51.100.0/25").contains(address("198.51.100.127")));
+  EXPECT_FALSE(network("198.51.100.0/25").contains(address("198.51.100.128")));
   EXPECT_TRUE(network("10.128.0.0/9").contains(address("10.255.1.2")));
   EXPECT_FALSE(network("10.128.0.0/9").contains(address("10.127.255.255")));
   EXPECT_TRUE(network("2001:db8:8000::/33").contains(address("2001:db8:ffff::1")));
