@@ -15,6 +15,8 @@ MS_BIND = 0x1000
 # Where nobody listens: what is not part of a test is refused at once.
 NOBODY = {"ipv4_echo": "http://127.0.0.1:9", "ipv6_echo": "http://[::1]:9",
           "geolocation": "http://127.0.0.1:9"}
+# How a line of diagnostics names the services.
+IPV4, GEOLOCATION, IPV6 = "IPv4 echo", "geolocation", "IPv6 echo"
 # On top of a limit of the program, for a machine that is busy.
 SLACK_SECONDS = 10
 

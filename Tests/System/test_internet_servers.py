@@ -1,6 +1,6 @@
 """Services that answer wrongly: each is told apart, and what the others say still counts."""
 
-from internet_test import InternetTest, known
+from internet_test import GEOLOCATION, IPV4, IPV6, InternetTest, known
 from web_servers import (WebServer, a_reset, address_of, answer, bytes_as_they_are, hanging_up,
                          provider_of, redirect)
 
@@ -8,7 +8,7 @@ SECRET = "in a file of the machine"
 NOT_JSON = "the answer is not JSON"
 TOO_LONG = "the answer is too long"
 LOST = "the connection was lost"
-ALL = ("IPv4 address", "provider", "IPv6 address")
+ALL = (IPV4, GEOLOCATION, IPV6)
 RIGHT = known("127.0.0.1", "::1", "Example Telecom", "IT")
 LONG_BODY = b" " * 10_000_000
 
@@ -31,7 +31,7 @@ class RefusedTest(ServersTest):
     def test_nobody_listens(self):
         outcome = self.state()
         self.assert_answers(outcome, known(supports_ipv6=False), "connections are refused")
-        self.assert_says(outcome, "the host cannot be reached", "IPv4 address", "provider")
+        self.assert_says(outcome, "the host cannot be reached", IPV4, GEOLOCATION)
 
     def test_a_reset(self):
         """The host has been reached: this says nothing of a machine without IPv6."""
@@ -178,15 +178,15 @@ class OneServiceTest(ServersTest):
     def test_the_ipv6_service_fails(self):
         outcome = self.ask_services("the IPv6 service fails", ipv6_echo=True)
         self.assert_answers(outcome, known("127.0.0.1", isp="Example Telecom", country="IT"))
-        self.assert_says(outcome, LOST, "IPv6 address")
-        self.assertNotIn("IPv4", outcome.errors)
+        self.assert_says(outcome, LOST, IPV6)
+        self.assertNotIn(IPV4, outcome.errors)
 
     def test_the_geolocation_service_fails(self):
         """Its failure is that of the pair: the address is of no use for the cache then."""
         outcome = self.ask_services("the geolocation service fails", geolocation=True)
         self.assert_answers(outcome, known(ipv6="::1"))
-        self.assert_says(outcome, LOST, "provider")
-        self.assertNotIn("IPv6", outcome.errors)
+        self.assert_says(outcome, LOST, GEOLOCATION)
+        self.assertNotIn(IPV6, outcome.errors)
 
     def test_the_ipv4_service_fails(self):
         """The geolocation service knows the address too."""

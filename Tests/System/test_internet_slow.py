@@ -2,7 +2,7 @@
 
 from concurrent.futures import ThreadPoolExecutor
 
-from internet_test import InternetTest, environment, known
+from internet_test import GEOLOCATION, IPV4, InternetTest, environment, known
 from program import run
 from web_servers import WebServer, a_byte_a_second, address_of, answer, provider_of, silence
 
@@ -65,7 +65,7 @@ class LimitsTest(SlowTest):
             with self.subTest(situation):
                 outcome = outcomes[name].result()
                 self.assert_answers(outcome, PATIENCE, situation)
-                self.assert_says(outcome, TIMED_OUT, "IPv4 address", "provider")
+                self.assert_says(outcome, TIMED_OUT, IPV4, GEOLOCATION)
                 # The geolocation service is asked behind the address.
                 self.assert_took(outcome, 2 * least - 0.5, 2 * most)
         with self.subTest("the IPv4 service alone is silent"):

@@ -136,6 +136,9 @@ class WebServer:
             if not chunk or len(head) > LONGEST_REQUEST:
                 raise ValueError(f"no request: {head!r}")
             head += chunk
+            if not head[:1].isalpha():
+                stream.sendall(b"HTTP/1.1 400 Bad Request\r\nConnection: close\r\n\r\n")
+                raise ValueError(f"no request: {head!r}")
         visit.take(head.partition(b"\r\n\r\n")[0])
         self._plays.get(visit.path, answer("nothing", status="404 Not Found"))(visit, stream)
         visit.answered = time.monotonic()
