@@ -202,7 +202,7 @@ TEST_F(InternetStateTest, AWatchTellsAFaultOnceAndTheRecovery) {
     fake_.pathMonitors.deliver({.status = PathStatus::satisfied, .availableInterfaces = {}});
   });
   EXPECT_EQ(run({"--watch"}), ExitStatus::done);
-  EXPECT_EQ(fake_.diagnostics.lines().size(), 1U);
+  EXPECT_THAT(fake_.diagnostics.lines(), testing::SizeIs(1));
   const std::string text = output_.str();
   const auto offline = text.find("Not connected");
   ASSERT_NE(offline, std::string::npos);

@@ -60,6 +60,15 @@ TEST_F(ServiceFaultsTest, ACancelledRequestSaysNothingOfItsService) {
   EXPECT_EQ(log_.lines().size(), 1U);
 }
 
+TEST_F(ServiceFaultsTest, AServiceThatIsNotAskedAnyMoreHasNoFault) {
+  faults_.note("geolocation", UrlErrorCode::timedOut);
+  faults_.tell();
+  faults_.begin();
+  faults_.note("IPv4 echo", {});
+  faults_.tell();
+  EXPECT_EQ(log_.lines().size(), 1U);
+}
+
 TEST_F(ServiceFaultsTest, AnAnswerThatCannotBeReadIsOneToo) {
   faults_.note("geolocation", decodingError(PublicInfoDecodingError::missingMember, "isp"));
   faults_.tell();
