@@ -1,6 +1,6 @@
 // What every side of the group-container seam promises.
 #include "PlatformLinux/Defaults/LinuxGroupContainer.h"
-#include "Tests/PlatformLinux/TemporaryFolder.h"
+#include "Tests/Support/TemporaryFolder.h"
 #include "Tests/Support/FakeGroupContainer.h"
 #include "Tests/Support/SimulatedClock.h"
 

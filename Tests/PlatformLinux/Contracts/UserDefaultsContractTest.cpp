@@ -3,7 +3,7 @@
 
 #include "PlatformLinux/Defaults/SqliteUserDefaults.h"
 #include "Tests/PlatformLinux/Defaults/DefaultsFixture.h"
-#include "Tests/PlatformLinux/TemporaryFolder.h"
+#include "Tests/Support/TemporaryFolder.h"
 #include "Tests/Support/FakeUserDefaults.h"
 #include "Tests/Support/RecordingDiagnosticLog.h"
 

@@ -12,7 +12,7 @@
 
 #include "PlatformLinux/Defaults/SqliteUserDefaults.h"
 #include "PlatformLinux/System/FileDescriptor.h"
-#include "Tests/PlatformLinux/TemporaryFolder.h"
+#include "Tests/Support/TemporaryFolder.h"
 #include "Tests/Support/RecordingDiagnosticLog.h"
 
 namespace lanternfold {
