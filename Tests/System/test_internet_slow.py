@@ -2,14 +2,12 @@
 
 from concurrent.futures import ThreadPoolExecutor
 
-from internet_test import GEOLOCATION, IPV4, InternetTest, environment, known
-from program import run
+from far_network import SILENT4, FarNetwork, give_ipv4
+from internet_test import GEOLOCATION, IPV4, IPV6, InternetTest, known
 from web_servers import WebServer, a_byte_a_second, address_of, answer, provider_of, silence
 
 # Of an ordinary program: the longest silence, and the longest exchange.
 SILENCE_SECONDS, EXCHANGE_SECONDS = 5, 10
-# Of a widget extension.
-WIDGET_SILENCE_SECONDS = 3
 TIMED_OUT = "the request timed out"
 BODY = b'{"ip":"127.0.0.1","isp":"a","countryCode":"IT","as":"","query":"127.0.0.1"}'
 HEAD = b"HTTP/1.1 200 OK\r\nContent-Length: %d\r\n\r\n" % len(BODY)
@@ -47,20 +45,22 @@ class LimitsTest(SlowTest):
         urls[service] = urls[service].rpartition("/")[0] + "/silent"
         return self.state(data=self.folder / name, **urls)
 
-    def draw(self):
-        server4, server6 = self.running
-        return run("render", "BandwidthMonitorWidget", "-o", str(self.folder / "picture.png"),
-                   "--data-dir", str(self.folder / "draw"), "--ipv4-echo", server4.url("/silent"),
-                   "--ipv6-echo", server6.url("/silent"), "--geolocation", server4.url("/silent"),
-                   env=environment())
+    def ask_through(self, name, proxy):
+        """Through a proxy that is slow itself."""
+        return self.state(ipv4_echo="http://ipv4.example/silent", data=self.folder / name,
+                          ipv6_echo="http://ipv6.example/silent", variables={"http_proxy": proxy},
+                          geolocation="http://geolocation.example/silent")
 
     def test_every_request_ends_within_its_limits(self):
         self.running = self.servers(ip=answer(address_of), geo=answer(provider_of()), **{
             name: play for name, (_, play, _, _) in self.SITUATIONS.items()})
+        self.addCleanup(FarNetwork().__exit__)
+        give_ipv4()
         with ThreadPoolExecutor(max_workers=8) as pool:
             outcomes = {name: pool.submit(self.ask, name) for name in self.SITUATIONS}
             silent4 = pool.submit(self.ask_one, "silent 4", "ipv4_echo")
             silent6 = pool.submit(self.ask_one, "silent 6", "ipv6_echo")
+            proxied = pool.submit(self.ask_through, "proxy", f"http://{SILENT4}:3128")
         for name, (situation, _, least, most) in self.SITUATIONS.items():
             with self.subTest(situation):
                 outcome = outcomes[name].result()
@@ -79,6 +79,11 @@ class LimitsTest(SlowTest):
                                 "the IPv6 service alone is silent")
             self.assert_says(outcome)
             self.assert_took(outcome, SILENCE_SECONDS - 0.5, SILENCE_SECONDS)
+        with self.subTest("the proxy swallows every packet"):
+            outcome = proxied.result()
+            self.assert_answers(outcome, known(), "packets to the proxy are swallowed")
+            self.assert_says(outcome, "the proxy cannot be reached", IPV4, GEOLOCATION, IPV6)
+            self.assert_took(outcome, 2 * SILENCE_SECONDS - 0.5, 2 * SILENCE_SECONDS)
 
 
 class SideBySideTest(SlowTest):
