@@ -1,5 +1,9 @@
 """Services that answer wrongly: each is told apart, and what the others say still counts."""
 
+import gzip
+import json
+import shutil
+
 from internet_test import GEOLOCATION, IPV4, IPV6, InternetTest, known
 from web_servers import (WebServer, a_reset, address_of, answer, bytes_as_they_are, hanging_up,
                          provider_of, redirect)
@@ -128,6 +132,34 @@ class BodyTest(ServersTest):
         field = b"X-Field: " + b"x" * 1000 + b"\r\n"
         self.ask("10 MB of fields", bytes_as_they_are(b"HTTP/1.1 200 OK\r\n" + field * 10_000),
                  known(), TOO_LONG, *ALL)
+
+    def test_a_small_answer_that_unpacks_to_much(self):
+        self.ask("10 MB, packed into 10 KB", answer(
+            gzip.compress(LONG_BODY), fields=["Content-Encoding: gzip"]), known(), TOO_LONG, *ALL)
+
+    def test_an_answer_that_cannot_be_unpacked(self):
+        self.ask("gzip that is none", answer(b"\x1f\x8b\x08" + b"\xff" * 50,
+                                             fields=["Content-Encoding: gzip"]), known(),
+                 "the answer is not one of HTTP", *ALL)
+
+    def test_endless_interim_answers(self):
+        self.ask("100,000 interim answers", bytes_as_they_are(
+            b"HTTP/1.1 103 Early Hints\r\n\r\n" * 100_000), known(), TOO_LONG, *ALL)
+
+    def test_other_ways_to_send_an_answer(self):
+        def framed(head, frame):
+            def play(visit, stream):
+                body = json.dumps(address_of(visit) | provider_of()(visit)).encode()
+                stream.sendall(head + frame(body))
+            return play
+
+        chunks = framed(b"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n", lambda body:
+                        b"".join(b"1\r\n%c\r\n" % each for each in body) + b"0\r\n\r\n")
+        packed = framed(b"HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\n\r\n", gzip.compress)
+        plain = framed(b"HTTP/1.0 200 OK\r\n\r\n", bytes)
+        for play in (chunks, packed, plain):
+            self.ask(None, play, RIGHT)
+            shutil.rmtree(self.data)
 
     def test_invalid_utf_8(self):
         self.ask("invalid UTF-8", answer(b'{"ip":"127.0.0.1","query":"127.0.0.1","as":"",'

@@ -121,6 +121,16 @@ class ConnectedTest(SituationTest):
         self.assertEqual(f"{NEAR4} (IT)", shown.get("IP - COUNTRY"), outcome.output)
         self.assertIn("Example Telecom", outcome.output)
 
+    def test_a_host_of_which_one_address_is_dead(self):
+        """The other one is tried within the limit of the request."""
+        give_ipv4()
+        self.write_names(f"{SILENT4} two.example\n{SERVICE4} two.example\n")
+        outcome = self.state("--skip-geoip", ipv4_echo="http://two.example:8080")
+        self.assert_answers(outcome, known(NEAR4, supports_ipv6=False),
+                            "the first of a host's two addresses is dead")
+        self.assert_says(outcome)
+        self.assert_took(outcome, 0, SILENCE_SECONDS)
+
     def test_the_interface_of_the_best_default_route(self):
         ip("link add en1 address 0a:00:00:00:00:11 type veth peer name far1",
            "link set far1 up", "link set en1 up", "address add 198.51.100.2/24 dev en1")
@@ -195,6 +205,17 @@ class OfflineTest(SituationTest):
         self.assert_says(outcome, NO_SUCH_HOST)
         self.assertEqual(["192.0.2.53", "2001:db8::53"], outcome.internet["dns"])
         self.assert_at_once(outcome)
+
+    def test_what_stands_in_resolv_conf(self):
+        servers = [f"192.0.2.{number}" for number in range(1, 5)]
+        for contents, shown in (
+                ("", []), ("garbage\n\0\x7f\n" + "x" * 5000, []), ("# nothing\n", []),
+                ("".join(f"nameserver {each}\n" for each in servers), servers[:3]),
+                ("search a.example\nnameserver 2001:db8::53\noptions ndots:2\n"
+                 "nameserver 192.0.2.53 # ours\n", ["2001:db8::53", "192.0.2.53"])):
+            self.write_names(servers=contents)
+            outcome = self.state()
+            self.assertEqual((0, shown), (outcome.status, outcome.internet["dns"]), contents[:50])
 
     def test_a_name_server_that_never_answers(self):
         """The look-up ends with the request, and the command does not wait for what is left of it."""

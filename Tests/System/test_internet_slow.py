@@ -45,22 +45,25 @@ class LimitsTest(SlowTest):
         urls[service] = urls[service].rpartition("/")[0] + "/silent"
         return self.state(data=self.folder / name, **urls)
 
-    def ask_through(self, name, proxy):
+    def ask_through(self, name, proxy, scheme):
         """Through a proxy that is slow itself."""
-        return self.state(ipv4_echo="http://ipv4.example/silent", data=self.folder / name,
-                          ipv6_echo="http://ipv6.example/silent", variables={"http_proxy": proxy},
-                          geolocation="http://geolocation.example/silent")
+        return self.state(ipv4_echo=f"{scheme}://ipv4.example/", data=self.folder / name,
+                          ipv6_echo=f"{scheme}://ipv6.example/", variables={"all_proxy": proxy},
+                          geolocation=f"{scheme}://geolocation.example/")
 
     def test_every_request_ends_within_its_limits(self):
         self.running = self.servers(ip=answer(address_of), geo=answer(provider_of()), **{
             name: play for name, (_, play, _, _) in self.SITUATIONS.items()})
         self.addCleanup(FarNetwork().__exit__)
         give_ipv4()
+        tunnels = self.start(WebServer({f"{name}.example:443": silence
+                                        for name in ("ipv4", "ipv6", "geolocation")}))
         with ThreadPoolExecutor(max_workers=8) as pool:
             outcomes = {name: pool.submit(self.ask, name) for name in self.SITUATIONS}
             silent4 = pool.submit(self.ask_one, "silent 4", "ipv4_echo")
             silent6 = pool.submit(self.ask_one, "silent 6", "ipv6_echo")
-            proxied = pool.submit(self.ask_through, "proxy", f"http://{SILENT4}:3128")
+            far_proxy = pool.submit(self.ask_through, "far", f"http://{SILENT4}:3128", "http")
+            silent_proxy = pool.submit(self.ask_through, "near", tunnels.url(), "https")
         for name, (situation, _, least, most) in self.SITUATIONS.items():
             with self.subTest(situation):
                 outcome = outcomes[name].result()
@@ -79,11 +82,13 @@ class LimitsTest(SlowTest):
                                 "the IPv6 service alone is silent")
             self.assert_says(outcome)
             self.assert_took(outcome, SILENCE_SECONDS - 0.5, SILENCE_SECONDS)
-        with self.subTest("the proxy swallows every packet"):
-            outcome = proxied.result()
-            self.assert_answers(outcome, known(), "packets to the proxy are swallowed")
-            self.assert_says(outcome, "the proxy cannot be reached", IPV4, GEOLOCATION, IPV6)
-            self.assert_took(outcome, 2 * SILENCE_SECONDS - 0.5, 2 * SILENCE_SECONDS)
+        for situation, asked in (("packets to the proxy are swallowed", far_proxy),
+                                 ("https, the proxy never opens its tunnel", silent_proxy)):
+            with self.subTest(situation):
+                outcome = asked.result()
+                self.assert_answers(outcome, known(), situation)
+                self.assert_says(outcome, "the proxy cannot be reached", IPV4, GEOLOCATION, IPV6)
+                self.assert_took(outcome, 2 * SILENCE_SECONDS - 0.5, 2 * SILENCE_SECONDS)
 
 
 class SideBySideTest(SlowTest):
