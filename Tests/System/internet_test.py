@@ -1,5 +1,9 @@
 """What the tests of the public side begin with: `state --categories internet` in a namespace with
-services, names and settings of the test's own, and what it said."""
+services, names and settings of the test's own, and what it said.
+
+Every situation adds a line "situation | result | message | seconds" to the file that
+LANTERNFOLD_SITUATIONS names, if it names one.
+"""
 
 import json
 import os
