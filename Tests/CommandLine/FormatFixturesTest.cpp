@@ -9,6 +9,7 @@
 #include "CommandLine/DataOptions.h"
 #include "CommandLine/DateText.h"
 #include "CommandLine/Program.h"
+#include "CommandLine/ServiceOptions.h"
 #include "NetworkMonitor/Metrics/ConnectionMetricsJson.h"
 #include "Tests/CommandLine/FakeMachine.h"
 
