@@ -186,5 +186,18 @@ TEST_F(LinuxPathMonitorTest, ASystemThatCannotBeListenedToGetsOneUpdateAndNoMore
   EXPECT_EQ(updates_, std::vector{NetworkPath{}});
 }
 
+/// A path monitor that only a waiting work holds ends within the end of its queues.
+TEST_F(LinuxPathMonitorTest, AReportUnderWayFindsItsQueueWhileTheQueuesEnd) {
+  for (int moment = 0; moment < 200; ++moment) {
+    AsioDispatch dispatch(world_.loop());
+    std::shared_ptr<PathMonitor> monitor = world_.factory().makePathMonitor(std::nullopt);
+    monitor->setPathUpdateHandler([](const NetworkPath&) {});
+    monitor->start(dispatch.mainQueue());
+    dispatch.mainQueue().after(std::chrono::seconds(60), [monitor] {});
+    monitor.reset();
+    std::this_thread::sleep_for(std::chrono::microseconds(10) * moment);
+  }
+}
+
 }  // namespace
 }  // namespace lanternfold
