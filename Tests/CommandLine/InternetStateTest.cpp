@@ -46,7 +46,8 @@ class InternetStateTest : public testing::Test {
     fake_.pathMonitors.deliver({});
   }
 
-  ExitStatus run(std::vector<std::string> further = {}, std::string categories = "internet") {
+  ExitStatus run(const std::vector<std::string>& further = {},
+                 const std::string& categories = "internet") {
     std::vector<std::string> arguments{"state",
                                        "--categories",
                                        categories,
