@@ -182,6 +182,7 @@ class OfflineTest(SituationTest):
         ip(f"address add {NEAR4}/24 dev en0")
         outcome = self.state(**NAMES)
         self.assert_answers(outcome, known(supports_ipv6=False), "a link, no default route")
+        self.assertIsNone(outcome.internet["interface"])
         self.assert_says(outcome, UNREACHABLE, IPV4, GEOLOCATION)
         self.assert_at_once(outcome)
         self.assert_not_connected(**NAMES)

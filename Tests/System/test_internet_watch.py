@@ -1,5 +1,7 @@
 """`state --categories internet --watch --json`: what is reported as whole is the truth."""
 
+import time
+
 from far_network import (GATEWAY4, GATEWAY6, NEAR4, NEAR6, SERVICE4, SERVICE6, FarNetwork,
                          give_ipv4, give_ipv6)
 from internet_test import InternetTest, environment, known
@@ -127,3 +129,16 @@ class ChangesTest(WatchTest):
                f"-6 route add default via {GATEWAY6} dev en0")
             watch.settle()
             self.assertEqual(BOTH, self.complete(watch)[-1])
+
+
+class EndTest(WatchTest):
+    """Reports and answers may be on their way whenever it is asked to end."""
+
+    def test_it_ends_well_at_every_moment_of_its_beginning(self):
+        self.serve()
+        for number in range(60):
+            with self.watch() as watch:
+                self.assertIsNotNone(watch.moment_of(lambda report: True, LIMIT_SECONDS))
+                time.sleep(number * 0.002)
+                status, errors = watch.finish()
+                self.assertEqual((0, b""), (status, errors), number)
