@@ -51,7 +51,7 @@ std::expected<DrawableAdapterEntry, CommandFailure> drawableAdapterEntry(
   const NetworkAdapterProvider provider(machine.platform.clock, machine.platform.strings,
                                         [&machine] {
                                           // This widget belongs to no application group.
-                                          return makeNetworkStateMonitor(machine, std::nullopt);
+                                          return makeNetworkStateMonitor(machine, {});
                                         });
   switch (source) {
     case EntrySource::placeholder:

@@ -1,11 +1,13 @@
 #include "CommandLine/LinuxMachine.h"
 
 #include <cstdio>
+#include <string>
 
 #include "CommandLine/DataFolders.h"
 #include "CommandLine/FileDescriptorLimit.h"
 #include "CommandLine/FileSoleRecorder.h"
 #include "CommandLine/LinuxMainLoop.h"
+#include "CommandLine/ProgramName.h"
 #include "PlatformLinux/Defaults/DataDirectory.h"
 #include "PlatformLinux/Defaults/LinuxGroupContainer.h"
 #include "PlatformLinux/Defaults/SqliteUserDefaults.h"
@@ -22,6 +24,7 @@
 #include "PlatformLinux/System/StreamDiagnosticLog.h"
 #include "PlatformLinux/System/SystemClock.h"
 #include "PlatformLinux/System/UdevHardwareDatabase.h"
+#include "PlatformLinux/Url/CurlUrlSessions.h"
 
 namespace lanternfold {
 
@@ -34,7 +37,11 @@ constexpr int descriptorsOfACommand = 16;
 struct LinuxMachine::Parts {
   explicit Parts(const MachineOptions& options)
       : diagnostics(options.diagnostics == DiagnosticsTarget::standardError ? stderr : stdout),
-        dataDirectory(options.dataFolder) {}
+        dataDirectory(options.dataFolder),
+        urlSessions(eventLoop, dispatch,
+                    {.userAgent = std::string(programName) + "/" LANTERNFOLD_VERSION,
+                     .certificateAuthoritiesFile = options.certificateAuthoritiesFile,
+                     .proxies = proxyEnvironmentOfProcess()}) {}
 
   StreamDiagnosticLog diagnostics;
   SystemClock clock;
@@ -53,6 +60,7 @@ struct LinuxMachine::Parts {
   LinuxNetworkConfiguration networkConfiguration{hardwareDatabase};
   LinuxInterfaceNaming interfaceNaming;
   LinuxPathMonitorFactory pathMonitors{eventLoop};
+  CurlUrlSessions urlSessions;
   Machine machine{.platform = {.kernel = kernel,
                                .resolverConfiguration = resolverConfiguration,
                                .networkConfiguration = networkConfiguration,
@@ -64,7 +72,8 @@ struct LinuxMachine::Parts {
                                .diagnostics = diagnostics,
                                .fileSystem = fileSystem,
                                .userDefaults = userDefaults,
-                               .groupContainer = groupContainer},
+                               .groupContainer = groupContainer,
+                               .urlSessions = urlSessions},
                   .metricsReader = std::make_shared<LinuxConnectionMetricsReader>(),
                   .soleRecorder = soleRecorder,
                   .mainLoop = mainLoop,

@@ -10,6 +10,8 @@
 
 namespace lanternfold {
 
+/// Asks over IPv4 alone: the answer is kept for as long as the IPv4 address stays the same, and a
+/// host with both families would tell the other one.
 class IpApiPublicInfoResolver final : public RestApiPublicInfoResolve {
  public:
   IpApiPublicInfoResolver(UrlSessions& sessions, const BundleInformation& bundle,
@@ -23,6 +25,9 @@ class IpApiPublicInfoResolver final : public RestApiPublicInfoResolve {
   /// of either family; "as" is not used. A provider or a country whose text is empty is unknown and
   /// left out.
   [[nodiscard]] Answer parseResponse(std::string_view data) const override;
+
+ protected:
+  [[nodiscard]] UrlAddressFamily addressFamily() const override { return UrlAddressFamily::ipv4; }
 
  private:
   const std::string url_;
