@@ -37,6 +37,7 @@ class TellingResolver final : public InternetInfoResolver {
       : resolver_(std::move(resolver)), faults_(std::move(faults)) {}
 
   void resolve(UpdateHandler updateHandler) override {
+    faults_->begin();
     resolver_->resolve([faults = faults_, handler = std::move(updateHandler)](
                            const InternetInfo& info, bool complete, std::error_code error) {
       if (complete) faults->tell();
@@ -50,6 +51,11 @@ class TellingResolver final : public InternetInfoResolver {
 };
 
 }  // namespace
+
+void ServiceFaults::begin() {
+  const std::scoped_lock guard(mutex_);
+  faults_.clear();
+}
 
 void ServiceFaults::note(std::string_view service, const std::error_code& error) {
   if (error == UrlErrorCode::cancelled) return;

@@ -17,11 +17,14 @@
 
 namespace lanternfold {
 
-/// The last outcome of every service. Any thread.
+/// The outcome of every service that one resolution has asked. Any thread.
 class ServiceFaults {
  public:
   /// `diagnostics` outlives it.
   explicit ServiceFaults(DiagnosticLog& diagnostics) : diagnostics_(diagnostics) {}
+
+  /// Begins another resolution, which may have no need to ask every service.
+  void begin();
 
   /// `error` is empty when `service`, a name for people, has answered. A request that was cancelled
   /// says nothing about it.
@@ -45,7 +48,8 @@ class ServiceFaults {
     std::shared_ptr<PublicInfoResolver> resolver, std::string service,
     std::shared_ptr<ServiceFaults> faults);
 
-/// `resolver`, before whose every complete report the faults are told.
+/// `resolver`, whose resolutions begin the noting anew and tell the faults before they are
+/// complete.
 [[nodiscard]] std::shared_ptr<InternetInfoResolver> tellingFaults(
     std::shared_ptr<InternetInfoResolver> resolver, std::shared_ptr<ServiceFaults> faults);
 

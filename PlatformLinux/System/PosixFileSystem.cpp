@@ -14,7 +14,6 @@
 namespace lanternfold {
 namespace {
 
-constexpr int mostKeptAside = 20;
 constexpr mode_t privateMode = S_IRUSR | S_IWUSR;
 /// A pipe that takes the file's place is not waited for, a terminal does not become ours.
 constexpr int openFlags = O_NONBLOCK | O_NOCTTY | O_CLOEXEC;

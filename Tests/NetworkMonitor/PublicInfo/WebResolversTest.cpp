@@ -160,10 +160,10 @@ TEST_F(IpApiPublicInfoResolverTest, OnlyTheRequestedKeysAreAnswered) {
             (PublicInfo{{country, "IT"}}));
 }
 
-TEST_F(IpApiPublicInfoResolverTest, AsksOverAnyFamily) {
+TEST_F(IpApiPublicInfoResolverTest, AsksOverIPv4LikeTheAddressThatItsAnswerIsKeptFor) {
   static_cast<void>(answerTo("{}"));
   ASSERT_EQ(sessions_.exchanges().size(), 1U);
-  EXPECT_EQ(sessions_.exchanges()[0].request.addressFamily, UrlAddressFamily::any);
+  EXPECT_EQ(sessions_.exchanges()[0].request.addressFamily, UrlAddressFamily::ipv4);
 }
 
 TEST_F(IpApiPublicInfoResolverTest, AnAnswerMissingAnyOfItsFourMembersIsADecodingError) {

@@ -7,7 +7,7 @@
 #include <sys/types.h>
 #include <vector>
 
-#include "Tests/PlatformLinux/TemporaryFolder.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 namespace lanternfold::test {
 
