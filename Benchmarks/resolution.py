@@ -66,7 +66,7 @@ class DelayingServer:
         head = await reader.readuntil(b"\r\n\r\n")
         await asyncio.sleep(DELAY_SECONDS)
         host = writer.get_extra_info("sockname")[0]
-        writer.write(self._answers[host, head.split()[1].decode()])
+        writer.write(self._answers[host, head.split()[1].decode().partition("?")[0]])
         await writer.drain()
         writer.close()
 
@@ -101,7 +101,7 @@ class Run:
 
 
 def curl_command(*urls):
-    command = [CURL, "--disable", "--silent", "--show-error"]
+    command = [CURL, "--disable", "--no-progress-meter"]
     if len(urls) > 1:
         command += ["--parallel", "--parallel-immediate"]
     return [*command, *itertools.chain(*(("--output", os.devnull, url) for url in urls))]
@@ -180,7 +180,10 @@ class Table:
 
 def measure(table, product, services, title):
     urls = (services.address_url, services.ipv6_url, services.provider_url)
-    elsewhere = lambda: product.resolve_elsewhere(services)
+
+    def elsewhere():
+        return product.resolve_elsewhere(services)
+
     table.add(f"{title}; one curl", elsewhere, lambda: one_curl(*urls))
     table.add(f"{title}; three curls", elsewhere, lambda: curls_beside_each_other(*urls))
     table.add(f"{title}; curls in its order", elsewhere, lambda: curls_in_order(services))
