@@ -30,7 +30,7 @@ void EchoConnection::close() {
   state_ = State::closed;
   timer_.cancel();
   std::error_code ignored;
-  socket_.close(ignored);
+  static_cast<void>(socket_.close(ignored));
 }
 
 /// Looks for a request in what has been received, and reads on when there is none.
@@ -119,7 +119,7 @@ void EchoConnection::written(AfterResponse after) {
 void EchoConnection::linger() {
   state_ = State::lingering;
   std::error_code error;
-  socket_.shutdown(asio::ip::tcp::socket::shutdown_send, error);
+  static_cast<void>(socket_.shutdown(asio::ip::tcp::socket::shutdown_send, error));
   if (error) {
     end();
     return;
@@ -158,7 +158,7 @@ void EchoConnection::deadlinePassed() {
   }
   // The read under way ends without a result; its handler finds the connection writing.
   std::error_code ignored;
-  socket_.cancel(ignored);
+  static_cast<void>(socket_.cancel(ignored));
   answerLast(errorResponse(408, "the request has not come in time"));
 }
 

@@ -42,14 +42,14 @@ std::error_code systemError(const asio::error_code& error) {
 
 std::error_code listenAt(Tcp::acceptor& acceptor, const Tcp::endpoint& endpoint) {
   std::error_code error;
-  acceptor.open(endpoint.protocol(), error);
+  error = acceptor.open(endpoint.protocol(), error);
   // An address that was used a moment ago is free again at once.
-  if (!error) acceptor.set_option(Tcp::acceptor::reuse_address(true), error);
+  if (!error) error = acceptor.set_option(Tcp::acceptor::reuse_address(true), error);
   if (!error && endpoint.address().is_v6()) {
-    acceptor.set_option(asio::ip::v6_only(true), error);
+    error = acceptor.set_option(asio::ip::v6_only(true), error);
   }
-  if (!error) acceptor.bind(endpoint, error);
-  if (!error) acceptor.listen(asio::socket_base::max_listen_connections, error);
+  if (!error) error = acceptor.bind(endpoint, error);
+  if (!error) error = acceptor.listen(asio::socket_base::max_listen_connections, error);
   return error;
 }
 
@@ -89,7 +89,7 @@ class EchoServer::Reception : public std::enable_shared_from_this<Reception> {
     closed_ = true;
     std::error_code ignored;
     for (Listener& listener : listeners_) {
-      listener.acceptor.close(ignored);
+      static_cast<void>(listener.acceptor.close(ignored));
       listener.pause.cancel();
     }
     for (Connections* connections : {&served_, &refused_}) {
@@ -126,7 +126,7 @@ class EchoServer::Reception : public std::enable_shared_from_this<Reception> {
     const Tcp::endpoint peer = socket.remote_endpoint(error);
     // Whoever has gone again already needs no answer.
     if (error) return;
-    socket.set_option(Tcp::no_delay(true), error);
+    static_cast<void>(socket.set_option(Tcp::no_delay(true), error));
     const bool isRoom = served_.size() < settings_->limits.connections;
     if (!isRoom && refused_.size() >= settings_->limits.refusals) return;
     Connections& connections = isRoom ? served_ : refused_;

@@ -1,13 +1,12 @@
 #include "EchoService/GeolocationTable.h"
 
 #include <ranges>
-#include <utility>
 
 namespace lanternfold {
 
-bool GeolocationTable::insert(const IpNetwork& network, GeolocationEntry entry) {
+bool GeolocationTable::insert(const IpNetwork& network, const GeolocationEntry& entry) {
   lengths_[network.base.index()].insert(network.prefixLength);
-  return entries_.try_emplace(network, std::move(entry)).second;
+  return entries_.try_emplace(network, entry).second;
 }
 
 std::optional<GeolocationEntry> GeolocationTable::find(const IpAddress& address) const {

@@ -25,7 +25,7 @@ struct GeolocationEntry {
 class GeolocationTable {
  public:
   /// Whether the network was new; the table stays as it is when it was not.
-  bool insert(const IpNetwork& network, GeolocationEntry entry);
+  bool insert(const IpNetwork& network, const GeolocationEntry& entry);
 
   /// Of the longest network that contains the address; none when none does.
   [[nodiscard]] std::optional<GeolocationEntry> find(const IpAddress& address) const;

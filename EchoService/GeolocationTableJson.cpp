@@ -125,7 +125,7 @@ class TableReader final : public nlohmann::json_sax<Json> {
       member_ = members.begin() + (missing - seen_.begin());
       return fail(memberName() + " is missing");
     }
-    if (!table_.insert(network_, std::move(entry_))) {
+    if (!table_.insert(network_, entry_)) {
       return fail("the network " + inQuotes(name_) + " stands twice");
     }
     return true;
