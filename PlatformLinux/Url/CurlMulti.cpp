@@ -6,6 +6,7 @@
 #include <utility>
 
 #include <asio/posix/stream_descriptor.hpp>
+#include <asio/post.hpp>
 
 #include "Support/FatalError.h"
 
@@ -19,11 +20,13 @@ struct CurlMulti::Watch {
     // One that cannot be watched is ended by the time limits.
     descriptor.assign(watched, error);
   }
-  ~Watch() {
-    if (descriptor.is_open()) descriptor.release();
-  }
+  ~Watch() { release(); }
   Watch(const Watch&) = delete;
   Watch& operator=(const Watch&) = delete;
+
+  void release() {
+    if (descriptor.is_open()) descriptor.release();
+  }
 
   CurlMulti& owner;
   CURL* const easy;
@@ -77,11 +80,31 @@ int CurlMulti::changeWatch(CURL* easy, curl_socket_t socket, int wanted, void* s
                            void* /*watch*/) {
   auto& multi = *static_cast<CurlMulti*>(self);
   if (wanted == CURL_POLL_REMOVE) {
-    multi.watches_.erase(socket);
+    multi.unwatch(easy, socket);
   } else {
     multi.watch(easy, socket, wanted);
   }
   return 0;
+}
+
+void CurlMulti::unwatch(CURL* easy, curl_socket_t socket) {
+  if (const auto found = watches_.find(socket); found != watches_.end()) {
+    // At once, not when the handler that runs lets go of the watch: by then another socket may have
+    // the number, and would not be heard of.
+    found->second->release();
+    watches_.erase(found);
+  }
+  asio::post(context_, [weak = weak_from_this(), easy] {
+    if (const auto multi = weak.lock()) multi->goOn(easy);
+  });
+}
+
+/// libcurl 7.88 gives up the first of a host's addresses and does not begin with the next one until
+/// it is called again, for which it sets no timer. To be paused and continued has it called.
+void CurlMulti::goOn(CURL* easy) {
+  if (!owners_.contains(easy)) return;
+  curl_easy_pause(easy, CURLPAUSE_SEND);
+  curl_easy_pause(easy, CURLPAUSE_CONT);
 }
 
 int CurlMulti::changeTimer(CURLM* /*multi*/, long delayMilliseconds, void* self) {

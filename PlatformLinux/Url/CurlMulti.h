@@ -68,6 +68,8 @@ class CurlMulti : public std::enable_shared_from_this<CurlMulti> {
   void waitFor(const std::shared_ptr<Watch>& watch);
   void socketIsReady(const Watch& watch, int event);
   void act(curl_socket_t socket, int event);
+  void unwatch(CURL* easy, curl_socket_t socket);
+  void goOn(CURL* easy);
   void setTimer(long delayMilliseconds);
 
   const Library library_;
