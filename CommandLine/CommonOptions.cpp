@@ -20,7 +20,7 @@ std::expected<CommonChoice, CommandFailure> checkCommonOptions(const CommonOptio
     return std::unexpected(badArguments("--ca-file needs a file's name, not \"\""));
   }
   return CommonChoice{.monitor = {.appGroupId = options.data.chosenAppGroupId(),
-                                  .skipGeoip = options.services.skipGeoip,
+                                  .skipGeoIP = options.services.skipGeoIP,
                                   .serviceUrls = *std::move(urls)},
                       .dataFolder = options.data.dataFolder,
                       .certificateAuthoritiesFile = authorities};

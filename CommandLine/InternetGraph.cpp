@@ -1,5 +1,6 @@
 #include "CommandLine/InternetGraph.h"
 
+#include <atomic>
 #include <functional>
 #include <utility>
 #include <vector>
@@ -35,11 +36,38 @@ class BuiltOnDemand final : public InternetInfoResolver {
   std::shared_ptr<InternetInfoResolver> resolver_;
 };
 
-std::shared_ptr<UserDefaults> userDefaultsOf(const Machine& machine,
+/// Says once what was not brought to the disk: otherwise a service would be asked again and again
+/// for what cannot be kept, and nobody would know why.
+class TellingUserDefaults final : public UserDefaults {
+ public:
+  TellingUserDefaults(std::shared_ptr<UserDefaults> suite, DiagnosticLog& diagnostics)
+      : suite_(std::move(suite)), diagnostics_(diagnostics) {}
+
+  [[nodiscard]] Look object(std::string_view key) const override { return suite_->object(key); }
+  void set(std::string_view key, PropertyListValue value) override {
+    suite_->set(key, std::move(value));
+  }
+  void remove(std::string_view key) override { suite_->remove(key); }
+  [[nodiscard]] std::expected<void, UserDefaultsError> synchronize() override {
+    auto synchronized = suite_->synchronize();
+    if (!synchronized && !isTold_.exchange(true)) diagnostics_.line(synchronized.error().sentence);
+    return synchronized;
+  }
+
+ private:
+  const std::shared_ptr<UserDefaults> suite_;
+  DiagnosticLog& diagnostics_;
+  std::atomic<bool> isTold_ = false;
+};
+
+std::shared_ptr<UserDefaults> userDefaultsOf(const Platform& platform,
                                              const std::optional<std::string>& appGroupId) {
-  UserDefaultsSuites& suites = machine.platform.userDefaults;
-  auto suite = appGroupId ? suites.suite(*appGroupId) : nullptr;
-  return suite ? suite : suites.standard();
+  UserDefaultsSuites& suites = platform.userDefaults;
+  auto suite = appGroupId ? suites.suite(*appGroupId) : suites.standard();
+  // That a group's suite cannot be opened has been said, and the standard one may well have the
+  // same fault.
+  if (!suite) return suites.standard();
+  return std::make_shared<TellingUserDefaults>(std::move(suite), platform.diagnostics);
 }
 
 /// Who answers for the IPv4 address, and for what is known of it.
@@ -50,13 +78,13 @@ PublicInfoResolverConfiguration addressConfiguration(const Machine& machine,
   auto echo = notingFaults(
       std::make_shared<QuernapleIpResolver>(sessions, options.bundle, options.serviceUrls),
       "IPv4 echo", faults);
-  if (options.skipGeoip) return {.resolver = std::move(echo), .keys = {ip}};
+  if (options.skipGeoIP) return {.resolver = std::move(echo), .keys = {ip}};
   auto geolocation = notingFaults(
       std::make_shared<IpApiPublicInfoResolver>(sessions, options.bundle, options.serviceUrls),
       "geolocation", faults);
   return {.resolver = std::make_shared<CachedPublicInfoResolver>(
-              std::move(echo), std::move(geolocation), userDefaultsOf(machine, options.appGroupId),
-              machine.platform.clock),
+              std::move(echo), std::move(geolocation),
+              userDefaultsOf(machine.platform, options.appGroupId), machine.platform.clock),
           .keys = {isp, country, ip}};
 }
 
@@ -71,10 +99,12 @@ std::shared_ptr<InternetInfoResolver> build(const Machine& machine, const Monito
                                     platform.urlSessions, options.bundle, options.serviceUrls),
                                 "IPv6 echo", faults),
        .keys = {ip6, supportsIp6}},
-      {.resolver = std::make_shared<ActiveInterfacePublicInfoResolver>(
-           parts.interfaceResolver,
-           ActiveInterfacePublicInfoResolver::Environment{.pathMonitors = platform.pathMonitors,
-                                                          .mainQueue = mainQueue}),
+      {.resolver =
+           notingFaults(std::make_shared<ActiveInterfacePublicInfoResolver>(
+                            parts.interfaceResolver,
+                            ActiveInterfacePublicInfoResolver::Environment{
+                                .pathMonitors = platform.pathMonitors, .mainQueue = mainQueue}),
+                        "active interface", faults),
        .keys = {interface}}};
   auto resolver = std::make_shared<StandardInternetInfoResolver>(
       std::move(resolvers), parts.metricsReader,

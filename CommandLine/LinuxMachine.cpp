@@ -28,9 +28,10 @@
 
 namespace lanternfold {
 
-/// More than any command has open at once, which is eleven. Without them a command would fail
-/// somewhere on its way, and blame the file that it was about to open.
-constexpr int descriptorsOfACommand = 16;
+/// More than any command has open at once, which is about twenty while it asks the public services.
+/// Without them a command would fail somewhere on its way, and blame the file that it was about to
+/// open.
+constexpr int descriptorsOfACommand = 32;
 
 // In the order of construction: what listens to the event loop goes before the loop does, and the
 // queues, which finish the works that are running, before what those use.

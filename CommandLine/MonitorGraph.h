@@ -20,7 +20,7 @@ struct MonitorOptions {
   /// The group in whose folder the traffic and the provider are remembered; none for the folder
   /// without a group.
   std::optional<std::string> appGroupId = std::nullopt;
-  bool skipGeoip = false;  ///< ask nobody for the provider and the country
+  bool skipGeoIP = false;  ///< ask nobody for the provider and the country
   ServiceUrls serviceUrls = {};
   /// An extension has less time to ask the services.
   BundleInformation bundle = {};

@@ -1,10 +1,12 @@
 #include "CommandLine/ServiceOptions.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <fstream>
-#include <iterator>
 #include <string_view>
 #include <system_error>
+#include <tuple>
 
 #include <CLI/CLI.hpp>
 
@@ -52,11 +54,20 @@ std::string beginningOf(std::istream& file) {
   return text;
 }
 
+/// Under any of the names that PEM files give one.
+bool holdsCertificate(std::string_view text) {
+  return std::ranges::any_of(
+      std::to_array<std::string_view>({"CERTIFICATE", "TRUSTED CERTIFICATE", "X509 CERTIFICATE"}),
+      [text](std::string_view name) {
+        return text.contains("-----BEGIN " + std::string(name) + "-----");
+      });
+}
+
 }  // namespace
 
 void addServiceOptions(CLI::App& command, ServiceOptions& options) {
   command
-      .add_flag("--skip-geoip", options.skipGeoip, "Ask nobody for the provider and the country")
+      .add_flag("--skip-geoip", options.skipGeoIP, "Ask nobody for the provider and the country")
       ->group("Which services are asked");
   addUrl(command, "--ipv4-echo", options.ipv4Echo,
          "The service that tells the public IPv4 address; \"echo-service\" is one");
@@ -103,7 +114,7 @@ std::expected<void, CommandFailure> requireCertificateAuthorities(
   if (!opened) {
     return std::unexpected(cannotTrust(*file, std::generic_category().message(errno)));
   }
-  if (beginningOf(opened).find("-----BEGIN ") == std::string::npos) {
+  if (!holdsCertificate(beginningOf(opened))) {
     return std::unexpected(cannotTrust(*file, "it holds no certificate"));
   }
   return {};

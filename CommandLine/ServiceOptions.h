@@ -19,7 +19,7 @@ namespace lanternfold {
 
 /// As they stand on the command line, not yet checked.
 struct ServiceOptions {
-  bool skipGeoip = false;
+  bool skipGeoIP = false;
   std::optional<std::string> ipv4Echo;
   std::optional<std::string> ipv6Echo;
   std::optional<std::string> geolocation;

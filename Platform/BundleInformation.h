@@ -20,4 +20,8 @@ struct BundleInformation {
   }
 };
 
+[[nodiscard]] inline BundleInformation widgetExtensionBundle() {
+  return {.extensionPointIdentifier = widgetExtensionPoint};
+}
+
 }  // namespace lanternfold

@@ -22,7 +22,7 @@ enum class UrlErrorCode {
   secureConnectionFailed = -1200,    ///< TLS, other than the certificate
   serverCertificateHasBadDate = -1201,
   serverCertificateUntrusted = -1202,  ///< of an unknown issuer, or of another host
-  /// A proxy that is named by the environment cannot be found or reached. Apart from
+  /// A proxy that is named by the environment cannot be found or reached, or refuses. Apart from
   /// `cannotConnectToHost`, which may mean a machine without IPv6.
   cannotConnectToProxy = -1300,
 };
@@ -61,7 +61,7 @@ enum class UrlErrorCode {
         case UrlErrorCode::serverCertificateUntrusted:
           return "the host's certificate is not trusted";
         case UrlErrorCode::cannotConnectToProxy:
-          return "the proxy cannot be reached";
+          return "the proxy cannot be reached, or refuses";
       }
       return "URL error " + std::to_string(code);
     }

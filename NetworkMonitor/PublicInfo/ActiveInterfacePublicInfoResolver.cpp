@@ -94,7 +94,8 @@ void ActiveInterfacePublicInfoResolver::begin(Completion completion) {
 }
 
 PublicInfo ActiveInterfacePublicInfoResolver::activeInterface(const NetworkPath& path) const {
-  if (path.availableInterfaces.empty()) return {};
+  // Without a way out no interface carries the traffic, though some may be up.
+  if (path.status != PathStatus::satisfied || path.availableInterfaces.empty()) return {};
   const PathInterface& first = path.availableInterfaces.front();
   auto found = interfaceResolver_->interfaceNamed(first.name);
   if (!found) return {};

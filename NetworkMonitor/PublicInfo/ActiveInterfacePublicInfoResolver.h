@@ -32,8 +32,9 @@ class ActiveInterfacePublicInfoResolver final
                                     const Environment& environment);
 
   [[nodiscard]] Keys supportedKeys() const override { return {PublicInfoKey::interface}; }
-  /// The answer is empty when the path has no interface or the interface resolver does not know its
-  /// name; `PublicInfoResolverError::timeout` when no path was reported in time.
+  /// The answer is empty when the path leads nowhere, or the interface resolver does not know the
+  /// name of its first interface; `PublicInfoResolverError::timeout` when no path was reported in
+  /// time.
   void resolve(Keys keys, Completion completion) override;
 
  private:

@@ -83,7 +83,7 @@ std::shared_ptr<UrlSessionDataTask> RestApiPublicInfoResolve::makeTask(Number nu
   const auto session = sessions_.makeSession(configuration_);
   return session->dataTask(std::move(request),
                            [self = shared_from_this(), number, keys = std::move(keys),
-                            completion = std::move(completion)](UrlAnswer answer) mutable {
+                            completion = std::move(completion)](const UrlAnswer& answer) mutable {
                              self->finish(number);
                              completion(self->answerOf(answer, keys));
                            });

@@ -117,7 +117,7 @@ std::expected<std::filesystem::path, std::error_code> PosixFileSystem::keepAside
   if (::stat(file.c_str(), &status) != 0) return lastError();
   if (const auto kind = errorOfKind(status)) return std::unexpected(kind);
   for (int number = 1; number <= mostKeptAside; ++number) {
-    const std::filesystem::path name = file.native() + ".damaged-" + std::to_string(number);
+    std::filesystem::path name = file.native() + ".damaged-" + std::to_string(number);
     struct stat other{};
     const bool isTaken = ::lstat(name.c_str(), &other) == 0;
     if (isTaken && other.st_dev == status.st_dev && other.st_ino == status.st_ino) return name;

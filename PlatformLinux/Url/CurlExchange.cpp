@@ -107,6 +107,7 @@ void CurlExchange::ask(std::string_view text, UrlCredentials credentials) {
   hasTriedToConnect_ = false;
   hasBegunLookup_ = false;
   hasEnded_ = false;
+  socketError_ = 0;
   setOptions(easy_.get(), *url, proxy);
   setTrust(easy_.get());
   setBoundsAndCallbacks(easy_.get());
@@ -176,7 +177,9 @@ curl_socket_t CurlExchange::openSocket(void* self, curlsocktype /*purpose*/,
                                        curl_sockaddr* address) {
   auto& exchange = *static_cast<CurlExchange*>(self);
   exchange.hasTriedToConnect_ = true;
-  return exchange.surroundings_.transfers.openSocket(*address);
+  const curl_socket_t socket = exchange.surroundings_.transfers.openSocket(*address);
+  exchange.socketError_ = socket == CURL_SOCKET_BAD ? errno : 0;
+  return socket;
 }
 
 std::size_t CurlExchange::takeHeader(const char* /*bytes*/, std::size_t size, std::size_t count,
@@ -222,14 +225,16 @@ void CurlExchange::timeOut() { finish(failure(errorFrom(CURLE_OPERATION_TIMEDOUT
 
 UrlErrorCode CurlExchange::errorFrom(CURLcode code) const {
   CurlFailure failure{.code = code, .usesProxy = usesProxy_};
-  if (!easy_) return urlErrorFrom(failure);
+  // It has been waiting for its turn: nothing has been learnt of the host.
+  if (!easy_) return UrlErrorCode::networkConnectionLost;
   long osError = 0;
   curl_off_t connectMicroseconds = 0;
   curl_easy_getinfo(easy_.get(), CURLINFO_OS_ERRNO, &osError);
   curl_easy_getinfo(easy_.get(), CURLINFO_CONNECT_TIME_T, &connectMicroseconds);
   curl_easy_getinfo(easy_.get(), CURLINFO_SSL_VERIFYRESULT, &failure.verifyResult);
   curl_easy_getinfo(easy_.get(), CURLINFO_HTTP_CONNECTCODE, &failure.proxyConnectStatus);
-  failure.osError = static_cast<int>(osError);
+  // libcurl does not look at the error of a socket that it has not made itself.
+  failure.osError = socketError_ != 0 ? socketError_ : static_cast<int>(osError);
   failure.hasTriedToConnect = hasTriedToConnect_;
   failure.isConnected = connectMicroseconds > 0;
   failure.lacksAddressFamily = !usesProxy_ && kernelLacks(request_.addressFamily);

@@ -82,6 +82,7 @@ class CurlExchange final : public CurlTransferOwner,
   bool hasTriedToConnect_ = false;  ///< the hop
   bool hasBegunLookup_ = false;     ///< the hop
   bool hasEnded_ = false;           ///< the hop, by itself
+  int socketError_ = 0;             ///< the hop's: why the last socket could not be made
   int redirects_ = 0;
 };
 

@@ -5,14 +5,14 @@
 namespace lanternfold {
 
 CurlExchanges::CurlExchanges(asio::io_context& context, CurlUrlSettings settings)
-    : context_(context),
-      settings_(std::move(settings)),
-      transfers_(std::make_shared<CurlMulti>(context)) {}
+    : context_(context), settings_(std::move(settings)) {}
 
 CurlExchanges::~CurlExchanges() = default;
 
 void CurlExchanges::begin(Key key, UrlRequest request, CurlExchange::Limits limits,
                           CurlExchange::End end) {
+  // Most programs never ask anybody, and libcurl's start costs milliseconds.
+  if (!transfers_) transfers_ = std::make_shared<CurlMulti>(context_);
   const auto exchange = std::make_shared<CurlExchange>(
       CurlExchange::Surroundings{context_, *transfers_, settings_}, std::move(request), limits,
       [this, key, whoAsked = std::move(end)](UrlAnswer answer) mutable {

@@ -50,7 +50,7 @@ class CurlExchanges {
 
   asio::io_context& context_;
   const CurlUrlSettings settings_;
-  const std::shared_ptr<CurlMulti> transfers_;
+  std::shared_ptr<CurlMulti> transfers_;  ///< none before the first request
   std::map<Key, Entry> entries_;
   std::deque<Key> waiting_;  ///< of exchanges to send; some may have gone
   std::size_t sent_ = 0;

@@ -18,7 +18,7 @@ struct CurlMulti::Watch {
       : owner(multi), easy(transfer), socket(watched), descriptor(multi.context_) {
     asio::error_code error;
     // One that cannot be watched is ended by the time limits.
-    descriptor.assign(watched, error);
+    static_cast<void>(descriptor.assign(watched, error));
   }
   ~Watch() { release(); }
   Watch(const Watch&) = delete;

@@ -23,7 +23,7 @@ class CurlUrlSessions final : public UrlSessions {
  public:
   /// `loop` and `dispatch` outlive the sessions.
   CurlUrlSessions(EventLoop& loop, Dispatch& dispatch, CurlUrlSettings settings);
-  /// Not on the loop's thread.
+  /// Not on the loop's thread, and not by a completion: one that is running is waited for.
   ~CurlUrlSessions() override;
   CurlUrlSessions(const CurlUrlSessions&) = delete;
   CurlUrlSessions& operator=(const CurlUrlSessions&) = delete;

@@ -21,13 +21,21 @@ std::optional<CurlUrlTasks::Key> CurlUrlTasks::keep(std::shared_ptr<CurlUrlTask>
   return key;
 }
 
-void CurlUrlTasks::release(Key key) {
+bool CurlUrlTasks::beginCompletion(Key key) {
   std::shared_ptr<CurlUrlTask> task;  // destroyed without the lock
   const std::lock_guard lock(mutex_);
-  if (const auto found = tasks_.find(key); found != tasks_.end()) {
-    task = std::move(found->second);
-    tasks_.erase(found);
-  }
+  const auto found = tasks_.find(key);
+  if (found == tasks_.end()) return false;
+  task = std::move(found->second);
+  tasks_.erase(found);
+  ++runningCompletions_;
+  return true;
+}
+
+void CurlUrlTasks::endCompletion() {
+  const std::lock_guard lock(mutex_);
+  --runningCompletions_;
+  completionEnded_.notify_all();
 }
 
 void CurlUrlTasks::send(Key key, UrlRequest request, CurlExchange::Limits limits) {
@@ -68,6 +76,8 @@ void CurlUrlTasks::close() {
   }
   loop_.runAndWait([this] { exchanges_.reset(); });
   for (const auto& [key, task] : tasks) static_cast<void>(task->takeCompletion());
+  std::unique_lock lock(mutex_);
+  completionEnded_.wait(lock, [this] { return runningCompletions_ == 0; });
 }
 
 CurlUrlTask::CurlUrlTask(std::shared_ptr<CurlUrlTasks> tasks, UrlRequest request,
@@ -78,20 +88,29 @@ CurlUrlTask::CurlUrlTask(std::shared_ptr<CurlUrlTasks> tasks, UrlRequest request
       completion_(std::move(completion)) {}
 
 void CurlUrlTask::resume() {
+  UrlSession::Completion neverCalled;  // destroyed without the lock
   const std::lock_guard lock(mutex_);
-  if (phase_ != Phase::idle) return;
-  key_ = tasks_->keep(shared_from_this());
-  if (!key_) return;
+  if (phase_ != Phase::idle || !isKept(neverCalled)) return;
   phase_ = Phase::running;
   tasks_->send(*key_, request_, limits_);
 }
 
 void CurlUrlTask::cancel() {
+  UrlSession::Completion neverCalled;
   const std::lock_guard lock(mutex_);
   if (phase_ == Phase::ended) return;
   if (phase_ == Phase::running) tasks_->abandon(*key_);
-  if (phase_ == Phase::idle) key_ = tasks_->keep(shared_from_this());
-  if (key_) completeWith({.data = std::nullopt, .error = UrlErrorCode::cancelled});
+  if (phase_ == Phase::idle && !isKept(neverCalled)) return;
+  completeWith({.data = std::nullopt, .error = UrlErrorCode::cancelled});
+}
+
+/// Whether the sessions are still there to keep the task; otherwise it ends without a word.
+bool CurlUrlTask::isKept(UrlSession::Completion& neverCalled) {
+  key_ = tasks_->keep(shared_from_this());
+  if (key_) return true;
+  phase_ = Phase::ended;
+  neverCalled = std::exchange(completion_, nullptr);
+  return false;
 }
 
 void CurlUrlTask::ended(UrlAnswer answer) {
@@ -113,10 +132,13 @@ void CurlUrlTask::completeWith(UrlAnswer answer) {
 }
 
 void CurlUrlTask::complete(UrlAnswer answer) {
-  auto completion = takeCompletion();
-  if (!completion) return;
-  tasks_->release(*key_);
-  completion(std::move(answer));
+  if (!tasks_->beginCompletion(*key_)) return;
+  {
+    // Destroyed before the end: what it holds may know the sessions.
+    auto completion = takeCompletion();
+    if (completion) completion(std::move(answer));
+  }
+  tasks_->endCompletion();
 }
 
 }  // namespace lanternfold

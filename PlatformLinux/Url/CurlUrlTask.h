@@ -3,6 +3,8 @@
 // Made by: `CurlUrlSession`. Read by: whoever asked for it, as a `UrlSessionDataTask`.
 #pragma once
 
+#include <condition_variable>
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -29,14 +31,17 @@ class CurlUrlTasks {
   CurlUrlTasks(const CurlUrlTasks&) = delete;
   CurlUrlTasks& operator=(const CurlUrlTasks&) = delete;
 
-  /// Keeps the task until `release`. None when the sessions have been destroyed.
+  /// Keeps the task until its completion. None when the sessions have been destroyed.
   [[nodiscard]] std::optional<Key> keep(std::shared_ptr<CurlUrlTask> task);
-  void release(Key key);
+  /// Around the call of a completion, which `close` waits for. Whether it may be called.
+  [[nodiscard]] bool beginCompletion(Key key);
+  void endCompletion();
   /// Of a task that is kept. Nothing once the sessions have been destroyed.
   void send(Key key, UrlRequest request, CurlExchange::Limits limits);
   void abandon(Key key);
 
-  /// Stops what is under way and destroys its completions. Nothing is sent afterwards.
+  /// Stops what is under way and destroys its completions, or waits for those that are running:
+  /// they may make sessions. Nothing is sent afterwards.
   void close();
 
   [[nodiscard]] DispatchQueue& queue() const { return queue_; }
@@ -51,6 +56,8 @@ class CurlUrlTasks {
   std::mutex mutex_;
   std::map<Key, std::shared_ptr<CurlUrlTask>> tasks_;  // guarded by mutex_
   Key nextKey_ = 0;                                    // guarded by mutex_
+  std::size_t runningCompletions_ = 0;                 // guarded by mutex_
+  std::condition_variable completionEnded_;
   bool isClosed_ = false;  // guarded by mutex_; stays when the phase has ended
 };
 
@@ -72,7 +79,9 @@ class CurlUrlTask final : public UrlSessionDataTask,
  private:
   enum class Phase { idle, running, ended };
 
-  void completeWith(UrlAnswer answer);  // with mutex_ held
+  // With mutex_ held. `neverCalled` takes a completion that may hold this task.
+  [[nodiscard]] bool isKept(UrlSession::Completion& neverCalled);
+  void completeWith(UrlAnswer answer);
   void complete(UrlAnswer answer);
 
   const std::shared_ptr<CurlUrlTasks> tasks_;

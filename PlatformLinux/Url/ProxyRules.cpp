@@ -92,8 +92,9 @@ bool goesDirectly(std::string_view noProxy, const HttpUrl& url) {
 
 ProxyEnvironment proxyEnvironmentFrom(const EnvironmentVariable& variable) {
   const auto either = [&variable](const char* lower, const char* upper) {
-    const auto value = variable(lower);
-    return value ? *value : variable(upper).value_or("");
+    // One that is empty counts as not set.
+    auto value = variable(lower).value_or("");
+    return value.empty() ? variable(upper).value_or("") : value;
   };
   return {.httpProxy = variable("http_proxy").value_or(""),
           .httpsProxy = either("https_proxy", "HTTPS_PROXY"),

@@ -46,7 +46,8 @@ class InternetStateTest : public testing::Test {
     fake_.pathMonitors.deliver({});
   }
 
-  ExitStatus run(std::vector<std::string> further = {}, std::string categories = "internet") {
+  ExitStatus run(const std::vector<std::string>& further = {},
+                 const std::string& categories = "internet") {
     std::vector<std::string> arguments{"state",
                                        "--categories",
                                        categories,
@@ -172,6 +173,13 @@ TEST_F(InternetStateTest, ASuiteThatCannotBeOpenedGivesWayToTheStandardOne) {
   EXPECT_TRUE(keeps(*fake_.userDefaults.standard()));
 }
 
+TEST_F(InternetStateTest, AnAnswerThatCannotBeKeptIsSaidOnce) {
+  fake_.userDefaults.setDiskFailing(true);
+  EXPECT_EQ(run(), ExitStatus::done);
+  EXPECT_THAT(output_.str(), testing::HasSubstr("Example Net"));
+  EXPECT_THAT(fake_.diagnostics.lines(), testing::SizeIs(1));
+}
+
 TEST_F(InternetStateTest, WhoeverDoesNotAskForItSendsNothing) {
   EXPECT_EQ(run({}, "other,cellular"), ExitStatus::done);
   EXPECT_EQ(fake_.urlSessions.requestedUrls(), Lines{});
@@ -194,7 +202,7 @@ TEST_F(InternetStateTest, AWatchNeverShowsAnOvertakenResolutionAsAnAnswer) {
   EXPECT_EQ(fake_.diagnostics.lines(), Lines{});
 }
 
-TEST_F(InternetStateTest, AWatchTellsAFaultOnceAndTheRecovery) {
+TEST_F(InternetStateTest, AWatchTellsAFaultOnceAndShowsTheRecovery) {
   fake_.dispatch.mainQueue().after(10s, [this] { goOffline(); });
   fake_.dispatch.mainQueue().after(20s, [this] { fake_.pathMonitors.deliver({}); });
   fake_.dispatch.mainQueue().after(30s, [this] {

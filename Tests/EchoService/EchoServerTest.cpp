@@ -47,13 +47,14 @@ class Client {
 
   [[nodiscard]] bool connected() const { return connected_; }
 
+  void send(std::string_view bytes) const { (void)takes(bytes); }
   /// Whether all of it was taken.
-  bool send(std::string_view bytes) {
+  [[nodiscard]] bool takes(std::string_view bytes) const {
     return ::send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL) ==
            static_cast<ssize_t>(bytes.size());
   }
 
-  void endSending() { (void)::shutdown(socket_, SHUT_WR); }
+  void endSending() const { (void)::shutdown(socket_, SHUT_WR); }
 
   /// Everything until `end` has come; until the server ends the connection when that is empty.
   std::string receive(std::string_view end = {}) {
@@ -73,7 +74,7 @@ class Client {
   [[nodiscard]] bool ended() const { return ended_; }
 
   /// The server is told that the connection is broken, not that it has ended.
-  void resetOnLeaving() {
+  void resetOnLeaving() const {
     const linger atOnce{.l_onoff = 1, .l_linger = 0};
     (void)::setsockopt(socket_, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
   }
@@ -136,7 +137,7 @@ TEST_F(EchoServerTest, AnswersBothFamilies) {
   start({"127.0.0.1:0", "[::1]:0"});
   Client ipv4(where(0));
   Client ipv6(where(1));
-  ASSERT_TRUE(ipv4.send(lastRequest) && ipv6.send(lastRequest));
+  ASSERT_TRUE(ipv4.takes(lastRequest) && ipv6.takes(lastRequest));
   const std::string answer = ipv4.receive();
   EXPECT_TRUE(answer.starts_with("HTTP/1.1 200 OK\r\n")) << answer;
   EXPECT_TRUE(answer.ends_with("Connection: close\r\n\r\n" + body)) << answer;
@@ -180,7 +181,7 @@ TEST_F(EchoServerTest, AnswersRequestsThatComeTogetherInTheirOrder) {
 TEST_F(EchoServerTest, AnswersARequestThatComesByteByByte) {
   start();
   Client client(where());
-  for (const char byte : lastRequest) ASSERT_TRUE(client.send({&byte, 1}));
+  for (const char byte : lastRequest) ASSERT_TRUE(client.takes({&byte, 1}));
   EXPECT_TRUE(client.receive().ends_with(body));
 }
 
@@ -273,7 +274,7 @@ TEST_F(EchoServerTest, DropsAClientThatTakesNoAnswers) {
   std::string many;
   for (int count = 0; count < 1000; ++count) many += request;
   const auto begin = steady_clock::now();
-  while (client.send(many) && steady_clock::now() - begin < 30s) {
+  while (client.takes(many) && steady_clock::now() - begin < 30s) {
   }
   EXPECT_LT(steady_clock::now() - begin, 15s) << "it was still being served";
 }

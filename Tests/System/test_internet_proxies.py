@@ -14,7 +14,7 @@ SECURE = {name: url.replace("http:", "https:") for name, url in SERVICES.items()
 # What others see of a machine behind a proxy.
 OUTSIDE4, OUTSIDE6 = "203.0.113.77", "2001:db8::77"
 OUTSIDE = known(OUTSIDE4, OUTSIDE6, "Example Telecom", "IT")
-NO_PROXY = "the proxy cannot be reached"
+NO_PROXY = "the proxy cannot be reached, or refuses"
 ALL = (IPV4, GEOLOCATION, IPV6)
 PLAYS = {"/ip4": answer({"ip": OUTSIDE4}), "/ip6": answer({"ip": OUTSIDE6}),
          "/geo": answer({"isp": "Example Telecom", "countryCode": "IT", "as": "",

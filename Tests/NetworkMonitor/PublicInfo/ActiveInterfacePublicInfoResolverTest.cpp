@@ -62,6 +62,12 @@ class ActiveInterfaceTest : public testing::Test {
   std::vector<Answer> answers_;
 };
 
+TEST_F(ActiveInterfaceTest, WithoutAWayOutNoInterfaceCarriesTheTraffic) {
+  paths_.deliver({.status = PathStatus::unsatisfied,
+                  .availableInterfaces = {{.name = "en0", .type = PathInterfaceType::wifi}}});
+  EXPECT_EQ(answer(), Answer(PublicInfo{}));
+}
+
 TEST_F(ActiveInterfaceTest, SupportsTheInterfaceAlone) {
   EXPECT_EQ(resolver_->supportedKeys(), (Keys{interface}));
 }

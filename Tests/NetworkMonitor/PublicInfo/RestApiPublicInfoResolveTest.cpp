@@ -28,7 +28,7 @@ class CommaResolver final : public RestApiPublicInfoResolve {
 
 class RestApiPublicInfoResolveTest : public RestResolverTest {
  protected:
-  std::shared_ptr<CommaResolver> makeResolver(BundleInformation bundle = {}) {
+  std::shared_ptr<CommaResolver> makeResolver(const BundleInformation& bundle = {}) {
     return std::make_shared<CommaResolver>(sessions_, bundle);
   }
 };

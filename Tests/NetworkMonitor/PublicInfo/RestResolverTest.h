@@ -21,7 +21,7 @@ class RestResolverTest : public testing::Test {
       "http://geo.example/json/?fields=isp,query,countryCode,as";
 
   template <typename Resolver, typename... Further>
-  std::shared_ptr<Resolver> make(Further... further) {
+  std::shared_ptr<Resolver> make(const Further&... further) {
     return std::make_shared<Resolver>(sessions_, BundleInformation{}, urls_, further...);
   }
 

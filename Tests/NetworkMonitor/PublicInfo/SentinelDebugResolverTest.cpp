@@ -7,7 +7,7 @@ namespace {
 
 class SentinelDebugResolverTest : public RestResolverTest {
  protected:
-  std::shared_ptr<SentinelDebugResolver> makeResolver(SentinelSettings settings = {}) {
+  std::shared_ptr<SentinelDebugResolver> makeResolver(const SentinelSettings& settings = {}) {
     return make<SentinelDebugResolver>(userDefaults_, settings);
   }
   static std::string urlOf(const std::string& identifier) {

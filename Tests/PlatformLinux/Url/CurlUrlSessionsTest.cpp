@@ -203,7 +203,8 @@ TEST_F(UrlsInNamespace, AHeaderLineWithoutAColonIsABadResponse) {
 }
 
 TEST_F(UrlsInNamespace, AHeaderLineWithANulIsABadResponse) {
-  EXPECT_EQ(answerTo(std::string("HTTP/1.1 200 OK\r\nA: \0b\r\n\r\nx", 30)), "error -1011");
+  using std::string_literals::operator""s;
+  EXPECT_EQ(answerTo("HTTP/1.1 200 OK\r\nA: \0b\r\n\r\nx"s), "error -1011");
 }
 
 TEST_F(UrlsInNamespace, AnEncodingThatIsUnknownIsABadResponse) {

@@ -52,6 +52,14 @@ TEST(ProxyRulesTest, TheOthersCountInEitherCaseAndLowerCaseFirst) {
             "");
 }
 
+TEST(ProxyRulesTest, AVariableThatIsEmptyCountsAsNotSet) {
+  EXPECT_EQ(proxy({{"HTTPS_PROXY", "upper:1"}, {"https_proxy", ""}}, "https://host.example/"),
+            "upper:1");
+  EXPECT_EQ(proxy({{"all_proxy", "all:1"}, {"no_proxy", ""}, {"NO_PROXY", "host.example"}},
+                  "http://host.example/"),
+            "");
+}
+
 TEST(ProxyRulesTest, AnAsteriskMeansEveryHost) {
   EXPECT_TRUE(isDirect("*", "http://host.example/"));
   EXPECT_TRUE(isDirect("*", "http://192.0.2.1/"));

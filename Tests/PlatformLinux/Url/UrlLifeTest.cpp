@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <functional>
+#include <future>
 #include <iterator>
 #include <sys/socket.h>
 #include <thread>
@@ -135,13 +136,45 @@ TEST_F(UrlLifeInNamespace, DestructionEndsEveryStageAtOnceAndWithoutAWord) {
     ASSERT_TRUE(comesTrue(stage.isReached)) << stage.name;
     const auto begin = std::chrono::steady_clock::now();
     world_.destroySessions();
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, 2s) << stage.name;
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 8s) << stage.name;
     EXPECT_EQ(held.use_count(), 1) << stage.name;
     EXPECT_FALSE(hasCompleted) << stage.name;
     EXPECT_TRUE(comesTrue([&] { return stages.open() == 0; })) << stage.name;
     task->cancel();
     world_.remake({.userAgent = "lanternfold-test/1.0"});
   }
+}
+
+TEST_F(UrlLifeInNamespace, DestructionWaitsForACompletionThatRuns) {
+  const ScriptedServer server(answering(httpAnswer("x")));
+  std::promise<void> begun;
+  std::atomic<bool> hasMadeAnother = false;
+  UrlSessions& sessions = world_.sessions();
+  const auto task =
+      sessions.makeSession(patientLimits)->dataTask({.url = server.url()}, [&](const UrlAnswer&) {
+        begun.set_value();
+        std::this_thread::sleep_for(100ms);
+        const auto another = sessions.makeSession(patientLimits);
+        another->dataTask({.url = server.url()}, [](const UrlAnswer&) {})->resume();
+        hasMadeAnother = true;
+      });
+  task->resume();
+  begun.get_future().wait();
+  world_.destroySessions();
+  EXPECT_TRUE(hasMadeAnother);
+}
+
+TEST_F(UrlLifeInNamespace, ATaskResumedWhenItsSessionsAreGoneLetsGoOfItsCompletion) {
+  const auto held = std::make_shared<int>(0);
+  const auto session = world_.sessions().makeSession(patientLimits);
+  const auto resumed =
+      session->dataTask({.url = "http://127.0.0.1:9/"}, [held](const UrlAnswer&) {});
+  const auto cancelled =
+      session->dataTask({.url = "http://127.0.0.1:9/"}, [held](const UrlAnswer&) {});
+  world_.destroySessions();
+  resumed->resume();
+  cancelled->cancel();
+  EXPECT_EQ(held.use_count(), 1);
 }
 
 TEST_F(UrlLifeInNamespace, ACancelThatRacesTheAnswerLeavesOneCompletion) {
@@ -197,7 +230,7 @@ TEST_F(UrlLifeInNamespace, TwoHundredAtOnceAllGetTheirAnswers) {
   EXPECT_THAT(answers.await(200), testing::UnorderedElementsAreArray(expected));
 }
 
-TEST_F(UrlLifeInNamespace, ARequestThatWaitsForItsTurnStillTimesOut) {
+TEST_F(UrlLifeInNamespace, ARequestThatHasWaitedForItsTurnTooLongSaysNothingOfItsHost) {
   const ScriptedServer server(neverAnswering());
   UrlAnswers answers;
   const auto session =
@@ -205,9 +238,11 @@ TEST_F(UrlLifeInNamespace, ARequestThatWaitsForItsTurnStillTimesOut) {
   for (int number = 0; number < 150; ++number) {
     session->dataTask({.url = server.url()}, answers.completion())->resume();
   }
-  const auto begin = std::chrono::steady_clock::now();
-  EXPECT_THAT(answers.await(150), testing::Each("error -1001"));
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, 5s) << "three turns one after the other";
+  const auto texts = answers.await(150);
+  EXPECT_EQ(texts.size(), 150U);
+  EXPECT_THAT(texts, testing::Each(testing::AnyOf("error -1001", "error -1005")));
+  EXPECT_GE(std::ranges::count(texts, "error -1001"), 64) << "those that were sent";
+  EXPECT_GE(std::ranges::count(texts, "error -1005"), 1) << "those that were not";
 }
 
 TEST_F(UrlLifeInNamespace, ManyThatFailAtOnceInTheirTurnAllEnd) {
