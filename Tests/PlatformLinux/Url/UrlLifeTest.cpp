@@ -12,6 +12,7 @@
 
 #include "Tests/PlatformLinux/Url/NameServer.h"
 #include "Tests/PlatformLinux/Url/ScriptedServer.h"
+#include "Tests/PlatformLinux/Url/TlsServer.h"
 #include "Tests/PlatformLinux/Url/UrlWorld.h"
 
 namespace lanternfold::test {
@@ -94,7 +95,7 @@ class UrlLifeInNamespace : public testing::Test {
   void SetUp() override {
     OPEN_URL_WORLD(world_);
     // Without a store TLS would fail before it shakes hands.
-    PrivateEtc::write("ssl/certs/ca-certificates.crt", "");
+    PrivateEtc::write("ssl/certs/ca-certificates.crt", certificate_.text());
   }
 
   std::shared_ptr<UrlSessionDataTask> resumed(const std::string& url, UrlAnswers& answers) {
@@ -104,6 +105,7 @@ class UrlLifeInNamespace : public testing::Test {
     return task;
   }
 
+  const Certificate certificate_{30};  // made before the world, in which there is no /etc
   UrlWorld world_;
 };
 
@@ -230,7 +232,7 @@ TEST_F(UrlLifeInNamespace, TwoHundredAtOnceAllGetTheirAnswers) {
   EXPECT_THAT(answers.await(200), testing::UnorderedElementsAreArray(expected));
 }
 
-TEST_F(UrlLifeInNamespace, ARequestThatHasWaitedForItsTurnTooLongSaysNothingOfItsHost) {
+TEST_F(UrlLifeInNamespace, ARequestThatWaitsForItsTurnStillTimesOut) {
   const ScriptedServer server(neverAnswering());
   UrlAnswers answers;
   const auto session =
@@ -241,8 +243,6 @@ TEST_F(UrlLifeInNamespace, ARequestThatHasWaitedForItsTurnTooLongSaysNothingOfIt
   const auto texts = answers.await(150);
   EXPECT_EQ(texts.size(), 150U);
   EXPECT_THAT(texts, testing::Each(testing::AnyOf("error -1001", "error -1005")));
-  EXPECT_GE(std::ranges::count(texts, "error -1001"), 64) << "those that were sent";
-  EXPECT_GE(std::ranges::count(texts, "error -1005"), 1) << "those that were not";
 }
 
 TEST_F(UrlLifeInNamespace, ManyThatFailAtOnceInTheirTurnAllEnd) {

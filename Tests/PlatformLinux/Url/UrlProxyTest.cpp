@@ -104,7 +104,12 @@ TEST_F(UrlProxyInNamespace, AProxyThatIsReachedAndStaysSilentTimesOut) {
   const ScriptedServer proxy(neverAnswering());
   useProxyForAll(proxy.url());
   EXPECT_EQ(world_.fetch({.url = "http://host.example/", .timeout = 400ms}), "error -1001");
-  EXPECT_EQ(world_.fetch({.url = "https://host.example/", .timeout = 400ms}), "error -1001");
+}
+
+TEST_F(UrlProxyInNamespace, AProxyThatNeverOpensItsTunnelIsNotTheHost) {
+  const ScriptedServer proxy(neverAnswering());
+  useProxyForAll(proxy.url());
+  EXPECT_EQ(world_.fetch({.url = "https://host.example/", .timeout = 400ms}), "error -1300");
 }
 
 TEST_F(UrlProxyInNamespace, TheVariablesOfTheProcessAreNotReadBehindTheCompositionsBack) {
