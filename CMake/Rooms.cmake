@@ -16,6 +16,7 @@ pkg_check_modules(icu REQUIRED IMPORTED_TARGET icu-i18n icu-uc)
 pkg_check_modules(glib REQUIRED IMPORTED_TARGET glib-2.0)
 pkg_check_modules(rsvg REQUIRED IMPORTED_TARGET librsvg-2.0)
 pkg_check_modules(sqlite REQUIRED IMPORTED_TARGET sqlite3)
+pkg_check_modules(curl REQUIRED IMPORTED_TARGET libcurl)
 pkg_check_modules(cairo_surfaces REQUIRED IMPORTED_TARGET cairo-pdf cairo-svg cairo-png)
 
 function(lanternfold_room name)
@@ -37,19 +38,21 @@ lanternfold_room(Support LIBRARIES PkgConfig::icu)
 lanternfold_room(Platform USES Support)
 lanternfold_room(NetBase USES Platform Support)
 lanternfold_room(NetworkMonitor USES NetBase Platform Support
-                 LIBRARIES nlohmann_json::nlohmann_json)
+                 LIBRARIES nlohmann_json::nlohmann_json PkgConfig::glib)
+lanternfold_room(EchoService USES NetBase Platform Support
+                 LIBRARIES nlohmann_json::nlohmann_json Threads::Threads)
 lanternfold_room(ViewTree USES Support)
 lanternfold_room(NetworkWidgetVexExtension USES ViewTree NetworkMonitor NetBase Platform Support)
 # Of the monitor the system's side sees the counters alone: `ConnectionMetricsReader` is a seam that
 # stands beside its records.
 lanternfold_room(PlatformLinux USES NetworkMonitor/Metrics Platform Support
                  LIBRARIES PkgConfig::mnl PkgConfig::udev PkgConfig::glib PkgConfig::sqlite
-                           nlohmann_json::nlohmann_json resolv Threads::Threads)
+                           PkgConfig::curl nlohmann_json::nlohmann_json resolv Threads::Threads)
 lanternfold_room(PlatformDarwin USES Platform Support)
 lanternfold_room(Rendering USES ViewTree Support
                  LIBRARIES PkgConfig::pangocairo PkgConfig::rsvg PkgConfig::cairo_surfaces)
-lanternfold_room(CommandLine USES NetworkWidgetVexExtension Rendering PlatformLinux ViewTree
-                                  NetworkMonitor NetBase Platform Support
+lanternfold_room(CommandLine USES EchoService NetworkWidgetVexExtension Rendering PlatformLinux
+                                  ViewTree NetworkMonitor NetBase Platform Support
                  LIBRARIES nlohmann_json::nlohmann_json CLI11::CLI11 PkgConfig::glib
                            Threads::Threads)
 

@@ -48,11 +48,11 @@ std::expected<DrawableAdapterEntry, CommandFailure> entryOfThisMachine(
 
 std::expected<DrawableAdapterEntry, CommandFailure> drawableAdapterEntry(
     EntrySource source, const AdapterConfigurationIntent& configuration, const Machine& machine) {
-  const NetworkAdapterProvider provider(machine.platform.clock, machine.platform.strings,
-                                        [&machine] {
-                                          // This widget belongs to no application group.
-                                          return makeNetworkStateMonitor(machine, std::nullopt);
-                                        });
+  const NetworkAdapterProvider provider(
+      machine.platform.clock, machine.platform.strings, [&machine] {
+        // This widget belongs to no application group.
+        return makeNetworkStateMonitor(machine, {.bundle = widgetExtensionBundle()});
+      });
   switch (source) {
     case EntrySource::placeholder:
       return DrawableAdapterEntry{.entry = provider.placeholder()};

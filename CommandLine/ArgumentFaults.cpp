@@ -16,6 +16,8 @@ using Fault = std::optional<std::string>;
 
 bool looksLikeOption(std::string_view word) { return word.size() > 1 && word.front() == '-'; }
 
+bool mayRepeat(const CLI::Option& option) { return option.get_items_expected_max() > 1; }
+
 bool isFlag(const CLI::Option& option) { return option.get_items_expected_max() == 0; }
 
 /// Walks over the arguments as the library does, one option with its value at a time.
@@ -86,7 +88,7 @@ class ArgumentWalk {
       return needs + ", and " + inQuotes(arguments_[next_]) + " follows it";
     }
     if (!hasValue) ++next_;
-    if (given_.insert(&option).second) return std::nullopt;
+    if (given_.insert(&option).second || mayRepeat(option)) return std::nullopt;
     return option.get_name() + " was given twice; give it once";
   }
 

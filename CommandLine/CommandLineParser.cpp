@@ -11,11 +11,12 @@
 #include <CLI/CLI.hpp>
 
 #include "CommandLine/ArgumentFaults.h"
+#include "CommandLine/Commands/EchoServiceCommand.h"
 #include "CommandLine/Commands/InterfacesCommand.h"
 #include "CommandLine/Commands/RecordCommand.h"
 #include "CommandLine/Commands/RenderCommand.h"
 #include "CommandLine/Commands/StateCommand.h"
-#include "CommandLine/DataOptions.h"
+#include "CommandLine/CommonOptions.h"
 #include "CommandLine/ProgramName.h"
 
 namespace lanternfold {
@@ -28,26 +29,36 @@ constexpr const char* footer =
     "Exit status: 0 done; 1 the work failed; 2 the command line was not understood.\n"
     "Failures are one line on standard error. NO_COLOR switches colours off.\n";
 
-MachineOptions machineOptions(const DataOptions& data, bool json) {
-  return {
-      .diagnostics = json ? DiagnosticsTarget::standardError : DiagnosticsTarget::standardOutput,
-      .dataFolder = data.dataFolder};
+using Run = std::expected<void, CommandFailure>(const Machine&, const Console&);
+
+ChosenCommand commandOf(const CommonChoice& common, bool json, std::function<Run> run) {
+  return {.run = [run = std::move(run), authorities = common.certificateAuthoritiesFile](
+                     const Machine& machine,
+                     const Console& console) -> std::expected<void, CommandFailure> {
+            auto readable = requireCertificateAuthorities(authorities);
+            return readable ? run(machine, console) : readable;
+          },
+          .machine = {.diagnostics = json ? DiagnosticsTarget::standardError
+                                          : DiagnosticsTarget::standardOutput,
+                      .dataFolder = common.dataFolder,
+                      .certificateAuthoritiesFile = common.certificateAuthoritiesFile}};
 }
 
 Choice chooseInterfaces(InterfacesOptions options, std::string_view excluding,
-                        const DataOptions& data) {
-  if (auto checked = checkDataOptions(data); !checked) return std::unexpected(checked.error());
+                        const CommonOptions& common) {
+  const auto choice = checkCommonOptions(common);
+  if (!choice) return std::unexpected(choice.error());
   options.excluding = parseExcludedNames(excluding);
-  return ChosenCommand{
-      .run = [options](const Machine& machine,
-                       const Console& console) { return runInterfaces(options, machine, console); },
-      .machine = machineOptions(data, options.json)};
+  return commandOf(*choice, options.json,
+                   [options](const Machine& machine, const Console& console) {
+                     return runInterfaces(options, machine, console);
+                   });
 }
 
 void addInterfaces(CLI::App& app, Choice& choice) {
   auto options = std::make_shared<InterfacesOptions>();
   auto excluding = std::make_shared<std::string>();
-  auto data = std::make_shared<DataOptions>();
+  auto common = std::make_shared<CommonOptions>();
   CLI::App* command = app.add_subcommand("interfaces", "List this machine's network interfaces");
   command
       ->add_option("--prefix", options->prefix,
@@ -60,64 +71,69 @@ void addInterfaces(CLI::App& app, Choice& choice) {
       ->option_text("NAME,NAME")
       ->type_name("names of interfaces, separated by commas");
   command->add_flag("--json", options->json, "Write a JSON array of the interface records");
-  addDataOptions(*command, *data);
-  command->callback([options, excluding, data, &choice] {
-    choice = chooseInterfaces(*options, *excluding, *data);
+  addCommonOptions(*command, *common);
+  command->callback([options, excluding, common, &choice] {
+    choice = chooseInterfaces(*options, *excluding, *common);
   });
 }
 
-Choice chooseState(StateOptions options, std::string_view categoryNames, const DataOptions& data) {
-  if (auto checked = checkDataOptions(data); !checked) return std::unexpected(checked.error());
+Choice chooseState(StateOptions options, std::string_view categoryNames,
+                   const CommonOptions& common) {
+  const auto choice = checkCommonOptions(common);
+  if (!choice) return std::unexpected(choice.error());
   const auto categories = parseCategories(categoryNames);
   if (!categories) return std::unexpected(categories.error());
   options.categories = *categories;
-  options.appGroupId = data.chosenAppGroupId();
-  return ChosenCommand{
-      .run = [options](const Machine& machine,
-                       const Console& console) { return runState(options, machine, console); },
-      .machine = machineOptions(data, options.json)};
+  options.monitor = choice->monitor;
+  return commandOf(*choice, options.json,
+                   [options](const Machine& machine, const Console& console) {
+                     return runState(options, machine, console);
+                   });
 }
 
 void addState(CLI::App& app, Choice& choice) {
   auto options = std::make_shared<StateOptions>();
   auto categories = std::make_shared<std::string>("other");
-  auto data = std::make_shared<DataOptions>();
+  auto common = std::make_shared<CommonOptions>();
   CLI::App* command = app.add_subcommand("state", "Show the state of this machine's network");
   command
       ->add_option("--categories", *categories,
-                   "What to resolve: other (network adapters), cellular; default other")
+                   "What to resolve: internet (what others see of this machine), other (network "
+                   "adapters), cellular; default other")
       ->option_text("NAME,NAME")
-      ->type_name("cellular, other or both, separated by a comma");
+      ->type_name("internet, cellular and other, separated by commas");
   command->add_flag("--json", options->json,
                     "Write {\"complete\":…,\"state\":{…}}; with --watch one object a line");
   command->add_flag("--watch", options->watch,
                     "Report again at every change of a link, an address or a default route, until "
                     "interrupted");
-  addDataOptions(*command, *data);
-  command->callback(
-      [options, categories, data, &choice] { choice = chooseState(*options, *categories, *data); });
+  addCommonOptions(*command, *common);
+  command->callback([options, categories, common, &choice] {
+    choice = chooseState(*options, *categories, *common);
+  });
 }
 
 Choice chooseRecord(RecordOptions options, const std::optional<std::string>& interval,
-                    const DataOptions& data) {
-  if (auto checked = checkDataOptions(data); !checked) return std::unexpected(checked.error());
+                    const CommonOptions& common) {
+  const auto choice = checkCommonOptions(common);
+  if (!choice) return std::unexpected(choice.error());
   if (interval) {
     const auto parsed = parseInterval(*interval);
     if (!parsed) return std::unexpected(parsed.error());
     options.interval = *parsed;
   }
   if (auto checked = checkRecordOptions(options); !checked) return std::unexpected(checked.error());
-  options.appGroupId = data.chosenAppGroupId();
-  return ChosenCommand{
-      .run = [options](const Machine& machine,
-                       const Console& console) { return runRecord(options, machine, console); },
-      .machine = machineOptions(data, options.json)};
+  options.appGroupId = choice->monitor.appGroupId;
+  return commandOf(*choice, options.json,
+                   [options](const Machine& machine, const Console& console) {
+                     return runRecord(options, machine, console);
+                   });
 }
 
 void addRecord(CLI::App& app, Choice& choice) {
   auto options = std::make_shared<RecordOptions>();
   auto interval = std::make_shared<std::optional<std::string>>();
-  auto data = std::make_shared<DataOptions>();
+  auto common = std::make_shared<CommonOptions>();
   CLI::App* command = app.add_subcommand("record", "Record this machine's traffic");
   command->add_flag("--once", options->once, "Take one sample and show every counter");
   command->add_flag("--json", options->json,
@@ -130,25 +146,26 @@ void addRecord(CLI::App& app, Choice& choice) {
                    "when high, 15 when very high")
       ->option_text("SECONDS")
       ->type_name(intervalValues);
-  addDataOptions(*command, *data);
-  command->callback(
-      [options, interval, data, &choice] { choice = chooseRecord(*options, *interval, *data); });
+  addCommonOptions(*command, *common);
+  command->callback([options, interval, common, &choice] {
+    choice = chooseRecord(*options, *interval, *common);
+  });
 }
 
-Choice chooseRender(const RenderOptions& options, const DataOptions& data) {
-  if (auto checked = checkDataOptions(data); !checked) return std::unexpected(checked.error());
+Choice chooseRender(const RenderOptions& options, const CommonOptions& common) {
+  const auto choice = checkCommonOptions(common);
+  if (!choice) return std::unexpected(choice.error());
   auto plan = planRender(options);
   if (!plan) return std::unexpected(plan.error());
-  return ChosenCommand{
-      .run = [plan = *std::move(plan)](
-                 const Machine& machine,
-                 const Console& console) { return runRender(plan, machine, console); },
-      .machine = machineOptions(data, /*json=*/false)};
+  return commandOf(*choice, /*json=*/false,
+                   [plan = *std::move(plan)](const Machine& machine, const Console& console) {
+                     return runRender(plan, machine, console);
+                   });
 }
 
 void addRender(CLI::App& app, Choice& choice) {
   auto options = std::make_shared<RenderOptions>();
-  auto data = std::make_shared<DataOptions>();
+  auto common = std::make_shared<CommonOptions>();
   CLI::App* command = app.add_subcommand("render", "Draw a widget into a PNG, SVG or PDF file");
   command->add_option("kind", options->kind, "The widget: NetworkAdapterWidget")
       ->option_text("KIND")
@@ -179,8 +196,55 @@ void addRender(CLI::App& app, Choice& choice) {
       ->option_text("FILE")
       ->type_name("a file's name that ends in .png, .svg or .pdf")
       ->required();
-  addDataOptions(*command, *data);
-  command->callback([options, data, &choice] { choice = chooseRender(*options, *data); });
+  addCommonOptions(*command, *common);
+  command->callback([options, common, &choice] { choice = chooseRender(*options, *common); });
+}
+
+Choice chooseEchoService(const EchoServiceOptions& options, const CommonOptions& common) {
+  const auto choice = checkCommonOptions(common);
+  if (!choice) return std::unexpected(choice.error());
+  auto plan = planEchoService(options);
+  if (!plan) return std::unexpected(plan.error());
+  return commandOf(*choice, /*json=*/false,
+                   [plan = *std::move(plan)](const Machine& machine, const Console& console) {
+                     return runEchoService(plan, machine, console);
+                   });
+}
+
+void addEchoService(CLI::App& app, Choice& choice) {
+  auto options = std::make_shared<EchoServiceOptions>();
+  auto common = std::make_shared<CommonOptions>();
+  CLI::App* command =
+      app.add_subcommand("echo-service", "Tell whoever asks over HTTP his own address");
+  command
+      ->add_option(
+          "--listen", options->listen,
+          "Where to listen, as 192.0.2.1:8080 or [2001:db8::1]:8080; 0.0.0.0 and [::] take "
+          "every address of their family, the port 0 one that is free. May be repeated")
+      ->option_text("ADDR:PORT")
+      ->type_name(listenValues)
+      ->allow_extra_args(false)
+      ->required();
+  command
+      ->add_option("--geolocation-table", options->geolocationTable,
+                   "JSON: which provider and country a network belongs to; without it nothing is "
+                   "known of any")
+      ->option_text("FILE")
+      ->type_name("a file's name");
+  command
+      ->add_option("--trust", options->trust,
+                   "An address or a network of reverse proxies whose X-Forwarded-For is believed. "
+                   "May be repeated")
+      ->option_text("ADDRESS")
+      ->type_name("an address or a network")
+      ->allow_extra_args(false);
+  command
+      ->add_option("--connections", options->connections,
+                   "How many to serve at once, 1 to 10000; default 512")
+      ->option_text("N")
+      ->type_name(connectionsValues);
+  addCommonOptions(*command, *common);
+  command->callback([options, common, &choice] { choice = chooseEchoService(*options, *common); });
 }
 
 /// Refusals of the library that `firstArgumentFault` does not foresee.
@@ -202,6 +266,7 @@ ParsedCommandLine parseCommandLine(std::span<const std::string> arguments) {
   addState(app, choice);
   addRecord(app, choice);
   addRender(app, choice);
+  addEchoService(app, choice);
   bool isUnderstood = true;
   try {
     std::vector<std::string> words = withEmptyValuesApart(arguments);

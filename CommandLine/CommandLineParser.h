@@ -25,6 +25,8 @@ struct MachineOptions {
   DiagnosticsTarget diagnostics = DiagnosticsTarget::standardOutput;
   /// Where everything is kept; the user's own data folder when it is not given.
   std::optional<std::filesystem::path> dataFolder;
+  /// Certificates in PEM to trust; the system's when it is not given.
+  std::optional<std::filesystem::path> certificateAuthoritiesFile;
 };
 
 /// A command whose options have been understood and checked, ready to run.

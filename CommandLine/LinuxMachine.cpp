@@ -1,11 +1,13 @@
 #include "CommandLine/LinuxMachine.h"
 
 #include <cstdio>
+#include <string>
 
 #include "CommandLine/DataFolders.h"
 #include "CommandLine/FileDescriptorLimit.h"
 #include "CommandLine/FileSoleRecorder.h"
 #include "CommandLine/LinuxMainLoop.h"
+#include "CommandLine/ProgramName.h"
 #include "PlatformLinux/Defaults/DataDirectory.h"
 #include "PlatformLinux/Defaults/LinuxGroupContainer.h"
 #include "PlatformLinux/Defaults/SqliteUserDefaults.h"
@@ -22,19 +24,25 @@
 #include "PlatformLinux/System/StreamDiagnosticLog.h"
 #include "PlatformLinux/System/SystemClock.h"
 #include "PlatformLinux/System/UdevHardwareDatabase.h"
+#include "PlatformLinux/Url/CurlUrlSessions.h"
 
 namespace lanternfold {
 
-/// More than any command has open at once, which is eleven. Without them a command would fail
-/// somewhere on its way, and blame the file that it was about to open.
-constexpr int descriptorsOfACommand = 16;
+/// More than any command has open at once, which is about twenty while it asks the public services.
+/// Without them a command would fail somewhere on its way, and blame the file that it was about to
+/// open.
+constexpr int descriptorsOfACommand = 32;
 
 // In the order of construction: what listens to the event loop goes before the loop does, and the
 // queues, which finish the works that are running, before what those use.
 struct LinuxMachine::Parts {
   explicit Parts(const MachineOptions& options)
       : diagnostics(options.diagnostics == DiagnosticsTarget::standardError ? stderr : stdout),
-        dataDirectory(options.dataFolder) {}
+        dataDirectory(options.dataFolder),
+        urlSessions(eventLoop, dispatch,
+                    {.userAgent = std::string(programName) + "/" LANTERNFOLD_VERSION,
+                     .certificateAuthoritiesFile = options.certificateAuthoritiesFile,
+                     .proxies = proxyEnvironmentOfProcess()}) {}
 
   StreamDiagnosticLog diagnostics;
   SystemClock clock;
@@ -53,6 +61,7 @@ struct LinuxMachine::Parts {
   LinuxNetworkConfiguration networkConfiguration{hardwareDatabase};
   LinuxInterfaceNaming interfaceNaming;
   LinuxPathMonitorFactory pathMonitors{eventLoop};
+  CurlUrlSessions urlSessions;
   Machine machine{.platform = {.kernel = kernel,
                                .resolverConfiguration = resolverConfiguration,
                                .networkConfiguration = networkConfiguration,
@@ -64,7 +73,8 @@ struct LinuxMachine::Parts {
                                .diagnostics = diagnostics,
                                .fileSystem = fileSystem,
                                .userDefaults = userDefaults,
-                               .groupContainer = groupContainer},
+                               .groupContainer = groupContainer,
+                               .urlSessions = urlSessions},
                   .metricsReader = std::make_shared<LinuxConnectionMetricsReader>(),
                   .soleRecorder = soleRecorder,
                   .mainLoop = mainLoop,

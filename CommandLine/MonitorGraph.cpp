@@ -2,9 +2,11 @@
 
 #include <utility>
 
+#include "CommandLine/InternetGraph.h"
 #include "CommandLine/MetricsGraph.h"
 #include "CommandLine/RememberingMetricsReader.h"
 #include "CommandLine/SampleFailure.h"
+#include "CommandLine/WalkStartingMetricsReader.h"
 #include "CommandLine/WalkingInterfaceResolver.h"
 #include "NetBase/NetUtils.h"
 #include "NetworkMonitor/Interfaces/PosixInterfaceResolver.h"
@@ -39,14 +41,12 @@ std::expected<RememberingMetricsReader::Recorded, std::string> makeRecordedReade
       }};
 }
 
-std::shared_ptr<InterfaceResolver> makeRememberingResolver(
+std::shared_ptr<RememberingMetricsReader> makeRememberingReader(
     const Machine& machine, const std::optional<std::string>& appGroupId) {
-  const Platform& platform = machine.platform;
-  const auto reader = std::make_shared<RememberingMetricsReader>(
+  return std::make_shared<RememberingMetricsReader>(
       makeRecordedReader(machine, appGroupId), machine.metricsReader,
-      RememberingMetricsReader::Environment{.clock = platform.clock,
-                                            .diagnostics = platform.diagnostics});
-  return std::make_shared<WalkingInterfaceResolver>(makeResolver(platform, reader), reader);
+      RememberingMetricsReader::Environment{.clock = machine.platform.clock,
+                                            .diagnostics = machine.platform.diagnostics});
 }
 
 }  // namespace
@@ -55,24 +55,29 @@ std::shared_ptr<InterfaceResolver> makeInterfaceResolver(const Machine& machine)
   return makeResolver(machine.platform, machine.metricsReader);
 }
 
-std::shared_ptr<NetworkStateMonitor> makeNetworkStateMonitor(
-    const Machine& machine, const std::optional<std::string>& appGroupId) {
+std::shared_ptr<NetworkStateMonitor> makeNetworkStateMonitor(const Machine& machine,
+                                                             const MonitorOptions& options) {
   const Platform& platform = machine.platform;
+  const auto reader = makeRememberingReader(machine, options.appGroupId);
+  const auto interfaces =
+      std::make_shared<WalkingInterfaceResolver>(makeResolver(platform, reader), reader);
   return std::make_shared<NetworkStateMonitor>(
-      std::make_shared<NullInternetInfoResolver>(platform.strings),
-      makeRememberingResolver(machine, appGroupId), std::make_shared<NullWlanInterfaceResolver>(),
-      nullptr,
+      makeInternetInfoResolver(
+          machine, options,
+          {.interfaceResolver = interfaces,
+           .metricsReader = std::make_shared<WalkStartingMetricsReader>(reader)}),
+      interfaces, std::make_shared<NullWlanInterfaceResolver>(), nullptr,
       NetworkStateMonitor::Environment{.pathMonitors = platform.pathMonitors,
                                        .mainQueue = platform.dispatch.mainQueue(),
                                        .strings = platform.strings});
 }
 
-ResolvedState resolveOnce(const Machine& machine, const std::optional<std::string>& appGroupId,
+ResolvedState resolveOnce(const Machine& machine, const MonitorOptions& options,
                           NetworkSourceCategory categories) {
   constexpr std::chrono::seconds limit{30};
   ResolvedState resolved{.state = NetworkState::initial(machine.platform.strings)};
   bool running = false;
-  const auto monitor = makeNetworkStateMonitor(machine, appGroupId);
+  const auto monitor = makeNetworkStateMonitor(machine, options);
   monitor->setActiveCategories(categories);
   monitor->setStateUpdateHandler([&](const NetworkState& state, bool complete, std::error_code) {
     if (resolved.complete) return;

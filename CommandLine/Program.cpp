@@ -27,7 +27,9 @@ ExitStatus finishWriting(const Console& console) {
                 console);
 }
 
-std::string remedyForLack(std::error_code error) {
+/// By its number, since the category of the networking library equals no standard condition.
+std::string remedyForLack(const std::error_code& lack) {
+  const std::error_code error(lack.value(), std::generic_category());
   const bool lacksFiles =
       error == std::errc::too_many_files_open || error == std::errc::too_many_files_open_in_system;
   return lacksFiles ? remedyFor(error) : "check the limits on threads and memory";

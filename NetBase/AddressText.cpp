@@ -6,6 +6,18 @@
 #include <sys/socket.h>
 
 namespace lanternfold {
+namespace {
+
+template <typename Bytes>
+std::optional<Bytes> bytesOfText(int family, std::string_view text) {
+  // The C library would stop reading at a zero byte.
+  if (text.size() >= INET6_ADDRSTRLEN || text.contains('\0')) return std::nullopt;
+  Bytes bytes{};
+  if (inet_pton(family, std::string(text).c_str(), bytes.data()) != 1) return std::nullopt;
+  return bytes;
+}
+
+}  // namespace
 
 // Written out instead of asking inet_ntop, which goes through the printf machinery: a walk over the
 // interfaces turns three such addresses into text for each of them, and that alone would take more
@@ -39,6 +51,14 @@ std::string hardwareAddressText(const LinkAddress& address) {
     *end++ = digits[byte & 0x0FU];
   }
   return {text.data(), end};
+}
+
+std::optional<IPv4Bytes> ipv4OfText(std::string_view text) {
+  return bytesOfText<IPv4Bytes>(AF_INET, text);
+}
+
+std::optional<IPv6Bytes> ipv6OfText(std::string_view text) {
+  return bytesOfText<IPv6Bytes>(AF_INET6, text);
 }
 
 }  // namespace lanternfold

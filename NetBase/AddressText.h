@@ -1,7 +1,9 @@
-// Addresses as text, in the one form that the whole system shows them in. Pure; nothing fails.
+// Addresses as text, in the one form that the whole system shows them in, and back. Pure.
 #pragma once
 
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "Platform/SocketAddress.h"
 
@@ -15,5 +17,12 @@ namespace lanternfold {
 
 /// Upper-case hexadecimal pairs with colons, such as "02:42:AC:11:00:02"; empty for no bytes.
 [[nodiscard]] std::string hardwareAddressText(const LinkAddress& address);
+
+/// Four decimal numbers of 0 to 255 without leading zeros, separated by full stops; none for
+/// anything else.
+[[nodiscard]] std::optional<IPv4Bytes> ipv4OfText(std::string_view text);
+
+/// Any of the forms of RFC 4291, without brackets and without a scope; none for anything else.
+[[nodiscard]] std::optional<IPv6Bytes> ipv6OfText(std::string_view text);
 
 }  // namespace lanternfold

@@ -31,6 +31,9 @@ struct FileContents {
   friend bool operator==(const FileContents&, const FileContents&) = default;
 };
 
+/// Files of one name that are kept aside at the most.
+inline constexpr int mostKeptAside = 20;
+
 /// Stateless from the outside; any thread, any number of processes at once. Calls block for the
 /// disk. Errors are of the generic category (`std::errc`): no_such_file_or_directory,
 /// permission_denied, is_a_directory, no_space_on_device, file_too_large, read_only_file_system and
@@ -67,9 +70,9 @@ class FileSystem {
       const std::filesystem::path& path, std::string_view bytes) = 0;
 
   /// Gives the regular file at `path` a second name beside the first, so that it outlives a
-  /// replacement: "NAME.damaged-1" or the next one that is free, up to 20; file_exists when none
-  /// is. A file that has such a name keeps that one. The name, whole. Where a file cannot have two
-  /// names it is moved. What is no regular file stays, with the errors of `readFile`.
+  /// replacement: "NAME.damaged-1" or the next one that is free, up to `mostKeptAside`; file_exists
+  /// when none is. A file that has such a name keeps that one. The name, whole. Where a file cannot
+  /// have two names it is moved. What is no regular file stays, with the errors of `readFile`.
   [[nodiscard]] virtual std::expected<std::filesystem::path, std::error_code> keepAside(
       const std::filesystem::path& path) = 0;
 

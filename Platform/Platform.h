@@ -15,6 +15,7 @@
 #include "Platform/PathMonitor.h"
 #include "Platform/ResolverConfiguration.h"
 #include "Platform/StringTable.h"
+#include "Platform/UrlSession.h"
 #include "Platform/UserDefaults.h"
 
 namespace lanternfold {
@@ -33,6 +34,7 @@ struct Platform {
   FileSystem& fileSystem;
   UserDefaultsSuites& userDefaults;
   GroupContainer& groupContainer;
+  UrlSessions& urlSessions;
 };
 
 }  // namespace lanternfold

@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "CommandLine/KernelAccess.h"
-#include "CommandLine/MonitorGraph.h"
 #include "CommandLine/PrintableText.h"
 #include "CommandLine/RecordJson.h"
 #include "CommandLine/StateText.h"
@@ -27,18 +26,21 @@ constexpr std::array<NamedCategory, 4> namedCategories = {{
 }};
 
 constexpr NetworkSourceCategory resolvableCategories =
-    NetworkSourceCategory::cellular().unionWith(NetworkSourceCategory::other());
+    NetworkSourceCategory::internet()
+        .unionWith(NetworkSourceCategory::cellular())
+        .unionWith(NetworkSourceCategory::other());
 
 std::expected<NetworkSourceCategory, CommandFailure> parseCategory(std::string_view name) {
   for (const NamedCategory& named : namedCategories) {
     if (named.name != name) continue;
     if (resolvableCategories.contains(named.category)) return named.category;
-    return std::unexpected(badArguments("the category " + inQuotes(name) +
-                                        " cannot be resolved by this version; use cellular or "
-                                        "other"));
+    return std::unexpected(
+        badArguments("the category " + inQuotes(name) +
+                     " cannot be resolved by this version; use internet, cellular or "
+                     "other"));
   }
   return std::unexpected(badArguments("unknown category " + inQuotes(name) +
-                                      "; use cellular or other, separated by commas"));
+                                      "; use internet, cellular or other, separated by commas"));
 }
 
 /// A state without adapters is a result only when the kernel lets itself be asked for them.
@@ -90,7 +92,7 @@ std::expected<void, CommandFailure> watch(const StateOptions& options, const Mac
   std::expected<void, CommandFailure> access;
   bool isFirstWhole = true;
   WatchWriter writer(options, machine, console);
-  const auto monitor = makeNetworkStateMonitor(machine, options.appGroupId);
+  const auto monitor = makeNetworkStateMonitor(machine, options.monitor);
   monitor->setActiveCategories(options.categories);
   monitor->setStateUpdateHandler([&](const NetworkState& state, bool complete, std::error_code) {
     if (complete && std::exchange(isFirstWhole, false)) {
@@ -127,7 +129,7 @@ std::expected<NetworkSourceCategory, CommandFailure> parseCategories(std::string
 std::expected<void, CommandFailure> runState(const StateOptions& options, const Machine& machine,
                                              const Console& console) {
   if (options.watch) return watch(options, machine, console);
-  const ResolvedState resolved = resolveOnce(machine, options.appGroupId, options.categories);
+  const ResolvedState resolved = resolveOnce(machine, options.monitor, options.categories);
   if (auto access = requireTruth(resolved.state, options.categories, machine); !access) {
     return access;
   }

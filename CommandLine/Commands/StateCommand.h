@@ -2,12 +2,11 @@
 #pragma once
 
 #include <expected>
-#include <optional>
-#include <string>
 #include <string_view>
 
 #include "CommandLine/Console.h"
 #include "CommandLine/Machine.h"
+#include "CommandLine/MonitorGraph.h"
 #include "NetworkMonitor/Model/NetworkSourceCategory.h"
 
 namespace lanternfold {
@@ -21,8 +20,7 @@ struct StateOptions {
   NetworkSourceCategory categories = NetworkSourceCategory::other();
   bool json = false;
   bool watch = false;  ///< go on until the program is asked to end
-  /// The group in whose folder the traffic is remembered; none for the folder without a group.
-  std::optional<std::string> appGroupId;
+  MonitorOptions monitor = {};
 };
 
 /// Without `watch`, the state once it is complete. With it, in JSON every report on a line of its

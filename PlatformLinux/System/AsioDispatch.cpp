@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "PlatformLinux/System/EventLoop.h"
 #include "PlatformLinux/System/MainThreadRunner.h"
 
 namespace lanternfold {
@@ -14,7 +15,8 @@ constexpr std::array<const char*, 4> globalQueueLabels{
 }  // namespace
 
 AsioDispatch::AsioDispatch(EventLoop& loop)
-    : timers_(loop),
+    : loop_(loop),
+      timers_(loop),
       mainRunner_(std::make_unique<MainThreadRunner>()),
       mainQueue_("main", WorkQueue::Mode::serial, *mainRunner_, timers_) {
   for (std::size_t index = 0; index < globalQueues_.size(); ++index) {
@@ -35,6 +37,9 @@ AsioDispatch::~AsioDispatch() {
   mainQueue_.close();
   for (const auto& queue : globalQueues_) queue->close();
   for (const auto& [label, queue] : serialQueues_) queue->close();
+  // What was destroyed has closed what it had on the loop; a handler of that may be running still,
+  // and append to a queue.
+  loop_.runAndWait([] {});
 }
 
 DispatchQueue& AsioDispatch::mainQueue() { return mainQueue_; }

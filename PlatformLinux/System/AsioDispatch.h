@@ -29,8 +29,9 @@ class AsioDispatch final : public Dispatch {
   explicit AsioDispatch(EventLoop& loop);
   /// Lets go whoever waits in a `sync` whose work has not begun, waits for the works that are
   /// running, then destroys those that wait, on the calling thread.
-  /// Works and handlers that are being destroyed may still append: that work is destroyed too. Not
-  /// to be called by a work.
+  /// Works and handlers that are being destroyed may still append: that work is destroyed too; so
+  /// may a handler of the loop that is running, which is waited for. Not to be called by a work or
+  /// on the loop.
   ~AsioDispatch() override;
 
   [[nodiscard]] DispatchQueue& mainQueue() override;
@@ -54,6 +55,7 @@ class AsioDispatch final : public Dispatch {
   [[nodiscard]] WorkerPool& poolFor(QualityOfService quality);
   void refuseWaits();
 
+  EventLoop& loop_;
   TimerSchedule timers_;
   WorkerPool ordinaryPool_{WorkerPool::Priority::ordinary};
   WorkerPool backgroundPool_{WorkerPool::Priority::background};

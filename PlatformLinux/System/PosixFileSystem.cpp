@@ -14,7 +14,6 @@
 namespace lanternfold {
 namespace {
 
-constexpr int mostKeptAside = 20;
 constexpr mode_t privateMode = S_IRUSR | S_IWUSR;
 /// A pipe that takes the file's place is not waited for, a terminal does not become ours.
 constexpr int openFlags = O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
@@ -118,7 +117,7 @@ std::expected<std::filesystem::path, std::error_code> PosixFileSystem::keepAside
   if (::stat(file.c_str(), &status) != 0) return lastError();
   if (const auto kind = errorOfKind(status)) return std::unexpected(kind);
   for (int number = 1; number <= mostKeptAside; ++number) {
-    const std::filesystem::path name = file.native() + ".damaged-" + std::to_string(number);
+    std::filesystem::path name = file.native() + ".damaged-" + std::to_string(number);
     struct stat other{};
     const bool isTaken = ::lstat(name.c_str(), &other) == 0;
     if (isTaken && other.st_dev == status.st_dev && other.st_ino == status.st_ino) return name;

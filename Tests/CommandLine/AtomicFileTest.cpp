@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "CommandLine/AtomicFile.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 namespace lanternfold {
 namespace {
@@ -20,18 +21,12 @@ std::string contentsOf(const fs::path& path) {
 
 class AtomicFileTest : public testing::Test {
  protected:
-  void SetUp() override {
-    std::string name = (fs::temp_directory_path() / "lanternfold-file-XXXXXX").string();
-    ASSERT_NE(::mkdtemp(name.data()), nullptr);
-    folder_ = name;
-  }
-  void TearDown() override { fs::remove_all(folder_); }
-
   std::size_t files() const {
     return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder_), {}));
   }
 
-  fs::path folder_;
+  const TemporaryFolder temporary_;
+  const fs::path& folder_ = temporary_.path();
 };
 
 TEST_F(AtomicFileTest, WritesANewFileWithOrdinaryPermissions) {

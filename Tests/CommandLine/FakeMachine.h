@@ -17,6 +17,7 @@
 #include "Tests/Support/FakePathMonitor.h"
 #include "Tests/Support/FakeResolverConfiguration.h"
 #include "Tests/Support/FakeStringTable.h"
+#include "Tests/Support/FakeUrlSessions.h"
 #include "Tests/Support/FakeUserDefaults.h"
 #include "Tests/Support/RecordingDiagnosticLog.h"
 #include "Tests/Support/SimulatedClock.h"
@@ -89,6 +90,7 @@ class FakeMachine {
   FakeFileSystem fileSystem{clock};
   FakeUserDefaultsSuites userDefaults;
   FakeGroupContainer groupContainer{fileSystem};
+  FakeUrlSessions urlSessions{dispatch};
   FakeSoleRecorder soleRecorder;
   SimulatedMainLoop mainLoop{dispatch};
   Machine machine{.platform = {.kernel = kernel,
@@ -102,7 +104,8 @@ class FakeMachine {
                                .diagnostics = diagnostics,
                                .fileSystem = fileSystem,
                                .userDefaults = userDefaults,
-                               .groupContainer = groupContainer},
+                               .groupContainer = groupContainer,
+                               .urlSessions = urlSessions},
                   .metricsReader = std::make_shared<WideMetricsReader>(kernel),
                   .soleRecorder = soleRecorder,
                   .mainLoop = mainLoop,

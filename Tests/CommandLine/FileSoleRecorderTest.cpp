@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "CommandLine/FileSoleRecorder.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 namespace lanternfold {
 namespace {
@@ -14,18 +15,12 @@ namespace fs = std::filesystem;
 
 class FileSoleRecorderTest : public testing::Test {
  protected:
-  void SetUp() override {
-    std::string name = (fs::temp_directory_path() / "lanternfold-recorder-XXXXXX").string();
-    ASSERT_NE(::mkdtemp(name.data()), nullptr);
-    folder_ = name;
-  }
-  void TearDown() override { fs::remove_all(folder_); }
-
   /// Whether the claim was given; a failure to ask counts as none.
   bool isGiven() { return recorder_.claim(folder_).value_or(nullptr) != nullptr; }
 
   FileSoleRecorder recorder_;
-  fs::path folder_;
+  const TemporaryFolder temporary_;
+  const fs::path& folder_ = temporary_.path();
 };
 
 TEST_F(FileSoleRecorderTest, ASecondClaimIsRefusedWhileTheFirstIsHeld) {

@@ -4,8 +4,12 @@
 #include <sstream>
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
+#include "CommandLine/DataOptions.h"
+#include "CommandLine/DateText.h"
 #include "CommandLine/Program.h"
+#include "CommandLine/ServiceOptions.h"
 #include "NetworkMonitor/Metrics/ConnectionMetricsJson.h"
 #include "Tests/CommandLine/FakeMachine.h"
 
@@ -42,6 +46,46 @@ TEST_F(FormatFixtures, InterfacesJson) {
 
 TEST_F(FormatFixtures, StateJson) {
   EXPECT_EQ(written({"state", "--json"}), fixture("state.json"));
+}
+
+class InternetFormatFixtures : public FormatFixtures {
+ protected:
+  void SetUp() override {
+    FormatFixtures::SetUp();
+    const ServiceUrls defaults;
+    FakeUrlSessions& sessions = fake_.urlSessions;
+    sessions.answer(defaults.ipv4EchoEndpoint(), R"({"ip":"203.0.113.7"})");
+    sessions.answer(defaults.ipv6EchoEndpoint(), R"({"ip":"2001:db8::7"})");
+    sessions.answer(defaults.geolocationEndpoint(),
+                    R"({"isp":"Example Net","countryCode":"IT","as":"","query":"203.0.113.7"})");
+    fake_.resolverConfiguration.setServers({{IPv4Bytes{192, 0, 2, 1}}});
+    fake_.pathMonitors.deliver(
+        {.status = PathStatus::satisfied,
+         .availableInterfaces = {
+             {.name = "en0", .index = 2, .type = PathInterfaceType::wiredEthernet}}});
+  }
+};
+
+TEST_F(InternetFormatFixtures, StateJson) {
+  EXPECT_EQ(written({"state", "--categories", "internet", "--json"}),
+            fixture("state-internet.json"));
+}
+
+TEST_F(InternetFormatFixtures, PublicInfoCache) {
+  fake_.clock.advance(std::chrono::hours(1));
+  (void)written({"state", "--categories", "internet", "--json"});
+  const auto suite = fake_.userDefaults.suite(defaultAppGroupId);
+  const auto answer = suite->object("CachedPublicInfoStorage").value();
+  const auto date = suite->object("CachedPublicInfoDate").value();
+  ASSERT_TRUE(answer && answer->asDictionary() && date && date->asDate());
+  nlohmann::ordered_json texts;
+  for (const auto& [key, value] : answer->asDictionary()->entries()) {
+    ASSERT_NE(value.asString(), nullptr);
+    texts[key] = *value.asString();
+  }
+  const nlohmann::ordered_json written = {{"CachedPublicInfoStorage", texts},
+                                          {"CachedPublicInfoDate", rfc3339Text(*date->asDate())}};
+  EXPECT_EQ(written.dump() + '\n', fixture("public-info-cache.json"));
 }
 
 TEST_F(FormatFixtures, RecordOnceJson) {

@@ -3,6 +3,7 @@
 #include <sstream>
 #include <system_error>
 
+#include <asio/error.hpp>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -77,6 +78,23 @@ TEST_F(ProgramTest, EveryCommandTakesTheOptionsThatSayWhereThingsAreKept) {
   EXPECT_EQ(machineOptions_.dataFolder, std::nullopt);
 }
 
+TEST_F(ProgramTest, EveryCommandTakesTheOptionsThatSayWhoIsAsked) {
+  for (const char* command : {"interfaces", "state", "record", "render", "echo-service"}) {
+    EXPECT_EQ(run({command, "--help"}), ExitStatus::done);
+    for (const char* option : {"--skip-geoip", "--ipv4-echo", "--ipv6-echo", "--geolocation",
+                               "--sentinel", "--ca-file"}) {
+      EXPECT_THAT(output(), testing::HasSubstr(option)) << command;
+    }
+  }
+}
+
+TEST_F(ProgramTest, CertificatesThatCannotBeReadAreAFailureOfEveryCommand) {
+  EXPECT_EQ(run({"interfaces", "--ca-file", "/nowhere/ca.pem"}), ExitStatus::failed);
+  EXPECT_EQ(machineOptions_.certificateAuthoritiesFile, "/nowhere/ca.pem");
+  EXPECT_THAT(errors(), testing::HasSubstr("\"/nowhere/ca.pem\" cannot be used: there is no such"));
+  EXPECT_EQ(output(), "");
+}
+
 TEST_F(ProgramTest, VersionIsPrinted) {
   EXPECT_EQ(run({"--version"}), ExitStatus::done);
   EXPECT_THAT(output(), testing::StartsWith("lanternfold-widgets "));
@@ -131,7 +149,13 @@ TEST_F(ProgramTest, ABadArgumentIsNamed) {
       {{}, "no command was given"},
       {{"bogus"}, "unknown command \"bogus\""},
       {{"--bogus", "state"}, "unknown option \"--bogus\"; options come behind the command"},
-      {{"state", "--ca-file", "x"}, "unknown option \"--ca-file\""},
+      {{"state", "--cafile", "x"}, "unknown option \"--cafile\""},
+      {{"state", "--ca-file", ""}, "--ca-file needs a file's name"},
+      {{"record", "--ipv4-echo", "ftp://a"},
+       "--ipv4-echo \"ftp://a\": The URL of a service begins"},
+      {{"interfaces", "--ipv6-echo", "https://"}, "--ipv6-echo \"https://\": The URL of a service"},
+      {{"state", "--geolocation", ""}, "--geolocation \"\": The URL of a service"},
+      {{"state", "--sentinel", "http://u@a"}, "--sentinel \"http://u@a\": The URL of a service"},
       {{"state", "--data-dir", ""}, "--data-dir"},
       {{"interfaces", "--app-group", "../x"}, "\"../x\" cannot name an application group"},
       {{"interfaces", "--app-group", ""}, "\"\" cannot name an application group"},
@@ -321,6 +345,16 @@ TEST_F(ProgramTest, ASystemThatLacksWhatTheMachineNeedsIsAFailureInOneLine) {
             ExitStatus::failed);
   EXPECT_THAT(errors(), testing::HasSubstr("epoll: Too many open files; raise the limit"));
   EXPECT_EQ(std::ranges::count(errors(), '\n'), 1);
+}
+
+TEST_F(ProgramTest, ALackThatTheNetworkingLibraryTellsHasTheSameRemedy) {
+  const std::vector<std::string> arguments{"interfaces"};
+  const auto lacking = [](const MachineOptions&) -> const Machine& {
+    throw std::system_error(EMFILE, asio::system_category(), "epoll");
+  };
+  EXPECT_EQ(runProgram(arguments, {.output = output_, .errors = errors_}, lacking),
+            ExitStatus::failed);
+  EXPECT_THAT(errors(), testing::HasSubstr("epoll: Too many open files; raise the limit"));
 }
 
 TEST_F(ProgramTest, AReaderThatHasGoneIsNoFault) {

@@ -8,6 +8,7 @@
 #include "CommandLine/AdapterEntry.h"
 #include "CommandLine/Commands/RenderCommand.h"
 #include "Tests/CommandLine/FakeMachine.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 namespace lanternfold {
 namespace {
@@ -17,13 +18,9 @@ namespace fs = std::filesystem;
 class RenderCommandTest : public testing::Test {
  protected:
   void SetUp() override {
-    std::string name = (fs::temp_directory_path() / "lanternfold-render-XXXXXX").string();
-    ASSERT_NE(::mkdtemp(name.data()), nullptr);
-    folder_ = name;
     fake_.addEthernet("en0", {192, 168, 1, 20});
     fake_.addEthernet("en1", {10, 0, 0, 5});
   }
-  void TearDown() override { fs::remove_all(folder_); }
 
   RenderOptions options(const std::string& fileName) const {
     RenderOptions options;
@@ -45,7 +42,8 @@ class RenderCommandTest : public testing::Test {
   }
 
   FakeMachine fake_;
-  fs::path folder_;
+  const TemporaryFolder temporary_;
+  const fs::path& folder_ = temporary_.path();
   std::ostringstream output_;
   std::ostringstream errors_;
 };

@@ -31,5 +31,38 @@ TEST(AddressText, WritesHardwareAddressesInUpperCaseWithColons) {
   EXPECT_EQ(hardwareAddressText({}), "");
 }
 
+TEST(AddressText, ReadsIPv4) {
+  EXPECT_EQ(ipv4OfText("192.168.1.20"), (IPv4Bytes{192, 168, 1, 20}));
+  EXPECT_EQ(ipv4OfText("0.0.0.0"), IPv4Bytes{});
+  EXPECT_EQ(ipv4OfText("255.255.255.255"), (IPv4Bytes{255, 255, 255, 255}));
+}
+
+TEST(AddressText, ReadsNothingElseAsIPv4) {
+  using namespace std::string_view_literals;
+  for (const std::string_view text :
+       {""sv, "1"sv, "1.2.3"sv, "1.2.3.4.5"sv, "256.0.0.1"sv, "010.2.3.4"sv, " 10.0.0.1"sv,
+        "10.0.0.1 "sv, "10.0.0.1\0"sv, "10.0.0.1\0x"sv, "::1"sv, "10.0.0.1:80"sv, "0x0a.0.0.1"sv,
+        "-10.2.3.4"sv, "10.0.0.00000000000000000000000000000000000000001"sv}) {
+    EXPECT_EQ(ipv4OfText(text), std::nullopt) << text;
+  }
+}
+
+TEST(AddressText, ReadsEveryFormOfIPv6) {
+  const IPv6Bytes address{0x20, 0x01, 0x0D, 0xB8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0x35};
+  for (const char* text : {"2001:db8::35", "2001:DB8:0:0:0:0:0:35", "2001:db8::0.0.0.53"}) {
+    EXPECT_EQ(ipv6OfText(text), address) << text;
+  }
+  EXPECT_EQ(ipv6OfText("::"), IPv6Bytes{});
+}
+
+TEST(AddressText, ReadsNothingElseAsIPv6) {
+  using namespace std::string_view_literals;
+  for (const std::string_view text :
+       {""sv, ":"sv, ":::"sv, "[::1]"sv, "fe80::1%eth0"sv, "1::2::3"sv, "10.0.0.1"sv, "::1\0"sv,
+        "12345::"sv, "1:2:3:4:5:6:7:8:9"sv, "::g"sv, " ::1"sv}) {
+    EXPECT_EQ(ipv6OfText(text), std::nullopt) << text;
+  }
+}
+
 }  // namespace
 }  // namespace lanternfold

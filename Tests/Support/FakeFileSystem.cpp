@@ -11,8 +11,6 @@ namespace {
 
 using Path = std::filesystem::path;
 
-constexpr int mostKeptAside = 20;
-
 Path normal(const Path& path) {
   if (!path.is_absolute()) fatalError("a fake file system was given a path that is not absolute");
   const Path result = path.lexically_normal();

@@ -108,6 +108,11 @@ class FakeUserDefaultsSuites final : public UserDefaultsSuites {
       std::shared_ptr<FakeUserDefaultsDisk> disk = std::make_shared<FakeUserDefaultsDisk>())
       : disk_(std::move(disk)) {}
 
+  /// What is set from now on stays in memory, and every suite's `synchronize` fails.
+  void setDiskFailing(bool failing) {
+    const std::lock_guard lock(disk_->mutex);
+    disk_->isFailing = failing;
+  }
   /// Suites of groups cannot be opened from now on.
   void setRefusing(bool refusing) { isRefusing_ = refusing; }
 

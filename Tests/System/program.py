@@ -45,14 +45,15 @@ def json_of(*arguments, **options):
 
 
 class Watch:
-    """`state --watch --json` under way, and every report it has written with its moment of arrival.
+    """`state --watch --json` under way, with more arguments if there are any, and every report it
+    has written with its moment of arrival.
 
     Use it in a `with` statement; leaving it ends the process.
     """
 
-    def __init__(self, program=PROGRAM, **options):
+    def __init__(self, *arguments, program=PROGRAM, **options):
         self.process = subprocess.Popen(
-            [program, "state", "--watch", "--json"], stdin=subprocess.DEVNULL,
+            [program, "state", "--watch", "--json", *arguments], stdin=subprocess.DEVNULL,
             stdout=subprocess.PIPE, stderr=subprocess.PIPE, **options)
         self.reports = []  # (moment, report), only ever appended to
         self.broken = []  # lines that were not a report

@@ -96,7 +96,7 @@ class RefusedTest(BadInputTest):
 
     def test_few_file_descriptors(self):
         """Down to the number with which the program cannot even be loaded."""
-        for limit in range(4, 24):
+        for limit in range(4, 40):
             done = run("interfaces", "--json", preexec_fn=lambda limit=limit: resource.setrlimit(
                 resource.RLIMIT_NOFILE, (limit, limit)))
             if done.returncode == 0:

@@ -108,7 +108,7 @@ class EventStormTest(NamespaceTest):
             data = Path(folder) / "data"
             data.mkdir()
             os.chown(data, AS_NOBODY["user"], AS_NOBODY["group"])
-            with Watch(install(Path(folder)), env=os.environ | {"XDG_DATA_HOME": str(data)},
+            with Watch(program=install(Path(folder)), env=os.environ | {"XDG_DATA_HOME": str(data)},
                        **AS_NOBODY) as watch:
                 watch.settle()
                 moments = self.storm()

@@ -100,20 +100,20 @@ class ReaderTest(RecordTest):
 
 class FewDescriptorsTest(RecordTest):
     def test_too_few_file_descriptors_are_said_before_any_file_is_blamed(self):
-        for limit in range(8, 19):
+        for limit in range(8, 35):
             for arguments in (("--once", "--json"), ("--json",)):
                 done = run("record", *arguments, *self.data.options(), preexec_fn=lambda: resource.
                            setrlimit(resource.RLIMIT_NOFILE, (limit, limit)))
                 self.assertEqual(
-                    (1, b"", b"lanternfold-widgets: the system lacks what is needed: opening 16 files "
+                    (1, b"", b"lanternfold-widgets: the system lacks what is needed: opening 32 files "
                      b"at once: Too many open files; raise the limit of open files, as with \"ulimit "
                      b"-n 256\"\n"), (done.returncode, done.stdout, done.stderr), limit)
         self.assertFalse(self.data.path.exists())
 
     def test_enough_of_them(self):
-        done = self.data.once(preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_NOFILE, (19, 19)))
+        done = self.data.once(preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_NOFILE, (35, 35)))
         self.assertEqual((0, b""), (done.returncode, done.stderr))
-        few = {"preexec_fn": lambda: resource.setrlimit(resource.RLIMIT_NOFILE, (19, 19))}
+        few = {"preexec_fn": lambda: resource.setrlimit(resource.RLIMIT_NOFILE, (35, 35))}
         with Recorder("--json", "--interval", "1", *self.data.options(), **few) as recorder:
             recorder.wait_for_lines(2, seconds=10)
             self.assertEqual(0, recorder.finish())

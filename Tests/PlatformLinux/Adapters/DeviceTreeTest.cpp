@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include "PlatformLinux/Adapters/DeviceTree.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 namespace lanternfold {
 namespace {
@@ -12,12 +13,9 @@ namespace fs = std::filesystem;
 class DeviceTreeTest : public testing::Test {
  protected:
   DeviceTreeTest() {
-    std::string pattern = (fs::temp_directory_path() / "device-tree-XXXXXX").string();
-    root_ = mkdtemp(pattern.data());
     fs::create_directories(root_ / "class/net");
     fs::create_directories(root_ / "devices/virtual/net");
   }
-  ~DeviceTreeTest() override { fs::remove_all(root_); }
 
   void write(const fs::path& path, std::string_view text) {
     fs::create_directories((root_ / path).parent_path());
@@ -39,7 +37,8 @@ class DeviceTreeTest : public testing::Test {
                                  root_ / "devices" / device / "driver");
   }
 
-  fs::path root_;
+  const TemporaryFolder temporary_;
+  const fs::path& root_ = temporary_.path();
 };
 
 TEST_F(DeviceTreeTest, TellsDeviceTypeRadioAndDriver) {

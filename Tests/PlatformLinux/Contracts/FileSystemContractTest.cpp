@@ -2,9 +2,9 @@
 #include <sys/stat.h>
 
 #include "PlatformLinux/System/PosixFileSystem.h"
-#include "Tests/PlatformLinux/TemporaryFolder.h"
 #include "Tests/Support/FakeFileSystem.h"
 #include "Tests/Support/SimulatedClock.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 namespace lanternfold {
 namespace {

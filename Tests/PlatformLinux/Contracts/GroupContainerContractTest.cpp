@@ -1,8 +1,8 @@
 // What every side of the group-container seam promises.
 #include "PlatformLinux/Defaults/LinuxGroupContainer.h"
-#include "Tests/PlatformLinux/TemporaryFolder.h"
 #include "Tests/Support/FakeGroupContainer.h"
 #include "Tests/Support/SimulatedClock.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 namespace lanternfold {
 namespace {

@@ -3,9 +3,9 @@
 
 #include "PlatformLinux/Defaults/SqliteUserDefaults.h"
 #include "Tests/PlatformLinux/Defaults/DefaultsFixture.h"
-#include "Tests/PlatformLinux/TemporaryFolder.h"
 #include "Tests/Support/FakeUserDefaults.h"
 #include "Tests/Support/RecordingDiagnosticLog.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 namespace lanternfold {
 namespace {

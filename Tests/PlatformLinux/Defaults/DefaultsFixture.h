@@ -12,8 +12,8 @@
 
 #include "PlatformLinux/Defaults/SqliteUserDefaults.h"
 #include "PlatformLinux/System/FileDescriptor.h"
-#include "Tests/PlatformLinux/TemporaryFolder.h"
 #include "Tests/Support/RecordingDiagnosticLog.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 namespace lanternfold {
 

@@ -11,7 +11,7 @@
 #include "Tests/PlatformLinux/ChildProcess.h"
 #include "Tests/PlatformLinux/NetworkNamespace.h"
 #include "Tests/PlatformLinux/RefusedCall.h"
-#include "Tests/PlatformLinux/TemporaryFolder.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 namespace lanternfold {
 namespace {

@@ -1,4 +1,5 @@
 // The path monitor against a kernel that really changes, in a network namespace of the test's own.
+#include <array>
 #include <future>
 #include <net/if.h>
 #include <sys/ioctl.h>
@@ -184,6 +185,23 @@ TEST_F(LinuxPathMonitorTest, ASystemThatCannotBeListenedToGetsOneUpdateAndNoMore
   world_.connect();
   world_.settle();
   EXPECT_EQ(updates_, std::vector{NetworkPath{}});
+}
+
+/// A path monitor that only a waiting work holds ends within the end of its queues.
+TEST_F(LinuxPathMonitorTest, AReportUnderWayFindsItsQueueWhileTheQueuesEnd) {
+  // Their memory stays: a report that came too late would find the remains of a queue.
+  std::array<std::optional<AsioDispatch>, 200> dispatches;
+  int moment = 0;
+  for (auto& each : dispatches) {
+    AsioDispatch& dispatch = each.emplace(world_.loop());
+    std::shared_ptr<PathMonitor> monitor = world_.factory().makePathMonitor(std::nullopt);
+    monitor->setPathUpdateHandler([](const NetworkPath&) {});
+    monitor->start(dispatch.mainQueue());
+    dispatch.mainQueue().after(std::chrono::seconds(60), [monitor] {});
+    monitor.reset();
+    std::this_thread::sleep_for(std::chrono::microseconds(5) * ++moment);
+    each.reset();
+  }
 }
 
 }  // namespace

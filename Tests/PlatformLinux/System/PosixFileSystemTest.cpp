@@ -6,7 +6,7 @@
 #include <unistd.h>
 
 #include "PlatformLinux/System/PosixFileSystem.h"
-#include "Tests/PlatformLinux/TemporaryFolder.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 namespace lanternfold {
 namespace {

@@ -34,6 +34,7 @@ LIBRARY_HEADERS = [
     (re.compile(r"<fmt/"), "fmt::fmt"),
     (re.compile(r"<CLI/"), "CLI11::CLI11"),
     (re.compile(r"<libmnl/"), "PkgConfig::mnl"),
+    (re.compile(r"<curl/"), "PkgConfig::curl"),
     (re.compile(r"<libudev\.h>"), "PkgConfig::udev"),
     (re.compile(r"<resolv\.h>"), "resolv"),
     (re.compile(r"<asio(/|\.hpp)"), "Threads::Threads"),
