@@ -16,6 +16,12 @@ bool isIgnored(int signal) {
   return ::sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
 }
 
+/// Some ask twice, as whoever signals a process and then its group: what has begun to end goes on
+/// with that.
+void ignoreFurtherRequests() {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) (void)std::signal(signal, SIG_IGN);
+}
+
 }  // namespace
 
 LinuxMainLoop::LinuxMainLoop(EventLoop& eventLoop, AsioDispatch& dispatch)
@@ -23,15 +29,21 @@ LinuxMainLoop::LinuxMainLoop(EventLoop& eventLoop, AsioDispatch& dispatch)
 
 void LinuxMainLoop::runUntilInterrupted() {
   std::optional<asio::signal_set> signals;
+  bool isAskedToEnd = false;  // used on the event loop's thread
   eventLoop_.runAndWait([&] {
     signals.emplace(eventLoop_.context(), SIGINT, SIGTERM);
     if (!isIgnored(SIGHUP)) signals->add(SIGHUP);
-    signals->async_wait([this](const std::error_code& error, int) {
-      if (!error) dispatch_.stopMain();
+    signals->async_wait([this, &isAskedToEnd](const std::error_code& error, int) {
+      if (error) return;
+      isAskedToEnd = true;
+      dispatch_.stopMain();
     });
   });
   dispatch_.runMain();
-  eventLoop_.runAndWait([&] { signals.reset(); });
+  eventLoop_.runAndWait([&] {
+    signals.reset();
+    if (isAskedToEnd) ignoreFurtherRequests();
+  });
 }
 
 void LinuxMainLoop::runFor(std::chrono::milliseconds limit) {

@@ -1,6 +1,7 @@
 #include "CommandLine/ServiceFaults.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 #include "Platform/UrlError.h"
@@ -50,6 +51,25 @@ class TellingResolver final : public InternetInfoResolver {
   const std::shared_ptr<ServiceFaults> faults_;
 };
 
+std::string remedyFor(const std::error_code& error) {
+  if (error.category() != urlErrorDomain()) return "check the services' URLs";
+  switch (static_cast<UrlErrorCode>(error.value())) {
+    case UrlErrorCode::serverCertificateHasBadDate:
+      return "check the clock and the hosts' certificates";
+    case UrlErrorCode::serverCertificateUntrusted:
+      return "name whom to trust with --ca-file";
+    case UrlErrorCode::cannotConnectToProxy:
+      return "check the proxies that http_proxy, https_proxy and all_proxy name";
+    case UrlErrorCode::cannotFindHost:
+    case UrlErrorCode::cannotConnectToHost:
+    case UrlErrorCode::timedOut:
+    case UrlErrorCode::networkConnectionLost:
+      return "check the connection and the services' URLs";
+    default:
+      return "check the services' URLs";
+  }
+}
+
 }  // namespace
 
 void ServiceFaults::begin() {
@@ -75,6 +95,15 @@ void ServiceFaults::tell() {
   if (!line.empty()) diagnostics_.line(line);
 }
 
+/// Each once, in the order of their kinds.
+std::string ServiceFaults::remedies() const {
+  std::set<std::string> remedies;
+  for (const auto& [service, error] : faults_) remedies.insert(remedyFor(error));
+  std::string text;
+  for (const std::string& remedy : remedies) text += (text.empty() ? "" : ", ") + remedy;
+  return text;
+}
+
 std::string ServiceFaults::line() const {
   std::map<std::string, std::vector<std::string>> servicesOfMessage;
   for (const auto& [service, error] : faults_)
@@ -88,8 +117,7 @@ std::string ServiceFaults::line() const {
     text += ')';
   }
   if (text.empty()) return {};
-  return "Not every service has answered: " + text +
-         "; check the connection and the services' URLs";
+  return "Not every service has answered: " + text + "; " + remedies();
 }
 
 std::shared_ptr<PublicInfoResolver> notingFaults(std::shared_ptr<PublicInfoResolver> resolver,

@@ -34,7 +34,9 @@ class ServiceFaults {
   void tell();
 
  private:
+  // With mutex_ held.
   [[nodiscard]] std::string line() const;
+  [[nodiscard]] std::string remedies() const;
 
   DiagnosticLog& diagnostics_;
   std::mutex mutex_;

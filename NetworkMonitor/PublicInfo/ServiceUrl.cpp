@@ -35,37 +35,37 @@ bool isHost(std::string_view host) {
       host, [](char c) { return isLetterOrDigit(c) || c == '-' || c == '.' || c == '_'; });
 }
 
-/// What is wrong, as a sentence; empty for nothing.
+/// What is wrong, as a clause; empty for nothing.
 std::string_view faultOf(std::string_view text) {
   if (text.size() > ServiceUrl::longestBytes) {
-    return "The URL of a service is at most 2048 bytes long.";
+    return "the URL of a service is at most 2048 bytes long";
   }
   if (!std::ranges::all_of(text, isUrlCharacter)) {
-    return "The URL of a service holds a character that no URL holds; write it as % and two "
-           "hexadecimal digits.";
+    return "the URL of a service holds a character that no URL holds; write it as % and two "
+           "hexadecimal digits";
   }
   const std::string scheme = asciiLowercased(text.substr(0, text.find(':')));
   if ((scheme != "http" && scheme != "https") || !text.substr(scheme.size()).starts_with("://")) {
-    return "The URL of a service begins with http:// or https://.";
+    return "the URL of a service begins with http:// or https://";
   }
   // Programs disagree on whether an escape in a host stands for the character.
   const std::string_view authority = text.substr(scheme.size() + 3);
   if (authority.substr(0, authority.find_first_of("/?#")).contains('%')) {
-    return "The URL of a service has no % in its host.";
+    return "the URL of a service has no % in its host";
   }
   return {};
 }
 
 std::string_view faultOf(GUri& uri) {
   if (g_uri_get_userinfo(&uri) != nullptr) {
-    return "The URL of a service holds no user name and no password.";
+    return "the URL of a service holds no user name and no password";
   }
   const char* const host = g_uri_get_host(&uri);
   if (host == nullptr || !isHost(host)) {
-    return "The URL of a service names a host, as in https://host.example.";
+    return "the URL of a service names a host, as in https://host.example";
   }
-  if (g_uri_get_port(&uri) == 0) return "The port of a service is a number from 1 to 65535.";
-  if (g_uri_get_fragment(&uri) != nullptr) return "The URL of a service has nothing behind a #.";
+  if (g_uri_get_port(&uri) == 0) return "the port of a service is a number from 1 to 65535";
+  if (g_uri_get_fragment(&uri) != nullptr) return "the URL of a service has nothing behind a #";
   return {};
 }
 
@@ -77,8 +77,8 @@ std::expected<ServiceUrl, std::string> ServiceUrl::parse(std::string_view text) 
   const Uri uri(g_uri_parse(url.c_str(), G_URI_FLAGS_ENCODED, nullptr));
   if (!uri) {
     return std::unexpected(
-        "The URL of a service is not written as a URL: its host, its port or a "
-        "% in it is wrong.");
+        "the URL of a service is not written as a URL: its host, its port or a "
+        "% in it is wrong");
   }
   if (const auto fault = faultOf(*uri); !fault.empty()) return std::unexpected(std::string(fault));
   const std::string_view path = g_uri_get_path(uri.get());

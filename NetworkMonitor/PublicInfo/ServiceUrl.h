@@ -15,7 +15,7 @@ class ServiceUrl {
  public:
   static constexpr std::size_t longestBytes = 2048;
 
-  /// Or a sentence for the user: what is wrong with `text`, which it does not repeat.
+  /// Or a clause for the user: what is wrong with `text`, which it does not repeat.
   [[nodiscard]] static std::expected<ServiceUrl, std::string> parse(std::string_view text);
   /// Of a text of the program's own; stops the program when it is no such URL.
   [[nodiscard]] static ServiceUrl of(std::string_view text);

@@ -8,31 +8,37 @@
 
 namespace lanternfold {
 
-MainThreadRunner::MainThreadRunner() : context_(std::make_unique<asio::io_context>()) {}
+/// The guard is there between runs too: where nothing waits, its end would stop the next run.
+struct MainThreadRunner::Loop {
+  asio::io_context context;
+  asio::executor_work_guard<asio::io_context::executor_type> guard{context.get_executor()};
+};
+
+MainThreadRunner::MainThreadRunner() : loop_(std::make_unique<Loop>()) {}
 
 MainThreadRunner::~MainThreadRunner() = default;
 
 void MainThreadRunner::schedule(WorkQueue& queue) {
-  asio::post(*context_, [this, &queue] {
+  asio::post(loop_->context, [this, &queue] {
     if (queue.takeTurn()) schedule(queue);
   });
 }
 
 bool MainThreadRunner::run(std::optional<std::chrono::steady_clock::time_point> deadline) {
   if (running_.exchange(true)) fatalError("the main queue was run twice at the same time");
-  const auto guard = asio::make_work_guard(*context_);
+  asio::io_context& context = loop_->context;
   if (deadline) {
-    context_->run_until(*deadline);
+    context.run_until(*deadline);
   } else {
-    context_->run();
+    context.run();
   }
   // Restarted only when a stop was seen: one that arrives later counts for the next run.
-  const bool stopped = context_->stopped();
-  if (stopped) context_->restart();
+  const bool stopped = context.stopped();
+  if (stopped) context.restart();
   running_ = false;
   return stopped;
 }
 
-void MainThreadRunner::stop() { context_->stop(); }
+void MainThreadRunner::stop() { loop_->context.stop(); }
 
 }  // namespace lanternfold

@@ -8,10 +8,6 @@
 
 #include "PlatformLinux/System/WorkQueue.h"
 
-namespace asio {
-class io_context;
-}
-
 namespace lanternfold {
 
 class MainThreadRunner final : public QueueRunner {
@@ -27,7 +23,8 @@ class MainThreadRunner final : public QueueRunner {
   void stop();
 
  private:
-  std::unique_ptr<asio::io_context> context_;
+  struct Loop;
+  const std::unique_ptr<Loop> loop_;
   std::atomic<bool> running_ = false;
 };
 

@@ -73,7 +73,34 @@ TEST_F(ServiceFaultsTest, AnAnswerThatCannotBeReadIsOneToo) {
   faults_.note("geolocation", decodingError(PublicInfoDecodingError::missingMember, "isp"));
   faults_.tell();
   EXPECT_EQ(log_.lines(),
-            Lines{beginning + std::string("the answer lacks \"isp\" (geolocation)") + remedy});
+            Lines{beginning +
+                  std::string("the answer lacks \"isp\" (geolocation); check the services' URLs")});
+}
+
+TEST_F(ServiceFaultsTest, EachFaultHasItsRemedy) {
+  const std::vector<std::pair<UrlErrorCode, std::string>> remedies{
+      {UrlErrorCode::serverCertificateUntrusted, "; name whom to trust with --ca-file"},
+      {UrlErrorCode::serverCertificateHasBadDate, "; check the clock and the hosts' certificates"},
+      {UrlErrorCode::cannotConnectToProxy,
+       "; check the proxies that http_proxy, https_proxy and all_proxy name"},
+      {UrlErrorCode::cannotConnectToHost, remedy},
+      {UrlErrorCode::badServerResponse, "; check the services' URLs"}};
+  for (const auto& [code, sentence] : remedies) {
+    faults_.begin();
+    faults_.note("IPv4 echo", code);
+    faults_.tell();
+    EXPECT_THAT(log_.lines().back(), testing::EndsWith(sentence));
+  }
+}
+
+TEST_F(ServiceFaultsTest, RemediesOfSeveralFaultsStandTogether) {
+  faults_.note("IPv4 echo", UrlErrorCode::serverCertificateUntrusted);
+  faults_.note("IPv6 echo", UrlErrorCode::timedOut);
+  faults_.note("geolocation", UrlErrorCode::timedOut);
+  faults_.tell();
+  EXPECT_THAT(log_.lines().back(),
+              testing::EndsWith("; check the connection and the services' URLs, name whom to trust "
+                                "with --ca-file"));
 }
 
 }  // namespace

@@ -59,10 +59,9 @@ TEST(EchoResponder, HasNoOtherFields) {
   }
 }
 
-TEST(EchoResponder, SaysThatTheTableDoesNotKnowThePeer) {
-  EXPECT_EQ(
-      get("/json/", {}, parseIpAddress("203.0.113.9").value()),
-      (HttpResponse{404, R"({"error":"no network of the geolocation table holds 203.0.113.9"})"}));
+TEST(EchoResponder, OfAPeerThatTheTableDoesNotKnowItTellsTheAddressAlone) {
+  EXPECT_EQ(get("/json/", {}, parseIpAddress("203.0.113.9").value()),
+            (HttpResponse{200, R"({"isp":"","query":"203.0.113.9","countryCode":"","as":""})"}));
 }
 
 TEST(EchoResponder, AnswersTheDiagnosticPing) {

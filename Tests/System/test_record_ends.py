@@ -41,6 +41,20 @@ class SignalTest(RecordTest):
             self.assertEqual(0, recorder.finish(signal.SIGINT))
             self.assertLess(time.monotonic() - begin, 10, "an hour, as the lock says")
 
+    def test_asked_twice_it_ends_as_if_asked_once(self):
+        """As `timeout` does it, which signals its child and then the group."""
+        for command in (("record", "--json", "--interval", "1"), ("state", "--watch", "--json")):
+            for number in range(10):
+                process = subprocess.Popen([PROGRAM, *command, *self.data.options()],
+                                           stdin=subprocess.DEVNULL, stdout=subprocess.PIPE)
+                self.addCleanup(process.stdout.close)
+                self.addCleanup(process.kill)
+                process.stdout.readline()
+                for _ in range(2):
+                    process.send_signal(signal.SIGTERM)
+                    time.sleep(number * 0.0002)
+                self.assertEqual(0, process.wait(timeout=10), (command, number))
+
     def test_another_command_ends_as_any_program_does(self):
         process = subprocess.Popen([PROGRAM, "record", "--once", *self.data.options()],
                                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,

@@ -177,6 +177,19 @@ TEST_F(AsioDispatchTest, StopEndsARunWithADeadline) {
   EXPECT_TRUE(dispatch.runMainUntil(std::chrono::steady_clock::now() + 1h));
 }
 
+TEST_F(AsioDispatchTest, ARunAfterOneThatHasEndedLastsToItsOwnEnd) {
+  for (int run = 0; run < 3; ++run) {
+    bool ran = false;
+    dispatch.mainQueue().after(20ms, [&] {
+      ran = true;
+      dispatch.stopMain();
+    });
+    EXPECT_TRUE(dispatch.runMainUntil(std::chrono::steady_clock::now() + 1h));
+    EXPECT_TRUE(ran) << run;
+    EXPECT_FALSE(dispatch.runMainUntil(std::chrono::steady_clock::now() + 1ms));
+  }
+}
+
 TEST_F(AsioDispatchTest, StopBeforeARunEndsItAtOnceAndOnlyThatOne) {
   bool ran = false;
   dispatch.mainQueue().async([&] {
