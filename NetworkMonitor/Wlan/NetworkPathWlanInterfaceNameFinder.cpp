@@ -7,6 +7,7 @@
 namespace lanternfold {
 namespace {
 
+// Looking now and then, because only the clock's sleep passes in virtual time as well.
 constexpr std::chrono::milliseconds timeBetweenLooks{1};
 
 }  // namespace

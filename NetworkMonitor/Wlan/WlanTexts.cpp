@@ -23,7 +23,7 @@ constexpr auto interfaceModeTexts = std::to_array<Row<WifiInterfaceMode>>({
     {WifiInterfaceMode::hostAP, "Host AP", Wording::localised},
 });
 
-// Later modes have no text: intended.
+// Intended: later modes have no text.
 constexpr auto phyModeTexts = std::to_array<Row<WifiPhyMode>>({
     {WifiPhyMode::mode11a, "802.11a"},
     {WifiPhyMode::mode11b, "802.11b"},
@@ -32,7 +32,7 @@ constexpr auto phyModeTexts = std::to_array<Row<WifiPhyMode>>({
     {WifiPhyMode::mode11ac, "802.11ac"},
 });
 
-// Neither have the two modes of opportunistic encryption.
+// Intended: the two modes of opportunistic encryption have no text.
 constexpr auto securityTexts = std::to_array<Row<WifiSecurity>>({
     {WifiSecurity::none, "None", Wording::localised},
     {WifiSecurity::wep, "WEP"},
@@ -50,12 +50,13 @@ constexpr auto securityTexts = std::to_array<Row<WifiSecurity>>({
     {WifiSecurity::wpa3Transition, "WPA 3 Transition"},
 });
 
-// Nor has the band of 6 GHz.
+// Intended: the band of 6 GHz has no text.
 constexpr auto channelBandTexts = std::to_array<Row<WifiChannelBand>>({
     {WifiChannelBand::band2GHz, "2.4GHz"},
     {WifiChannelBand::band5GHz, "5GHz"},
 });
 
+// Intended: channels of 320 MHz have no text.
 constexpr auto channelWidthTexts = std::to_array<Row<WifiChannelWidth>>({
     {WifiChannelWidth::width20MHz, "20MHz"},
     {WifiChannelWidth::width40MHz, "40MHz"},

@@ -146,7 +146,7 @@ TEST_F(NetworkPathWlanInterfaceNameFinderTest, AWallClockSetBackMeanwhileDoesNot
 }
 
 TEST_F(NetworkPathWlanInterfaceNameFinderTest, ASecondUpdateWithinOneWaitIsIgnored) {
-  // Both are waiting on the queue when the wait looks again; which of them runs first is drawn.
+  // The path changes after the first update and before the caller looks again.
   bool isChanged = false;
   clock_.setSleeper([&](std::chrono::nanoseconds duration) {
     clock_.advance(duration);
