@@ -151,16 +151,13 @@ TEST(WlanTextsTest, ComeFromTheStringTable) {
   EXPECT_EQ(securityText(WifiSecurity::none, strings), "Nessuna");
   EXPECT_EQ(securityText(WifiSecurity::owe, strings), "N/D");
   EXPECT_EQ(phyModeText(WifiPhyMode::none, strings), "N/D");
+  EXPECT_EQ(securityText(WifiSecurity::wep, strings), "WEP");
   EXPECT_EQ(notAvailableText(strings), "N/D");
   EXPECT_EQ(lanternfold::channelText(WifiChannel{.channelNumber = 37,
                                                  .channelBand = WifiChannelBand::band6GHz,
                                                  .channelWidth = WifiChannelWidth::width160MHz},
                                      strings),
             "37 (N/D, 160MHz)");
-}
-
-TEST(WlanTextsTest, FixedTextsAreNotLookedUp) {
-  EXPECT_EQ(securityText(WifiSecurity::wep, FakeStringTable({{"WEP", "wrong"}})), "WEP");
 }
 
 }  // namespace
