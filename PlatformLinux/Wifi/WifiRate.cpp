@@ -71,8 +71,7 @@ std::uint8_t streamsOfHt(std::uint8_t modulation) {
   return modulation < 32 ? static_cast<std::uint8_t>(modulation / 8 + 1) : std::uint8_t{1};
 }
 
-std::optional<std::uint32_t> guardIntervalOf(const RateAttributes& attributes,
-                                             std::uint16_t type) {
+std::optional<std::uint32_t> guardIntervalOf(const RateAttributes& attributes, std::uint16_t type) {
   if (type == 0) return attributes.has(NL80211_RATE_INFO_SHORT_GI) ? 400 : 800;
   const auto value = attributes.number<std::uint8_t>(type);
   if (!value || *value > NL80211_RATE_INFO_HE_GI_3_2) return std::nullopt;
@@ -92,7 +91,8 @@ void readGeneration(const RateAttributes& attributes, WifiRate& rate) {
   }
 }
 
-// The 16-bit form stands beside the other one for old readers, and is left out when it is too small.
+// The 16-bit form stands beside the other one for old readers, and is left out when it is too
+// small.
 std::optional<std::uint32_t> bitrateOf(const RateAttributes& attributes) {
   const auto wide = attributes.number<std::uint32_t>(NL80211_RATE_INFO_BITRATE32);
   if (wide) return wide;
