@@ -82,9 +82,9 @@ bool isWpa3Only(const SecurityElement& rsn) {
                              [](SuiteSelector suite) { return suite == rsnSuite(5); });
 }
 
-bool usesOnlyWep(const SecurityElement& element, SuiteSelector (*suite)(std::uint8_t)) {
-  return std::ranges::all_of(element.pairwiseCiphers, [suite](SuiteSelector cipher) {
-    return cipher == suite(1) || cipher == suite(5);
+bool usesOnlyWep(const SecurityElement& wpa) {
+  return std::ranges::all_of(wpa.pairwiseCiphers, [](SuiteSelector cipher) {
+    return cipher == wpaSuite(1) || cipher == wpaSuite(5);
   });
 }
 
@@ -94,7 +94,7 @@ unsigned rsnWaysOf(const SecurityElement& rsn) {
 
 unsigned wpaWaysOf(const SecurityElement& wpa) {
   const unsigned ways = waysOf(wpa, wpaWays);
-  return ways == wpaAccount && usesOnlyWep(wpa, wpaSuite) ? unsigned{wepAccount} : ways;
+  return ways == wpaAccount && usesOnlyWep(wpa) ? unsigned{wepAccount} : ways;
 }
 
 struct SecurityRow {
@@ -127,8 +127,10 @@ WifiSecurity securityOfWays(unsigned ways) {
 }  // namespace
 
 WifiSecurity securityOf(const InformationElements& elements, bool hasPrivacy) {
-  if (elements.isDamaged) return WifiSecurity::unknown;
+  if (elements.isDamaged && !elements.rsn) return WifiSecurity::unknown;
   if (!elements.rsn && !elements.wpa) {
+    // Every network sends the element of the name, be it empty: these are no elements at all.
+    if (!elements.ssid) return WifiSecurity::unknown;
     // Nothing but the bit tells of the oldest protection.
     if (hasPrivacy) return WifiSecurity::wep;
     return elements.isOweTransition ? WifiSecurity::oweTransition : WifiSecurity::none;

@@ -9,8 +9,8 @@
 namespace lanternfold {
 
 /// What the network offers, of which the connection uses one way: the kernel does not tell which.
-/// Unknown for elements that are illegible, for suites that are not known, and for a network that
-/// offers passwords and accounts alike.
+/// Unknown for elements that are illegible or not there, for suites that are not known, and for a
+/// network that offers passwords and accounts alike.
 [[nodiscard]] WifiSecurity securityOf(const InformationElements& elements, bool hasPrivacy);
 
 }  // namespace lanternfold
