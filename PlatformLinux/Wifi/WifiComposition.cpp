@@ -98,13 +98,15 @@ WifiLink linkOf(const LinkParts& parts, WifiNameDisclosure names) {
   }
   link.signalDbm = signalOf(parts);
   fillChannel(parts, link);
-  if (parts.cell == nullptr) return link;
-  if (names == WifiNameDisclosure::told) link.bssid = hardwareAddressText(parts.cell->bssid);
+  if (parts.cell == nullptr && !link.transmitRate) return link;
+  if (parts.cell != nullptr && names == WifiNameDisclosure::told) {
+    link.bssid = hardwareAddressText(parts.cell->bssid);
+  }
   link.generation = generationInUse(
       {.transmitRate = link.transmitRate,
        .receiveRate = link.receiveRate,
        .channelWidth = parts.channel == nullptr ? std::nullopt : parts.channel->width,
-       .elements = &parts.cell->elements});
+       .elements = parts.cell == nullptr ? nullptr : &parts.cell->elements});
   return link;
 }
 
@@ -155,50 +157,41 @@ std::optional<std::int32_t> transmitPowerOf(const WifiInterfaceMessage& interfac
   return std::nullopt;
 }
 
-void fillPeer(const WifiStationMessage& peer, WifiReport& report) {
+// Under multi-link an older kernel tells the figures of the peer as a whole only.
+void fillPeer(const WifiStationMessage& peer, const WifiStationFigures* ofLink,
+              WifiReport& report) {
   report.signalAverageDbm = peer.figures.signalAverageDbm;
   report.expectedThroughputKilobits = peer.figures.expectedThroughputKilobits;
   report.connectedSeconds = peer.figures.connectedSeconds;
-  if (peer.figures.signalDbm) report.interface.rssiValue = *peer.figures.signalDbm;
-  if (peer.figures.transmitRate) {
+  const bool linkHasSignal = ofLink != nullptr && ofLink->signalDbm;
+  if (!linkHasSignal && peer.figures.signalDbm) {
+    report.interface.rssiValue = *peer.figures.signalDbm;
+  }
+  if (!report.links.front().transmitRate && peer.figures.transmitRate) {
     report.interface.transmitRate = peer.figures.transmitRate->megabits();
   }
 }
 
-void fillNetwork(const WifiFacts& facts, WifiNameDisclosure names, WifiReport& report) {
+// Without a cell (the kernel refuses the list) the rates still tell the generation.
+void fillNetwork(const WifiFacts& facts, const WifiBssMessage* cell, WifiReport& report) {
   const WifiLink& link = report.links.front();
-  const WifiBssMessage* const cell =
-      link.linkId ? ofLink(facts.joinedCells, *link.linkId) : &facts.joinedCells.front();
-  const WifiBssMessage& network = cell == nullptr ? facts.joinedCells.front() : *cell;
+  const WifiBssMessage* const network =
+      cell == nullptr && !facts.joinedCells.empty() ? &facts.joinedCells.front() : cell;
   report.generation = link.generation;
-  report.interface.activePHYMode =
-      phyModeOf(link.generation.value_or(WifiGeneration::legacy),
-                link.channel ? link.channel->channelBand : WifiChannelBand::unknown,
-                network.elements.onlyOldestRates);
-  report.interface.security = securityOf(network.elements, network.hasPrivacy);
-  if (network.elements.rsn) report.rsn = protectionOf(*network.elements.rsn);
-  if (network.elements.wpa) report.wpa = protectionOf(*network.elements.wpa);
-  if (names == WifiNameDisclosure::told) report.interface.bssid = link.bssid;
+  report.interface.bssid = link.bssid;
+  if (link.generation) {
+    report.interface.activePHYMode = phyModeOf(
+        *link.generation, link.channel ? link.channel->channelBand : WifiChannelBand::unknown,
+        network != nullptr && network->elements.onlyOldestRates);
+  }
+  if (network == nullptr) return;
+  report.interface.security = securityOf(network->elements, network->hasPrivacy);
+  if (network->elements.rsn) report.rsn = protectionOf(*network->elements.rsn);
+  if (network->elements.wpa) report.wpa = protectionOf(*network->elements.wpa);
 }
 
-}  // namespace
-
-WifiReport wifiReportOf(const WifiFacts& facts, WifiNameDisclosure names) {
-  const bool canJoin = joinsNetworks(facts.interface);
-  const WifiStationMessage* const peer = canJoin ? peerOf(facts) : nullptr;
-  WifiReport report;
-  for (const LinkParts& parts : partsOfLinks(facts, peer)) {
-    report.links.push_back(linkOf(parts, names));
-  }
+void fillInterface(const WifiFacts& facts, WifiReport& report) {
   const WifiLink& link = report.links.front();
-  report.interfaceIndex = facts.interface.index;
-  report.radioIndex = facts.interface.radioIndex;
-  if (facts.interface.address) {
-    report.hardwareAddress = hardwareAddressText(*facts.interface.address);
-  }
-  report.isJoined = canJoin && (facts.interface.ssid || !facts.joinedCells.empty());
-  report.noiseDbm = noiseOf(facts, link);
-  report.transmitPowerMillibels = transmitPowerOf(facts.interface);
   WifiInterface& interface = report.interface;
   interface.interfaceName = facts.interface.name;
   interface.interfaceMode = modeOfInterfaceType(facts.interface.interfaceType);
@@ -209,9 +202,29 @@ WifiReport wifiReportOf(const WifiFacts& facts, WifiNameDisclosure names) {
   interface.noiseMeasurement = report.noiseDbm.value_or(0);
   interface.transmitPower = milliwattsOfMillibels(transmitPowerOf(facts.interface));
   if (link.transmitRate) interface.transmitRate = link.transmitRate->megabits();
-  if (report.isJoined && names == WifiNameDisclosure::told) interface.ssid = ssidOf(facts);
-  if (peer != nullptr) fillPeer(*peer, report);
-  if (canJoin && !facts.joinedCells.empty()) fillNetwork(facts, names, report);
+}
+
+}  // namespace
+
+WifiReport wifiReportOf(const WifiFacts& facts, WifiNameDisclosure names) {
+  const bool canJoin = joinsNetworks(facts.interface);
+  const WifiStationMessage* const peer = canJoin ? peerOf(facts) : nullptr;
+  const std::vector<LinkParts> links = partsOfLinks(facts, peer);
+  WifiReport report;
+  for (const LinkParts& parts : links) report.links.push_back(linkOf(parts, names));
+  report.interfaceIndex = facts.interface.index;
+  report.radioIndex = facts.interface.radioIndex;
+  if (facts.interface.address) {
+    report.hardwareAddress = hardwareAddressText(*facts.interface.address);
+  }
+  report.isJoined = canJoin && (facts.interface.ssid || !facts.joinedCells.empty());
+  report.noiseDbm = noiseOf(facts, report.links.front());
+  report.transmitPowerMillibels = transmitPowerOf(facts.interface);
+  fillInterface(facts, report);
+  if (!report.isJoined) return report;
+  if (peer != nullptr) fillPeer(*peer, links.front().figures, report);
+  fillNetwork(facts, links.front().cell, report);
+  if (names == WifiNameDisclosure::told) report.interface.ssid = ssidOf(facts);
   return report;
 }
 
