@@ -16,6 +16,7 @@
 #include "PlatformLinux/Wifi/WifiDefaultInterface.h"
 #include "PlatformLinux/Wifi/WifiRegulatoryMessage.h"
 #include "PlatformLinux/Wifi/WifiRequests.h"
+#include "Support/FatalError.h"
 
 namespace lanternfold {
 
@@ -81,7 +82,9 @@ LinuxWifiClient::LinuxWifiClient(MayTellNames mayTellNames, WifiSources sources)
     : mayTellNames_(std::move(mayTellNames)),
       deviceTree_(std::move(sources.deviceTree)),
       genericSockets_(std::move(sources.genericNetlink)),
-      routeSockets_(std::move(sources.routeNetlink)) {}
+      routeSockets_(std::move(sources.routeNetlink)) {
+  if (!mayTellNames_) fatalError("a Wi-Fi client was made that cannot ask for the user's consent");
+}
 
 std::optional<WifiInterface> LinuxWifiClient::interface() const {
   auto full = report();

@@ -277,5 +277,9 @@ TEST_F(LinuxWifiClientTest, ASwitchOfSoftwareOrHardwareTurnsTheRadioOff) {
   }
 }
 
+TEST(LinuxWifiClientDeathTest, WithoutAnybodyToAskForConsentStopsTheProgram) {
+  EXPECT_DEATH(LinuxWifiClient{nullptr}, "cannot ask for the user's consent");
+}
+
 }  // namespace
 }  // namespace lanternfold::test
