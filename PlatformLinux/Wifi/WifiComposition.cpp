@@ -158,12 +158,12 @@ std::optional<std::int32_t> transmitPowerOf(const WifiInterfaceMessage& interfac
 }
 
 // Under multi-link an older kernel tells the figures of the peer as a whole only.
-void fillPeer(const WifiStationMessage& peer, const WifiStationFigures* ofLink,
+void fillPeer(const WifiStationMessage& peer, const WifiStationFigures* figuresOfLink,
               WifiReport& report) {
   report.signalAverageDbm = peer.figures.signalAverageDbm;
   report.expectedThroughputKilobits = peer.figures.expectedThroughputKilobits;
   report.connectedSeconds = peer.figures.connectedSeconds;
-  const bool linkHasSignal = ofLink != nullptr && ofLink->signalDbm;
+  const bool linkHasSignal = figuresOfLink != nullptr && figuresOfLink->signalDbm;
   if (!linkHasSignal && peer.figures.signalDbm) {
     report.interface.rssiValue = *peer.figures.signalDbm;
   }
