@@ -36,6 +36,15 @@ bool namesAnAdapter(std::string_view modalias) {
       buses, [modalias](std::string_view bus) { return modalias.starts_with(bus); });
 }
 
+/// Of the files that a switch has, either may say that it is off.
+bool switchIsOff(const fs::path& radioSwitch) {
+  for (const char* name : {"soft", "hard"}) {
+    const std::optional<std::string> text = readFile(radioSwitch / name);
+    if (text && withoutLineEnd(*text) == "1") return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 LinkEventFile parseLinkEventFile(std::string_view text) {
@@ -94,6 +103,19 @@ std::optional<std::string> DeviceTree::adapterModalias(std::string_view name,
     device = device.parent_path();
   }
   return std::nullopt;
+}
+
+bool DeviceTree::radioIsBlocked(std::string_view name, std::uint32_t index) const {
+  LinkEventFile event;
+  const std::optional<fs::path> entry = believedEntry(name, index, event);
+  if (!entry) return false;
+  std::error_code error;
+  fs::directory_iterator files(*entry / "phy80211", error);
+  for (; !error && files != fs::directory_iterator(); files.increment(error)) {
+    const bool isSwitch = files->path().filename().string().starts_with("rfkill");
+    if (isSwitch && switchIsOff(files->path())) return true;
+  }
+  return false;
 }
 
 }  // namespace lanternfold

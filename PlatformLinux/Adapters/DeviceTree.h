@@ -50,6 +50,10 @@ class DeviceTree {
   [[nodiscard]] std::optional<std::string> adapterModalias(std::string_view name,
                                                            std::uint32_t index) const;
 
+  /// Whether the radio that the link belongs to is switched off, by software or by a switch
+  /// (rfkill). False also when that cannot be read.
+  [[nodiscard]] bool radioIsBlocked(std::string_view name, std::uint32_t index) const;
+
  private:
   /// The entry's directory, when the entry is of this index.
   [[nodiscard]] std::optional<std::filesystem::path> believedEntry(std::string_view name,

@@ -82,7 +82,7 @@ using AttributeBytes = std::optional<std::span<const std::uint8_t>>;
 /// Where each attribute number of a table stands in it.
 class AttributeSlots {
  public:
-  static constexpr std::size_t maximumType = 96;
+  static constexpr std::size_t maximumType = 320;
   static constexpr std::uint8_t noSlot = 0xFF;
 
   constexpr AttributeSlots() { slots_.fill(noSlot); }

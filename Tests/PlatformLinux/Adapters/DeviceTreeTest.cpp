@@ -97,6 +97,20 @@ TEST_F(DeviceTreeTest, ADeviceOffEveryKnownBusHasNoModalias) {
   EXPECT_EQ(DeviceTree(root_).adapterModalias("eth0", 2), std::nullopt);
 }
 
+TEST_F(DeviceTreeTest, ARadioIsBlockedByEitherSwitchOfAnyOfItsKeys) {
+  write("class/net/wlan0/uevent", "IFINDEX=3\n");
+  const DeviceTree tree(root_);
+  EXPECT_FALSE(tree.radioIsBlocked("wlan0", 3));
+  write("class/net/wlan0/phy80211/rfkill0/soft", "0\n");
+  write("class/net/wlan0/phy80211/rfkill0/hard", "0\n");
+  write("class/net/wlan0/phy80211/power/soft", "1\n");
+  EXPECT_FALSE(tree.radioIsBlocked("wlan0", 3));
+  write("class/net/wlan0/phy80211/rfkill7/hard", "1\n");
+  EXPECT_TRUE(tree.radioIsBlocked("wlan0", 3));
+  EXPECT_FALSE(tree.radioIsBlocked("wlan0", 4));
+  EXPECT_FALSE(tree.radioIsBlocked("wlan1", 3));
+}
+
 TEST(LinkEventFile, SkipsUnknownKeysAndBrokenNumbers) {
   EXPECT_EQ(parseLinkEventFile("INTERFACE=a\nIFINDEX=12\nDEVTYPE=wlan"),
             (LinkEventFile{.index = 12, .deviceType = "wlan"}));

@@ -1,0 +1,136 @@
+#include "PlatformLinux/System/LinuxWifiClient.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <net/if.h>
+#include <utility>
+
+#include <linux/netlink.h>
+
+#include "PlatformLinux/Netlink/LinkMessage.h"
+#include "PlatformLinux/Netlink/LinkRequest.h"
+#include "PlatformLinux/Netlink/WirelessInterfaceMessage.h"
+#include "PlatformLinux/System/GenericFamily.h"
+#include "PlatformLinux/System/TableDump.h"
+#include "PlatformLinux/Wifi/WifiComposition.h"
+#include "PlatformLinux/Wifi/WifiDefaultInterface.h"
+#include "PlatformLinux/Wifi/WifiRegulatoryMessage.h"
+#include "PlatformLinux/Wifi/WifiRequests.h"
+#include "Support/FatalError.h"
+
+namespace lanternfold {
+
+namespace {
+
+/// How many interfaces are asked for the network they joined when the kernel names none.
+constexpr std::size_t mostCandidatesAsked = 16;
+
+std::vector<WifiBssMessage> readJoinedCells(NetlinkSocket& socket, std::uint16_t messageType,
+                                            std::uint32_t interfaceIndex) {
+  const auto cells =
+      dumpTable(socket, wifiScanDumpRequest(messageType, interfaceIndex), decodeJoinedBss);
+  std::vector<WifiBssMessage> joined;
+  if (!cells) return joined;
+  for (const std::optional<WifiBssMessage>& cell : *cells) {
+    if (cell) joined.push_back(*cell);
+  }
+  return joined;
+}
+
+/// A table that the driver does not have is as good as an empty one.
+template <typename Decode>
+auto readTable(NetlinkSocket& socket, const NetlinkRequest& request, Decode decode) {
+  auto table = dumpTable(socket, request, decode);
+  return table ? *std::move(table) : typename decltype(table)::value_type();
+}
+
+std::optional<std::string> readCountry(NetlinkSocket& socket, std::uint16_t messageType,
+                                       std::uint32_t radioIndex) {
+  const auto answers =
+      readTable(socket, wifiRegulatoryRequest(messageType, radioIndex), decodeWifiRegulatory);
+  return answers.empty() ? std::nullopt : answers.back().countryCode;
+}
+
+/// The default interface with the cells it has joined. Where the kernel names no network, as
+/// kernels 5.19.2 to 6.0 do, the first interface that has joined a cell is the one.
+WifiFacts chooseInterface(NetlinkSocket& socket, std::uint16_t messageType,
+                          std::vector<WifiInterfaceMessage> candidates) {
+  WifiFacts chosen;
+  chosen.interface = candidates.front();
+  const std::size_t count =
+      chosen.interface.ssid ? 1 : std::min(candidates.size(), mostCandidatesAsked);
+  for (std::size_t each = 0; each < count; ++each) {
+    if (!joinsNetworks(candidates[each])) continue;
+    auto cells = readJoinedCells(socket, messageType, candidates[each].index);
+    if (cells.empty()) continue;
+    chosen.interface = std::move(candidates[each]);
+    chosen.joinedCells = std::move(cells);
+    break;
+  }
+  return chosen;
+}
+
+}  // namespace
+
+WifiSources systemWifiSources() {
+  return {.genericNetlink = [] { return openNetlinkChannel(NETLINK_GENERIC); },
+          .routeNetlink = [] { return openNetlinkChannel(NETLINK_ROUTE); },
+          .deviceTree = DeviceTree()};
+}
+
+LinuxWifiClient::LinuxWifiClient(MayTellNames mayTellNames, WifiSources sources)
+    : mayTellNames_(std::move(mayTellNames)),
+      deviceTree_(std::move(sources.deviceTree)),
+      genericSockets_(std::move(sources.genericNetlink)),
+      routeSockets_(std::move(sources.routeNetlink)) {
+  if (!mayTellNames_) fatalError("a Wi-Fi client was made that cannot ask for the user's consent");
+}
+
+std::optional<WifiInterface> LinuxWifiClient::interface() const {
+  auto full = report();
+  return full ? std::optional(std::move(full->interface)) : std::nullopt;
+}
+
+std::optional<WifiReport> LinuxWifiClient::report() const {
+  auto socket = genericSockets_.take();
+  if (!socket) return std::nullopt;
+  const std::optional<WifiFacts> facts = readFacts(*socket);
+  genericSockets_.giveBack(*std::move(socket));
+  if (!facts) return std::nullopt;
+  // Asked last, so that consent that is taken back meanwhile counts.
+  return wifiReportOf(*facts,
+                      mayTellNames_() ? WifiNameDisclosure::told : WifiNameDisclosure::withheld);
+}
+
+std::optional<WifiFacts> LinuxWifiClient::readFacts(NetlinkSocket& socket) const {
+  const auto messageType = genericFamilyType(socket, "nl80211");
+  if (!messageType) return std::nullopt;
+  const auto interfaces =
+      readTable(socket, wirelessInterfaceDumpRequest(*messageType), decodeWifiInterface);
+  auto candidates = defaultInterfaceCandidates(interfaces);
+  if (candidates.empty()) return std::nullopt;
+  WifiFacts facts = chooseInterface(socket, *messageType, std::move(candidates));
+  const std::uint32_t index = facts.interface.index;
+  facts.isPoweredOn = isPoweredOn(facts.interface);
+  if (facts.interface.ssid || !facts.joinedCells.empty()) {
+    facts.stations =
+        readTable(socket, wifiStationDumpRequest(*messageType, index), decodeWifiStation);
+    facts.survey = readTable(socket, wifiSurveyDumpRequest(*messageType, index), decodeWifiSurvey);
+  }
+  facts.countryCode = readCountry(socket, *messageType, facts.interface.radioIndex);
+  return facts;
+}
+
+bool LinuxWifiClient::isPoweredOn(const WifiInterfaceMessage& interface) const {
+  if (interface.name.size() >= IFNAMSIZ) return false;
+  auto socket = routeSockets_.take();
+  if (!socket) return false;
+  const auto links = readTable(*socket, linkByNameRequest(interface.name), decodeLinkMessage);
+  routeSockets_.giveBack(*std::move(socket));
+  const bool isUp = std::ranges::any_of(links, [&](const LinkMessage& link) {
+    return link.index == interface.index && (link.flags & IFF_UP) != 0;
+  });
+  return isUp && !deviceTree_.radioIsBlocked(interface.name, interface.index);
+}
+
+}  // namespace lanternfold

@@ -1,0 +1,58 @@
+// The Wi-Fi seam on Linux: what nl80211 tells, without any privilege and without any daemon.
+//
+// Made by: the program's wiring. Read by: the Wi-Fi resolver (`interface`) and the command line
+// (`report`).
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "Platform/WifiClient.h"
+#include "PlatformLinux/Adapters/DeviceTree.h"
+#include "PlatformLinux/System/NetlinkSocketPool.h"
+#include "PlatformLinux/Wifi/WifiFacts.h"
+#include "PlatformLinux/Wifi/WifiReport.h"
+
+namespace lanternfold {
+
+/// Where the client reads: sockets of both protocols, and the device tree for the radio's switch.
+struct WifiSources {
+  NetlinkChannelOpener genericNetlink;
+  NetlinkChannelOpener routeNetlink;
+  DeviceTree deviceTree;
+};
+
+/// The kernel that runs this program.
+[[nodiscard]] WifiSources systemWifiSources();
+
+/// Any thread, if the predicate may be asked on any. Names are withheld here, below every reader.
+///
+/// Power: the radio is on when the kernel has the link up and no switch blocks it. A blocked
+/// radio's link is taken down by the kernel; the switch itself is looked at for drivers that do not
+/// tell the kernel in time.
+class LinuxWifiClient final : public WifiClient {
+ public:
+  /// Asked anew for each reading.
+  using MayTellNames = std::function<bool()>;
+
+  explicit LinuxWifiClient(MayTellNames mayTellNames, WifiSources sources = systemWifiSources());
+
+  /// Also none when the kernel has no nl80211. A figure that is refused on its own is left out.
+  [[nodiscard]] std::optional<WifiInterface> interface() const override;
+
+  /// The same reading with everything else that the kernel told.
+  [[nodiscard]] std::optional<WifiReport> report() const;
+
+ private:
+  [[nodiscard]] std::optional<WifiFacts> readFacts(NetlinkSocket& socket) const;
+  [[nodiscard]] bool isPoweredOn(const WifiInterfaceMessage& interface) const;
+
+  MayTellNames mayTellNames_;
+  DeviceTree deviceTree_;
+  mutable NetlinkSocketPool genericSockets_;
+  mutable NetlinkSocketPool routeSockets_;
+};
+
+}  // namespace lanternfold

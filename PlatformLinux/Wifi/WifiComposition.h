@@ -1,0 +1,17 @@
+// Composes what the kernel answered into the seam's record and the richer report. Pure.
+//
+// Read by: `LinuxWifiClient`.
+#pragma once
+
+#include "PlatformLinux/Wifi/WifiFacts.h"
+#include "PlatformLinux/Wifi/WifiReport.h"
+
+namespace lanternfold {
+
+/// Whether the report may tell what the network and its cells are called.
+enum class WifiNameDisclosure { withheld, told };
+
+/// A figure that was not answered is absent, or 0 in the seam's record.
+[[nodiscard]] WifiReport wifiReportOf(const WifiFacts& facts, WifiNameDisclosure names);
+
+}  // namespace lanternfold
