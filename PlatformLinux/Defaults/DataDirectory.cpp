@@ -142,6 +142,8 @@ std::expected<void, std::string> makePrivateFolder(const fs::path& path) {
 
 DataDirectory::DataDirectory(const std::optional<fs::path>& chosen) : location_(located(chosen)) {}
 
+DataDirectory::Folder DataDirectory::folder() const { return folderBelow({}); }
+
 DataDirectory::Folder DataDirectory::defaultsFolder() const { return folderBelow("defaults"); }
 
 DataDirectory::Folder DataDirectory::groupFolder(std::string_view groupId) const {
