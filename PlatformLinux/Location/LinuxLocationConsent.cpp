@@ -21,7 +21,8 @@ class ConsentComparison {
     const ConsentDecision now = record_.decision();
     if (std::exchange(known_, now) == now) return;
     queue_.async([handler = handler_] {
-      if (const auto living = handler.lock()) (*living)();
+      const auto living = handler.lock();
+      if (living && *living) (*living)();
     });
   }
 
@@ -56,7 +57,8 @@ class LinuxLocationManager final : public LocationManager {
     });
   }
   ~LinuxLocationManager() override {
-    if (watch_) loop_.post([watch = watch_] { watch->end(); });
+    // Waited for: what the watch uses may go right after the manager.
+    if (watch_) loop_.runAndWait([this] { watch_->end(); });
   }
   LinuxLocationManager(const LinuxLocationManager&) = delete;
   LinuxLocationManager& operator=(const LinuxLocationManager&) = delete;
