@@ -29,6 +29,8 @@ class DataDirectory {
 
   /// The folder itself.
   [[nodiscard]] Folder folder() const;
+  /// For whoever only reads: why the folder itself is refused, if it is there; it is not made.
+  [[nodiscard]] std::expected<void, std::string> checkIfThere() const;
   /// Of the settings' databases.
   [[nodiscard]] Folder defaultsFolder() const;
   /// Of the group `groupId`, which is a group identifier.

@@ -18,6 +18,7 @@ std::string laterVersionSentence(const std::filesystem::path& file) {
 ConsentPlace consentPlaceIn(const DataDirectory& directory) {
   const auto& location = directory.location();
   return {.file = location ? *location / fileName : std::filesystem::path(),
+          .checkFolder = [&directory] { return directory.checkIfThere(); },
           .makeFolder = [&directory]() -> std::expected<void, std::string> {
             if (auto made = directory.folder(); !made) return std::unexpected(made.error());
             return {};
@@ -47,8 +48,8 @@ std::expected<void, ConsentRecordError> ConsentRecord::record(ConsentDecision de
 /// A file that is not there is a decision not made; one that cannot be read is none either, which
 /// the log is told.
 std::expected<ConsentDecision, ConsentTextError> ConsentRecord::read() const {
-  if (const auto made = place_.makeFolder(); !made) {
-    say("the consent to show Wi-Fi names cannot be read: " + made.error());
+  if (const auto safe = place_.checkFolder(); !safe) {
+    say("the consent to show Wi-Fi names cannot be read: " + safe.error());
     return ConsentDecision::notDetermined;
   }
   const auto contents = files_.readFile(place_.file, longestConsentText);

@@ -21,8 +21,9 @@ namespace lanternfold {
 /// Where the file stands.
 struct ConsentPlace {
   std::filesystem::path file;  ///< absolute; empty when this user has no folder for it
-  /// Makes the folder when it is not there, and refuses one that is not safe; an error is a
-  /// sentence for the user. Any thread.
+  /// Both refuse a folder that is not safe, with a sentence for the user; the second one also makes
+  /// one that is not there. Any thread.
+  std::function<std::expected<void, std::string>()> checkFolder;
   std::function<std::expected<void, std::string>()> makeFolder;
 };
 

@@ -33,7 +33,11 @@ class ConsentRecordTest : public testing::Test {
   FakeFileSystem files_{clock_};
   RecordingDiagnosticLog log_;
   std::expected<void, std::string> folder_;
-  ConsentRecord record_{{.file = file, .makeFolder = [this] { return folder_; }}, files_, log_};
+  ConsentRecord record_{{.file = file,
+                         .checkFolder = [this] { return folder_; },
+                         .makeFolder = [this] { return folder_; }},
+                        files_,
+                        log_};
 };
 
 TEST_F(ConsentRecordTest, WithoutAFileNothingIsDetermined) {
@@ -257,14 +261,22 @@ TEST_F(ConsentFileTest, ManyWritersAtOnceNeverLeaveAReaderWithoutADecision) {
   EXPECT_EQ(fs::directory_iterator(data())->path(), file());
 }
 
-TEST_F(ConsentFileTest, AUserWithoutAFolderHasDecidedNothing) {
+TEST_F(ConsentFileTest, ReadingMakesNoFolder) {
+  Program program(data());
+  EXPECT_EQ(program.record.decision(), notDetermined);
+  EXPECT_THAT(folder_.names(), IsEmpty());
+  EXPECT_THAT(program.log.lines(), IsEmpty());
+}
+
+TEST(ConsentRecordOfNobody, AUserWithoutAFolderHasDecidedNothing) {
   PosixFileSystem files;
   RecordingDiagnosticLog log;
-  ConsentRecord record(
-      {.file = {}, .makeFolder = [] { return std::unexpected(std::string("no home")); }}, files,
-      log);
+  const auto refuse = []() -> std::expected<void, std::string> {
+    return std::unexpected("this user has no home");
+  };
+  ConsentRecord record({.file = {}, .checkFolder = refuse, .makeFolder = refuse}, files, log);
   EXPECT_EQ(record.decision(), notDetermined);
-  EXPECT_EQ(record.record(always).error().sentence, "no home");
+  EXPECT_EQ(record.record(always).error().sentence, "this user has no home");
 }
 
 }  // namespace
