@@ -36,7 +36,7 @@ class WorldNames {
   }
 };
 
-using Worlds = testing::Types<LinuxConsentWorld>;
+using Worlds = testing::Types<LinuxConsentWorld, FakeConsentWorld>;
 TYPED_TEST_SUITE(LocationConsentContract, Worlds, WorldNames);
 
 TYPED_TEST(LocationConsentContract, NothingIsDeterminedAtFirst) {

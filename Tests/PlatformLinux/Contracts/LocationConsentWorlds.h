@@ -9,7 +9,10 @@
 #include "PlatformLinux/Location/LinuxLocationConsent.h"
 #include "PlatformLinux/System/AsioDispatch.h"
 #include "PlatformLinux/System/PosixFileSystem.h"
+#include "Tests/Support/FakeLocationConsent.h"
 #include "Tests/Support/RecordingDiagnosticLog.h"
+#include "Tests/Support/SimulatedClock.h"
+#include "Tests/Support/SimulatedDispatch.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 namespace lanternfold {
@@ -22,7 +25,7 @@ class LinuxConsentWorld {
   /// The user decides in another program.
   void decide(ConsentDecision decision) { ASSERT_TRUE(otherRecord_.record(decision)); }
   /// What the user was asked: whether for use only.
-  [[nodiscard]] const std::vector<bool>& asked() const { return asked_; }
+  [[nodiscard]] std::vector<bool> asked() const { return asked_; }
   [[nodiscard]] DispatchQueue& mainQueue() { return dispatch_.mainQueue(); }
 
   /// Lets changes come until `done`. False when it takes longer than any machine should need.
@@ -53,6 +56,33 @@ class LinuxConsentWorld {
   AsioDispatch dispatch_{loop_};
   LinuxLocationConsent consent_{record_, loop_, dispatch_, log_,
                                 [this](bool whenInUse) { asked_.push_back(whenInUse); }};
+};
+
+/// The fake over virtual time.
+class FakeConsentWorld {
+ public:
+  [[nodiscard]] LocationConsent& consent() { return consent_; }
+  void decide(ConsentDecision decision) {
+    consent_.setAuthorizationStatus(static_cast<std::int32_t>(decision));
+  }
+  [[nodiscard]] std::vector<bool> asked() const {
+    std::vector<bool> asked;
+    for (const auto question : consent_.questions()) {
+      asked.push_back(question == FakeLocationConsent::Request::whenInUse);
+    }
+    return asked;
+  }
+  [[nodiscard]] DispatchQueue& mainQueue() { return dispatch_.mainQueue(); }
+
+  [[nodiscard]] bool runUntil(const std::function<bool()>& done) {
+    return done() || dispatch_.runUntil(done, std::chrono::seconds(30));
+  }
+  void settle() { dispatch_.advance(std::chrono::seconds(1)); }
+
+ private:
+  SimulatedClock clock_;
+  SimulatedDispatch dispatch_{clock_};
+  FakeLocationConsent consent_{dispatch_.mainQueue()};
 };
 
 }  // namespace lanternfold
