@@ -10,6 +10,7 @@
 #include <mutex>
 #include <string>
 #include <system_error>
+#include <utility>
 
 #include "Platform/DiagnosticLog.h"
 #include "Platform/FileSystem.h"

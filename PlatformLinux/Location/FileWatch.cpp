@@ -128,8 +128,8 @@ void FileWatch::watch(const fs::path& folder, const std::string& name, WatchedNa
 void FileWatch::waitForReports() {
   if (!descriptor_) return;
   descriptor_->readable.async_wait(asio::posix::stream_descriptor::wait_read,
-                                   [watch = shared_from_this()](const asio::error_code& error) {
-                                     if (!error) watch->takeReports();
+                                   [living = shared_from_this()](const asio::error_code& error) {
+                                     if (!error) living->takeReports();
                                    });
 }
 
@@ -145,19 +145,19 @@ void FileWatch::takeReports() {
 /// Whether one of the reports that have come is of a name on the path.
 bool FileWatch::drain() {
   constexpr std::size_t roomForReports = 16 * std::size_t{1024};
-  alignas(inotify_event) std::array<char, roomForReports> buffer;
+  alignas(inotify_event) std::array<char, roomForReports> buffer{};
   bool isNews = false;
   while (true) {
     const ssize_t count = uninterrupted([&] {
       return ::read(descriptor_->readable.native_handle(), buffer.data(), buffer.size());
     });
     if (count <= 0) return isNews;
-    decodeReports({buffer.data(), static_cast<std::size_t>(count)}, [&](const inotify_event& event,
-                                                                        std::string_view name) {
-      const auto folder = watched_.find(event.wd);
-      isNews = isNews || (event.mask & (IN_Q_OVERFLOW | IN_UNMOUNT)) != 0 ||
-               (folder != watched_.end() && folder->second.contains(std::string(name)));
-    });
+    decodeReports({buffer.data(), static_cast<std::size_t>(count)},
+                  [&](const inotify_event& event, std::string_view name) {
+                    const auto folder = watched_.find(event.wd);
+                    isNews = isNews || (event.mask & (IN_Q_OVERFLOW | IN_UNMOUNT)) != 0 ||
+                             (folder != watched_.end() && folder->second.contains(name));
+                  });
   }
 }
 

@@ -40,7 +40,7 @@ class FileWatch : public std::enable_shared_from_this<FileWatch> {
  private:
   struct Descriptor;  ///< what hangs on the loop
   /// The names on the path, by the number that the kernel gives each watched folder.
-  using WatchedNames = std::map<int, std::set<std::string>>;
+  using WatchedNames = std::map<int, std::set<std::string, std::less<>>>;
 
   void follow();
   void watch(const std::filesystem::path& folder, const std::string& name, WatchedNames& watched);

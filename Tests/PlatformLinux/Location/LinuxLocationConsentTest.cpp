@@ -226,7 +226,7 @@ TEST_F(LinuxLocationConsentTest, OtherFilesOfTheFolderAreNoChange) {
 TEST_F(LinuxLocationConsentTest, ABurstOfReportsEndsWithTheLastDecision) {
   WatchingProgram program(data());
   program.loop().runAndWait([this] {
-    for (int round = 0; round < 300; ++round) decide(ConsentDecision::denied);
+    for (int round = 0; round < 100; ++round) decide(ConsentDecision::denied);
     decide(ConsentDecision::authorizedAlways);
   });
   ASSERT_TRUE(program.runUntilSeen(1));
