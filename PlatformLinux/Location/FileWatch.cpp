@@ -142,16 +142,17 @@ void FileWatch::takeReports() {
   waitForReports();
 }
 
-/// Whether one of the reports that have come is of a name on the path.
+/// Whether one of the reports that have come is of a name on the path. What is left is taken next.
 bool FileWatch::drain() {
   constexpr std::size_t roomForReports = 16 * std::size_t{1024};
+  constexpr int mostReadsAtOnce = 16;  // others wait for the loop too
   alignas(inotify_event) std::array<char, roomForReports> buffer{};
   bool isNews = false;
-  while (true) {
+  for (int reads = 0; reads < mostReadsAtOnce; ++reads) {
     const ssize_t count = uninterrupted([&] {
       return ::read(descriptor_->readable.native_handle(), buffer.data(), buffer.size());
     });
-    if (count <= 0) return isNews;
+    if (count <= 0) break;
     decodeReports({buffer.data(), static_cast<std::size_t>(count)},
                   [&](const inotify_event& event, std::string_view name) {
                     const auto folder = watched_.find(event.wd);
@@ -159,6 +160,7 @@ bool FileWatch::drain() {
                              (folder != watched_.end() && folder->second.contains(name));
                   });
   }
+  return isNews;
 }
 
 }  // namespace lanternfold
