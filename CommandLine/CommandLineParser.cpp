@@ -13,6 +13,7 @@
 #include "CommandLine/ArgumentFaults.h"
 #include "CommandLine/Commands/EchoServiceCommand.h"
 #include "CommandLine/Commands/InterfacesCommand.h"
+#include "CommandLine/Commands/LocationCommand.h"
 #include "CommandLine/Commands/RecordCommand.h"
 #include "CommandLine/Commands/RenderCommand.h"
 #include "CommandLine/Commands/StateCommand.h"
@@ -247,6 +248,37 @@ void addEchoService(CLI::App& app, Choice& choice) {
   command->callback([options, common, &choice] { choice = chooseEchoService(*options, *common); });
 }
 
+Choice chooseLocation(const std::string& action, bool json, const CommonOptions& common) {
+  const auto choice = checkCommonOptions(common);
+  if (!choice) return std::unexpected(choice.error());
+  const auto options = checkLocationOptions(action, json);
+  if (!options) return std::unexpected(options.error());
+  return commandOf(*choice, json,
+                   [options = *options](const Machine& machine, const Console& console) {
+                     return runLocation(options, machine, console);
+                   });
+}
+
+void addLocation(CLI::App& app, Choice& choice) {
+  auto action = std::make_shared<std::string>();
+  auto json = std::make_shared<bool>(false);
+  auto common = std::make_shared<CommonOptions>();
+  CLI::App* command = app.add_subcommand(
+      "location", "Show or decide whether the names of Wi-Fi networks are shown");
+  command
+      ->add_option(
+          "action", *action,
+          "status shows what was decided; allow shows the names always, allow-in-use while "
+          "they are in use, deny never; reset takes the decision back")
+      ->option_text("ACTION")
+      ->type_name(locationActions)
+      ->required();
+  command->add_flag("--json", *json, "With status: write {\"status\":…,\"rawValue\":…}");
+  addCommonOptions(*command, *common);
+  command->callback(
+      [action, json, common, &choice] { choice = chooseLocation(*action, *json, *common); });
+}
+
 /// Refusals of the library that `firstArgumentFault` does not foresee.
 CommandFailure notUnderstood() {
   return badArguments(std::string("the arguments were not understood; \"") + programName +
@@ -266,6 +298,7 @@ ParsedCommandLine parseCommandLine(std::span<const std::string> arguments) {
   addState(app, choice);
   addRecord(app, choice);
   addRender(app, choice);
+  addLocation(app, choice);
   addEchoService(app, choice);
   bool isUnderstood = true;
   try {

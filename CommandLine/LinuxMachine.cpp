@@ -11,6 +11,7 @@
 #include "PlatformLinux/Defaults/DataDirectory.h"
 #include "PlatformLinux/Defaults/LinuxGroupContainer.h"
 #include "PlatformLinux/Defaults/SqliteUserDefaults.h"
+#include "PlatformLinux/Location/LinuxLocationConsent.h"
 #include "PlatformLinux/System/AsioDispatch.h"
 #include "PlatformLinux/System/EventLoop.h"
 #include "PlatformLinux/System/GettextStringTable.h"
@@ -52,6 +53,7 @@ struct LinuxMachine::Parts {
   DataDirectory dataDirectory;
   LinuxGroupContainer groupContainer{dataDirectory};
   SqliteUserDefaultsSuites userDefaults{dataDirectory, diagnostics};
+  ConsentRecord consentRecord{consentPlaceIn(dataDirectory), fileSystem, diagnostics};
   FileSoleRecorder soleRecorder;
   EventLoop eventLoop;
   AsioDispatch dispatch{eventLoop};
@@ -62,6 +64,7 @@ struct LinuxMachine::Parts {
   LinuxInterfaceNaming interfaceNaming;
   LinuxPathMonitorFactory pathMonitors{eventLoop};
   CurlUrlSessions urlSessions;
+  LinuxLocationConsent locationConsent{consentRecord, eventLoop, dispatch, diagnostics};
   Machine machine{.platform = {.kernel = kernel,
                                .resolverConfiguration = resolverConfiguration,
                                .networkConfiguration = networkConfiguration,
@@ -74,9 +77,11 @@ struct LinuxMachine::Parts {
                                .fileSystem = fileSystem,
                                .userDefaults = userDefaults,
                                .groupContainer = groupContainer,
-                               .urlSessions = urlSessions},
+                               .urlSessions = urlSessions,
+                               .locationConsent = locationConsent},
                   .metricsReader = std::make_shared<LinuxConnectionMetricsReader>(),
                   .soleRecorder = soleRecorder,
+                  .consentRecord = consentRecord,
                   .mainLoop = mainLoop,
                   .assets = assetsFolder()};
 };

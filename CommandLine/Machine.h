@@ -10,6 +10,7 @@
 #include "CommandLine/SoleRecorder.h"
 #include "NetworkMonitor/Metrics/ConnectionMetricsReader.h"
 #include "Platform/Platform.h"
+#include "PlatformLinux/Location/ConsentRecord.h"
 
 namespace lanternfold {
 
@@ -33,6 +34,8 @@ struct Machine {
   /// Counters of 64 bits, which need no carrying forward.
   std::shared_ptr<ConnectionMetricsReader> metricsReader;
   SoleRecorder& soleRecorder;
+  /// Where the user's decisions on Wi-Fi names go.
+  ConsentRecord& consentRecord;
   MainLoop& mainLoop;
   /// Where the symbols, the logo and the colours are kept.
   std::filesystem::path assets;

@@ -10,6 +10,7 @@
 #include "Platform/FileSystem.h"
 #include "Platform/GroupContainer.h"
 #include "Platform/InterfaceNaming.h"
+#include "Platform/LocationManager.h"
 #include "Platform/NetworkConfiguration.h"
 #include "Platform/NetworkKernel.h"
 #include "Platform/PathMonitor.h"
@@ -35,6 +36,7 @@ struct Platform {
   UserDefaultsSuites& userDefaults;
   GroupContainer& groupContainer;
   UrlSessions& urlSessions;
+  LocationConsent& locationConsent;
 };
 
 }  // namespace lanternfold

@@ -142,6 +142,15 @@ std::expected<void, std::string> makePrivateFolder(const fs::path& path) {
 
 DataDirectory::DataDirectory(const std::optional<fs::path>& chosen) : location_(located(chosen)) {}
 
+DataDirectory::Folder DataDirectory::folder() const { return folderBelow({}); }
+
+std::expected<void, std::string> DataDirectory::checkIfThere() const {
+  if (!location_) return std::unexpected(location_.error());
+  struct stat status{};
+  if (::stat(location_->c_str(), &status) != 0 && errno == ENOENT) return {};
+  return checkFolder(*location_);
+}
+
 DataDirectory::Folder DataDirectory::defaultsFolder() const { return folderBelow("defaults"); }
 
 DataDirectory::Folder DataDirectory::groupFolder(std::string_view groupId) const {

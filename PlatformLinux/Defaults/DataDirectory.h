@@ -1,7 +1,7 @@
 // Where the program keeps what outlives it: one folder of the user's, and what stands where in it.
 //
 // Made by: the composition, with the folder of `--data-dir`. Read by: the settings' databases, the
-// group containers.
+// group containers, the consent to show Wi-Fi names.
 #pragma once
 
 #include <expected>
@@ -27,6 +27,10 @@ class DataDirectory {
   /// Whether or not it is there; absolute.
   [[nodiscard]] const Folder& location() const { return location_; }
 
+  /// The folder itself.
+  [[nodiscard]] Folder folder() const;
+  /// For whoever only reads: why the folder itself is refused, if it is there; it is not made.
+  [[nodiscard]] std::expected<void, std::string> checkIfThere() const;
   /// Of the settings' databases.
   [[nodiscard]] Folder defaultsFolder() const;
   /// Of the group `groupId`, which is a group identifier.

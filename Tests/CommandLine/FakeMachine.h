@@ -12,6 +12,7 @@
 #include "Tests/CommandLine/FakeSoleRecorder.h"
 #include "Tests/Support/FakeFileSystem.h"
 #include "Tests/Support/FakeGroupContainer.h"
+#include "Tests/Support/FakeLocationConsent.h"
 #include "Tests/Support/FakeNetworkConfiguration.h"
 #include "Tests/Support/FakeNetworkKernel.h"
 #include "Tests/Support/FakePathMonitor.h"
@@ -91,6 +92,15 @@ class FakeMachine {
   FakeUserDefaultsSuites userDefaults;
   FakeGroupContainer groupContainer{fileSystem};
   FakeUrlSessions urlSessions{dispatch};
+  FakeLocationConsent locationConsent{dispatch.mainQueue()};
+  ConsentRecord consentRecord{{.file = "/data/location-consent",
+                               .checkFolder = [] { return std::expected<void, std::string>(); },
+                               .makeFolder = [this]() -> std::expected<void, std::string> {
+                                 fileSystem.makeFolder("/data");
+                                 return {};
+                               }},
+                              fileSystem,
+                              diagnostics};
   FakeSoleRecorder soleRecorder;
   SimulatedMainLoop mainLoop{dispatch};
   Machine machine{.platform = {.kernel = kernel,
@@ -105,9 +115,11 @@ class FakeMachine {
                                .fileSystem = fileSystem,
                                .userDefaults = userDefaults,
                                .groupContainer = groupContainer,
-                               .urlSessions = urlSessions},
+                               .urlSessions = urlSessions,
+                               .locationConsent = locationConsent},
                   .metricsReader = std::make_shared<WideMetricsReader>(kernel),
                   .soleRecorder = soleRecorder,
+                  .consentRecord = consentRecord,
                   .mainLoop = mainLoop,
                   .assets = std::filesystem::path(LANTERNFOLD_SOURCE_DIR) / "Assets"};
 

@@ -48,6 +48,10 @@ TEST_F(FormatFixtures, StateJson) {
   EXPECT_EQ(written({"state", "--json"}), fixture("state.json"));
 }
 
+TEST_F(FormatFixtures, LocationStatusJson) {
+  EXPECT_EQ(written({"location", "status", "--json"}), fixture("location-status.json"));
+}
+
 class InternetFormatFixtures : public FormatFixtures {
  protected:
   void SetUp() override {

@@ -85,6 +85,18 @@ TEST_F(DataDirectoryTest, NothingIsMadeUntilItIsAskedFor) {
   EXPECT_FALSE(fs::exists(root() / "groups"));
 }
 
+TEST_F(DataDirectoryTest, WhoOnlyReadsMakesNothingAndIsToldWhatIsRefused) {
+  const DataDirectory directory(root());
+  EXPECT_TRUE(directory.checkIfThere());
+  EXPECT_FALSE(fs::exists(root()));
+  EXPECT_EQ(directory.folder(), root());
+  EXPECT_EQ(permissions(root()), fs::perms(0700));
+  EXPECT_TRUE(directory.checkIfThere());
+  fs::permissions(root(), fs::perms(0770));
+  EXPECT_THAT(directory.checkIfThere().error(), HasSubstr("chmod go-w"));
+  EXPECT_THAT(errorOf(directory.folder()), HasSubstr("chmod go-w"));
+}
+
 TEST_F(DataDirectoryTest, FoldersAreForTheUserAloneParentsIncluded) {
   const mode_t mask = ::umask(0);
   const DataDirectory directory(folder_ / "some/where/data");

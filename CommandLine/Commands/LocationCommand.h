@@ -1,0 +1,33 @@
+// `lanternfold-widgets location`: the user's consent to show Wi-Fi names, shown and decided.
+#pragma once
+
+#include <expected>
+#include <string>
+#include <string_view>
+
+#include "CommandLine/Console.h"
+#include "CommandLine/Machine.h"
+
+namespace lanternfold {
+
+/// What `location` takes.
+inline constexpr const char* locationActions = "status, allow, allow-in-use, deny or reset";
+
+enum class LocationAction { status, allow, allowInUse, deny, reset };
+
+struct LocationOptions {
+  LocationAction action = LocationAction::status;
+  bool json = false;  ///< of `status` alone
+};
+
+/// The failure names what was not understood and what may stand there.
+[[nodiscard]] std::expected<LocationOptions, CommandFailure> checkLocationOptions(
+    std::string_view action, bool json);
+
+/// `status` writes the status by its name; the others record a decision, of which every running
+/// program of the user hears at once, and say in one line what it means.
+[[nodiscard]] std::expected<void, CommandFailure> runLocation(const LocationOptions& options,
+                                                              const Machine& machine,
+                                                              const Console& console);
+
+}  // namespace lanternfold
