@@ -4,10 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "NetworkWidgetVexExtension/Views/NetworkAdapterWidgetEntryView.h"
 #include "Tests/NetworkWidgetVexExtension/CardStates.h"
-#include "Tests/Support/MetricTextMeasurer.h"
-#include "ViewTree/Layout.h"
 #include "ViewTree/TextDump.h"
 
 namespace lanternfold {
@@ -46,12 +43,7 @@ void addShown(const LaidOutView& view, std::map<std::string, double>& shown) {
 
 class CardSweep : public testing::TestWithParam<CardState> {
  protected:
-  static LaidOutView card(double width) {
-    const FakeStringTable strings;
-    const MetricTextMeasurer measurer;
-    return layOut(NetworkAdapterWidgetEntryView{GetParam().entry}.body({strings}), {width, 170},
-                  {measurer, "Today, 10:30"});
-  }
+  static LaidOutView card(double width) { return GetParam().laidOut(width); }
 };
 
 TEST_P(CardSweep, NothingLeavesItsParent) {
