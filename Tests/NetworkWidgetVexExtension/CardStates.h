@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -120,6 +121,8 @@ struct CardState {
     return layOut(view(strings), {width, widgetSize(family).height}, {measurer, "Today, 10:30"});
   }
   [[nodiscard]] LaidOutView laidOut() const { return laidOut(widgetSize(family).width); }
+
+  friend void PrintTo(const CardState& state, std::ostream* stream) { *stream << state.name; }
 };
 
 inline CardState adapterCard(std::string name, NetworkAdapterEntry entry) {
