@@ -12,6 +12,7 @@ mkdir -p /dev/pts /dev/shm /root
 mount -t devpts pts /dev/pts
 mount -t tmpfs -o mode=1777 tmp /tmp
 mount -t tmpfs -o mode=755 run /run
+mkdir -p /var && ln -s /run /var/run
 chmod 755 /
 stty -F /dev/ttyS1 raw -echo
 

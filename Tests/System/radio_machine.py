@@ -16,7 +16,7 @@ from radio_kernel import LIST, RADIOS, kernel
 INIT = Path(__file__).resolve().parent / "radio_init.sh"
 # Whoever takes longer has hung.
 BOOT_SECONDS = 300
-SCRIPT_SECONDS = 120
+SCRIPT_SECONDS = 240
 MEMORY = "1024M"
 EMULATOR = "qemu-system-x86_64"
 INSIDE = ["busybox", "hostapd", "hostapd_cli", "wpa_supplicant", "wpa_cli", "iw", "ip", "setpriv"]
