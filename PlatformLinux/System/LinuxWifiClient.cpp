@@ -88,36 +88,41 @@ LinuxWifiClient::LinuxWifiClient(MayTellNames mayTellNames, WifiSources sources)
 
 std::optional<WifiInterface> LinuxWifiClient::interface() const {
   auto full = report();
-  return full ? std::optional(std::move(full->interface)) : std::nullopt;
+  if (!full || !*full) return std::nullopt;
+  return std::move((*full)->interface);
 }
 
-std::optional<WifiReport> LinuxWifiClient::report() const {
+WifiReading LinuxWifiClient::report() const {
   auto socket = genericSockets_.take();
-  if (!socket) return std::nullopt;
-  const std::optional<WifiFacts> facts = readFacts(*socket);
+  if (!socket) return std::unexpected(socket.error());
+  const Facts facts = readFacts(*socket);
   genericSockets_.giveBack(*std::move(socket));
-  if (!facts) return std::nullopt;
+  if (!facts) return std::unexpected(facts.error());
+  if (!*facts) return std::nullopt;
   // Asked last, so that consent that is taken back meanwhile counts.
-  return wifiReportOf(*facts,
+  return wifiReportOf(**facts,
                       mayTellNames_() ? WifiNameDisclosure::told : WifiNameDisclosure::withheld);
 }
 
-std::optional<WifiFacts> LinuxWifiClient::readFacts(NetlinkSocket& socket) const {
-  const auto messageType = genericFamilyType(socket, "nl80211");
-  if (!messageType) return std::nullopt;
+LinuxWifiClient::Facts LinuxWifiClient::readFacts(NetlinkSocket& socket) const {
+  const auto family = findGenericFamily(socket, "nl80211");
+  if (!family) return std::unexpected(family.error());
+  if (!*family) return std::nullopt;
+  const std::uint16_t messageType = **family;
   const auto interfaces =
-      readTable(socket, wirelessInterfaceDumpRequest(*messageType), decodeWifiInterface);
-  auto candidates = defaultInterfaceCandidates(interfaces);
+      dumpTable(socket, wirelessInterfaceDumpRequest(messageType), decodeWifiInterface);
+  if (!interfaces) return std::unexpected(interfaces.error());
+  auto candidates = defaultInterfaceCandidates(*interfaces);
   if (candidates.empty()) return std::nullopt;
-  WifiFacts facts = chooseInterface(socket, *messageType, std::move(candidates));
+  WifiFacts facts = chooseInterface(socket, messageType, std::move(candidates));
   const std::uint32_t index = facts.interface.index;
   facts.isPoweredOn = isPoweredOn(facts.interface);
   if (facts.interface.ssid || !facts.joinedCells.empty()) {
     facts.stations =
-        readTable(socket, wifiStationDumpRequest(*messageType, index), decodeWifiStation);
-    facts.survey = readTable(socket, wifiSurveyDumpRequest(*messageType, index), decodeWifiSurvey);
+        readTable(socket, wifiStationDumpRequest(messageType, index), decodeWifiStation);
+    facts.survey = readTable(socket, wifiSurveyDumpRequest(messageType, index), decodeWifiSurvey);
   }
-  facts.countryCode = readCountry(socket, *messageType, facts.interface.radioIndex);
+  facts.countryCode = readCountry(socket, messageType, facts.interface.radioIndex);
   return facts;
 }
 
