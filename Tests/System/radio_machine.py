@@ -132,7 +132,7 @@ class RadioMachine:
         return dict(zip(pieces[::2], pieces[1::2]))
 
     def load_radios(self, count):
-        """Radios phy0 to phyN with the interfaces wlan0 to wlanN; those that were there are gone."""
+        """Radios with the interfaces wlan0, wlan1 and so on; those that were there are gone."""
         self.run(f"rmmod {RADIOS} 2>/dev/null\ninsmod /modules/{RADIOS}.ko radios={count}")
 
 
@@ -142,14 +142,17 @@ def find(name):
 
 def start(the_kernel, image, shared, console):
     """The emulator; its input and output are the machine's second serial line."""
-    return subprocess.Popen(
-        [*LIFE_BOUND_TO_TESTS, EMULATOR, "-no-user-config", "-nodefaults", "-display", "none",
-         "-no-reboot", "-M", "pc", "-accel", "tcg,thread=multi", "-cpu", "max", "-smp", "1", "-m",
-         MEMORY, "-nic", "none", "-fsdev", f"local,id=shared,path={shared},security_model=none",
-         "-device", "virtio-9p-pci,fsdev=shared,mount_tag=shared", "-kernel", str(the_kernel.image),
-         "-initrd", str(image), "-append", KERNEL_OPTIONS, "-serial", f"file:{console}", "-chardev",
-         "stdio,id=scripts,signal=off", "-serial", "chardev:scripts"],
-        stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=open(console, "ab"))
+    with open(console, "ab") as log:
+        return subprocess.Popen(
+            [*LIFE_BOUND_TO_TESTS, EMULATOR, "-no-user-config", "-nodefaults", "-display", "none",
+             "-no-reboot", "-M", "pc", "-accel", "tcg,tb-size=256", "-cpu", "max", "-smp", "1",
+             "-m", MEMORY, "-nic", "none",
+             "-fsdev", f"local,id=shared,path={shared},security_model=none",
+             "-device", "virtio-9p-pci,fsdev=shared,mount_tag=shared",
+             "-kernel", str(the_kernel.image), "-initrd", str(image), "-append", KERNEL_OPTIONS,
+             "-chardev", f"file,id=console,path={console},append=on", "-serial", "chardev:console",
+             "-chardev", "stdio,id=scripts,signal=off", "-serial", "chardev:scripts"],
+            stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=log)
 
 
 def make_image(folder, the_kernel):

@@ -87,16 +87,20 @@ class Network:
 
 
 class Air:
-    """The radios of a machine: phy0 is the access point's, the others the machine's own."""
+    """The radios of a machine: the first is the access point's, the others the machine's own."""
 
     def __init__(self, machine, radios=2):
         self.machine = machine
+        machine.run(f"{stop('wpa_supplicant')}\n{stop('hostapd')}")
         machine.load_radios(radios)
+        # The numbers of radios are never used twice, the names of interfaces are.
         machine.run(f"""
             iw reg set {COUNTRY}
             /usr/sbin/ip netns delete {NAMESPACE} 2>/dev/null
-            /usr/sbin/ip netns add {NAMESPACE} && iw phy phy0 set netns name {NAMESPACE} &&
-            {INSIDE} /usr/sbin/ip link set lo up""")
+            /usr/sbin/ip netns add {NAMESPACE} &&
+            iw phy $(cat /sys/class/net/{ACCESS_POINT}/phy80211/name) set netns name {NAMESPACE} &&
+            {INSIDE} sh -c 'echo 1 >/proc/sys/net/ipv6/conf/default/disable_ipv6;
+                            /usr/sbin/ip link set lo up'""")
 
     def offer(self, network):
         """Starts the access point, once the former one is gone."""
