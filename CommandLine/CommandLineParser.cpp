@@ -163,8 +163,9 @@ Choice chooseRender(const RenderOptions& options, const CommonOptions& common) {
   auto plan = planRender(options);
   if (!plan) return std::unexpected(plan.error());
   return commandOf(*choice, /*json=*/false,
-                   [plan = *std::move(plan)](const Machine& machine, const Console& console) {
-                     return runRender(plan, machine, console);
+                   [plan = *std::move(plan), monitor = choice->monitor](const Machine& machine,
+                                                                        const Console& console) {
+                     return runRender(plan, monitor, machine, console);
                    });
 }
 
@@ -172,13 +173,15 @@ void addRender(CLI::App& app, Choice& choice) {
   auto options = std::make_shared<RenderOptions>();
   auto common = std::make_shared<CommonOptions>();
   CLI::App* command = app.add_subcommand("render", "Draw a widget into a PNG, SVG or PDF file");
-  command->add_option("kind", options->kind, "The widget: NetworkAdapterWidget")
+  command->add_option("kind", options->kind, std::string("The widget: ") + drawableKinds)
       ->option_text("KIND")
-      ->type_name("a widget's kind: NetworkAdapterWidget")
+      ->type_name(std::string("a widget's kind: ") + drawableKinds)
       ->required();
-  command->add_option("--family", options->family, "The widget's size: medium (the default)")
+  command
+      ->add_option("--family", options->family,
+                   "The widget's size: small (not of NetworkAdapterWidget) or medium (the default)")
       ->option_text("FAMILY")
-      ->type_name("the widget's size: medium");
+      ->type_name("the widget's size: small or medium");
   command->add_option("--scheme", options->scheme, "light (the default) or dark")
       ->option_text("SCHEME")
       ->type_name("light or dark");
