@@ -1,10 +1,13 @@
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <net/if.h>
+#include <utility>
 
 #include <linux/if_link.h>
 #include <linux/rtnetlink.h>
 
+#include "PlatformLinux/Netlink/GenericNetlink.h"
 #include "PlatformLinux/System/LinuxWifiClient.h"
 #include "Tests/PlatformLinux/ScriptedNetlink.h"
 #include "Tests/PlatformLinux/Wifi/WifiFrames.h"
@@ -39,23 +42,23 @@ Bytes interfacePayload(int index, int type, std::string_view ssid) {
                       ssid.empty() ? Bytes() : attribute(NL80211_ATTR_SSID, textOnly(ssid))});
 }
 
-Bytes cellPayload(bool isJoined) {
+Bytes cellPayload(bool isJoined, std::uint8_t last = 1) {
   return wifiPayload(
       NL80211_CMD_NEW_SCAN_RESULTS,
       {nested(NL80211_ATTR_BSS,
-              {attribute(NL80211_BSS_BSSID, bytesOf(cellAddress(1))),
+              {attribute(NL80211_BSS_BSSID, bytesOf(cellAddress(last))),
                number16(NL80211_BSS_CAPABILITY, 0x0011),
                attribute(NL80211_BSS_INFORMATION_ELEMENTS,
                          joined({element(0, textOnly("cafe")), element(48, rsnBody({8}))})),
                isJoined ? number32(NL80211_BSS_STATUS, NL80211_BSS_STATUS_ASSOCIATED) : Bytes()})});
 }
 
-Bytes stationPayload() {
+Bytes stationPayload(int signal = -47, std::uint8_t last = 1) {
   return wifiPayload(
       NL80211_CMD_NEW_STATION,
-      {attribute(NL80211_ATTR_MAC, bytesOf(cellAddress(1))),
+      {attribute(NL80211_ATTR_MAC, bytesOf(cellAddress(last))),
        nested(NL80211_ATTR_STA_INFO,
-              {number8(NL80211_STA_INFO_SIGNAL, -47),
+              {number8(NL80211_STA_INFO_SIGNAL, signal),
                nested(NL80211_STA_INFO_TX_BITRATE, {number32(NL80211_RATE_INFO_BITRATE32, 5400),
                                                     number8(NL80211_RATE_INFO_HE_MCS, 7),
                                                     number8(NL80211_RATE_INFO_HE_NSS, 2)})})});
@@ -92,6 +95,35 @@ class LinuxWifiClientTest : public testing::Test {
                                                          .deviceTree = DeviceTree(tree_.path())});
   }
 
+  /// One that keeps the cells until `cellsHaveChanged_`.
+  LinuxWifiClient rememberingClient() {
+    return LinuxWifiClient(
+        [this] { return mayTell_; },
+        {.genericNetlink = generic_.opener(),
+         .routeNetlink = route_.opener(),
+         .deviceTree = DeviceTree(tree_.path()),
+         .cellsMayHaveChanged = [this] { return std::exchange(cellsHaveChanged_, false); }});
+  }
+
+  /// The exchange for a joined interface whose cells are known.
+  void answerWithoutCells(const Bytes& interface, const Bytes& station) {
+    generic_.answer(familyAnswer());
+    generic_.answer(answerOf({interface}));
+    generic_.answer(answerOf({station}));
+  }
+  void answerSurveyAndCountry() {
+    generic_.answer(answerOf({surveyPayload()}));
+    generic_.answer(countryAnswer());
+  }
+
+  /// How often the list of cells was asked for so far.
+  long scanRequests() const {
+    return std::ranges::count_if(generic_.requests(), [](const Bytes& request) {
+      return firstMessage(request).type == nl80211Type &&
+             genericCommand(firstMessage(request)) == NL80211_CMD_GET_SCAN;
+    });
+  }
+
   /// The exchange for one joined interface, from the list of interfaces on.
   void answerAsJoined() {
     generic_.answer(familyAnswer());
@@ -115,6 +147,7 @@ class LinuxWifiClientTest : public testing::Test {
   ScriptedNetlink route_;
   TemporaryFolder tree_;
   bool mayTell_ = true;
+  bool cellsHaveChanged_ = true;
 };
 
 TEST_F(LinuxWifiClientTest, TellsEveryFigureOfTheJoinedInterface) {
@@ -275,6 +308,117 @@ TEST_F(LinuxWifiClientTest, ASwitchOfSoftwareOrHardwareTurnsTheRadioOff) {
     answerAsJoined();
     EXPECT_EQ(asked.interface()->powerOn, powerOn) << soft << hard;
   }
+}
+
+TEST_F(LinuxWifiClientTest, TheListOfCellsIsAskedForOnceWhileNothingChanges) {
+  answerAsJoined();
+  answerWithoutCells(interfacePayload(5, NL80211_IFTYPE_STATION, "cafe"), stationPayload(-60));
+  answerSurveyAndCountry();
+  const LinuxWifiClient client = rememberingClient();
+  const auto first = client.interface();
+  const auto second = client.interface();
+  ASSERT_TRUE(first && second);
+  EXPECT_EQ(scanRequests(), 1);
+  EXPECT_EQ(second->rssiValue, -60) << "the signal is read each time";
+  EXPECT_EQ(second->bssid, "02:00:00:00:01:01");
+  EXPECT_EQ(second->security, WifiSecurity::wpa3Personal);
+  EXPECT_EQ(second->noiseMeasurement, -92);
+  EXPECT_EQ(second->countryCode, "DE");
+}
+
+TEST_F(LinuxWifiClientTest, NewsOfTheCellsHaveTheListAskedForAgain) {
+  answerAsJoined();
+  answerAsJoined();
+  const LinuxWifiClient client = rememberingClient();
+  static_cast<void>(client.interface());
+  cellsHaveChanged_ = true;
+  EXPECT_EQ(client.interface()->bssid, "02:00:00:00:01:01");
+  EXPECT_EQ(scanRequests(), 2);
+}
+
+TEST_F(LinuxWifiClientTest, AnotherNetworkOrChannelHasTheListAskedForAgain) {
+  answerAsJoined();
+  generic_.answer(familyAnswer());
+  generic_.answer(answerOf({interfacePayload(5, NL80211_IFTYPE_STATION, "home")}));
+  generic_.answer(answerOf({cellPayload(true, 2)}));
+  generic_.answer(answerOf({stationPayload(-50, 2)}));
+  answerSurveyAndCountry();
+  const LinuxWifiClient client = rememberingClient();
+  static_cast<void>(client.interface());
+  EXPECT_EQ(client.interface()->bssid, "02:00:00:00:01:02");
+  EXPECT_EQ(scanRequests(), 2);
+}
+
+/// The peer is known before the report of the change has been sent.
+TEST_F(LinuxWifiClientTest, AnotherAccessPointAmongThePeersHasTheListAskedForAgain) {
+  answerAsJoined();
+  answerWithoutCells(interfacePayload(5, NL80211_IFTYPE_STATION, "cafe"), stationPayload(-50, 2));
+  generic_.answer(answerOf({cellPayload(true, 2)}));
+  answerSurveyAndCountry();
+  const LinuxWifiClient client = rememberingClient();
+  static_cast<void>(client.interface());
+  const auto roamed = client.interface();
+  EXPECT_EQ(roamed->bssid, "02:00:00:00:01:02");
+  EXPECT_EQ(roamed->rssiValue, -50);
+  EXPECT_EQ(scanRequests(), 2);
+}
+
+TEST_F(LinuxWifiClientTest, ThatNoNetworkIsJoinedIsAskedForOnceAsWell) {
+  generic_.answer(familyAnswer());
+  generic_.answer(answerOf({interfacePayload(4, NL80211_IFTYPE_STATION, "")}));
+  generic_.answer(answerOf({cellPayload(false)}));
+  generic_.answer(countryAnswer());
+  generic_.answer(familyAnswer());
+  generic_.answer(answerOf({interfacePayload(4, NL80211_IFTYPE_STATION, "")}));
+  generic_.answer(countryAnswer());
+  route_.answer(linkAnswer(4, IFF_UP));
+  const LinuxWifiClient client = rememberingClient();
+  static_cast<void>(client.interface());
+  const auto second = client.report();
+  ASSERT_TRUE(second);
+  EXPECT_FALSE(second->isJoined);
+  EXPECT_EQ(second->interface.countryCode, "DE");
+  EXPECT_EQ(scanRequests(), 1);
+}
+
+TEST_F(LinuxWifiClientTest, ANamedNetworkThatIsNotListedYetIsAskedForAgain) {
+  generic_.answer(familyAnswer());
+  generic_.answer(answerOf({interfacePayload(5, NL80211_IFTYPE_STATION, "cafe")}));
+  generic_.answer(answerOf({cellPayload(false)}));
+  generic_.answer(answerOf({stationPayload()}));
+  answerSurveyAndCountry();
+  answerAsJoined();
+  const LinuxWifiClient client = rememberingClient();
+  EXPECT_EQ(client.interface()->bssid, std::nullopt);
+  EXPECT_EQ(client.interface()->bssid, "02:00:00:00:01:01");
+}
+
+TEST_F(LinuxWifiClientTest, ARefusedListIsAskedForAgain) {
+  generic_.answer(familyAnswer());
+  generic_.answer(answerOf({interfacePayload(5, NL80211_IFTYPE_STATION, "cafe")}));
+  generic_.answer(refusal(ENOBUFS));
+  generic_.answer(answerOf({stationPayload()}));
+  answerSurveyAndCountry();
+  answerAsJoined();
+  const LinuxWifiClient client = rememberingClient();
+  static_cast<void>(client.interface());
+  EXPECT_EQ(client.interface()->bssid, "02:00:00:00:01:01");
+  EXPECT_EQ(scanRequests(), 2);
+}
+
+TEST_F(LinuxWifiClientTest, CellsThatAreKeptAreWithheldWithoutConsent) {
+  answerAsJoined();
+  answerWithoutCells(interfacePayload(5, NL80211_IFTYPE_STATION, "cafe"), stationPayload());
+  answerSurveyAndCountry();
+  const LinuxWifiClient client = rememberingClient();
+  EXPECT_EQ(client.interface()->bssid, "02:00:00:00:01:01");
+  mayTell_ = false;
+  const auto report = client.report();
+  ASSERT_TRUE(report);
+  EXPECT_EQ(scanRequests(), 1);
+  EXPECT_EQ(report->interface.ssid, std::nullopt);
+  EXPECT_EQ(report->interface.bssid, std::nullopt);
+  EXPECT_EQ(report->links.at(0).bssid, std::nullopt);
 }
 
 TEST(LinuxWifiClientDeathTest, WithoutAnybodyToAskForConsentStopsTheProgram) {
