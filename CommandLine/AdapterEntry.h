@@ -6,16 +6,11 @@
 #include <vector>
 
 #include "CommandLine/Console.h"
+#include "CommandLine/EntrySource.h"
 #include "CommandLine/Machine.h"
 #include "NetworkWidgetVexExtension/Providers/NetworkAdapterEntry.h"
 
 namespace lanternfold {
-
-enum class EntrySource {
-  placeholder,  ///< sample content, an empty configuration
-  snapshot,     ///< sample content with the configuration given
-  timeline,     ///< this machine
-};
 
 struct DrawableAdapterEntry {
   NetworkAdapterEntry entry;

@@ -17,6 +17,7 @@
 #include "CommandLine/Commands/RecordCommand.h"
 #include "CommandLine/Commands/RenderCommand.h"
 #include "CommandLine/Commands/StateCommand.h"
+#include "CommandLine/Commands/WifiCommand.h"
 #include "CommandLine/CommonOptions.h"
 #include "CommandLine/ProgramName.h"
 
@@ -78,13 +79,16 @@ void addInterfaces(CLI::App& app, Choice& choice) {
   });
 }
 
-Choice chooseState(StateOptions options, std::string_view categoryNames,
+Choice chooseState(StateOptions options, const std::optional<std::string>& chosenCategories,
                    const CommonOptions& common) {
   const auto choice = checkCommonOptions(common);
   if (!choice) return std::unexpected(choice.error());
-  const auto categories = parseCategories(categoryNames);
-  if (!categories) return std::unexpected(categories.error());
-  options.categories = *categories;
+  if (chosenCategories) {
+    const auto categories = parseCategories(*chosenCategories);
+    if (!categories) return std::unexpected(categories.error());
+    options.categories = *categories;
+    options.isWifiOptional = false;
+  }
   options.monitor = choice->monitor;
   return commandOf(*choice, options.json,
                    [options](const Machine& machine, const Console& console) {
@@ -94,15 +98,15 @@ Choice chooseState(StateOptions options, std::string_view categoryNames,
 
 void addState(CLI::App& app, Choice& choice) {
   auto options = std::make_shared<StateOptions>();
-  auto categories = std::make_shared<std::string>("other");
+  auto categories = std::make_shared<std::optional<std::string>>();
   auto common = std::make_shared<CommonOptions>();
   CLI::App* command = app.add_subcommand("state", "Show the state of this machine's network");
   command
       ->add_option("--categories", *categories,
-                   "What to resolve: internet (what others see of this machine), other (network "
-                   "adapters), cellular; default other")
+                   "What to resolve: internet (what others see of this machine), wlan (Wi-Fi), "
+                   "other (the other network adapters), cellular; default wlan,other")
       ->option_text("NAME,NAME")
-      ->type_name("internet, cellular and other, separated by commas");
+      ->type_name("internet, wlan, cellular and other, separated by commas");
   command->add_flag("--json", options->json,
                     "Write {\"complete\":…,\"state\":{…}}; with --watch one object a line");
   command->add_flag("--watch", options->watch,
@@ -159,8 +163,9 @@ Choice chooseRender(const RenderOptions& options, const CommonOptions& common) {
   auto plan = planRender(options);
   if (!plan) return std::unexpected(plan.error());
   return commandOf(*choice, /*json=*/false,
-                   [plan = *std::move(plan)](const Machine& machine, const Console& console) {
-                     return runRender(plan, machine, console);
+                   [plan = *std::move(plan), monitor = choice->monitor](const Machine& machine,
+                                                                        const Console& console) {
+                     return runRender(plan, monitor, machine, console);
                    });
 }
 
@@ -168,13 +173,15 @@ void addRender(CLI::App& app, Choice& choice) {
   auto options = std::make_shared<RenderOptions>();
   auto common = std::make_shared<CommonOptions>();
   CLI::App* command = app.add_subcommand("render", "Draw a widget into a PNG, SVG or PDF file");
-  command->add_option("kind", options->kind, "The widget: NetworkAdapterWidget")
+  command->add_option("kind", options->kind, std::string("The widget: ") + drawableKinds)
       ->option_text("KIND")
-      ->type_name("a widget's kind: NetworkAdapterWidget")
+      ->type_name(std::string("a widget's kind: ") + drawableKinds)
       ->required();
-  command->add_option("--family", options->family, "The widget's size: medium (the default)")
+  command
+      ->add_option("--family", options->family,
+                   "The widget's size: small (not of NetworkAdapterWidget) or medium (the default)")
       ->option_text("FAMILY")
-      ->type_name("the widget's size: medium");
+      ->type_name("the widget's size: small or medium");
   command->add_option("--scheme", options->scheme, "light (the default) or dark")
       ->option_text("SCHEME")
       ->type_name("light or dark");
@@ -279,6 +286,26 @@ void addLocation(CLI::App& app, Choice& choice) {
       [action, json, common, &choice] { choice = chooseLocation(*action, *json, *common); });
 }
 
+Choice chooseWifi(const WifiOptions& options, const CommonOptions& common) {
+  const auto choice = checkCommonOptions(common);
+  if (!choice) return std::unexpected(choice.error());
+  return commandOf(*choice, options.json,
+                   [options](const Machine& machine, const Console& console) {
+                     return runWifi(options, machine, console);
+                   });
+}
+
+void addWifi(CLI::App& app, Choice& choice) {
+  auto options = std::make_shared<WifiOptions>();
+  auto common = std::make_shared<CommonOptions>();
+  CLI::App* command =
+      app.add_subcommand("wifi", "Show everything that the kernel tells of the Wi-Fi");
+  command->add_flag("--json", options->json,
+                    "Write {\"interface\":…,\"links\":[…]}, or null without Wi-Fi");
+  addCommonOptions(*command, *common);
+  command->callback([options, common, &choice] { choice = chooseWifi(*options, *common); });
+}
+
 /// Refusals of the library that `firstArgumentFault` does not foresee.
 CommandFailure notUnderstood() {
   return badArguments(std::string("the arguments were not understood; \"") + programName +
@@ -298,6 +325,7 @@ ParsedCommandLine parseCommandLine(std::span<const std::string> arguments) {
   addState(app, choice);
   addRecord(app, choice);
   addRender(app, choice);
+  addWifi(app, choice);
   addLocation(app, choice);
   addEchoService(app, choice);
   bool isUnderstood = true;

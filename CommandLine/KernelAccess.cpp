@@ -37,4 +37,8 @@ std::expected<void, CommandFailure> requireReadableKernel(const Machine& machine
   return {};
 }
 
+CommandFailure unreadableWifi(NetworkKernelError error) {
+  return workFailed("cannot read this machine's Wi-Fi: " + reasonAndRemedy(error));
+}
+
 }  // namespace lanternfold

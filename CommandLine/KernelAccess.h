@@ -13,4 +13,7 @@ namespace lanternfold {
 /// what to do.
 [[nodiscard]] std::expected<void, CommandFailure> requireReadableKernel(const Machine& machine);
 
+/// That the Wi-Fi cannot be read, and what to do.
+[[nodiscard]] CommandFailure unreadableWifi(NetworkKernelError error);
+
 }  // namespace lanternfold

@@ -8,6 +8,7 @@
 #include "CommandLine/FileSoleRecorder.h"
 #include "CommandLine/LinuxMainLoop.h"
 #include "CommandLine/ProgramName.h"
+#include "CommandLine/WifiConsent.h"
 #include "PlatformLinux/Defaults/DataDirectory.h"
 #include "PlatformLinux/Defaults/LinuxGroupContainer.h"
 #include "PlatformLinux/Defaults/SqliteUserDefaults.h"
@@ -21,6 +22,7 @@
 #include "PlatformLinux/System/LinuxNetworkKernel.h"
 #include "PlatformLinux/System/LinuxPathMonitor.h"
 #include "PlatformLinux/System/LinuxResolverConfiguration.h"
+#include "PlatformLinux/System/LinuxWifiClient.h"
 #include "PlatformLinux/System/PosixFileSystem.h"
 #include "PlatformLinux/System/StreamDiagnosticLog.h"
 #include "PlatformLinux/System/SystemClock.h"
@@ -65,6 +67,7 @@ struct LinuxMachine::Parts {
   LinuxPathMonitorFactory pathMonitors{eventLoop};
   CurlUrlSessions urlSessions;
   LinuxLocationConsent locationConsent{consentRecord, eventLoop, dispatch, diagnostics};
+  LinuxWifiClient wifiClient{[this] { return mayTellWifiNames(locationConsent); }};
   Machine machine{.platform = {.kernel = kernel,
                                .resolverConfiguration = resolverConfiguration,
                                .networkConfiguration = networkConfiguration,
@@ -78,9 +81,11 @@ struct LinuxMachine::Parts {
                                .userDefaults = userDefaults,
                                .groupContainer = groupContainer,
                                .urlSessions = urlSessions,
-                               .locationConsent = locationConsent},
+                               .locationConsent = locationConsent,
+                               .wifiClient = wifiClient},
                   .metricsReader = std::make_shared<LinuxConnectionMetricsReader>(),
                   .soleRecorder = soleRecorder,
+                  .readWifi = [this] { return wifiClient.report(); },
                   .consentRecord = consentRecord,
                   .mainLoop = mainLoop,
                   .assets = assetsFolder()};

@@ -5,12 +5,14 @@
 
 #include <chrono>
 #include <filesystem>
+#include <functional>
 #include <memory>
 
 #include "CommandLine/SoleRecorder.h"
 #include "NetworkMonitor/Metrics/ConnectionMetricsReader.h"
 #include "Platform/Platform.h"
 #include "PlatformLinux/Location/ConsentRecord.h"
+#include "PlatformLinux/Wifi/WifiReport.h"
 
 namespace lanternfold {
 
@@ -34,6 +36,9 @@ struct Machine {
   /// Counters of 64 bits, which need no carrying forward.
   std::shared_ptr<ConnectionMetricsReader> metricsReader;
   SoleRecorder& soleRecorder;
+  /// Everything the kernel tells of the Wi-Fi at this moment; names only with the user's consent,
+  /// as from the seam's Wi-Fi client. Any thread.
+  std::function<WifiReading()> readWifi;
   /// Where the user's decisions on Wi-Fi names go.
   ConsentRecord& consentRecord;
   MainLoop& mainLoop;

@@ -11,7 +11,7 @@
 #include "NetBase/NetUtils.h"
 #include "NetworkMonitor/Interfaces/PosixInterfaceResolver.h"
 #include "NetworkMonitor/Metrics/RecordedConnectionMetricsReader.h"
-#include "NetworkMonitor/Monitor/NullResolvers.h"
+#include "NetworkMonitor/Wlan/CoreWlanInterfaceResolver.h"
 
 namespace lanternfold {
 
@@ -66,7 +66,11 @@ std::shared_ptr<NetworkStateMonitor> makeNetworkStateMonitor(const Machine& mach
           machine, options,
           {.interfaceResolver = interfaces,
            .metricsReader = std::make_shared<WalkStartingMetricsReader>(reader)}),
-      interfaces, std::make_shared<NullWlanInterfaceResolver>(), nullptr,
+      interfaces,
+      std::make_shared<CoreWlanInterfaceResolver>(
+          interfaces, CoreWlanInterfaceResolver::Environment{.wifiClient = platform.wifiClient,
+                                                             .strings = platform.strings}),
+      nullptr,
       NetworkStateMonitor::Environment{.pathMonitors = platform.pathMonitors,
                                        .mainQueue = platform.dispatch.mainQueue(),
                                        .strings = platform.strings});

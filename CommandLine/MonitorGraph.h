@@ -1,4 +1,4 @@
-// Wires a network state monitor over a machine's seams, with the resolvers that exist so far.
+// Wires a network state monitor over a machine's seams.
 #pragma once
 
 #include <memory>
@@ -26,9 +26,8 @@ struct MonitorOptions {
   BundleInformation bundle = {};
 };
 
-/// A monitor of this machine, not yet started. It resolves the internet side, the cellular category
-/// and that of the other interfaces; asking it for Wi-Fi answers that there is none. A service that
-/// gives no answer is a line among the diagnostics.
+/// A monitor of this machine, not yet started. There is no cellular provider. A service that gives
+/// no answer is a line among the diagnostics.
 [[nodiscard]] std::shared_ptr<NetworkStateMonitor> makeNetworkStateMonitor(
     const Machine& machine, const MonitorOptions& options);
 

@@ -1,10 +1,21 @@
 #include "CommandLine/RememberingMetricsReader.h"
 
 #include <utility>
+#include <variant>
 
 #include "Support/FatalError.h"
 
 namespace lanternfold {
+
+namespace {
+
+/// The lock is given back after the sample has been saved.
+bool lostOnlyItsLock(const ConnectionMetricsError& error) {
+  const auto* lock = std::get_if<LockError>(&error);
+  return lock != nullptr && lock->value == LockError::Case::alreadyUnlocked;
+}
+
+}  // namespace
 
 RememberingMetricsReader::RememberingMetricsReader(
     std::expected<Recorded, std::string> recorded,
@@ -35,18 +46,20 @@ void RememberingMetricsReader::beginWalk() {
 std::optional<ConnectionMetricsMap> RememberingMetricsReader::remembered() {
   if (nextSample_ && environment_.clock.steadyNow() < *nextSample_) return std::nullopt;
   auto sampled = sample();
+  const bool isKept = sampled || !sampled.error();
   nextSample_ = environment_.clock.steadyNow() +
-                (sampled ? std::chrono::nanoseconds(shortestPause) : pauseAfterFailure);
+                (isKept ? std::chrono::nanoseconds(shortestPause) : pauseAfterFailure);
   if (sampled) return *std::move(sampled);
-  reportOnce(sampled.error());
+  if (!isKept) reportOnce(*sampled.error());
   return std::nullopt;
 }
 
-std::expected<ConnectionMetricsMap, std::string> RememberingMetricsReader::sample() {
+std::expected<ConnectionMetricsMap, std::optional<std::string>> RememberingMetricsReader::sample() {
   if (!recorded_) return std::unexpected(recorded_.error());
   auto read = recorded_->reader->read();
-  if (!read) return std::unexpected(recorded_->explain(read.error()));
-  return *std::move(read);
+  if (read) return *std::move(read);
+  if (lostOnlyItsLock(read.error())) return std::unexpected(std::nullopt);
+  return std::unexpected(recorded_->explain(read.error()));
 }
 
 void RememberingMetricsReader::reportOnce(const std::string& reason) {

@@ -22,7 +22,9 @@ namespace lanternfold {
 /// sample is a file that is locked, written and brought to the disk, so one serves a whole walk,
 /// and walks that follow closely upon each other have the kernel's own counters. A sample that
 /// fails is said once; while that lasts, it is tried again at long intervals only, because a held
-/// lock takes half a second each time. Any thread.
+/// lock takes half a second each time. A sample whose lock file somebody else removed has been
+/// saved and is no failure: programs that begin at the same moment can make one lock of two. Any
+/// thread.
 class RememberingMetricsReader final : public ConnectionMetricsReader {
  public:
   static constexpr std::chrono::milliseconds shortestPause{250};
@@ -57,7 +59,8 @@ class RememberingMetricsReader final : public ConnectionMetricsReader {
 
  private:
   [[nodiscard]] std::optional<ConnectionMetricsMap> remembered();
-  [[nodiscard]] std::expected<ConnectionMetricsMap, std::string> sample();
+  /// The error is none for a sample that was kept, but whose counters are not told.
+  [[nodiscard]] std::expected<ConnectionMetricsMap, std::optional<std::string>> sample();
   void reportOnce(const std::string& reason);
 
   std::expected<Recorded, std::string> recorded_;

@@ -1,26 +1,37 @@
 #include "CommandLine/StateText.h"
 
-#include <algorithm>
+#include <variant>
 
-#include "CommandLine/PrintableText.h"
-#include "CommandLine/TextTable.h"
+#include "CommandLine/TextRows.h"
+#include "CommandLine/WifiFigures.h"
+#include "NetworkMonitor/Wlan/WlanTexts.h"
 
 namespace lanternfold {
 namespace {
 
-void writeSource(const AnyNetworkSource& source, const StringTable& strings,
-                 const Console& console) {
-  const SourceList rows = compressedListRepresentationOf(source, strings);
-  std::size_t width = 0;
-  for (const SourceListItem& row : rows) {
-    width = std::max(width, terminalWidth(printable(row.label)));
+/// The figures of a joined network that have no rows among those of a source. A figure that the
+/// driver does not give is 0.
+void appendRadioRows(std::vector<TextRow>& rows, const WlanMetrics& metrics,
+                     const StringTable& strings) {
+  if (metrics.rssi != 0) rows.push_back({"Signal", decibelsText(metrics.rssi)});
+  if (metrics.noise != 0) rows.push_back({"Noise", decibelsText(metrics.noise)});
+  if (metrics.transmitPower != 0) rows.push_back({"Transmit power", metrics.transmitPowerLabel()});
+  if (metrics.transmitRate != 0) rows.push_back({"Rate", megabitsText(metrics.transmitRate)});
+  if (metrics.countryCode != notAvailableText(strings)) {
+    rows.push_back({"Country", metrics.countryCode});
   }
-  console.output << heading(printable(displayNameOf(source)), console.style) << '\n';
-  for (const SourceListItem& row : rows) {
-    const std::string label = printable(row.label);
-    console.output << "  " << label << std::string(width - terminalWidth(label) + 2, ' ')
-                   << printable(row.value) << '\n';
+}
+
+std::vector<TextRow> rowsOf(const AnyNetworkSource& source, const StringTable& strings) {
+  std::vector<TextRow> rows;
+  for (const SourceListItem& item : compressedListRepresentationOf(source, strings)) {
+    rows.push_back({item.label, item.value});
   }
+  const auto* wlan = std::get_if<WlanInterface>(&source);
+  if (wlan != nullptr && wlan->currentNetwork && wlan->currentNetwork->metrics) {
+    appendRadioRows(rows, *wlan->currentNetwork->metrics, strings);
+  }
+  return rows;
 }
 
 }  // namespace
@@ -30,7 +41,7 @@ void writeStateText(const NetworkState& state, NetworkSourceCategory categories,
   bool any = false;
   for (const AnyNetworkSource& source : state.allNetworkSources()) {
     if (!categories.contains(categoryOf(source))) continue;
-    writeSource(source, strings, console);
+    writeTextRows(displayNameOf(source), rowsOf(source, strings), console);
     any = true;
   }
   if (!any) console.output << strings.localized("No source") << '\n';

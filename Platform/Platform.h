@@ -18,6 +18,7 @@
 #include "Platform/StringTable.h"
 #include "Platform/UrlSession.h"
 #include "Platform/UserDefaults.h"
+#include "Platform/WifiClient.h"
 
 namespace lanternfold {
 
@@ -37,6 +38,7 @@ struct Platform {
   GroupContainer& groupContainer;
   UrlSessions& urlSessions;
   LocationConsent& locationConsent;
+  const WifiClient& wifiClient;
 };
 
 }  // namespace lanternfold

@@ -2,13 +2,17 @@
 
 #include <filesystem>
 #include <string_view>
+#include <utility>
 #include <variant>
 
+#include "CommandLine/AdapterEntry.h"
 #include "CommandLine/AtomicFile.h"
 #include "CommandLine/PrintableText.h"
 #include "CommandLine/ProgramName.h"
+#include "CommandLine/StateEntry.h"
 #include "NetworkWidgetVexExtension/Views/AdapterChoice.h"
 #include "NetworkWidgetVexExtension/Views/NetworkAdapterWidgetEntryView.h"
+#include "NetworkWidgetVexExtension/Views/NetworkStateWidgetEntryView.h"
 #include "Support/RelativeDateText.h"
 
 namespace lanternfold {
@@ -26,24 +30,51 @@ void warnOfMissingAdapter(const NetworkAdapterEntry& entry, const WidgetEnvironm
                  << " interfaces --prefix en\" lists the adapters\n";
 }
 
-}  // namespace
-
-std::expected<void, CommandFailure> runRender(const RenderPlan& plan, const Machine& machine,
-                                              const Console& console) {
-  const auto drawable = drawableAdapterEntry(plan.entry, plan.configuration, machine);
+std::expected<View, CommandFailure> viewOf(const AdapterWidgetPlan& widget, const RenderPlan& plan,
+                                           const Machine& machine, const Console& console) {
+  const auto drawable = drawableAdapterEntry(plan.entry, widget.configuration, machine);
   if (!drawable) return std::unexpected(drawable.error());
-
   const WidgetEnvironment environment{.strings = machine.platform.strings,
-                                      .widgetFamily = WidgetFamily::medium,
+                                      .widgetFamily = plan.family,
                                       .preferredInterfaceNames = drawable->preferredInterfaceNames};
   warnOfMissingAdapter(drawable->entry, environment, console);
-  const View view = NetworkAdapterWidgetEntryView{.entry = drawable->entry}.body(environment);
+  return NetworkAdapterWidgetEntryView{.entry = drawable->entry}.body(environment);
+}
+
+std::expected<View, CommandFailure> viewOf(const StateWidgetPlan& widget, const RenderPlan& plan,
+                                           const MonitorOptions& monitor, const Machine& machine) {
+  auto entry = drawableStateEntry({.source = plan.entry,
+                                   .categories = widget.categories,
+                                   .configuration = widget.configuration,
+                                   .monitor = monitor},
+                                  machine);
+  if (!entry) return std::unexpected(entry.error());
+  return NetworkStateWidgetEntryView{.entry = *std::move(entry)}.body(
+      {.strings = machine.platform.strings,
+       .widgetFamily = plan.family,
+       .shownCategories = widget.categories});
+}
+
+std::expected<View, CommandFailure> viewOf(const RenderPlan& plan, const MonitorOptions& monitor,
+                                           const Machine& machine, const Console& console) {
+  if (const auto* widget = std::get_if<AdapterWidgetPlan>(&plan.widget)) {
+    return viewOf(*widget, plan, machine, console);
+  }
+  return viewOf(std::get<StateWidgetPlan>(plan.widget), plan, monitor, machine);
+}
+
+}  // namespace
+
+std::expected<void, CommandFailure> runRender(const RenderPlan& plan, const MonitorOptions& monitor,
+                                              const Machine& machine, const Console& console) {
+  const auto view = viewOf(plan, monitor, machine, console);
+  if (!view) return std::unexpected(view.error());
   PictureRequest request = plan.picture;
   request.drawingTime = relativeDateText(machine.platform.clock.now());
   const auto picture = renderPicture(
-      view, request, {.assetFolder = machine.assets, .report = [&console](std::string_view line) {
-                        console.errors << line << '\n';
-                      }});
+      *view, request, {.assetFolder = machine.assets, .report = [&console](std::string_view line) {
+                         console.errors << line << '\n';
+                       }});
   if (!picture) return std::unexpected(workFailed(picture.error()));
   if (const auto written = writeFileAtomically(plan.output, *picture); !written) {
     return std::unexpected(workFailed(written.error()));

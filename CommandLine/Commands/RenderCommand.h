@@ -6,11 +6,14 @@
 #include "CommandLine/Commands/RenderPlan.h"
 #include "CommandLine/Console.h"
 #include "CommandLine/Machine.h"
+#include "CommandLine/MonitorGraph.h"
 
 namespace lanternfold {
 
-/// Writes the picture and says where it is. The file appears whole or not at all.
+/// Writes the picture and says where it is. The file appears whole or not at all. The adapter
+/// widget belongs to no application group, whatever `monitor` says.
 [[nodiscard]] std::expected<void, CommandFailure> runRender(const RenderPlan& plan,
+                                                            const MonitorOptions& monitor,
                                                             const Machine& machine,
                                                             const Console& console);
 

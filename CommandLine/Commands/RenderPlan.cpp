@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "CommandLine/PlainNumber.h"
@@ -13,7 +14,6 @@
 namespace lanternfold {
 namespace {
 
-constexpr std::string_view adapterWidgetKind = "NetworkAdapterWidget";
 constexpr double smallestScale = 0.5;
 constexpr double largestScale = 8;
 
@@ -23,15 +23,28 @@ struct NamedValue {
   Value value;
 };
 
-/// The kinds, and whether this version draws them.
-constexpr std::array<NamedValue<bool>, 5> kinds = {{{"PanoramicNetworkStateWidget", false},
-                                                    {"InternetNetworkStateWidget", false},
-                                                    {adapterWidgetKind, true},
-                                                    {"BandwidthMonitorWidget", false},
-                                                    {"WlanNetworkStateWidget", false}}};
-/// The families, and whether the adapter widget comes in them.
-constexpr std::array<NamedValue<bool>, 3> families = {
-    {{"small", false}, {"medium", true}, {"large", false}}};
+/// The sizes a kind of widget comes in, from the smallest; none of one that this version does not
+/// draw.
+struct KindOfWidget {
+  std::vector<WidgetFamily> families;
+  /// None for the adapter widget, which has no choice of them.
+  std::optional<NetworkSourceCategory> categories;
+};
+
+const std::array<NamedValue<KindOfWidget>, 5>& kinds() {
+  static const std::array<NamedValue<KindOfWidget>, 5> all = {
+      {{"PanoramicNetworkStateWidget", {}},
+       {"InternetNetworkStateWidget", {}},
+       {"NetworkAdapterWidget", {{WidgetFamily::medium}, std::nullopt}},
+       {"BandwidthMonitorWidget", {}},
+       {"WlanNetworkStateWidget",
+        {{WidgetFamily::small, WidgetFamily::medium}, NetworkSourceCategory::wlan()}}}};
+  return all;
+}
+
+constexpr std::array<NamedValue<WidgetFamily>, 3> families = {{{"small", WidgetFamily::small},
+                                                               {"medium", WidgetFamily::medium},
+                                                               {"large", WidgetFamily::large}}};
 constexpr std::array<NamedValue<ColourScheme>, 2> schemes = {
     {{"light", ColourScheme::light}, {"dark", ColourScheme::dark}}};
 constexpr std::array<NamedValue<EntrySource>, 3> entries = {
@@ -53,26 +66,42 @@ std::optional<double> parseScale(const std::string& text) {
   return scale && *scale >= smallestScale && *scale <= largestScale ? scale : std::nullopt;
 }
 
-std::optional<std::string> faultOfKind(const std::string& kind) {
-  const bool* drawn = valueNamed(kinds, kind);
-  if (drawn == nullptr)
-    return "unknown widget kind " + inQuotes(kind) + "; use NetworkAdapterWidget";
-  if (*drawn) return std::nullopt;
-  return "the widget kind " + inQuotes(kind) +
-         " cannot be drawn by this version; use NetworkAdapterWidget";
+std::optional<std::string> faultOfKind(const std::string& name) {
+  const KindOfWidget* kind = valueNamed(kinds(), name);
+  if (kind == nullptr) {
+    return "unknown widget kind " + inQuotes(name) + "; use " + std::string(drawableKinds);
+  }
+  if (!kind->families.empty()) return std::nullopt;
+  return "the widget kind " + inQuotes(name) + " cannot be drawn by this version; use " +
+         std::string(drawableKinds);
 }
 
-std::optional<std::string> faultOfFamily(const std::string& family) {
-  const bool* offered = valueNamed(families, family);
-  if (offered == nullptr) return "unknown family " + inQuotes(family) + "; use medium";
-  if (*offered) return std::nullopt;
-  return "the adapter widget has no " + family + " family; use medium";
+std::string namesOf(const std::vector<WidgetFamily>& offered) {
+  std::string names;
+  for (const auto& [name, family] : families) {
+    if (std::ranges::find(offered, family) == offered.end()) continue;
+    if (!names.empty()) names += " or ";
+    names += name;
+  }
+  return names;
+}
+
+std::optional<std::string> faultOfFamily(const std::string& kind,
+                                         const std::optional<std::string>& name) {
+  if (!name) return std::nullopt;
+  const std::vector<WidgetFamily>& offered = valueNamed(kinds(), kind)->families;
+  const WidgetFamily* family = valueNamed(families, *name);
+  if (family == nullptr) {
+    return "unknown family " + inQuotes(*name) + "; use " + namesOf(offered);
+  }
+  if (std::ranges::find(offered, *family) != offered.end()) return std::nullopt;
+  return kind + " has no " + *name + " family; use " + namesOf(offered);
 }
 
 /// The sentence about the first option that is wrong, or none.
 std::optional<std::string> faultOf(const RenderOptions& options) {
   if (auto fault = faultOfKind(options.kind)) return fault;
-  if (auto fault = faultOfFamily(options.family)) return fault;
+  if (auto fault = faultOfFamily(options.kind, options.family)) return fault;
   if (valueNamed(schemes, options.scheme) == nullptr) {
     return "unknown scheme " + inQuotes(options.scheme) + "; use light or dark";
   }
@@ -82,19 +111,27 @@ std::optional<std::string> faultOf(const RenderOptions& options) {
   if (valueNamed(entries, options.entry) == nullptr) {
     return "unknown entry " + inQuotes(options.entry) + "; use placeholder, snapshot or timeline";
   }
+  if (options.adapter && valueNamed(kinds(), options.kind)->categories) {
+    return "--adapter chooses what NetworkAdapterWidget shows; " + options.kind +
+           " shows what there is";
+  }
   if (options.adapter && options.adapter->empty()) {
     return "--adapter needs an interface's name; \"lanternfold-widgets interfaces\" lists them";
   }
   return std::nullopt;
 }
 
-AdapterConfigurationIntent configurationOf(const RenderOptions& options) {
+std::variant<AdapterWidgetPlan, StateWidgetPlan> widgetOf(const RenderOptions& options) {
+  if (const auto categories = valueNamed(kinds(), options.kind)->categories) {
+    return StateWidgetPlan{.categories = *categories,
+                           .configuration = {.showTimestamp = options.showTimestamp}};
+  }
   AdapterConfigurationIntent configuration{.showTimestamp = options.showTimestamp};
   if (options.adapter) {
     configuration.adapter =
         NetworkAdapter{.identifier = options.adapter, .display = *options.adapter};
   }
-  return configuration;
+  return AdapterWidgetPlan{std::move(configuration)};
 }
 
 }  // namespace
@@ -108,9 +145,12 @@ std::expected<RenderPlan, CommandFailure> planRender(const RenderOptions& option
                                         inQuotes(options.output.string()) +
                                         "; let the file's name end in .png, .svg or .pdf"));
   }
+  const WidgetFamily family = options.family ? *valueNamed(families, *options.family)
+                                             : valueNamed(kinds(), options.kind)->families.back();
   return RenderPlan{.entry = *valueNamed(entries, options.entry),
-                    .configuration = configurationOf(options),
-                    .picture = {.sizePoints = widgetSize(WidgetFamily::medium),
+                    .widget = widgetOf(options),
+                    .family = family,
+                    .picture = {.sizePoints = widgetSize(family),
                                 .cornerRadiusPoints = widgetCornerRadius,
                                 .scheme = *valueNamed(schemes, options.scheme),
                                 .scale = *parseScale(options.scale),

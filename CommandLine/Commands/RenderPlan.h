@@ -5,9 +5,14 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <variant>
 
-#include "CommandLine/AdapterEntry.h"
 #include "CommandLine/Console.h"
+#include "CommandLine/EntrySource.h"
+#include "NetworkMonitor/Model/NetworkSourceCategory.h"
+#include "NetworkWidgetVexExtension/Intents/AdapterConfigurationIntent.h"
+#include "NetworkWidgetVexExtension/Intents/ConfigurationIntent.h"
+#include "NetworkWidgetVexExtension/Views/WidgetFamily.h"
 #include "Rendering/PictureRenderer.h"
 
 namespace lanternfold {
@@ -15,10 +20,13 @@ namespace lanternfold {
 /// What `--scale` takes.
 inline constexpr const char* scaleValues = "a number from 0.5 to 8, such as 2 or 1.5";
 
+/// The kinds of widgets that this version draws.
+inline constexpr const char* drawableKinds = "NetworkAdapterWidget or WlanNetworkStateWidget";
+
 /// As they stand on the command line, not yet checked.
 struct RenderOptions {
   std::string kind;
-  std::string family = "medium";
+  std::optional<std::string> family;  ///< the widget's largest by default
   std::string scheme = "light";
   std::string scale = "2";  ///< pixels a point
   std::string entry = "timeline";
@@ -27,9 +35,20 @@ struct RenderOptions {
   std::filesystem::path output;
 };
 
+struct AdapterWidgetPlan {
+  AdapterConfigurationIntent configuration;
+};
+
+/// A widget that shows the network's state.
+struct StateWidgetPlan {
+  NetworkSourceCategory categories;
+  ConfigurationIntent configuration;
+};
+
 struct RenderPlan {
   EntrySource entry = EntrySource::timeline;
-  AdapterConfigurationIntent configuration;
+  std::variant<AdapterWidgetPlan, StateWidgetPlan> widget;
+  WidgetFamily family = WidgetFamily::medium;
   /// Whole but for the time of drawing.
   PictureRequest picture;
   std::filesystem::path output;

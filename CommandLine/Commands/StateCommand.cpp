@@ -7,8 +7,10 @@
 
 #include "CommandLine/KernelAccess.h"
 #include "CommandLine/PrintableText.h"
+#include "CommandLine/ProgramName.h"
 #include "CommandLine/RecordJson.h"
 #include "CommandLine/StateText.h"
+#include "CommandLine/WifiConsent.h"
 
 namespace lanternfold {
 namespace {
@@ -25,31 +27,61 @@ constexpr std::array<NamedCategory, 4> namedCategories = {{
     {"other", NetworkSourceCategory::other()},
 }};
 
-constexpr NetworkSourceCategory resolvableCategories =
-    NetworkSourceCategory::internet()
-        .unionWith(NetworkSourceCategory::cellular())
-        .unionWith(NetworkSourceCategory::other());
-
 std::expected<NetworkSourceCategory, CommandFailure> parseCategory(std::string_view name) {
-  for (const NamedCategory& named : namedCategories) {
-    if (named.name != name) continue;
-    if (resolvableCategories.contains(named.category)) return named.category;
-    return std::unexpected(
-        badArguments("the category " + inQuotes(name) +
-                     " cannot be resolved by this version; use internet, cellular or "
-                     "other"));
-  }
-  return std::unexpected(badArguments("unknown category " + inQuotes(name) +
-                                      "; use internet, cellular or other, separated by commas"));
+  const auto* const named = std::ranges::find(namedCategories, name, &NamedCategory::name);
+  if (named != namedCategories.end()) return named->category;
+  return std::unexpected(badArguments("unknown category " + inQuotes(name) + "; use " +
+                                      categoryNames + ", separated by commas"));
 }
 
-/// A state without adapters is a result only when the kernel lets itself be asked for them.
-std::expected<void, CommandFailure> requireTruth(const NetworkState& state,
-                                                 NetworkSourceCategory categories,
-                                                 const Machine& machine) {
-  if (!categories.contains(NetworkSourceCategory::other()) || !state.others.empty()) return {};
-  return requireReadableKernel(machine);
+/// A state without Wi-Fi is a result only when the kernel lets itself be asked for it, or when it
+/// was not asked for by name: then a line says that it is left out.
+std::expected<void, CommandFailure> requireReadableWifi(const StateOptions& options,
+                                                        const Machine& machine,
+                                                        const Console& console) {
+  const WifiReading reading = machine.readWifi();
+  if (!reading && !options.isWifiOptional) return std::unexpected(unreadableWifi(reading.error()));
+  if (!reading) {
+    console.errors << programName
+                   << ": Wi-Fi is left out: " << unreadableWifi(reading.error()).sentence << '\n';
+  }
+  // An interface of which the kernel's other tables know nothing is no Wi-Fi interface either.
+  return reading && *reading ? requireReadableKernel(machine)
+                             : std::expected<void, CommandFailure>();
 }
+
+/// The same for adapters.
+std::expected<void, CommandFailure> requireTruth(const NetworkState& state,
+                                                 const StateOptions& options,
+                                                 const Machine& machine, const Console& console) {
+  if (options.categories.contains(NetworkSourceCategory::other()) && state.others.empty()) {
+    if (auto readable = requireReadableKernel(machine); !readable) return readable;
+  }
+  if (!options.categories.contains(NetworkSourceCategory::wlan()) || state.wlan) return {};
+  return requireReadableWifi(options, machine, console);
+}
+
+/// Tells once how the name of a joined network can be shown.
+class WithheldNameHint {
+ public:
+  WithheldNameHint(const StateOptions& options, const Machine& machine, const Console& console)
+      : isDue_(options.categories.contains(NetworkSourceCategory::wlan())),
+        machine_(machine),
+        console_(console) {}
+
+  void consider(const NetworkState& state) {
+    if (!isDue_ || !state.wlan || state.wlan->currentNetwork) return;
+    const WifiReading reading = machine_.readWifi();
+    if (!reading || !*reading || !(*reading)->namesWithheld) return;
+    isDue_ = false;
+    tellHowToDecide(machine_.platform.locationConsent, console_);
+  }
+
+ private:
+  bool isDue_;
+  const Machine& machine_;
+  const Console& console_;
+};
 
 std::string textOf(const NetworkState& state, bool complete, const StateOptions& options,
                    const Machine& machine, const Console& console) {
@@ -92,14 +124,16 @@ std::expected<void, CommandFailure> watch(const StateOptions& options, const Mac
   std::expected<void, CommandFailure> access;
   bool isFirstWhole = true;
   WatchWriter writer(options, machine, console);
+  WithheldNameHint hint(options, machine, console);
   const auto monitor = makeNetworkStateMonitor(machine, options.monitor);
   monitor->setActiveCategories(options.categories);
   monitor->setStateUpdateHandler([&](const NetworkState& state, bool complete, std::error_code) {
     if (complete && std::exchange(isFirstWhole, false)) {
-      access = requireTruth(state, options.categories, machine);
+      access = requireTruth(state, options, machine, console);
       if (!access) return machine.mainLoop.stop();
     }
     writer.write(state, complete);
+    if (complete) hint.consider(state);
     // Whoever read the output is gone: there is nobody left to watch for.
     if (!console.output) machine.mainLoop.stop();
   });
@@ -130,10 +164,11 @@ std::expected<void, CommandFailure> runState(const StateOptions& options, const 
                                              const Console& console) {
   if (options.watch) return watch(options, machine, console);
   const ResolvedState resolved = resolveOnce(machine, options.monitor, options.categories);
-  if (auto access = requireTruth(resolved.state, options.categories, machine); !access) {
+  if (auto access = requireTruth(resolved.state, options, machine, console); !access) {
     return access;
   }
   console.output << textOf(resolved.state, resolved.complete, options, machine, console);
+  WithheldNameHint(options, machine, console).consider(resolved.state);
   return {};
 }
 

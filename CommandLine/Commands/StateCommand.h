@@ -11,13 +11,20 @@
 
 namespace lanternfold {
 
-/// The set that a comma-separated list of category names stands for; a failure for an empty list,
-/// an unknown name, or a category that this version cannot resolve.
+/// The categories by name.
+inline constexpr const char* categoryNames = "internet, wlan, cellular or other";
+
+/// The set that a comma-separated list of category names stands for; a failure for an empty list or
+/// an unknown name.
 [[nodiscard]] std::expected<NetworkSourceCategory, CommandFailure> parseCategories(
     std::string_view names);
 
 struct StateOptions {
-  NetworkSourceCategory categories = NetworkSourceCategory::other();
+  /// What is asked of nobody outside.
+  NetworkSourceCategory categories =
+      NetworkSourceCategory::wlan().unionWith(NetworkSourceCategory::other());
+  /// Leave Wi-Fi out, with a line that says so, when the kernel refuses to tell of it.
+  bool isWifiOptional = true;
   bool json = false;
   bool watch = false;  ///< go on until the program is asked to end
   MonitorOptions monitor = {};

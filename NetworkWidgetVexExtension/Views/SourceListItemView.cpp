@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "NetworkWidgetVexExtension/Views/SentenceView.h"
 #include "NetworkWidgetVexExtension/Views/SimpleLabelView.h"
 #include "NetworkWidgetVexExtension/Views/WidgetStyle.h"
 #include "ViewTree/Elements.h"
@@ -20,8 +21,8 @@ Truncation truncationOf(std::string_view value) {
 }
 
 View SourceListItemView::body() const {
-  View value =
-      text(item.value, {isFirstItem ? firstValueFont : valueFont, truncationOf(item.value)});
+  const TextStyle style{isFirstItem ? firstValueFont : valueFont, truncationOf(item.value)};
+  View value = text(item.value, style);
   if (item.label.empty()) return value;
   View label = SimpleLabelView{item.label}.body().layoutPriority(1);
   if (item.value.empty()) return label;
@@ -32,7 +33,8 @@ View SourceListItemView::body() const {
   if (item.labelRequired) return whole;
   std::vector<View> choices;
   choices.push_back(std::move(whole));
-  choices.push_back(std::move(value));
+  choices.push_back(isSentence(item.value) ? SentenceView{item.value, style}.body()
+                                           : std::move(value));
   return firstThatFits(FitAxes::horizontal, std::move(choices));
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "NetworkMonitor/Model/NetworkSourceCategory.h"
 #include "NetworkWidgetVexExtension/Views/WidgetFamily.h"
 #include "Platform/StringTable.h"
 
@@ -14,6 +15,8 @@ namespace lanternfold {
 struct WidgetEnvironment {
   const StringTable& strings;
   WidgetFamily widgetFamily = WidgetFamily::medium;
+  /// Of which kinds a widget that shows the network's state has sources.
+  NetworkSourceCategory shownCategories = NetworkSourceCategory::all();
   /// Names of the interfaces that carry default routes, the best route first.
   std::vector<std::string> preferredInterfaceNames = {};
   /// Whether the system draws buttons in widgets; one that does not shows no refresh button.

@@ -35,8 +35,9 @@ GenericEventSocket::GenericEventSocket(NetlinkEventSocket socket, GenericFamilyW
 std::expected<void, NetworkKernelError> GenericEventSocket::findFamily() {
   auto questions = NetlinkSocket::open(NETLINK_GENERIC);
   if (!questions) return std::unexpected(questions.error());
-  const auto family = genericFamily(*questions, watch_.familyName());
-  if (family && !join(watch_.found(*family))) return std::unexpected(NetworkKernelError::refused);
+  const auto family = findGenericFamily(*questions, watch_.familyName());
+  if (!family) return std::unexpected(family.error());
+  if (*family && !join(watch_.found(**family))) return std::unexpected(NetworkKernelError::refused);
   return {};
 }
 

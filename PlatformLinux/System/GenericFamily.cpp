@@ -1,21 +1,26 @@
 #include "PlatformLinux/System/GenericFamily.h"
 
+#include <cerrno>
 #include <utility>
 
 #include "PlatformLinux/System/TableDump.h"
 
 namespace lanternfold {
 
-std::optional<GenericFamilyMessage> genericFamily(NetlinkSocket& socket,
-                                                  std::string_view familyName) {
+std::expected<std::optional<GenericFamilyMessage>, NetworkKernelError> findGenericFamily(
+    NetlinkSocket& socket, std::string_view familyName) {
   auto families = dumpTable(socket, genericFamilyRequest(familyName), decodeGenericFamily);
-  if (!families || families->empty()) return std::nullopt;
+  if (!families) {
+    if (socket.lastErrorNumber() == ENOENT) return std::nullopt;
+    return std::unexpected(families.error());
+  }
+  if (families->empty()) return std::unexpected(NetworkKernelError::malformed);
   return std::move(families->back());
 }
 
 std::optional<std::uint16_t> genericFamilyType(NetlinkSocket& socket, std::string_view familyName) {
-  const auto family = genericFamily(socket, familyName);
-  return family ? std::optional(family->messageType) : std::nullopt;
+  const auto family = findGenericFamily(socket, familyName);
+  return family && *family ? std::optional((*family)->messageType) : std::nullopt;
 }
 
 }  // namespace lanternfold

@@ -1,9 +1,11 @@
 // Asks the kernel for a family of generic netlink: its message type, and the groups it reports to.
 //
-// Read by: `LinkSpeeds`, `WirelessRoles`, `LinuxWifiClient` and `GenericEventSocket`.
+// Read by: whoever speaks to a family or listens to one: `LinkSpeeds`, `WirelessRoles`,
+// `LinuxWifiClient`, `GenericEventSocket`.
 #pragma once
 
 #include <cstdint>
+#include <expected>
 #include <optional>
 #include <string_view>
 
@@ -12,11 +14,12 @@
 
 namespace lanternfold {
 
-/// None for a family that this kernel does not have. `socket` is of NETLINK_GENERIC.
-[[nodiscard]] std::optional<GenericFamilyMessage> genericFamily(NetlinkSocket& socket,
-                                                                std::string_view familyName);
+/// None for a family that this kernel does not have. Errors: those of `NetlinkSocket::dump`;
+/// malformed for an answer that names no type. `socket` is of NETLINK_GENERIC.
+[[nodiscard]] std::expected<std::optional<GenericFamilyMessage>, NetworkKernelError>
+findGenericFamily(NetlinkSocket& socket, std::string_view familyName);
 
-/// Of the same, the message type alone.
+/// The message type alone, for those to whom a family that cannot be asked for is as good as none.
 [[nodiscard]] std::optional<std::uint16_t> genericFamilyType(NetlinkSocket& socket,
                                                              std::string_view familyName);
 

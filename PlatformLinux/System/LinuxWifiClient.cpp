@@ -75,43 +75,47 @@ LinuxWifiClient::LinuxWifiClient(MayTellNames mayTellNames, WifiSources sources)
 
 std::optional<WifiInterface> LinuxWifiClient::interface() const {
   auto full = report();
-  return full ? std::optional(std::move(full->interface)) : std::nullopt;
+  if (!full || !*full) return std::nullopt;
+  return std::move((*full)->interface);
 }
 
-std::optional<WifiReport> LinuxWifiClient::report() const {
+WifiReading LinuxWifiClient::report() const {
   auto socket = genericSockets_.take();
-  if (!socket) return std::nullopt;
-  const std::optional<WifiFacts> facts = readFacts(*socket);
+  if (!socket) return std::unexpected(socket.error());
+  const Facts facts = readFacts(*socket);
   genericSockets_.giveBack(*std::move(socket));
-  if (!facts) return std::nullopt;
+  if (!facts) return std::unexpected(facts.error());
+  if (!*facts) return std::nullopt;
   // Asked last, so that consent that is taken back meanwhile counts.
-  return wifiReportOf(*facts,
+  return wifiReportOf(**facts,
                       mayTellNames_() ? WifiNameDisclosure::told : WifiNameDisclosure::withheld);
 }
 
-std::optional<WifiFacts> LinuxWifiClient::readFacts(NetlinkSocket& socket) const {
+LinuxWifiClient::Facts LinuxWifiClient::readFacts(NetlinkSocket& socket) const {
   const JoinedCellMemory::Reading reading = cellMemory_.begin();
-  const auto messageType = genericFamilyType(socket, wifiFamilyName);
-  if (!messageType) return std::nullopt;
+  const auto family = findGenericFamily(socket, wifiFamilyName);
+  if (!family) return std::unexpected(family.error());
+  if (!*family) return std::nullopt;
+  const std::uint16_t messageType = (*family)->messageType;
   const auto interfaces =
-      readTable(socket, wirelessInterfaceDumpRequest(*messageType), decodeWifiInterface);
-  auto candidates = defaultInterfaceCandidates(interfaces);
+      dumpTable(socket, wirelessInterfaceDumpRequest(messageType), decodeWifiInterface);
+  if (!interfaces) return std::unexpected(interfaces.error());
+  auto candidates = defaultInterfaceCandidates(*interfaces);
   if (candidates.empty()) return std::nullopt;
-  const Conversation conversation{
-      .socket = socket, .messageType = *messageType, .reading = reading};
+  const Conversation conversation{.socket = socket, .messageType = messageType, .reading = reading};
   auto [facts, cellsWereKept] = chooseInterface(conversation, std::move(candidates));
   facts.isPoweredOn = isPoweredOn(facts.interface);
   const std::uint32_t index = facts.interface.index;
   if (facts.interface.ssid || !facts.joinedCells.empty()) {
     facts.stations =
-        readTable(socket, wifiStationDumpRequest(*messageType, index), decodeWifiStation);
+        readTable(socket, wifiStationDumpRequest(messageType, index), decodeWifiStation);
     if (cellsWereKept && !peersAgree(facts)) {
       facts.joinedCells = listedCells(conversation, facts.interface);
     }
-    facts.survey = readTable(socket, wifiSurveyDumpRequest(*messageType, index), decodeWifiSurvey);
+    facts.survey = readTable(socket, wifiSurveyDumpRequest(messageType, index), decodeWifiSurvey);
   }
-  facts.countryCode = readCountry(socket, *messageType, facts.interface.radioIndex);
-  return facts;
+  facts.countryCode = readCountry(socket, messageType, facts.interface.radioIndex);
+  return std::move(facts);
 }
 
 /// The default interface with the cells it has joined. Where the kernel names no network, as

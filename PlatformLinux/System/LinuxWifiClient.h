@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <expected>
 #include <functional>
 #include <optional>
 #include <vector>
@@ -47,11 +48,13 @@ class LinuxWifiClient final : public WifiClient {
 
   explicit LinuxWifiClient(MayTellNames mayTellNames, WifiSources sources = systemWifiSources());
 
-  /// Also none when the kernel has no nl80211. A figure that is refused on its own is left out.
+  /// Also none when the kernel has no nl80211, or refuses to tell. A figure that is refused on its
+  /// own is left out.
   [[nodiscard]] std::optional<WifiInterface> interface() const override;
 
-  /// The same reading with everything else that the kernel told.
-  [[nodiscard]] std::optional<WifiReport> report() const;
+  /// The same reading with everything else that the kernel told. None on a machine without Wi-Fi;
+  /// a kernel that does not list its interfaces is an error.
+  [[nodiscard]] WifiReading report() const;
 
  private:
   /// The generic socket in use, and what to ask it for.
@@ -66,7 +69,9 @@ class LinuxWifiClient final : public WifiClient {
     bool cellsWereKept = false;
   };
 
-  [[nodiscard]] std::optional<WifiFacts> readFacts(NetlinkSocket& socket) const;
+  using Facts = std::expected<std::optional<WifiFacts>, NetworkKernelError>;
+
+  [[nodiscard]] Facts readFacts(NetlinkSocket& socket) const;
   [[nodiscard]] Chosen chooseInterface(const Conversation& conversation,
                                        std::vector<WifiInterfaceMessage> candidates) const;
   [[nodiscard]] JoinedCellMemory::Cells listedCells(const Conversation& conversation,

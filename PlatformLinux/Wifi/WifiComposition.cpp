@@ -225,6 +225,7 @@ WifiReport wifiReportOf(const WifiFacts& facts, WifiNameDisclosure names) {
   report.transmitPowerMillibels = transmitPowerOf(facts.interface);
   fillInterface(facts, report);
   if (!report.isJoined) return report;
+  report.namesWithheld = names == WifiNameDisclosure::withheld;
   if (peer != nullptr) fillPeer(*peer, links.front().figures, report);
   fillNetwork(facts, links.front().cell, report);
   if (names == WifiNameDisclosure::told) report.interface.ssid = ssidOf(facts);

@@ -5,10 +5,12 @@
 #pragma once
 
 #include <cstdint>
+#include <expected>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "Platform/NetworkKernel.h"
 #include "Platform/WifiClient.h"
 #include "PlatformLinux/Wifi/WifiGeneration.h"
 #include "PlatformLinux/Wifi/WifiRate.h"
@@ -51,6 +53,8 @@ struct WifiReport {
   std::optional<std::string> hardwareAddress;  ///< this machine's own
   /// Whether a network is joined; tells a withheld name from no network.
   bool isJoined = false;
+  /// Whether the names of the joined network and its cells are left out for lack of consent.
+  bool namesWithheld = false;
   std::optional<WifiGeneration> generation;  ///< absent unless joined
   std::optional<WifiProtection> rsn;         ///< WPA2 and WPA3
   std::optional<WifiProtection> wpa;         ///< the first WPA
@@ -62,5 +66,8 @@ struct WifiReport {
   std::vector<WifiLink> links;  ///< the first one is that of the interface's figures
   friend bool operator==(const WifiReport&, const WifiReport&) = default;
 };
+
+/// None on a machine without Wi-Fi, which a kernel that refuses to tell must not be taken for.
+using WifiReading = std::expected<std::optional<WifiReport>, NetworkKernelError>;
 
 }  // namespace lanternfold

@@ -158,7 +158,8 @@ TEST_F(ArgumentFaultsTest, AnArgumentTooMany) {
 }
 
 TEST_F(ArgumentFaultsTest, WhatACommandCannotDoWithout) {
-  EXPECT_EQ(sentence({"render"}), "render needs KIND, a widget's kind: NetworkAdapterWidget");
+  EXPECT_EQ(sentence({"render"}),
+            "render needs KIND, a widget's kind: NetworkAdapterWidget or WlanNetworkStateWidget");
   EXPECT_EQ(sentence({"render", "NetworkAdapterWidget"}),
             "render needs --output FILE, a file's name that ends in .png, .svg or .pdf");
 }

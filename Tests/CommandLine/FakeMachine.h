@@ -9,6 +9,7 @@
 
 #include "CommandLine/Machine.h"
 #include "NetBase/LiteralInterfaceNaming.h"
+#include "Tests/CommandLine/FactualWifi.h"
 #include "Tests/CommandLine/FakeSoleRecorder.h"
 #include "Tests/Support/FakeFileSystem.h"
 #include "Tests/Support/FakeGroupContainer.h"
@@ -101,6 +102,7 @@ class FakeMachine {
                                }},
                               fileSystem,
                               diagnostics};
+  FactualWifi wifi{locationConsent};
   FakeSoleRecorder soleRecorder;
   SimulatedMainLoop mainLoop{dispatch};
   Machine machine{.platform = {.kernel = kernel,
@@ -116,9 +118,11 @@ class FakeMachine {
                                .userDefaults = userDefaults,
                                .groupContainer = groupContainer,
                                .urlSessions = urlSessions,
-                               .locationConsent = locationConsent},
+                               .locationConsent = locationConsent,
+                               .wifiClient = wifi},
                   .metricsReader = std::make_shared<WideMetricsReader>(kernel),
                   .soleRecorder = soleRecorder,
+                  .readWifi = [this] { return wifi.report(); },
                   .consentRecord = consentRecord,
                   .mainLoop = mainLoop,
                   .assets = std::filesystem::path(LANTERNFOLD_SOURCE_DIR) / "Assets"};

@@ -102,6 +102,18 @@ TEST_F(RememberingMetricsReaderTest, AFailureIsNotTriedAgainAtOnce) {
   EXPECT_EQ(walk(), 102U);
 }
 
+// Several programs on one data folder once said "Traffic is shown but not recorded: there was no
+// lock file to remove", although their samples were in the file.
+TEST_F(RememberingMetricsReaderTest, ASampleThatLostOnlyItsLockIsNoFailure) {
+  kernel_->setCounters(received(7));
+  failSamples(LockError{LockError::Case::alreadyUnlocked, std::nullopt});
+  EXPECT_EQ(walk(), 7U);
+  failSamples(std::nullopt);
+  clock_.advance(RememberingMetricsReader::shortestPause);
+  EXPECT_EQ(walk(), 102U) << "tried again soon";
+  EXPECT_EQ(diagnostics_.lines(), std::vector<std::string>{});
+}
+
 TEST_F(RememberingMetricsReaderTest, FailsWhenTheKernelCannotBeAskedEither) {
   failSamples(LockError{LockError::Case::lockTimeout, std::nullopt});
   kernel_->setFailing(true);

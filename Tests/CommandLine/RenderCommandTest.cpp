@@ -31,7 +31,7 @@ class RenderCommandTest : public testing::Test {
   std::expected<void, CommandFailure> render(const RenderOptions& options) {
     const auto plan = planRender(options);
     if (!plan) return std::unexpected(plan.error());
-    return runRender(*plan, fake_.machine, {.output = output_, .errors = errors_});
+    return runRender(*plan, monitor_, fake_.machine, {.output = output_, .errors = errors_});
   }
   /// The file's bytes after a successful run.
   std::string rendered(const RenderOptions& options) {
@@ -42,6 +42,7 @@ class RenderCommandTest : public testing::Test {
   }
 
   FakeMachine fake_;
+  MonitorOptions monitor_;
   const TemporaryFolder temporary_;
   const fs::path& folder_ = temporary_.path();
   std::ostringstream output_;

@@ -1,12 +1,17 @@
-// The states of the adapter's card that several tests look at.
+// The states of the widgets' cards that several tests look at.
 #pragma once
 
+#include <functional>
+#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "NetworkWidgetVexExtension/Providers/NetworkAdapterEntry.h"
+#include "NetworkWidgetVexExtension/Views/NetworkAdapterWidgetEntryView.h"
+#include "NetworkWidgetVexExtension/Views/NetworkStateWidgetEntryView.h"
 #include "Tests/Support/FakeStringTable.h"
+#include "Tests/Support/MetricTextMeasurer.h"
+#include "ViewTree/Layout.h"
 
 namespace lanternfold {
 
@@ -63,18 +68,97 @@ inline NetworkAdapterEntry timestampEntry() {
   return entry;
 }
 
+inline NetworkStateEntry wlanPlaceholderEntry() {
+  return {.date = {},
+          .networkState = NetworkState::placeholder(true, FakeStringTable()),
+          .configuration = {},
+          .isSnapshot = true};
+}
+
+/// Joined, but the user has not allowed that the network's name is shown.
+inline NetworkStateEntry wlanWithheldEntry() {
+  NetworkStateEntry entry = wlanPlaceholderEntry();
+  entry.networkState.wlan->currentNetwork.reset();
+  return entry;
+}
+
+inline NetworkStateEntry wlanNotConnectedEntry() {
+  NetworkStateEntry entry = wlanWithheldEntry();
+  WlanInterface& wlan = *entry.networkState.wlan;
+  wlan.interface.name = "wlp0s20f3";
+  wlan.interface.active = false;
+  wlan.interface.supportsIPv4 = false;
+  wlan.interface.IPv4.clear();
+  wlan.interface.metrics = {};
+  return entry;
+}
+
+/// The longest name that a network can have.
+inline NetworkStateEntry wlanLongEntry() {
+  NetworkStateEntry entry = wlanPlaceholderEntry();
+  WlanInterface& wlan = *entry.networkState.wlan;
+  wlan.interface.name = "wlx0123456789ab";
+  wlan.currentNetwork->ssid = "<b>Caf\u00e9 & \"Bar\"</b> WWWWWWWWWWW";
+  wlan.currentNetwork->metrics->security = "WPA Enterprise Mixed";
+  wlan.currentNetwork->metrics->channel = "149 (5GHz, 160MHz)";
+  return entry;
+}
+
+inline NetworkStateEntry wlanMissingEntry() {
+  NetworkStateEntry entry = wlanPlaceholderEntry();
+  entry.networkState.wlan.reset();
+  return entry;
+}
+
 struct CardState {
   std::string name;
-  NetworkAdapterEntry entry;
+  WidgetFamily family;
+  std::function<View(const StringTable&)> view;
+
+  [[nodiscard]] LaidOutView laidOut(double width) const {
+    const FakeStringTable strings;
+    const MetricTextMeasurer measurer;
+    return layOut(view(strings), {width, widgetSize(family).height}, {measurer, "Today, 10:30"});
+  }
+  [[nodiscard]] LaidOutView laidOut() const { return laidOut(widgetSize(family).width); }
+
+  friend void PrintTo(const CardState& state, std::ostream* stream) { *stream << state.name; }
 };
 
+inline CardState adapterCard(std::string name, NetworkAdapterEntry entry) {
+  return {std::move(name), WidgetFamily::medium,
+          [entry = std::move(entry)](const StringTable& strings) {
+            return NetworkAdapterWidgetEntryView{entry}.body({strings});
+          }};
+}
+
+inline CardState wlanCard(std::string name, WidgetFamily family, NetworkStateEntry entry) {
+  return {std::move(name), family, [family, entry = std::move(entry)](const StringTable& strings) {
+            return NetworkStateWidgetEntryView{entry}.body(
+                {.strings = strings,
+                 .widgetFamily = family,
+                 .shownCategories = NetworkSourceCategory::wlan()});
+          }};
+}
+
 inline std::vector<CardState> cardStates() {
-  return {{"placeholder", placeholderEntry()},
-          {"long", longEntry()},
-          {"bare", bareEntry()},
-          {"gone", goneEntry()},
-          {"none", entryOf({})},
-          {"timestamp", timestampEntry()}};
+  using enum WidgetFamily;
+  return {adapterCard("placeholder", placeholderEntry()),
+          adapterCard("long", longEntry()),
+          adapterCard("bare", bareEntry()),
+          adapterCard("gone", goneEntry()),
+          adapterCard("none", entryOf({})),
+          adapterCard("timestamp", timestampEntry()),
+          wlanCard("wlan_small", small, wlanPlaceholderEntry()),
+          wlanCard("wlan_medium", medium, wlanPlaceholderEntry()),
+          wlanCard("wlan_small_long", small, wlanLongEntry()),
+          wlanCard("wlan_medium_long", medium, wlanLongEntry()),
+          wlanCard("wlan_small_withheld", small, wlanWithheldEntry()),
+          wlanCard("wlan_medium_withheld", medium, wlanWithheldEntry()),
+          wlanCard("wlan_small_not_connected", small, wlanNotConnectedEntry()),
+          wlanCard("wlan_medium_not_connected", medium, wlanNotConnectedEntry()),
+          wlanCard("wlan_small_missing", small, wlanMissingEntry()),
+          wlanCard("wlan_medium_missing", medium, wlanMissingEntry())};
 }
 
 }  // namespace lanternfold

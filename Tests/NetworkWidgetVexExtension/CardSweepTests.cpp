@@ -1,13 +1,11 @@
 // The card at every width a desktop could give it.
 #include <map>
+#include <optional>
 #include <string>
 
 #include <gtest/gtest.h>
 
-#include "NetworkWidgetVexExtension/Views/NetworkAdapterWidgetEntryView.h"
 #include "Tests/NetworkWidgetVexExtension/CardStates.h"
-#include "Tests/Support/MetricTextMeasurer.h"
-#include "ViewTree/Layout.h"
 #include "ViewTree/TextDump.h"
 
 namespace lanternfold {
@@ -32,26 +30,44 @@ std::string firstStray(const LaidOutView& view) {
   return "";
 }
 
+/// A shortened text shows all its bytes but the three of the ellipsis.
+double shownBytes(const LaidOutView& view, const std::string& whole) {
+  const std::size_t ellipsis = view.shownText.empty() || view.shownText == whole ? 0 : 3;
+  return static_cast<double>(view.shownText.size() - ellipsis);
+}
+
+/// The sentence that `view` shows on several lines, none for another view; where its lines break
+/// depends on the width.
+std::optional<std::string> sentenceOnLines(const LaidOutView& view) {
+  if (view.accessibleDescription.empty() || view.children.size() < 2) return std::nullopt;
+  std::string sentence;
+  for (const LaidOutView& child : view.children) {
+    const auto* line = std::get_if<TextNode>(&child.node);
+    if (line == nullptr) return std::nullopt;
+    sentence.append(sentence.empty() ? "" : " ").append(line->text);
+  }
+  return sentence;
+}
+
 /// How much is shown of each text and symbol, by what it says whole.
 void addShown(const LaidOutView& view, std::map<std::string, double>& shown) {
+  if (const auto sentence = sentenceOnLines(view)) {
+    for (const LaidOutView& line : view.children) {
+      shown[*sentence] += shownBytes(line, std::get<TextNode>(line.node).text);
+    }
+    return;
+  }
   if (const auto* symbol = std::get_if<SymbolNode>(&view.node)) {
     shown[symbol->name] += view.frame.size.width;
   } else if (const auto* whole = std::get_if<TextNode>(&view.node)) {
-    // A shortened text shows all its bytes but the three of the ellipsis.
-    const std::size_t ellipsis = view.shownText.empty() || view.shownText == whole->text ? 0 : 3;
-    shown[whole->text] += static_cast<double>(view.shownText.size() - ellipsis);
+    shown[whole->text] += shownBytes(view, whole->text);
   }
   for (const LaidOutView& child : view.children) addShown(child, shown);
 }
 
 class CardSweep : public testing::TestWithParam<CardState> {
  protected:
-  static LaidOutView card(double width) {
-    const FakeStringTable strings;
-    const MetricTextMeasurer measurer;
-    return layOut(NetworkAdapterWidgetEntryView{GetParam().entry}.body({strings}), {width, 170},
-                  {measurer, "Today, 10:30"});
-  }
+  static LaidOutView card(double width) { return GetParam().laidOut(width); }
 };
 
 TEST_P(CardSweep, NothingLeavesItsParent) {

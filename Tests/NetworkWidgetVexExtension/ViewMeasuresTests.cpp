@@ -12,8 +12,10 @@
 #include "NetworkWidgetVexExtension/Views/NetworkSourceListView.h"
 #include "NetworkWidgetVexExtension/Views/NetworkSourceView.h"
 #include "NetworkWidgetVexExtension/Views/RefreshButton.h"
+#include "NetworkWidgetVexExtension/Views/SentenceView.h"
 #include "NetworkWidgetVexExtension/Views/SimpleLabelView.h"
 #include "NetworkWidgetVexExtension/Views/SourceListItemView.h"
+#include "NetworkWidgetVexExtension/Views/WidgetStyle.h"
 #include "Tests/NetworkWidgetVexExtension/CardStates.h"
 #include "Tests/Support/MetricTextMeasurer.h"
 #include "ViewTree/TextDump.h"
@@ -105,6 +107,22 @@ TEST(SourceListItemView, ShortensAddressesInTheMiddleAndNamesAtTheEnd) {
        {"Ethernet Adapter", "Home Network", "802.11ac", "44 (5 GHz, 80 MHz)", "", "Cafe"}) {
     EXPECT_EQ(truncationOf(name), Truncation::tail) << name;
   }
+}
+
+TEST(SentenceView, BreaksBetweenWordsIntoTheFewestLinesThatFit) {
+  const View view = SentenceView{"one two three four", {valueFont}}.body();
+  const std::string oneLine = dumpOf(view, {400, 100});
+  EXPECT_THAT(oneLine, HasSubstr("\"one two three four\""));
+  const std::string twoLines = dumpOf(view, {90, 100});
+  EXPECT_THAT(twoLines, HasSubstr("\"one two\""));
+  EXPECT_THAT(twoLines, HasSubstr("\"three four\""));
+  EXPECT_THAT(dumpOf(view, {40, 100}), HasSubstr("\"two\"")) << "a line for each word";
+}
+
+TEST(SentenceView, TakesNamesForNames) {
+  EXPECT_TRUE(isSentence("SSID Unvailable, location access needed"));
+  EXPECT_FALSE(isSentence("Your ISP Name"));
+  EXPECT_FALSE(isSentence(""));
 }
 
 TEST(NetworkSourceListView, ShowsAtMostRowLimitRows) {

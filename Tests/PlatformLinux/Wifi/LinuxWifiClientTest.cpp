@@ -28,7 +28,7 @@ TEST_F(LinuxWifiClientTest, TellsEveryFigureOfTheJoinedInterface) {
 TEST_F(LinuxWifiClientTest, WithoutConsentNoNameLeavesTheClient) {
   answerAsJoined();
   mayTell_ = false;
-  const auto report = client().report();
+  const auto report = client().report().value();
   ASSERT_TRUE(report);
   EXPECT_TRUE(report->isJoined);
   EXPECT_EQ(report->interface.ssid, std::nullopt);
@@ -72,7 +72,7 @@ TEST_F(LinuxWifiClientTest, AnInterfaceWithoutANetworkIsAskedForNothingMore) {
   generic_.answer(answerOf({}));
   generic_.answer(countryAnswer());
   route_.answer(linkAnswer(4, IFF_UP));
-  const auto report = client().report();
+  const auto report = client().report().value();
   ASSERT_TRUE(report);
   EXPECT_EQ(report->interface.interfaceName, "wlan4");
   EXPECT_FALSE(report->isJoined);
@@ -100,17 +100,32 @@ TEST_F(LinuxWifiClientTest, ADriverWithoutSurveyStationsOrCellsLeavesTheRest) {
 TEST_F(LinuxWifiClientTest, AKernelWithoutNl80211HasNone) {
   generic_.answer(refusal(ENOENT));
   EXPECT_EQ(client().interface(), std::nullopt);
+  EXPECT_EQ(client().report(), WifiReading(std::nullopt));
 }
 
-TEST_F(LinuxWifiClientTest, RefusedNetlinkHasNone) {
+TEST_F(LinuxWifiClientTest, RefusedNetlinkHasNoneAndSaysSo) {
   generic_.refuseChannels();
   EXPECT_EQ(client().interface(), std::nullopt);
+  EXPECT_FALSE(client().report());
 }
 
-TEST_F(LinuxWifiClientTest, RefusedInterfacesAreNone) {
+TEST_F(LinuxWifiClientTest, AFamilyThatCannotBeAskedForIsNotAMachineWithoutWifi) {
+  generic_.answer(refusal(EPERM));
+  EXPECT_EQ(client().interface(), std::nullopt);
+  EXPECT_EQ(client().report().error(), NetworkKernelError::refused);
+}
+
+TEST_F(LinuxWifiClientTest, AFamilyWithoutATypeIsMalformed) {
+  generic_.answer(
+      {{.bytes = message(GENL_ID_CTRL, bytesOf(genlmsghdr{}))}, {.bytes = errorMessage(0)}});
+  EXPECT_EQ(client().report().error(), NetworkKernelError::malformed);
+}
+
+TEST_F(LinuxWifiClientTest, RefusedInterfacesAreNoneAndSaysSo) {
   generic_.answer(familyAnswer());
   generic_.answer(refusal(EPERM));
   EXPECT_EQ(client().interface(), std::nullopt);
+  EXPECT_EQ(client().report().error(), NetworkKernelError::refused);
 }
 
 TEST_F(LinuxWifiClientTest, AMachineWithoutWifiHasNone) {

@@ -107,7 +107,7 @@ TEST_F(RememberingWifiClientTest, ThatNoNetworkIsJoinedIsAskedForOnceAsWell) {
   route_.answer(linkAnswer(4, IFF_UP));
   const LinuxWifiClient client = rememberingClient();
   static_cast<void>(client.interface());
-  const auto second = client.report();
+  const auto second = client.report().value();
   ASSERT_TRUE(second);
   EXPECT_FALSE(second->isJoined);
   EXPECT_EQ(second->interface.countryCode, "DE");
@@ -146,7 +146,7 @@ TEST_F(RememberingWifiClientTest, CellsThatAreKeptAreWithheldWithoutConsent) {
   const LinuxWifiClient client = rememberingClient();
   EXPECT_EQ(client.interface()->bssid, "02:00:00:00:01:01");
   mayTell_ = false;
-  const auto report = client.report();
+  const auto report = client.report().value();
   ASSERT_TRUE(report);
   EXPECT_EQ(scanRequests(), 1);
   EXPECT_EQ(report->interface.ssid, std::nullopt);

@@ -1,0 +1,46 @@
+#include "NetworkWidgetVexExtension/Views/NetworkStateWidgetEntryView.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+#include <vector>
+
+#include "NetworkWidgetVexExtension/Views/NetworkSourceGridView.h"
+#include "NetworkWidgetVexExtension/Views/NetworkWidget.h"
+
+namespace lanternfold {
+namespace {
+
+/// A small widget has room for these and no interface beside them.
+constexpr std::size_t sourcesOfASmallWidget = 2;
+
+bool isWorthShowing(const BasicInterface& interface) {
+  return interface.active && !interface.IPv4.empty();
+}
+
+std::vector<AnyNetworkSource> sourcesOf(const NetworkState& state,
+                                        const WidgetEnvironment& environment) {
+  const NetworkSourceCategory shown = environment.shownCategories;
+  std::vector<AnyNetworkSource> sources;
+  if (shown.contains(NetworkSourceCategory::internet())) sources.emplace_back(state.internet);
+  if (shown.contains(NetworkSourceCategory::wlan()) && state.wlan) {
+    sources.emplace_back(*state.wlan);
+  }
+  const bool isFull =
+      environment.widgetFamily == WidgetFamily::small && sources.size() >= sourcesOfASmallWidget;
+  if (isFull || !shown.contains(NetworkSourceCategory::other())) return sources;
+  std::ranges::copy_if(state.others, std::back_inserter(sources), isWorthShowing);
+  return sources;
+}
+
+}  // namespace
+
+View NetworkStateWidgetEntryView::body(const WidgetEnvironment& environment) const {
+  NetworkSourceGridView grid;
+  grid.sources = sourcesOf(entry.networkState, environment);
+  grid.displayMode = displayModeOf(environment.widgetFamily);
+  return networkWidget(grid.body(environment), entry.configuration.showTimestamp.value_or(false),
+                       environment);
+}
+
+}  // namespace lanternfold

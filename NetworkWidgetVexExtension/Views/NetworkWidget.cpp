@@ -1,0 +1,26 @@
+#include "NetworkWidgetVexExtension/Views/NetworkWidget.h"
+
+#include <utility>
+#include <vector>
+
+#include "NetworkWidgetVexExtension/Views/BackgroundView.h"
+#include "NetworkWidgetVexExtension/Views/RefreshButton.h"
+#include "NetworkWidgetVexExtension/Views/WidgetStyle.h"
+#include "ViewTree/Elements.h"
+
+namespace lanternfold {
+
+View networkWidget(View content, bool showTimestamp, const WidgetEnvironment& environment) {
+  std::vector<View> layers;
+  layers.push_back(networkWidgetDefaultStyle(std::move(content)));
+  layers.push_back(refreshButtonInCorner(environment));
+  return zstack(topCentre, std::move(layers))
+      .background(BackgroundView{showTimestamp}.body(environment));
+}
+
+NetworkSourceGridView::DisplayMode displayModeOf(WidgetFamily family) {
+  return family == WidgetFamily::large ? NetworkSourceGridView::DisplayMode::large
+                                       : NetworkSourceGridView::DisplayMode::small;
+}
+
+}  // namespace lanternfold

@@ -1,0 +1,105 @@
+// Which sources the widgets of the network's state show, and in which order.
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Tests/NetworkWidgetVexExtension/CardStates.h"
+#include "ViewTree/TextDump.h"
+
+namespace lanternfold {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+BasicInterface wired(std::string name) {
+  BasicInterface interface = sampleInterface(std::move(name));
+  interface.displayName = "Port " + interface.name;
+  return interface;
+}
+
+NetworkStateEntry entryWith(std::vector<BasicInterface> others) {
+  NetworkStateEntry entry = wlanPlaceholderEntry();
+  entry.networkState.others = std::move(others);
+  return entry;
+}
+
+/// The symbols and titles of the sources, in their order of drawing.
+void addSources(const LaidOutView& view, std::vector<std::string>& sources) {
+  const bool isSource = std::holds_alternative<FirstThatFitsNode>(view.node);
+  for (const char* title : {"Internet", "Wi-Fi", "Port en1", "Port en2", "Port en3"}) {
+    if (isSource && view.accessibleDescription == title) sources.emplace_back(title);
+  }
+  for (const LaidOutView& child : view.children) addSources(child, sources);
+}
+
+std::vector<std::string> shownBy(const NetworkStateEntry& entry, WidgetFamily family,
+                                 NetworkSourceCategory categories = NetworkSourceCategory::all()) {
+  const FakeStringTable strings;
+  const MetricTextMeasurer measurer;
+  std::vector<std::string> sources;
+  addSources(
+      layOut(NetworkStateWidgetEntryView{entry}.body(
+                 {.strings = strings, .widgetFamily = family, .shownCategories = categories}),
+             {1000, 1000}, {measurer, ""}),
+      sources);
+  return sources;
+}
+
+TEST(NetworkStateWidgetEntryView, ShowsTheInternetThenWifiThenTheInterfaces) {
+  EXPECT_THAT(shownBy(entryWith({wired("en1"), wired("en2")}), WidgetFamily::medium),
+              ElementsAre("Internet", "Wi-Fi", "Port en1", "Port en2"));
+}
+
+TEST(NetworkStateWidgetEntryView, AddsNoInterfaceToTwoSourcesInASmallWidget) {
+  EXPECT_THAT(shownBy(entryWith({wired("en1")}), WidgetFamily::small),
+              ElementsAre("Internet", "Wi-Fi"));
+  NetworkStateEntry withoutWifi = entryWith({wired("en1")});
+  withoutWifi.networkState.wlan.reset();
+  EXPECT_THAT(shownBy(withoutWifi, WidgetFamily::small), ElementsAre("Internet", "Port en1"));
+}
+
+TEST(NetworkStateWidgetEntryView, ListsInterfacesThatAreActiveWithAnIPv4Address) {
+  BasicInterface inactive = wired("en1");
+  inactive.active = false;
+  BasicInterface withoutAddress = wired("en2");
+  withoutAddress.IPv4.clear();
+  EXPECT_THAT(shownBy(entryWith({inactive, withoutAddress, wired("en3")}), WidgetFamily::large),
+              ElementsAre("Internet", "Wi-Fi", "Port en3"));
+}
+
+TEST(NetworkStateWidgetEntryView, ShowsTheCategoriesOfItsWidgetOnly) {
+  const NetworkStateEntry entry = entryWith({wired("en1")});
+  EXPECT_THAT(shownBy(entry, WidgetFamily::medium, NetworkSourceCategory::wlan()),
+              ElementsAre("Wi-Fi"));
+  EXPECT_THAT(shownBy(entry, WidgetFamily::medium, NetworkSourceCategory::internet()),
+              ElementsAre("Internet"));
+}
+
+TEST(NetworkStateWidgetEntryView, SaysNoSourceOnAMachineWithoutWifi) {
+  for (const CardState& card : cardStates()) {
+    if (!card.name.ends_with("_missing")) continue;
+    EXPECT_THAT(textDump(card.laidOut()), HasSubstr("\"No source\"")) << card.name;
+  }
+}
+
+/// Every piece of text that is shown, in its order.
+void addTexts(const LaidOutView& view, std::string& texts) {
+  if (!view.shownText.empty()) texts += view.shownText + ' ';
+  for (const LaidOutView& child : view.children) addTexts(child, texts);
+}
+
+// The sentence was once cut after "location".
+TEST(NetworkStateWidgetEntryView, SaysWholeThatTheNameIsWithheldAndWhatIsMissing) {
+  for (const CardState& card : cardStates()) {
+    if (!card.name.ends_with("_withheld")) continue;
+    std::string texts;
+    addTexts(card.laidOut(), texts);
+    EXPECT_THAT(texts, HasSubstr("SSID Unvailable, location access needed")) << card.name;
+  }
+}
+
+}  // namespace
+}  // namespace lanternfold
