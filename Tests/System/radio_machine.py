@@ -118,6 +118,7 @@ class RadioMachine:
         """The output of a script that must succeed."""
         done = self.script(text)
         if done.status != 0:
+            text += self.script("ps -o pid,ppid,stat,time,args; dmesg | tail -n 15").text
             raise AssertionError(f"status {done.status} of the script\n{text}\n{done.text[-3000:]}"
                                  f"{done.errors.decode(errors='replace')[-3000:]}")
         return done.text

@@ -99,7 +99,8 @@ class OtherInterfacesTest(RadioTest):
                                                      "type P2P-device.*type monitor")
         self.assert_not_joined(is_on=False)
         network = Network(protection="open")
-        self.air.offer_and_join(network)
+        self.air.offer(network)
+        self.air.join(network)
         self.assert_same_figures("a monitor and Wi-Fi Direct beside")
         self.air.leave()
 
