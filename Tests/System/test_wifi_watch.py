@@ -127,19 +127,19 @@ class WatchTest(RadioTest):
 
     def test_the_switch_is_turned_off_and_on(self):
         switch = "/sys/class/net/wlan1/phy80211/rfkill*/soft"
-        self.addCleanup(self.machine.run, f"echo 0 | tee {switch}")
+        self.addCleanup(self.machine.run, f"echo 0 | tee {switch} && /usr/sbin/ip link set wlan1 up")
         self.air.join(self.network)
         watching = self.watch()
         self.expect(watching, self.run_there(f"echo 1 | tee {switch}"), switched_off)
-        self.expect(watching, self.run_there(f"echo 0 | tee {switch}"), joined())
+        self.expect(watching, self.run_there(f"echo 0 | tee {switch} && "
+                                             "/usr/sbin/ip link set wlan1 up"), joined())
 
     def test_roaming(self):
         self.air.join(self.network)
         watching = self.watch()
         cell = self.offer_a_second_cell()
         self.expect(watching, self.run_there(f"""
-            wpa_cli -i wlan1 set_network 0 freq_list "" >/dev/null
-            iw dev wlan1 scan freq {self.network.frequency} >/dev/null
+            wpa_cli -i wlan1 scan freq={self.network.frequency}
             {until(f"wpa_cli -i wlan1 bss {cell} | grep -q ^bssid", "wpa_cli scan_results")}
             wpa_cli -i wlan1 roam {cell}"""), joined(cell=cell))
 
