@@ -30,6 +30,6 @@ ip link set lo up
 exec </dev/ttyS1 >/dev/ttyS1
 echo ready
 while read -r number; do
-  sh "/shared/$number.sh" >"/shared/$number.out" 2>"/shared/$number.err" </dev/null
+  timeout -s KILL 200 sh "/shared/$number.sh" >"/shared/$number.out" 2>"/shared/$number.err" </dev/null
   echo "$number $?"
 done

@@ -27,6 +27,9 @@ SEARCHED = "/usr/local/sbin:/usr/sbin:/sbin:/usr/local/bin:/usr/bin:/bin"
 PROGRAM = "/usr/local/bin/lanternfold-widgets"
 # Ends the emulator when the tests end, however they end.
 LIFE_BOUND_TO_TESTS = ["setpriv", "--pdeathsig", "KILL"]
+# Its clock goes by what it computes, 4 ns for an instruction: the time limits of associating, of some
+# 100 ms, do not run out because the tests' machine is busy.
+ITS_OWN_TIME = ["-icount", "shift=2"]
 KERNEL_OPTIONS = ("console=ttyS0 loglevel=4 panic=-1 mitigations=off nokaslr no_timer_check "
                   "tsc=reliable random.trust_cpu=on cryptomgr.notests rdinit=/init")
 
@@ -118,6 +121,7 @@ class RadioMachine:
         """The output of a script that must succeed."""
         done = self.script(text)
         if done.status != 0:
+            text += self.script("ps -o pid,ppid,stat,time,args; dmesg | tail -n 15").text
             raise AssertionError(f"status {done.status} of the script\n{text}\n{done.text[-3000:]}"
                                  f"{done.errors.decode(errors='replace')[-3000:]}")
         return done.text
@@ -145,8 +149,8 @@ def start(the_kernel, image, shared, console):
     with open(console, "ab") as log:
         return subprocess.Popen(
             [*LIFE_BOUND_TO_TESTS, EMULATOR, "-no-user-config", "-nodefaults", "-display", "none",
-             "-no-reboot", "-M", "pc", "-accel", "tcg,tb-size=256", "-cpu", "max", "-smp", "1",
-             "-m", MEMORY, "-nic", "none",
+             "-no-reboot", "-M", "pc", "-accel", "tcg,tb-size=256", *ITS_OWN_TIME, "-cpu", "max",
+             "-smp", "1", "-m", MEMORY, "-nic", "none",
              "-fsdev", f"local,id=shared,path={shared},security_model=none",
              "-device", "virtio-9p-pci,fsdev=shared,mount_tag=shared",
              "-kernel", str(the_kernel.image), "-initrd", str(image), "-append", KERNEL_OPTIONS,

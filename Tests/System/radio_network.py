@@ -91,10 +91,16 @@ class Air:
 
     def __init__(self, machine, radios=2):
         self.machine = machine
-        machine.run(f"{stop('wpa_supplicant')}\n{stop('hostapd')}")
-        machine.load_radios(radios)
+        self.radios = radios
+        self.clear()
+
+    def clear(self):
+        """Radios that have seen no network yet: what one has seen of a former access point with the
+        same address stays in its list for half a minute."""
+        self.machine.run(f"{stop('wpa_supplicant')}\n{stop('hostapd')}")
+        self.machine.load_radios(self.radios)
         # The numbers of radios are never used twice, the names of interfaces are.
-        machine.run(f"""
+        self.machine.run(f"""
             iw reg set {COUNTRY}
             /usr/sbin/ip netns delete {NAMESPACE} 2>/dev/null
             /usr/sbin/ip netns add {NAMESPACE} &&
@@ -121,6 +127,8 @@ class Air:
             {self.until_joined(interface)}""")
 
     def offer_and_join(self, network, interface="wlan1"):
+        """The only network that the radios have seen."""
+        self.clear()
         self.offer(network)
         self.join(network, interface)
 

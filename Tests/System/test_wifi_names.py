@@ -32,7 +32,7 @@ class NameTest(RadioTest):
         self.compare("hidden", b"Meadow", "Meadow", hidden=True)
 
     def test_32_bytes_with_emoji(self):
-        name = "Caf\u00e9 \u65e5\u672c \U0001f3e1\U0001f468\u200d\U0001f469 12345"
+        name = "Caf\u00e9 \u65e5\u672c \U0001f3e1\U0001f468\u200d\U0001f469 123"
         self.assertEqual(32, len(name.encode()))
         self.compare("32 bytes with emoji", name.encode(), name)
 
