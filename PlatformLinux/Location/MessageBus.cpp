@@ -82,11 +82,28 @@ void MessageBus::close() {
   g_cancellable_cancel(cancellable_.get());
   while (pending_ > 0) thread_.waitForNext();
   if (!connection_) return;
+  flush();
   g_signal_handler_disconnect(connection_.get(), endHandler_);
   g_dbus_connection_close(connection_.get(), nullptr, nullptr, nullptr);
   connection_.reset();
   // The library lets go of the subscriptions' handlers a little later.
   thread_.finishWhatIsDue();
+}
+
+/// What was sent last, such as that a question is taken back, goes out before the bus is left; a
+/// bus that takes nothing any more is not waited for.
+void MessageBus::flush() {
+  constexpr std::chrono::milliseconds limit{500};
+  const std::unique_ptr<GCancellable, ObjectCloser> givingUp(g_cancellable_new());
+  const BusTimer timer = thread_.after(limit, [&] { g_cancellable_cancel(givingUp.get()); });
+  bool isFlushed = false;
+  g_dbus_connection_flush(
+      connection_.get(), givingUp.get(),
+      [](GObject* /*source*/, GAsyncResult* /*result*/, gpointer done) {
+        *static_cast<bool*>(done) = true;
+      },
+      &isFlushed);
+  while (!isFlushed) thread_.waitForNext();
 }
 
 std::string MessageBus::uniqueName() const {

@@ -91,6 +91,7 @@ class MessageBus : public std::enable_shared_from_this<MessageBus> {
   struct PendingCall;
   struct PendingConnection;
 
+  void flush();
   static void takeConnection(GObject* source, GAsyncResult* result, gpointer data);
   static void takeReply(GObject* source, GAsyncResult* result, gpointer data);
   static void takeSignal(GDBusConnection* connection, const char* sender, const char* path,

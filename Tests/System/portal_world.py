@@ -74,6 +74,9 @@ class Helper:
         return [event for event in events if event["event"] == name]
 
     def end(self):
+        """The second call does nothing."""
+        if self.process.stdin.closed:
+            return
         self.process.kill()
         self.process.wait(timeout=HANG_SECONDS)
         self._reader.join(timeout=HANG_SECONDS)
@@ -137,7 +140,7 @@ class PortalWorld:
         process = subprocess.Popen(
             ["dbus-daemon", "--nofork", f"--config-file={self.folder}/bus.conf",
              f"--print-address={writable}"], pass_fds=[writable], stdin=subprocess.DEVNULL,
-            stdout=subprocess.DEVNULL, env=self.environment)
+            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, env=self.environment)
         os.close(writable)
         self._ends.append(lambda: (process.kill(), process.wait(timeout=HANG_SECONDS)))
         with os.fdopen(readable) as stream:
@@ -170,11 +173,17 @@ class PortalWorld:
         return done.stdout.decode()
 
     def wait_for_owner(self, name):
+        self._wait_until_owned(name, "true")
+
+    def wait_for_nobody(self, name):
+        self._wait_until_owned(name, "false")
+
+    def _wait_until_owned(self, name, answer):
         deadline = time.monotonic() + HANG_SECONDS
-        while "true" not in self.call("org.freedesktop.DBus", "/",
+        while answer not in self.call("org.freedesktop.DBus", "/",
                                       "org.freedesktop.DBus.NameHasOwner", f"string:{name}"):
             if time.monotonic() > deadline:
-                raise AssertionError(f"nobody came to be {name}")
+                raise AssertionError(f"that {name} has an owner is not {answer}")
             time.sleep(0.02)
 
     def _store(self, method, *arguments):
@@ -192,7 +201,7 @@ class PortalWorld:
 
     def stored_accuracy(self):
         words = self._store("Lookup", "string:location", "string:location").split()
-        return words[words.index(APPLICATION) + 2] if APPLICATION in words else None
+        return words[words.index(APPLICATION) + 3] if APPLICATION in words else None
 
     def sandbox(self, bus_address=None):
         """The words before a command that is to run inside."""
@@ -225,11 +234,12 @@ class PortalWorld:
             raise AssertionError("the filter before the bus does not start")
         return f"unix:path={socket}"
 
-    def location(self, action, *arguments, bus_address):
+    def location(self, action, *arguments, bus_address, through=()):
         """The finished command, run inside of a sandbox."""
-        return subprocess.run(self._command(action, *arguments, bus_address=bus_address),
-                              env=self.environment, stdin=subprocess.DEVNULL, capture_output=True,
-                              timeout=HANG_SECONDS)
+        return subprocess.run(
+            [*through, *self._command(action, *arguments, bus_address=bus_address)],
+            env=self.environment, stdin=subprocess.DEVNULL, capture_output=True,
+            timeout=HANG_SECONDS)
 
     def begin_location(self, action, bus_address):
         """The command under way, in a process group of its own."""
@@ -247,6 +257,10 @@ class PortalWorld:
 
         self._ends.append(end)
         return process
+
+    def inside(self, process):
+        """The number of the program that a sandbox was started for, once it runs."""
+        return int(Path(f"/proc/{process.pid}/task/{process.pid}/children").read_text())
 
     def _command(self, action, *arguments, bus_address):
         return [*self.sandbox(bus_address), PROGRAM, "location", action, *arguments, "--data-dir",
