@@ -276,7 +276,9 @@ void addLocation(CLI::App& app, Choice& choice) {
       ->add_option(
           "action", *action,
           "status shows what was decided; allow shows the names always, allow-in-use while "
-          "they are in use, deny never; reset takes the decision back")
+          "they are in use, deny never; reset takes the decision back. Inside a Flatpak sandbox "
+          "allow and allow-in-use have the system ask you, and its answer counts as in use; deny "
+          "and reset withhold the names whatever the system allows")
       ->option_text("ACTION")
       ->type_name(locationActions)
       ->required();

@@ -7,12 +7,12 @@
 #include "CommandLine/FileDescriptorLimit.h"
 #include "CommandLine/FileSoleRecorder.h"
 #include "CommandLine/LinuxMainLoop.h"
+#include "CommandLine/LocationSide.h"
 #include "CommandLine/ProgramName.h"
 #include "CommandLine/WifiConsent.h"
 #include "PlatformLinux/Defaults/DataDirectory.h"
 #include "PlatformLinux/Defaults/LinuxGroupContainer.h"
 #include "PlatformLinux/Defaults/SqliteUserDefaults.h"
-#include "PlatformLinux/Location/LinuxLocationConsent.h"
 #include "PlatformLinux/System/AsioDispatch.h"
 #include "PlatformLinux/System/EventLoop.h"
 #include "PlatformLinux/System/GettextStringTable.h"
@@ -55,7 +55,6 @@ struct LinuxMachine::Parts {
   DataDirectory dataDirectory;
   LinuxGroupContainer groupContainer{dataDirectory};
   SqliteUserDefaultsSuites userDefaults{dataDirectory, diagnostics};
-  ConsentRecord consentRecord{consentPlaceIn(dataDirectory), fileSystem, diagnostics};
   FileSoleRecorder soleRecorder;
   EventLoop eventLoop;
   AsioDispatch dispatch{eventLoop};
@@ -66,8 +65,12 @@ struct LinuxMachine::Parts {
   LinuxInterfaceNaming interfaceNaming;
   LinuxPathMonitorFactory pathMonitors{eventLoop};
   CurlUrlSessions urlSessions;
-  LinuxLocationConsent locationConsent{consentRecord, eventLoop, dispatch, diagnostics};
-  LinuxWifiClient wifiClient{[this] { return mayTellWifiNames(locationConsent); }};
+  LocationSide location{{.directory = dataDirectory,
+                         .files = fileSystem,
+                         .loop = eventLoop,
+                         .dispatch = dispatch,
+                         .log = diagnostics}};
+  LinuxWifiClient wifiClient{[this] { return mayTellWifiNames(location.consent()); }};
   Machine machine{.platform = {.kernel = kernel,
                                .resolverConfiguration = resolverConfiguration,
                                .networkConfiguration = networkConfiguration,
@@ -81,12 +84,13 @@ struct LinuxMachine::Parts {
                                .userDefaults = userDefaults,
                                .groupContainer = groupContainer,
                                .urlSessions = urlSessions,
-                               .locationConsent = locationConsent,
+                               .locationConsent = location.consent(),
                                .wifiClient = wifiClient},
                   .metricsReader = std::make_shared<LinuxConnectionMetricsReader>(),
                   .soleRecorder = soleRecorder,
                   .readWifi = [this] { return wifiClient.report(); },
-                  .consentRecord = consentRecord,
+                  .consentRecord = location.record(),
+                  .consentAuthority = location.authority(),
                   .mainLoop = mainLoop,
                   .assets = assetsFolder()};
 };

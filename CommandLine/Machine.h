@@ -11,6 +11,7 @@
 #include "CommandLine/SoleRecorder.h"
 #include "NetworkMonitor/Metrics/ConnectionMetricsReader.h"
 #include "Platform/Platform.h"
+#include "PlatformLinux/Location/ConsentAuthority.h"
 #include "PlatformLinux/Location/ConsentRecord.h"
 #include "PlatformLinux/Wifi/WifiReport.h"
 
@@ -41,6 +42,8 @@ struct Machine {
   std::function<WifiReading()> readWifi;
   /// Where the user's decisions on Wi-Fi names go.
   ConsentRecord& consentRecord;
+  /// Whom `consentRecord` has to have asked before names are shown; null outside a sandbox.
+  ConsentAuthority* consentAuthority = nullptr;
   MainLoop& mainLoop;
   /// Where the symbols, the logo and the colours are kept.
   std::filesystem::path assets;

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdint>
+#include <memory>
 #include <utility>
 
 #include <nlohmann/json.hpp>
@@ -74,6 +76,42 @@ CommandFailure failureOf(const ConsentRecordError& error, const ConsentRecord& r
   return workFailed(cannotWrite(record.file(), error.error));
 }
 
+/// Waits for the answer of whoever decides. An interruption takes the question back.
+std::expected<void, CommandFailure> askAuthority(ConsentAuthority& authority,
+                                                 const Machine& machine) {
+  constexpr std::chrono::minutes grace{1};  // the authority answers by itself before
+  const auto answer = std::make_shared<ConsentAuthority::Answer>();
+  answer->outcome = PortalOutcome::silent;
+  authority.ask([answer, &loop = machine.mainLoop](const ConsentAuthority::Answer& given) {
+    *answer = given;
+    loop.stop();
+  });
+  machine.mainLoop.runFor(longestPortalAnswer + grace);
+  if (answer->outcome != PortalOutcome::granted) {
+    return std::unexpected(workFailed(std::string(sentenceOf(answer->outcome))));
+  }
+  if (answer->notRecorded) {
+    return std::unexpected(failureOf(*answer->notRecorded, machine.consentRecord));
+  }
+  return {};
+}
+
+/// What may be decided here is decided here: inside a sandbox that is to withhold names.
+std::expected<LocationAction, CommandFailure> decide(LocationAction action,
+                                                     const Machine& machine) {
+  const bool allows = action == LocationAction::allow || action == LocationAction::allowInUse;
+  if (allows && machine.consentAuthority != nullptr) {
+    if (auto asked = askAuthority(*machine.consentAuthority, machine); !asked) {
+      return std::unexpected(asked.error());
+    }
+    return LocationAction::allowInUse;
+  }
+  if (const auto recorded = machine.consentRecord.record(decisionOf(action).decision); !recorded) {
+    return std::unexpected(failureOf(recorded.error(), machine.consentRecord));
+  }
+  return action;
+}
+
 void writeStatus(Status status, bool json, const Console& console) {
   if (!json) {
     console.output << caseName(status) << '\n';
@@ -107,11 +145,9 @@ std::expected<void, CommandFailure> runLocation(const LocationOptions& options,
                 options.json, console);
     return {};
   }
-  const auto [decision, meaning] = decisionOf(options.action);
-  if (const auto recorded = machine.consentRecord.record(decision); !recorded) {
-    return std::unexpected(failureOf(recorded.error(), machine.consentRecord));
-  }
-  console.output << meaning;
+  const auto decided = decide(options.action, machine);
+  if (!decided) return std::unexpected(decided.error());
+  console.output << decisionOf(*decided).meaning;
   return {};
 }
 

@@ -25,7 +25,9 @@ struct LocationOptions {
     std::string_view action, bool json);
 
 /// `status` writes the status by its name; the others record a decision, of which every running
-/// program of the user hears at once, and say in one line what it means.
+/// program of the user hears at once, and say in one line what it means. Inside a sandbox both ways
+/// to allow ask the system and wait for the user's answer, which is for use only; anything but a
+/// consent is a failure.
 [[nodiscard]] std::expected<void, CommandFailure> runLocation(const LocationOptions& options,
                                                               const Machine& machine,
                                                               const Console& console);

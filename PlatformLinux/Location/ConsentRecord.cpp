@@ -5,7 +5,8 @@
 namespace lanternfold {
 namespace {
 
-constexpr const char* fileName = "location-consent";
+constexpr const char* nameOfUsersFile = "location-consent";
+constexpr const char* nameOfPortalsFile = "portal-location-consent";
 
 std::string laterVersionSentence(const std::filesystem::path& file) {
   return "the consent in \"" + file.string() +
@@ -15,7 +16,8 @@ std::string laterVersionSentence(const std::filesystem::path& file) {
 
 }  // namespace
 
-ConsentPlace consentPlaceIn(const DataDirectory& directory) {
+ConsentPlace consentPlaceIn(const DataDirectory& directory, ConsentKeeper keeper) {
+  const char* fileName = keeper == ConsentKeeper::user ? nameOfUsersFile : nameOfPortalsFile;
   const auto& location = directory.location();
   return {.file = location ? *location / fileName : std::filesystem::path(),
           .checkFolder = [&directory] { return directory.checkIfThere(); },

@@ -1,7 +1,8 @@
-// The consent as the product keeps it itself, outside a sandbox: one small file of the user's.
+// The consent as the product keeps it itself: one small file of the user's.
 //
-// Made by: the composition, one per program. Read by: `LinuxLocationConsent`. Written by: the
-// `location` commands and a host that has asked.
+// Made by: the composition, one per program. Read by: `LinuxLocationConsent` and
+// `PortalLocationConsent`. Written by: the `location` commands, a host that has asked, and the
+// portal's answers.
 #pragma once
 
 #include <expected>
@@ -28,8 +29,15 @@ struct ConsentPlace {
   std::function<std::expected<void, std::string>()> makeFolder;
 };
 
+/// Who had to agree to what a record holds: a consent from outside a sandbox is none inside of it.
+enum class ConsentKeeper {
+  user,    ///< the user's word to this program
+  portal,  ///< the portal's answers, inside a sandbox
+};
+
 /// In the user's data folder; `directory` outlives every copy.
-[[nodiscard]] ConsentPlace consentPlaceIn(const DataDirectory& directory);
+[[nodiscard]] ConsentPlace consentPlaceIn(const DataDirectory& directory,
+                                          ConsentKeeper keeper = ConsentKeeper::user);
 
 /// Why a decision could not be recorded: a sentence, or else what the system says of the file.
 struct ConsentRecordError {

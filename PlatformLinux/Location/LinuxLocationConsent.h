@@ -6,11 +6,8 @@
 #include <functional>
 #include <memory>
 
-#include "Platform/DiagnosticLog.h"
-#include "Platform/Dispatch.h"
 #include "Platform/LocationManager.h"
-#include "PlatformLinux/Location/ConsentRecord.h"
-#include "PlatformLinux/System/EventLoop.h"
+#include "PlatformLinux/Location/ConsentWatch.h"
 
 namespace lanternfold {
 
@@ -32,10 +29,7 @@ class LinuxLocationConsent final : public LocationConsent {
       ChangeHandler didChangeAuthorization) override;
 
  private:
-  const ConsentRecord& record_;
-  EventLoop& loop_;
-  Dispatch& dispatch_;
-  DiagnosticLog& log_;
+  const ConsentSurroundings surroundings_;
   const Ask ask_;
 };
 
