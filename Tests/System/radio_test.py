@@ -135,6 +135,8 @@ class RadioTest(unittest.TestCase):
         if not table:
             return
         with open(table, "a", encoding="utf-8") as file:
+            if file.tell() == 0:
+                file.write("| situation | figure | ours | theirs |\n|---|---|---|---|\n")
             for name, value in expected.items():
                 file.write(f"| {situation} | {name} | {cell(ours[name])} | {cell(value)} |\n")
 
