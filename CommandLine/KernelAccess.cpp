@@ -41,4 +41,12 @@ CommandFailure unreadableWifi(NetworkKernelError error) {
   return workFailed("cannot read this machine's Wi-Fi: " + reasonAndRemedy(error));
 }
 
+std::expected<void, CommandFailure> requireReadableWifi(const Machine& machine) {
+  const WifiReading reading = machine.readWifi();
+  if (!reading) return std::unexpected(unreadableWifi(reading.error()));
+  // The kernel has a Wi-Fi interface, and its other tables, if they can be read, do not know it: it
+  // went in between.
+  return *reading ? requireReadableKernel(machine) : std::expected<void, CommandFailure>();
+}
+
 }  // namespace lanternfold

@@ -16,4 +16,7 @@ namespace lanternfold {
 /// That the Wi-Fi cannot be read, and what to do.
 [[nodiscard]] CommandFailure unreadableWifi(NetworkKernelError error);
 
+/// The same for a state without Wi-Fi: nothing when there is none indeed.
+[[nodiscard]] std::expected<void, CommandFailure> requireReadableWifi(const Machine& machine);
+
 }  // namespace lanternfold

@@ -43,7 +43,7 @@ std::expected<NetworkStateEntry, CommandFailure> entryOfThisMachine(
   machine.mainLoop.runFor(limit);
   if (!*answer) return std::unexpected(workFailed("this machine's state is not known after 30 s"));
   if (!(*answer)->networkState.wlan) {
-    if (auto access = requireReadableKernel(machine); !access) {
+    if (auto access = requireReadableWifi(machine); !access) {
       return std::unexpected(access.error());
     }
   }

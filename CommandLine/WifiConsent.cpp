@@ -16,8 +16,11 @@ bool mayTellWifiNames(const LocationConsent& consent) {
   return status == Status::authorizedAlways || status == Status::authorizedWhenInUse;
 }
 
-void tellHowToDecide(const LocationConsent& consent, const Console& console) {
-  if (LocationAuthorizationObserver::currentAuthStatus(consent) != Status::notDetermined) return;
+bool isConsentUndecided(const LocationConsent& consent) {
+  return LocationAuthorizationObserver::currentAuthStatus(consent) == Status::notDetermined;
+}
+
+void tellHowToDecide(const Console& console) {
   console.errors << programName << ": the network's name is withheld until you decide: \""
                  << programName << " location allow\" shows Wi-Fi names, \"" << programName
                  << " location deny\" does not\n";

@@ -4,7 +4,6 @@
 #pragma once
 
 #include "CommandLine/Console.h"
-#include "CommandLine/Machine.h"
 #include "Platform/LocationManager.h"
 
 namespace lanternfold {
@@ -12,8 +11,11 @@ namespace lanternfold {
 /// Whether the names of Wi-Fi networks may be told: only with a consent that was given.
 [[nodiscard]] bool mayTellWifiNames(const LocationConsent& consent);
 
-/// How to decide, in one line among the errors, unless the user has decided already. The commands
-/// never ask: asking is a host's business.
-void tellHowToDecide(const LocationConsent& consent, const Console& console);
+/// Whether the user has not decided yet.
+[[nodiscard]] bool isConsentUndecided(const LocationConsent& consent);
+
+/// That a name is withheld and how to decide, in one line among the errors. The commands never ask:
+/// asking is a host's business.
+void tellHowToDecide(const Console& console);
 
 }  // namespace lanternfold

@@ -1,6 +1,6 @@
 // The seam to the operating system's reports of network path changes.
 //
-// Linux side: `LinuxPathMonitor` (rtnetlink groups). Fake: `FakePathMonitor`.
+// Linux side: `LinuxPathMonitor` (groups of rtnetlink and nl80211). Fake: `FakePathMonitor`.
 #pragma once
 
 #include <functional>
@@ -13,10 +13,12 @@
 namespace lanternfold {
 
 /// Reports the current path soon after `start`, and again after every change of a link, an address
-/// or a default route (a burst of changes is reported at once and then at most ten times a second,
-/// the last state always). All updates run on the queue given to `start`; none runs after `cancel`
-/// returned on that queue or after the monitor was destroyed there. A handler may cancel or destroy
-/// the monitor that is calling it.
+/// or a default route, and, unless it is a monitor of another type, after every change of the
+/// Wi-Fi: a network joined, left or changed for another cell of it, another channel, interface or
+/// country. The path need not differ from the last one. A burst of changes is reported at once and
+/// then at most ten times a second, the last state always. All updates run on the queue given to
+/// `start`; none runs after `cancel` returned on that queue or after the monitor was destroyed
+/// there. A handler may cancel or destroy the monitor that is calling it.
 class PathMonitor {
  public:
   using UpdateHandler = std::function<void(const NetworkPath&)>;

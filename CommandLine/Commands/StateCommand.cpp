@@ -34,23 +34,8 @@ std::expected<NetworkSourceCategory, CommandFailure> parseCategory(std::string_v
                                       categoryNames + ", separated by commas"));
 }
 
-/// A state without Wi-Fi is a result only when the kernel lets itself be asked for it, or when it
-/// was not asked for by name: then a line says that it is left out.
-std::expected<void, CommandFailure> requireReadableWifi(const StateOptions& options,
-                                                        const Machine& machine,
-                                                        const Console& console) {
-  const WifiReading reading = machine.readWifi();
-  if (!reading && !options.isWifiOptional) return std::unexpected(unreadableWifi(reading.error()));
-  if (!reading) {
-    console.errors << programName
-                   << ": Wi-Fi is left out: " << unreadableWifi(reading.error()).sentence << '\n';
-  }
-  // An interface of which the kernel's other tables know nothing is no Wi-Fi interface either.
-  return reading && *reading ? requireReadableKernel(machine)
-                             : std::expected<void, CommandFailure>();
-}
-
-/// The same for adapters.
+/// A state without adapters or without Wi-Fi is a result only when the kernel lets itself be asked.
+/// For Wi-Fi that was not asked for by name, a line that says so will do.
 std::expected<void, CommandFailure> requireTruth(const NetworkState& state,
                                                  const StateOptions& options,
                                                  const Machine& machine, const Console& console) {
@@ -58,7 +43,10 @@ std::expected<void, CommandFailure> requireTruth(const NetworkState& state,
     if (auto readable = requireReadableKernel(machine); !readable) return readable;
   }
   if (!options.categories.contains(NetworkSourceCategory::wlan()) || state.wlan) return {};
-  return requireReadableWifi(options, machine, console);
+  auto readable = requireReadableWifi(machine);
+  if (readable || !options.isWifiOptional) return readable;
+  console.errors << programName << ": Wi-Fi is left out: " << readable.error().sentence << '\n';
+  return {};
 }
 
 /// Tells once how the name of a joined network can be shown.
@@ -71,10 +59,11 @@ class WithheldNameHint {
 
   void consider(const NetworkState& state) {
     if (!isDue_ || !state.wlan || state.wlan->currentNetwork) return;
+    if (!isConsentUndecided(machine_.platform.locationConsent)) return;
     const WifiReading reading = machine_.readWifi();
     if (!reading || !*reading || !(*reading)->namesWithheld) return;
     isDue_ = false;
-    tellHowToDecide(machine_.platform.locationConsent, console_);
+    tellHowToDecide(console_);
   }
 
  private:
@@ -117,6 +106,15 @@ class WatchWriter {
   std::string last_;
 };
 
+/// Has the state read anew, while it exists, whenever the user decides whether names are shown;
+/// null when no names are asked for.
+std::unique_ptr<LocationManager> refreshingAfterDecisions(NetworkStateMonitor& monitor,
+                                                          const StateOptions& options,
+                                                          const Machine& machine) {
+  if (!options.categories.contains(NetworkSourceCategory::wlan())) return nullptr;
+  return machine.platform.locationConsent.makeLocationManager([&monitor] { monitor.refresh(); });
+}
+
 /// Fails when the first whole state is empty because the kernel lets nothing be read; what fails
 /// later may pass, and the next change is looked at again.
 std::expected<void, CommandFailure> watch(const StateOptions& options, const Machine& machine,
@@ -137,6 +135,7 @@ std::expected<void, CommandFailure> watch(const StateOptions& options, const Mac
     // Whoever read the output is gone: there is nobody left to watch for.
     if (!console.output) machine.mainLoop.stop();
   });
+  const auto consentWatch = refreshingAfterDecisions(*monitor, options, machine);
   // From within the loop: whoever interrupts the program after its first report ends it properly.
   machine.platform.dispatch.mainQueue().async([watched = std::weak_ptr(monitor)] {
     if (const auto startable = watched.lock()) startable->start();

@@ -19,8 +19,8 @@ std::expected<void, CommandFailure> runWifi(const WifiOptions& options, const Ma
   } else {
     console.output << "No Wi-Fi.\n";
   }
-  if (report && report->namesWithheld) {
-    tellHowToDecide(machine.platform.locationConsent, console);
+  if (report && report->namesWithheld && isConsentUndecided(machine.platform.locationConsent)) {
+    tellHowToDecide(console);
   }
   return {};
 }

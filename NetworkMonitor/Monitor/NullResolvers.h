@@ -20,11 +20,4 @@ class NullInternetInfoResolver final : public InternetInfoResolver {
   const StringTable& strings_;
 };
 
-/// The machine has no Wi-Fi.
-class NullWlanInterfaceResolver final : public WlanInterfaceResolver {
- public:
-  [[nodiscard]] std::expected<std::optional<WlanInterface>, WlanInterfaceResolverError>
-  wlanInterface() override;
-};
-
 }  // namespace lanternfold

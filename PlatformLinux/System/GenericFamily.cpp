@@ -1,25 +1,26 @@
 #include "PlatformLinux/System/GenericFamily.h"
 
 #include <cerrno>
+#include <utility>
 
-#include "PlatformLinux/Netlink/GenericNetlink.h"
 #include "PlatformLinux/System/TableDump.h"
 
 namespace lanternfold {
 
-std::expected<std::optional<std::uint16_t>, NetworkKernelError> findGenericFamily(
+std::expected<std::optional<GenericFamilyMessage>, NetworkKernelError> findGenericFamily(
     NetlinkSocket& socket, std::string_view familyName) {
-  const auto types = dumpTable(socket, genericFamilyRequest(familyName), decodeGenericFamily);
-  if (!types) {
+  auto families = dumpTable(socket, genericFamilyRequest(familyName), decodeGenericFamily);
+  if (!families) {
     if (socket.lastErrorNumber() == ENOENT) return std::nullopt;
-    return std::unexpected(types.error());
+    return std::unexpected(families.error());
   }
-  if (types->empty()) return std::unexpected(NetworkKernelError::malformed);
-  return types->back();
+  if (families->empty()) return std::unexpected(NetworkKernelError::malformed);
+  return std::move(families->back());
 }
 
 std::optional<std::uint16_t> genericFamilyType(NetlinkSocket& socket, std::string_view familyName) {
-  return findGenericFamily(socket, familyName).value_or(std::nullopt);
+  const auto family = findGenericFamily(socket, familyName);
+  return family && *family ? std::optional((*family)->messageType) : std::nullopt;
 }
 
 }  // namespace lanternfold

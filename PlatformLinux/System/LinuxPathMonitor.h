@@ -1,4 +1,5 @@
-// Reports of the network path from the kernel's own reports of changed links, addresses and routes.
+// Reports of the network path from the kernel's own reports of changed links, addresses and routes,
+// and of the Wi-Fi.
 //
 // Made by: `LinuxPathMonitorFactory`, which the composition makes. Read by: the network state
 // monitor.

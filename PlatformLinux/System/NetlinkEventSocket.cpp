@@ -46,6 +46,17 @@ std::expected<NetlinkEventSocket, NetworkKernelError> NetlinkEventSocket::open(u
   return NetlinkEventSocket(std::move(*socket));
 }
 
+std::expected<NetlinkEventSocket, NetworkKernelError> NetlinkEventSocket::openGeneric() {
+  auto socket = openNetlinkSocket(NETLINK_GENERIC, SOCK_NONBLOCK, 0);
+  if (!socket) return std::unexpected(socket.error());
+  return NetlinkEventSocket(std::move(*socket));
+}
+
+bool NetlinkEventSocket::join(std::uint32_t group) {
+  int number = static_cast<int>(group);
+  return mnl_socket_setsockopt(socket_.get(), NETLINK_ADD_MEMBERSHIP, &number, sizeof(number)) == 0;
+}
+
 NetlinkEventSocket::NetlinkEventSocket(NetlinkSocketHandle socket)
     : socket_(std::move(socket)), buffer_(eventBufferSize) {}
 

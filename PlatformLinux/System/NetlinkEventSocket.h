@@ -1,6 +1,8 @@
-// Listens to the kernel's reports of changed links, addresses and routes.
+// Listens to the kernel's reports of changed links, addresses and routes, or to those of families
+// of generic netlink.
 //
-// Made by: the path monitor and the counter readers. Threads: one at a time. Never blocks.
+// Made by: the path monitor, the counter readers and `GenericEventSocket`. Threads: one at a time.
+// Never blocks.
 #pragma once
 
 #include <cstdint>
@@ -26,6 +28,14 @@ class NetlinkEventSocket {
 
   /// `groups` is a mask of RTMGRP_*. Errors: refused, failed.
   [[nodiscard]] static std::expected<NetlinkEventSocket, NetworkKernelError> open(unsigned groups);
+
+  /// Of NETLINK_GENERIC, and in no group yet. Its queue is an ordinary one: whoever listens to few
+  /// reports, or looks seldom, is told of a loss instead. Errors: refused, failed.
+  [[nodiscard]] static std::expected<NetlinkEventSocket, NetworkKernelError> openGeneric();
+
+  /// From now on reports of this group are received as well. False when there is no such group or
+  /// it is refused. Joining a group twice is no mistake.
+  [[nodiscard]] bool join(std::uint32_t group);
 
   /// To be watched for readability; owned by this object.
   [[nodiscard]] int descriptor() const;

@@ -27,26 +27,46 @@ std::optional<Value> valueOrNone(std::expected<Value, NetworkKernelError> result
   return result ? std::optional<Value>(std::move(*result)) : std::nullopt;
 }
 
+/// Has the loop watch the socket, which is none afterwards if it cannot.
+template <typename Socket>
+void watch(asio::posix::stream_descriptor& readable, std::optional<Socket>& socket) {
+  if (!socket) return;
+  asio::error_code error;
+  static_cast<void>(readable.assign(socket->descriptor(), error));
+  if (error) socket.reset();
+}
+
 }  // namespace
 
 struct PathMonitorSession::Waits {
-  explicit Waits(asio::io_context& context) : readable(context), due(context) {}
-  /// The descriptor stays the event socket's own.
+  explicit Waits(asio::io_context& context)
+      : readable(context), wifiReadable(context), due(context) {}
+  /// The descriptors stay the event sockets' own.
   ~Waits() {
     if (readable.is_open()) readable.release();
+    if (wifiReadable.is_open()) wifiReadable.release();
   }
   Waits(const Waits&) = delete;
   Waits& operator=(const Waits&) = delete;
 
   asio::posix::stream_descriptor readable;
+  asio::posix::stream_descriptor wifiReadable;
   asio::steady_timer due;
 };
 
 PathMonitorSession::Sources PathMonitorSession::Sources::open(
     const LinkSurvey& survey, std::optional<PathInterfaceType> requiredType) {
-  return {.events = valueOrNone(NetlinkEventSocket::open(watchedGroups)),
-          .tables = valueOrNone(NetworkSnapshotReader::open(survey)),
-          .requiredType = requiredType};
+  Sources sources{.events = valueOrNone(NetlinkEventSocket::open(watchedGroups)),
+                  .wifiEvents = std::nullopt,
+                  .tables = std::nullopt,
+                  .requiredType = requiredType};
+  // Links are what everything else is told of: without their reports there are none at all.
+  const bool seesWifi = !requiredType || *requiredType == PathInterfaceType::wifi;
+  if (sources.events && seesWifi) {
+    sources.wifiEvents = valueOrNone(WifiEventSocket::open(wifiStateGroups()));
+  }
+  sources.tables = valueOrNone(NetworkSnapshotReader::open(survey));
+  return sources;
 }
 
 PathMonitorSession::PathMonitorSession(EventLoop& loop, DispatchQueue& queue,
@@ -58,18 +78,17 @@ PathMonitorSession::~PathMonitorSession() = default;
 
 void PathMonitorSession::begin() {
   waits_ = std::make_unique<Waits>(loop_.context());
-  asio::error_code error;
-  if (sources_.events) {
-    static_cast<void>(waits_->readable.assign(sources_.events->descriptor(), error));
-  }
-  if (error) sources_.events.reset();
+  watch(waits_->readable, sources_.events);
+  watch(waits_->wifiReadable, sources_.wifiEvents);
   noteChange();
   waitForEvents();
+  waitForWifiEvents();
 }
 
 void PathMonitorSession::end() {
   waits_.reset();
   sources_.events.reset();
+  sources_.wifiEvents.reset();
   sources_.tables.reset();
 }
 
@@ -81,7 +100,8 @@ void PathMonitorSession::waitForEvents() {
                               });
 }
 
-/// After a failure of the socket the last state is still reported, then nothing more comes.
+/// After a failure of the socket the last state is still reported, then only news of the Wi-Fi
+/// come.
 void PathMonitorSession::takeEvents() {
   if (!waits_ || !sources_.events) return;
   bool hasNews = false;
@@ -89,6 +109,22 @@ void PathMonitorSession::takeEvents() {
       [&](const NetlinkMessage& message) { hasNews = hasNews || isNews(message, known_); });
   if (hasNews || !outcome || *outcome == NetlinkEventOutcome::overflowed) noteChange();
   if (outcome) waitForEvents();
+}
+
+void PathMonitorSession::waitForWifiEvents() {
+  if (!waits_ || !sources_.wifiEvents) return;
+  waits_->wifiReadable.async_wait(asio::posix::stream_descriptor::wait_read,
+                                  [session = shared_from_this()](const asio::error_code& error) {
+                                    if (!error) session->takeWifiEvents();
+                                  });
+}
+
+/// After a failure of this socket alone the changes of links still come.
+void PathMonitorSession::takeWifiEvents() {
+  if (!waits_ || !sources_.wifiEvents) return;
+  const auto drained = sources_.wifiEvents->drain();
+  if (!drained || drained->news == WifiNews::state) noteChange();
+  if (drained) waitForWifiEvents();
 }
 
 void PathMonitorSession::noteChange() {

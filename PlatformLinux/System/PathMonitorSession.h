@@ -13,6 +13,7 @@
 #include "PlatformLinux/System/LinuxPathMonitor.h"
 #include "PlatformLinux/System/NetlinkEventSocket.h"
 #include "PlatformLinux/System/NetworkSnapshotReader.h"
+#include "PlatformLinux/System/WifiEventSocket.h"
 
 namespace lanternfold {
 
@@ -27,6 +28,8 @@ class PathMonitorSession : public std::enable_shared_from_this<PathMonitorSessio
   struct Sources {
     /// None when the kernel or a sandbox refuses.
     std::optional<NetlinkEventSocket> events;
+    /// None as well when the monitor is of another type than Wi-Fi.
+    std::optional<WifiEventSocket> wifiEvents;
     std::optional<NetworkSnapshotReader> tables;
     std::optional<PathInterfaceType> requiredType;
 
@@ -50,6 +53,8 @@ class PathMonitorSession : public std::enable_shared_from_this<PathMonitorSessio
 
   void waitForEvents();
   void takeEvents();
+  void waitForWifiEvents();
+  void takeWifiEvents();
   void noteChange();
   void report();
   [[nodiscard]] bool look();

@@ -29,10 +29,7 @@ struct LinkParts {
 // one. Direct peers stand in the same list.
 const WifiStationMessage* peerOf(const WifiFacts& facts) {
   for (const WifiStationMessage& station : facts.stations) {
-    const bool isPeer = std::ranges::any_of(facts.joinedCells, [&](const WifiBssMessage& cell) {
-      return station.address == cell.bssid || station.address == cell.peerAddress;
-    });
-    if (isPeer) return &station;
+    if (isPeerOf(facts.joinedCells, station)) return &station;
   }
   return facts.stations.size() == 1 ? &facts.stations.front() : nullptr;
 }
@@ -205,6 +202,12 @@ void fillInterface(const WifiFacts& facts, WifiReport& report) {
 }
 
 }  // namespace
+
+bool isPeerOf(const std::vector<WifiBssMessage>& cells, const WifiStationMessage& station) {
+  return std::ranges::any_of(cells, [&](const WifiBssMessage& cell) {
+    return station.address == cell.bssid || station.address == cell.peerAddress;
+  });
+}
 
 WifiReport wifiReportOf(const WifiFacts& facts, WifiNameDisclosure names) {
   const bool canJoin = joinsNetworks(facts.interface);

@@ -39,7 +39,7 @@ class SimulatedMainLoop final : public MainLoop {
   }
   void stop() override { stopped_ = true; }
 
-  std::chrono::hours interruptedAfter{1};
+  std::chrono::minutes interruptedAfter{60};
 
  private:
   SimulatedDispatch& dispatch_;

@@ -11,7 +11,7 @@
 #include "CommandLine/Program.h"
 #include "CommandLine/ServiceOptions.h"
 #include "NetworkMonitor/Metrics/ConnectionMetricsJson.h"
-#include "Tests/CommandLine/FakeMachine.h"
+#include "Tests/CommandLine/WifiScenes.h"
 
 namespace lanternfold {
 namespace {
@@ -50,6 +50,46 @@ TEST_F(FormatFixtures, StateJson) {
 
 TEST_F(FormatFixtures, LocationStatusJson) {
   EXPECT_EQ(written({"location", "status", "--json"}), fixture("location-status.json"));
+}
+
+class WifiFormatFixtures : public FormatFixtures {
+ protected:
+  void SetUp() override {
+    FormatFixtures::SetUp();
+    addWifiLink(fake_);
+    fake_.wifi.setFacts(multiLinkFacts());
+  }
+  void allow() { fake_.locationConsent.setAuthorizationStatus(3); }
+};
+
+TEST_F(WifiFormatFixtures, WifiJson) {
+  allow();
+  EXPECT_EQ(written({"wifi", "--json"}), fixture("wifi.json"));
+}
+
+TEST_F(WifiFormatFixtures, WifiJsonWithoutConsent) {
+  EXPECT_EQ(written({"wifi", "--json"}), fixture("wifi-withheld.json"));
+}
+
+TEST_F(WifiFormatFixtures, StateJson) {
+  allow();
+  EXPECT_EQ(written({"state", "--categories", "wlan", "--json"}), fixture("state-wlan.json"));
+}
+
+// What a bar would read: every member that the document tells of, of the kind that it says.
+TEST_F(WifiFormatFixtures, TheDocumentTellsOfEveryMember) {
+  std::ifstream stream(std::string(LANTERNFOLD_SOURCE_DIR) + "/Docs/formats/wifi-json.md");
+  const std::string document{std::istreambuf_iterator<char>(stream), {}};
+  const auto json = nlohmann::json::parse(fixture("wifi.json"));
+  const std::vector<nlohmann::json> objects{json, json.at("links")[0],
+                                            json.at("links")[0].at("transmitRate"),
+                                            json.at("links")[0].at("channel"), json.at("rsn")};
+  for (const nlohmann::json& object : objects) {
+    for (const auto& [member, value] : object.items()) {
+      EXPECT_THAT(document, testing::HasSubstr("`" + member + "`"));
+    }
+  }
+  EXPECT_EQ(nlohmann::json::parse(fixture("wifi-withheld.json")).at("namesWithheld"), true);
 }
 
 class InternetFormatFixtures : public FormatFixtures {

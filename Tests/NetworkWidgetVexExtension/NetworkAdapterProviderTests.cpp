@@ -3,6 +3,7 @@
 #include "NetworkMonitor/Monitor/NullResolvers.h"
 #include "NetworkWidgetVexExtension/Providers/NetworkAdapterProvider.h"
 #include "Tests/Support/FakePathMonitor.h"
+#include "Tests/Support/FakeResolvers.h"
 #include "Tests/Support/FakeStringTable.h"
 #include "Tests/Support/SimulatedClock.h"
 #include "Tests/Support/SimulatedDispatch.h"
@@ -38,7 +39,7 @@ class NetworkAdapterProviderTest : public testing::Test {
     ++monitors_;
     return std::make_shared<NetworkStateMonitor>(
         std::make_shared<NullInternetInfoResolver>(strings_), resolver_,
-        std::make_shared<NullWlanInterfaceResolver>(), nullptr,
+        std::make_shared<FakeWlanInterfaceResolver>(), nullptr,
         NetworkStateMonitor::Environment{.pathMonitors = pathMonitors_,
                                          .mainQueue = dispatch_.mainQueue(),
                                          .strings = strings_});

@@ -40,7 +40,8 @@ class ScriptedNetlink::Channel final : public NetlinkChannel {
     nlmsghdr header{};
     std::memcpy(&header, request.data(), sizeof(header));
     const auto& answers = script_.answers_;
-    const std::size_t position = std::min(script_.requestCount_++, answers.size() - 1);
+    const std::size_t position = std::min(script_.requests_.size(), answers.size() - 1);
+    script_.requests_.emplace_back(request.begin(), request.end());
     for (ScriptedDatagram datagram : answers.at(position)) {
       stamp(datagram.bytes, header.nlmsg_seq);
       pending_.push_back(std::move(datagram));

@@ -35,14 +35,16 @@ class ScriptedNetlink {
   void refuseChannels() { refusesChannels_ = true; }
 
   [[nodiscard]] NetlinkChannelOpener opener();
-  [[nodiscard]] std::size_t requestCount() const { return requestCount_; }
+  [[nodiscard]] std::size_t requestCount() const { return requests_.size(); }
+  /// Every request, as it was sent.
+  [[nodiscard]] const std::vector<Bytes>& requests() const { return requests_; }
   [[nodiscard]] std::size_t openedCount() const { return openedCount_; }
 
  private:
   class Channel;
 
   std::deque<ScriptedAnswer> answers_;
-  std::size_t requestCount_ = 0;
+  std::vector<Bytes> requests_;
   std::size_t openedCount_ = 0;
   int sendError_ = 0;
   bool refusesChannels_ = false;

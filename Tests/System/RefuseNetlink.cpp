@@ -1,15 +1,17 @@
-// usage: SystemTestRefuse PROGRAM [ARGUMENT...]
+// usage: SystemTestRefuseNetlink [--generic-only] PROGRAM [ARGUMENT...]
 // Runs a program to which the kernel refuses netlink sockets with EPERM, as a strict sandbox or a
-// service unit would.
+// service unit would: all of them, or those of generic netlink, which tell of Wi-Fi.
 #include <array>
 #include <cstddef>
 #include <cstdio>
+#include <cstring>
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <linux/filter.h>
+#include <linux/netlink.h>
 #include <linux/seccomp.h>
 
 namespace {
@@ -23,14 +25,22 @@ sock_filter requireEqual(unsigned value, unsigned char elseSkip) {
   return BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, value, 0, elseSkip);
 }
 
-bool refuseNetlinkSockets() {
+/// Of an argument of the system call; the low half on machines of either width.
+sock_filter loadArgument(std::size_t number) {
+  return load(offsetof(seccomp_data, args) + number * sizeof(seccomp_data::args[0]));
+}
+
+bool refuseNetlinkSockets(bool onlyGeneric) {
   constexpr unsigned refuse = SECCOMP_RET_ERRNO | 1;  // EPERM
-  std::array<sock_filter, 6> statements = {
+  const sock_filter refusal = BPF_STMT(BPF_RET | BPF_K, refuse);
+  std::array<sock_filter, 8> statements = {
       load(offsetof(seccomp_data, nr)),
-      requireEqual(SYS_socket, 3),
-      load(offsetof(seccomp_data, args)),  // the low half on machines of either width
-      requireEqual(AF_NETLINK, 1),
-      BPF_STMT(BPF_RET | BPF_K, refuse),
+      requireEqual(SYS_socket, 5),
+      loadArgument(0),
+      requireEqual(AF_NETLINK, 3),
+      loadArgument(2),
+      onlyGeneric ? requireEqual(NETLINK_GENERIC, 1) : refusal,
+      refusal,
       BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
   };
   const sock_fprog program{.len = statements.size(), .filter = statements.data()};
@@ -41,11 +51,13 @@ bool refuseNetlinkSockets() {
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
-  if (argumentCount < 2 || !refuseNetlinkSockets()) {
+  const bool onlyGeneric = argumentCount > 1 && std::strcmp(arguments[1], "--generic-only") == 0;
+  char** const command = arguments + (onlyGeneric ? 2 : 1);
+  if (command >= arguments + argumentCount || !refuseNetlinkSockets(onlyGeneric)) {
     std::perror("cannot refuse netlink sockets");
     return 125;
   }
-  execv(arguments[1], arguments + 1);
+  execv(command[0], command);
   std::perror("cannot run the program");
   return 126;
 }

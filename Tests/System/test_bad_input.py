@@ -29,7 +29,8 @@ class BadInputTest(NamespaceTest):
         picture = str(self.folder / "picture.png")
         return [("interfaces",), ("interfaces", "--json"), ("interfaces", "--prefix", "en"),
                 ("state",), ("state", "--json"), ("state", "--watch", "--json"),
-                ("state", "--watch"), ("render", "NetworkAdapterWidget", "-o", picture)]
+                ("state", "--watch"), ("render", "NetworkAdapterWidget", "-o", picture), ("wifi",),
+                ("wifi", "--json")]
 
     def assert_fails_in_one_line(self, done, *words):
         errors = done.stderr.decode()

@@ -10,7 +10,8 @@ from pathlib import Path
 
 from tree import Tree
 
-CHECKS = ["banners", "fixtures", "formatting", "layering", "lengths", "links", "scripts", "words"]
+CHECKS = ["banners", "fixtures", "formatting", "layering", "lengths", "links", "names", "scripts",
+          "words"]
 
 
 def findings(name, root):

@@ -287,6 +287,42 @@ class Scripts(PlantedTest):
         self.assert_found("scripts", ("Scripts/go:2", "says in its first lines"))
 
 
+class Names(PlantedTest):
+    def setUp(self):
+        super().setUp()
+        self.tree.add("PlatformLinux/Wifi/WifiFacts.h", HEADER)
+        self.tree.add("PlatformLinux/Wifi/WifiNames.h", HEADER)
+
+    def test_a_command_that_sees_what_the_kernel_tells(self):
+        self.include_in("CommandLine/Wifi.cpp", '"PlatformLinux/Wifi/WifiFacts.h"')
+        self.assert_found("names", ("CommandLine/Wifi.cpp:1", "whatever the user's consent is"))
+
+    def test_a_command_that_sees_it_through_another_header(self):
+        self.include_in("PlatformLinux/Wifi/Memory.h", '"PlatformLinux/Wifi/WifiFacts.h"')
+        self.include_in("CommandLine/Wifi.cpp", '"PlatformLinux/Wifi/Memory.h"')
+        self.assert_found("names", ("CommandLine/Wifi.cpp:1", "whatever the user's consent is"))
+
+    def test_names_made_a_text_elsewhere(self):
+        self.include_in("PlatformLinux/Wifi/WifiSecurity.cpp", '"PlatformLinux/Wifi/WifiNames.h"')
+        self.assert_found("names", ("PlatformLinux/Wifi/WifiSecurity.cpp:1", "makes texts"))
+
+    def test_a_name_read_elsewhere(self):
+        for use in ("log(facts.interface.ssid);", "auto text = *cell->bssid;",
+                    "if (same(cell.peerAddress)) return;", "return facts.interface.ssid;",
+                    "if (cell.ssid && print(*cell.ssid)) return;"):
+            self.tree.add("PlatformLinux/System/Other.cpp", f"void read() {{ {use} }}\n")
+            self.assert_found("names", ("PlatformLinux/System/Other.cpp:1", "reads a name"))
+
+    def test_whether_there_is_a_name_may_be_asked(self):
+        self.tree.add("PlatformLinux/System/Other.cpp",
+                      "bool a() { return facts.interface.ssid || !facts.joinedCells.empty(); }\n"
+                      "bool b() { return cell.ssid.has_value(); }\n"
+                      "int c() { return chosen.front().ssid ? 1 : 2; }\n"
+                      "int d() { if (!elements.ssid) return 1; return 2; }\n"
+                      "int e() { if (!joined.empty() || !interface.ssid) return 1; return 2; }\n")
+        self.assert_found("names")
+
+
 class Formatting(PlantedTest):
     def test_a_file_that_is_not_formatted(self):
         self.tree.add("Support/Wild.cpp", "int  x;\n")

@@ -22,18 +22,11 @@ TEST(NullInternetInfoResolverTest, AnswersOnceAndCompleteWithTheInitialInfo) {
   EXPECT_EQ(calls, 1);
 }
 
-TEST(NullWlanInterfaceResolverTest, HasNone) {
-  NullWlanInterfaceResolver resolver;
-  const auto answer = resolver.wlanInterface();
-  ASSERT_TRUE(answer.has_value());
-  EXPECT_EQ(*answer, std::nullopt);
-}
-
-TEST(NullResolversTest, MonitorOverThemIsCompleteWhenRefreshReturns) {
+TEST(NullInternetInfoResolverTest, MonitorOverItIsCompleteWhenRefreshReturns) {
   MonitorScene scene;
   const auto monitor = std::make_shared<NetworkStateMonitor>(
       std::make_shared<NullInternetInfoResolver>(scene.strings), scene.interfaces,
-      std::make_shared<NullWlanInterfaceResolver>(), nullptr,
+      std::make_shared<FakeWlanInterfaceResolver>(), nullptr,
       NetworkStateMonitor::Environment{scene.paths, scene.dispatch.mainQueue(), scene.strings});
   monitor->setStateUpdateHandler(scene.reporter(monitor));
 

@@ -65,6 +65,17 @@ TYPED_TEST(PathMonitorContract, ReportsEveryLaterChange) {
   EXPECT_TRUE(this->reaches(PathStatus::unsatisfied));
 }
 
+/// The path tells of interfaces only: addresses and what a Wi-Fi has joined are not in it.
+TYPED_TEST(PathMonitorContract, ReportsAChangeThatLeavesThePathAsItWas) {
+  const auto monitor = this->startedMonitor();
+  ASSERT_TRUE(this->reaches(PathStatus::unsatisfied));
+  this->world_.settle();
+  const std::vector<NetworkPath> before = this->updates_;
+  this->world_.changeWhatThePathDoesNotTell();
+  ASSERT_TRUE(this->world_.runUntil([&] { return this->updates_.size() > before.size(); }));
+  EXPECT_EQ(this->updates_.back(), before.back());
+}
+
 TYPED_TEST(PathMonitorContract, StaysSilentWhileNothingChanges) {
   const auto monitor = this->startedMonitor();
   ASSERT_TRUE(this->reaches(PathStatus::unsatisfied));

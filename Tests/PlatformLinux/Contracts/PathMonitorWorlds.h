@@ -48,6 +48,10 @@ class LinuxPathWorld {
     ASSERT_TRUE(NetworkNamespace::run("ip route del default via 192.0.2.1 dev en0"));
   }
 
+  void changeWhatThePathDoesNotTell() {
+    ASSERT_TRUE(NetworkNamespace::run("ip addr add 198.51.100.7/24 dev en0"));
+  }
+
   /// Starts the monitor while no descriptor is to be had, and so no socket for the kernel's
   /// reports.
   void startDeaf(PathMonitor& monitor) {
@@ -92,6 +96,8 @@ class FakePathWorld {
 
   void connect() { factory_.deliver(path(PathStatus::satisfied)); }
   void disconnect() { factory_.deliver(path(PathStatus::unsatisfied)); }
+
+  void changeWhatThePathDoesNotTell() { factory_.deliver(path(PathStatus::unsatisfied)); }
 
   void startDeaf(PathMonitor& monitor) {
     factory_.stopTelling();

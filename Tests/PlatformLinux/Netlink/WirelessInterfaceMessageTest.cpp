@@ -71,16 +71,5 @@ TEST(WirelessInterfaceMessage, CutAnywhereItIsAnErrorOrAShorterAnswerButNeverAno
   }
 }
 
-TEST(GenericFamily, GivesTheMessageType) {
-  auto answer = EventBytes(GENL_ID_CTRL, genlmsghdr{.cmd = CTRL_CMD_NEWFAMILY})
-                    .text(CTRL_ATTR_FAMILY_NAME, "nl80211")
-                    .value(CTRL_ATTR_FAMILY_ID, std::uint16_t{0x1C});
-  EXPECT_EQ(decodeGenericFamily(answer.message()), 0x1C);
-  const EventBytes empty(GENL_ID_CTRL, genlmsghdr{});
-  const auto without = decodeGenericFamily(empty.message());
-  ASSERT_FALSE(without);
-  EXPECT_EQ(without.error(), (DecodeError{DecodeProblem::missing, "CTRL_ATTR_FAMILY_ID"}));
-}
-
 }  // namespace
 }  // namespace lanternfold

@@ -67,11 +67,12 @@ TEST_F(LinkSurveyTest, TheKernelUnderstandsTheQuestionForAGenericFamily) {
   auto socket = NetlinkSocket::open(NETLINK_GENERIC);
   ASSERT_TRUE(socket);
   std::optional<std::uint16_t> number;
-  const auto answer = socket->dump(
-      genericFamilyRequest("nlctrl"),
-      {.begin = [] {},
-       .message =
-           [&](const NetlinkMessage& message) { number = decodeGenericFamily(message).value(); }});
+  const auto answer = socket->dump(genericFamilyRequest("nlctrl"),
+                                   {.begin = [] {},
+                                    .message =
+                                        [&](const NetlinkMessage& message) {
+                                          number = decodeGenericFamily(message).value().messageType;
+                                        }});
   EXPECT_TRUE(answer);
   EXPECT_EQ(number, 16);
   EXPECT_FALSE(socket->dump(genericFamilyRequest("no-such-family"),

@@ -111,6 +111,7 @@ TEST(WifiComposition, WithoutConsentNothingButTheNamesIsMissing) {
   expected.interface.ssid.reset();
   expected.interface.bssid.reset();
   expected.links[0].bssid.reset();
+  expected.namesWithheld = true;
   EXPECT_EQ(wifiReportOf(joinedStation(), withheld), expected);
 }
 
