@@ -149,6 +149,8 @@ class BusLocationPortalTest : public testing::Test {
   std::vector<std::unique_ptr<ChildProcess>> processes_;
 };
 
+// Once in a process, as ctest runs it: a child has none of the threads that GLib keeps from the
+// first connection on.
 TEST_F(BusLocationPortalTest, WhatIsDecidedInTheStoreIsHeardOfByEveryProgram) {
   ASSERT_NO_FATAL_FAILURE(waitForServices());
   setPermission("EXACT");
