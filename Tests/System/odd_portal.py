@@ -2,6 +2,9 @@
 """Somebody in the portal's place who answers otherwise than the real one does.
 
 usage: odd_portal.py MANNER      (with Debian's own Python, on the session bus of the environment)
+
+The patient one waits for its user, and tells as lines of JSON when it asks and when a question is
+taken back.
 """
 
 import os
@@ -17,6 +20,12 @@ DESKTOP_PATH = "/org/freedesktop/portal/desktop"
 LOCATION = "org.freedesktop.portal.Location"
 REQUEST = "org.freedesktop.portal.Request"
 NO_RESULTS = dbus.Dictionary({}, signature="sv")
+
+
+class Request(dbus.service.Object):
+    @dbus.service.method(REQUEST)
+    def Close(self):
+        print('{"event": "closed"}', flush=True)
 
 
 class OddPortal(dbus.service.Object):
@@ -77,7 +86,10 @@ class OddPortal(dbus.service.Object):
             self._end(session, request, sender)
 
     def _end(self, session, request, sender):
-        if self._manner == "twice":
+        if self._manner == "patient":
+            self._request = Request(self._bus, request)
+            print('{"event": "asked"}', flush=True)
+        elif self._manner == "twice":
             self._respond(request, 0)
             self._respond(request, 1)
         elif self._manner == "seven":

@@ -130,13 +130,15 @@ class PortalTest(SandboxTest):
         self.desktop.expect("disabled")
         self.assertEqual("authorizedWhenInUse", self.status())
 
-    def test_an_interruption_takes_the_dialog_away(self):
+    def test_a_question_that_was_interrupted_decides_nothing(self):
         asking = self.world.begin_location("allow", self.bus)
         self.desktop.expect("asked")
         os.kill(self.world.inside(asking), signal.SIGINT)
-        self.desktop.expect("closed")
         self.assertEqual(1, asking.wait(timeout=HANG_SECONDS))
-        self.assertIn(b"the question was taken back", asking.stderr.read())
+        self.assertRegex(asking.stderr.read(),
+                         rb"\Alanternfold-widgets: the question was taken back[^\n]+\n\Z")
+        # The real portal may leave its dialog open; what is answered there is for the next question.
+        self.desktop.order("answer 0")
         self.assertFalse(self.world.record.exists())
 
     def test_a_portal_that_dies_over_the_question_decides_nothing(self):
@@ -244,6 +246,14 @@ class OddPortalTest(SandboxTest):
 
     def begin(self, manner):
         return self.world.serve([PYTHON, "-B", str(HERE / "odd_portal.py"), manner], PORTAL)
+
+    def test_an_interruption_takes_the_question_back(self):
+        portal = self.begin("patient")
+        asking = self.world.begin_location("allow", self.bus)
+        portal.expect("asked")
+        os.kill(self.world.inside(asking), signal.SIGTERM)
+        portal.expect("closed")
+        self.assertEqual(1, asking.wait(timeout=HANG_SECONDS))
 
     def test_the_first_of_two_answers_counts(self):
         self.begin("twice")

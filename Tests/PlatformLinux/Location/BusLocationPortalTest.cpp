@@ -1,0 +1,186 @@
+// The consent inside a sandbox as two programs of one user have it: on a private bus, with the real
+// permission store.
+#include <array>
+#include <chrono>
+#include <cstdlib>
+#include <thread>
+#include <unistd.h>
+
+#include "PlatformLinux/Location/BusLocationPortal.h"
+#include "PlatformLinux/Location/PortalLocationConsent.h"
+#include "PlatformLinux/System/AsioDispatch.h"
+#include "PlatformLinux/System/PosixFileSystem.h"
+#include "Tests/PlatformLinux/ChildProcess.h"
+#include "Tests/Support/RecordingDiagnosticLog.h"
+#include "Tests/Support/TemporaryFolder.h"
+
+namespace lanternfold {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::IsEmpty;
+
+constexpr const char* application = "net.quernaple.LanternfoldTest";
+constexpr const char* storeName = "org.freedesktop.impl.portal.PermissionStore";
+
+/// Replaces the calling process, which is a child's.
+int become(std::vector<std::string> words) {
+  std::vector<char*> arguments;
+  for (std::string& word : words) arguments.push_back(word.data());
+  arguments.push_back(nullptr);
+  ::execvp(arguments.front(), arguments.data());
+  return 127;
+}
+
+/// A program inside the sandbox that holds a manager. The test's thread is its main thread.
+class SandboxedProgram {
+ public:
+  SandboxedProgram(const fs::path& data, const std::string& busAddress)
+      : directory_(data), busAddress_(busAddress) {}
+
+  [[nodiscard]] std::int32_t status() const { return consent_.authorizationStatus(); }
+  [[nodiscard]] const RecordingDiagnosticLog& log() const { return log_; }
+
+  /// Waits for a call of the handler that finds this status; false when it takes longer than any
+  /// machine should need.
+  [[nodiscard]] bool runUntilSeen(std::int32_t status) {
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    while (seen_ != status && std::chrono::steady_clock::now() < limit) {
+      static_cast<void>(
+          dispatch_.runMainUntil(std::chrono::steady_clock::now() + std::chrono::milliseconds(2)));
+    }
+    return seen_ == status;
+  }
+
+ private:
+  DataDirectory directory_;
+  const std::string busAddress_;
+  PosixFileSystem files_;
+  RecordingDiagnosticLog log_;
+  ConsentRecord record_{consentPlaceIn(directory_, ConsentKeeper::portal), files_, log_};
+  std::int32_t seen_ = -1;
+  EventLoop loop_;
+  AsioDispatch dispatch_{loop_};
+  PortalLocationConsent consent_{
+      {.record = record_, .loop = loop_, .dispatch = dispatch_, .log = log_},
+      record_,
+      std::make_unique<BusLocationPortal>(
+          PortalSurroundings{.busAddress = busAddress_,
+                             .applicationId = application,
+                             .limits = {.reply = std::chrono::seconds(30)}})};
+  std::unique_ptr<LocationManager> manager_ =
+      consent_.makeLocationManager([this] { seen_ = status(); });
+};
+
+class BusLocationPortalTest : public testing::Test {
+ protected:
+  BusLocationPortalTest() {
+    folder_.write(
+        "bus.conf",
+        "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\""
+        " \"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\"><busconfig>"
+        "<listen>" +
+            address_ +
+            "</listen><auth>EXTERNAL</auth><policy context=\"default\">"
+            "<allow send_destination=\"*\" eavesdrop=\"true\"/><allow eavesdrop=\"true\"/>"
+            "<allow own=\"*\"/></policy></busconfig>");
+    processes_.push_back(serve({"dbus-daemon", "--nofork", "--nosyslog",
+                                "--config-file=" + (folder_ / "bus.conf").string()}));
+    processes_.push_back(serve({"/usr/libexec/xdg-permission-store"}));
+    processes_.push_back(serve({"/usr/bin/python3", "-B",
+                                LANTERNFOLD_SOURCE_DIR "/Tests/System/odd_portal.py", "patient"}));
+  }
+
+  [[nodiscard]] fs::path data() const { return folder_ / "data"; }
+  void waitForServices() {
+    ASSERT_TRUE(waitForOwner(storeName));
+    ASSERT_TRUE(waitForOwner("org.freedesktop.portal.Desktop"));
+  }
+  /// As the system's settings do.
+  void setPermission(const std::string& accuracy) {
+    ASSERT_TRUE(call(std::string(storeName) + " /org/freedesktop/impl/portal/PermissionStore " +
+                     storeName +
+                     ".SetPermission string:location boolean:true string:location "
+                     "string:" +
+                     application + " array:string:" + accuracy + ",0"));
+  }
+  void decideBefore(ConsentDecision decision) const {
+    const DataDirectory directory(data());
+    PosixFileSystem files;
+    RecordingDiagnosticLog log;
+    ASSERT_TRUE(ConsentRecord(consentPlaceIn(directory, ConsentKeeper::portal), files, log)
+                    .record(decision));
+  }
+
+  TemporaryFolder folder_;
+  const std::string address_ = "unix:path=" + (folder_ / "bus").string();
+
+ private:
+  [[nodiscard]] std::unique_ptr<ChildProcess> serve(const std::vector<std::string>& words) const {
+    return std::make_unique<ChildProcess>([&] {
+      ::setenv("DBUS_SESSION_BUS_ADDRESS", address_.c_str(), 1);
+      ::setenv("XDG_DATA_HOME", folder_.path().c_str(), 1);
+      // Whoever is to serve on the bus waits for it.
+      const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+      while (words.front() != "dbus-daemon" && !fs::exists(folder_ / "bus") &&
+             std::chrono::steady_clock::now() < limit) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+      }
+      return become(words);
+    });
+  }
+  [[nodiscard]] bool call(const std::string& words) const {
+    const std::string command = "dbus-send --print-reply --bus='" + address_ + "' --dest=" + words +
+                                " >'" + (folder_ / "answer").string() + "' 2>&1";
+    return std::system(command.c_str()) == 0;  // NOLINT(concurrency-mt-unsafe): one thread
+  }
+  [[nodiscard]] bool waitForOwner(const std::string& name) const {
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (std::chrono::steady_clock::now() < limit) {
+      if (call("org.freedesktop.DBus / org.freedesktop.DBus.NameHasOwner string:" + name) &&
+          folder_.bytesOf("answer").contains("true")) {
+        return true;
+      }
+      std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    return false;
+  }
+
+  std::vector<std::unique_ptr<ChildProcess>> processes_;
+};
+
+// Once in a process, as ctest runs it: a child has none of the threads that GLib keeps from the
+// first connection on.
+TEST_F(BusLocationPortalTest, WhatIsDecidedInTheStoreIsHeardOfByEveryProgram) {
+  ASSERT_NO_FATAL_FAILURE(waitForServices());
+  setPermission("EXACT");
+  decideBefore(ConsentDecision::authorizedWhenInUse);
+  std::array<int, 2> told{};
+  ASSERT_EQ(::pipe(told.data()), 0);
+  ChildProcess other([&] {
+    SandboxedProgram program(data(), address_);
+    const auto tell = [&] { return ::write(told[1], "x", 1) == 1; };
+    if (program.status() != 4 || !tell()) return 1;
+    if (!program.runUntilSeen(2) || !tell()) return 2;
+    return program.runUntilSeen(4) ? 0 : 3;
+  });
+  ::close(told[1]);
+  const auto otherHasTold = [&] {
+    char byte = 0;
+    return ::read(told[0], &byte, 1) == 1;
+  };
+  SandboxedProgram program(data(), address_);
+  EXPECT_EQ(program.status(), 4);
+  EXPECT_TRUE(otherHasTold());
+  setPermission("NONE");
+  EXPECT_TRUE(program.runUntilSeen(2));
+  EXPECT_TRUE(otherHasTold());
+  setPermission("CITY");
+  EXPECT_TRUE(program.runUntilSeen(4));
+  EXPECT_EQ(other.wait(), 0);
+  ::close(told[0]);
+  EXPECT_THAT(program.log().lines(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace lanternfold
