@@ -25,6 +25,13 @@ namespace lanternfold {
 /// there can be none.
 [[nodiscard]] std::optional<RatioTable::Table> measureInterfaces(RatioTable& reporter);
 
+/// Readings of the Wi-Fi against the bare exchange, over a replayed kernel.
+[[nodiscard]] RatioTable::Table measureWifi(RatioTable& reporter);
+
+/// The same over this machine's kernel and its joined network, and beside the processes of `iw`; no
+/// table on a machine that has joined none.
+[[nodiscard]] std::vector<RatioTable::Table> measureJoinedWifi(RatioTable& reporter);
+
 /// Whether the filter of the command line takes a benchmark of one of the rows.
 [[nodiscard]] bool areWanted(const std::vector<RatioTable::Row>& rows);
 

@@ -17,7 +17,7 @@ pkg_check_modules(glib REQUIRED IMPORTED_TARGET glib-2.0)
 pkg_check_modules(rsvg REQUIRED IMPORTED_TARGET librsvg-2.0)
 pkg_check_modules(sqlite REQUIRED IMPORTED_TARGET sqlite3)
 pkg_check_modules(curl REQUIRED IMPORTED_TARGET libcurl)
-pkg_check_modules(sdbus REQUIRED IMPORTED_TARGET sdbus-c++)
+pkg_check_modules(gio REQUIRED IMPORTED_TARGET gio-2.0)
 pkg_check_modules(cairo_surfaces REQUIRED IMPORTED_TARGET cairo-pdf cairo-svg cairo-png)
 
 function(lanternfold_room name)
@@ -48,7 +48,7 @@ lanternfold_room(NetworkWidgetVexExtension USES ViewTree NetworkMonitor NetBase 
 # stands beside its records.
 lanternfold_room(PlatformLinux USES NetworkMonitor/Metrics Platform Support
                  LIBRARIES PkgConfig::mnl PkgConfig::udev PkgConfig::glib PkgConfig::sqlite
-                           PkgConfig::curl PkgConfig::sdbus nlohmann_json::nlohmann_json resolv Threads::Threads)
+                           PkgConfig::curl PkgConfig::gio nlohmann_json::nlohmann_json resolv Threads::Threads)
 lanternfold_room(PlatformDarwin USES Platform Support)
 lanternfold_room(Rendering USES ViewTree Support
                  LIBRARIES PkgConfig::pangocairo PkgConfig::rsvg PkgConfig::cairo_surfaces)

@@ -18,7 +18,6 @@ LocationSide::LocationSide(const Surroundings& surroundings)
                                                       surroundings.dispatch, surroundings.log);
     return;
   }
-  portalLoop_.emplace("portal-loop");
   auto consent = std::make_unique<PortalLocationConsent>(
       ConsentSurroundings{.record = record_,
                           .loop = surroundings.loop,
@@ -26,9 +25,9 @@ LocationSide::LocationSide(const Surroundings& surroundings)
                           .log = surroundings.log},
       record_,
       std::make_unique<BusLocationPortal>(
-          *portalLoop_, PortalSurroundings{.busAddress = sessionBusAddress(),
-                                           .applicationId = sandbox_->applicationId,
-                                           .limits = {}}));
+          PortalSurroundings{.busAddress = sessionBusAddress(),
+                             .applicationId = sandbox_->applicationId,
+                             .limits = {}}));
   authority_ = consent.get();
   consent_ = std::move(consent);
 }

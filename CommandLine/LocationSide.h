@@ -41,7 +41,6 @@ class LocationSide {
  private:
   const std::optional<Sandbox> sandbox_;
   ConsentRecord record_;
-  std::optional<EventLoop> portalLoop_;
   std::unique_ptr<LocationConsent> consent_;
   ConsentAuthority* authority_ = nullptr;
 };

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include <nlohmann/json.hpp>
@@ -76,22 +76,24 @@ CommandFailure failureOf(const ConsentRecordError& error, const ConsentRecord& r
   return workFailed(cannotWrite(record.file(), error.error));
 }
 
-/// Waits for the answer of whoever decides. An interruption takes the question back.
+/// Waits for the answer of whoever decides, who gives one in any case. An interruption takes the
+/// question back.
 std::expected<void, CommandFailure> askAuthority(ConsentAuthority& authority,
                                                  const Machine& machine) {
-  constexpr std::chrono::minutes grace{1};  // the authority answers by itself before
-  const auto answer = std::make_shared<ConsentAuthority::Answer>();
-  answer->outcome = PortalOutcome::silent;
+  const auto answer = std::make_shared<std::optional<ConsentAuthority::Answer>>();
   authority.ask([answer, &loop = machine.mainLoop](const ConsentAuthority::Answer& given) {
     *answer = given;
     loop.stop();
   });
-  machine.mainLoop.runFor(longestPortalAnswer + grace);
-  if (answer->outcome != PortalOutcome::granted) {
-    return std::unexpected(workFailed(std::string(sentenceOf(answer->outcome))));
+  machine.mainLoop.runUntilInterrupted();
+  if (!*answer) {
+    return std::unexpected(workFailed("the question was taken back before it was answered"));
   }
-  if (answer->notRecorded) {
-    return std::unexpected(failureOf(*answer->notRecorded, machine.consentRecord));
+  if ((*answer)->outcome != PortalOutcome::granted) {
+    return std::unexpected(workFailed(std::string(sentenceOf((*answer)->outcome))));
+  }
+  if ((*answer)->notRecorded) {
+    return std::unexpected(failureOf(*(*answer)->notRecorded, machine.consentRecord));
   }
   return {};
 }

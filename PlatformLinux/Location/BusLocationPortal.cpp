@@ -6,15 +6,22 @@
 
 namespace lanternfold {
 
-BusLocationPortal::BusLocationPortal(EventLoop& loop, PortalSurroundings surroundings)
-    : loop_(loop),
-      lookLimit_(surroundings.limits.reply),
-      conversations_(std::make_shared<PortalConversations>(
-          loop, std::move(surroundings),
+struct BusLocationPortal::Conversing {
+  Conversing(PortalSurroundings surroundings, PortalConversations::LearnHandler learned)
+      : conversations(thread, std::move(surroundings), std::move(learned)) {}
+
+  BusThread thread;
+  PortalConversations conversations;
+};
+
+BusLocationPortal::BusLocationPortal(PortalSurroundings surroundings)
+    : lookLimit_(surroundings.limits.reply),
+      conversing_(std::make_unique<Conversing>(
+          std::move(surroundings),
           [this](const PortalKnowledge& knowledge) { learn(knowledge); })) {}
 
 BusLocationPortal::~BusLocationPortal() {
-  loop_.runAndWait([this] { conversations_->end(); });
+  conversing_->thread.runAndWait([this] { conversing_->conversations.end(); });
 }
 
 void BusLocationPortal::setChangeHandler(ChangeHandler handler) { changed_ = std::move(handler); }
@@ -23,28 +30,29 @@ PortalKnowledge BusLocationPortal::knowledge() {
   std::unique_lock lock(mutex_);
   if (!std::exchange(hasBegun_, true)) {
     lookDeadline_ = std::chrono::steady_clock::now() + lookLimit_;
-    loop_.post([conversations = conversations_] { conversations->begin(); });
+    conversing_->thread.post([this] { conversing_->conversations.begin(); });
   }
-  if (!loop_.isCurrent()) {
+  if (!conversing_->thread.isCurrent()) {
     (void)learned_.wait_until(lock, lookDeadline_, [this] { return hasLooked_; });
   }
   return knowledge_;
 }
 
 void BusLocationPortal::ask(AnswerHandler handler) {
-  loop_.post([conversations = conversations_, handler = std::move(handler)]() mutable {
-    conversations->ask(std::move(handler));
+  conversing_->thread.post([this, handler = std::move(handler)]() mutable {
+    conversing_->conversations.ask(std::move(handler));
   });
 }
 
 void BusLocationPortal::learn(const PortalKnowledge& knowledge) {
+  bool isNews = false;
   {
     const std::lock_guard lock(mutex_);
     hasLooked_ = true;
-    if (std::exchange(knowledge_, knowledge) == knowledge) return learned_.notify_all();
+    isNews = std::exchange(knowledge_, knowledge) != knowledge;
   }
   learned_.notify_all();
-  if (changed_) changed_();
+  if (isNews && changed_) changed_();
 }
 
 }  // namespace lanternfold

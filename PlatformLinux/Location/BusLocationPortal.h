@@ -10,19 +10,14 @@
 
 #include "PlatformLinux/Location/LocationPortal.h"
 #include "PlatformLinux/Location/PortalSurroundings.h"
-#include "PlatformLinux/System/EventLoop.h"
 
 namespace lanternfold {
 
-class PortalConversations;
-
-/// The bus is connected to at the first call, on a thread that nobody waits for: one that hangs
-/// holds nobody up. Everything else runs on the loop's thread, which may wait for the bus for a
-/// moment, though never for the portal; hence the loop should serve nobody else.
+/// Speaks with the bus on a thread of its own. A bus that hangs holds nobody up for longer than the
+/// first look takes.
 class BusLocationPortal final : public LocationPortal {
  public:
-  /// `loop` outlives the portal.
-  BusLocationPortal(EventLoop& loop, PortalSurroundings surroundings);
+  explicit BusLocationPortal(PortalSurroundings surroundings);
   ~BusLocationPortal() override;
   BusLocationPortal(const BusLocationPortal&) = delete;
   BusLocationPortal& operator=(const BusLocationPortal&) = delete;
@@ -32,9 +27,10 @@ class BusLocationPortal final : public LocationPortal {
   void ask(AnswerHandler handler) override;
 
  private:
+  struct Conversing;  ///< the thread, and what is said on it
+
   void learn(const PortalKnowledge& knowledge);
 
-  EventLoop& loop_;
   const std::chrono::milliseconds lookLimit_;
   ChangeHandler changed_;
   std::mutex mutex_;
@@ -45,7 +41,7 @@ class BusLocationPortal final : public LocationPortal {
   std::chrono::steady_clock::time_point lookDeadline_;
   PortalKnowledge knowledge_;
 
-  const std::shared_ptr<PortalConversations> conversations_;
+  const std::unique_ptr<Conversing> conversing_;
 };
 
 }  // namespace lanternfold

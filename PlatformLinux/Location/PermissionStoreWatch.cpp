@@ -6,37 +6,48 @@ namespace lanternfold {
 namespace {
 
 constexpr const char* storeName = "org.freedesktop.impl.portal.PermissionStore";
-constexpr const char* storeInterface = storeName;
+constexpr const char* storeObject = "/org/freedesktop/impl/portal/PermissionStore";
 constexpr const char* locationTable = "location";
 constexpr const char* locationId = "location";
 
-/// Whether this is a new owner's first word, by the signal's third argument.
-bool hasNewOwner(sdbus::Message& message) {
-  try {
-    std::string name;
-    std::string oldOwner;
-    std::string newOwner;
-    message >> name >> oldOwner >> newOwner;
-    return !newOwner.empty();
-  } catch (const sdbus::Error&) {
-    return false;
+/// Of the answer to a look: permissions by application, and data that mean nothing here.
+PermissionTable tableIn(GVariant* answer) {
+  PermissionTable table;
+  const VariantPointer entries(g_variant_get_child_value(answer, 0));
+  const gsize count = g_variant_n_children(entries.get());
+  for (gsize each = 0; each < count; ++each) {
+    const VariantPointer entry(g_variant_get_child_value(entries.get(), each));
+    const VariantPointer application(g_variant_get_child_value(entry.get(), 0));
+    const VariantPointer permissions(g_variant_get_child_value(entry.get(), 1));
+    std::vector<std::string>& words =
+        table[g_variant_get_string(application.get(), /*length=*/nullptr)];
+    const gsize wordCount = g_variant_n_children(permissions.get());
+    for (gsize word = 0; word < wordCount; ++word) {
+      const VariantPointer text(g_variant_get_child_value(permissions.get(), word));
+      words.emplace_back(g_variant_get_string(text.get(), /*length=*/nullptr));
+    }
   }
-}
-
-/// Whether it is about locations, or cannot be told.
-bool isOfLocations(sdbus::Signal& signal) {
-  try {
-    std::string table;
-    signal >> table;
-    return table == locationTable;
-  } catch (const sdbus::Error&) {
-    return true;
-  }
+  return table;
 }
 
 }  // namespace
 
-PermissionStoreWatch::PermissionStoreWatch(std::shared_ptr<BusOnLoop> bus,
+std::string newOwnerIn(GVariant* arguments) {
+  if (g_variant_is_of_type(arguments, G_VARIANT_TYPE("(sss)")) == FALSE) return {};
+  const char* owner = nullptr;
+  g_variant_get_child(arguments, 2, "&s", &owner);
+  return owner;
+}
+
+MessageBus::SignalMatch ownerChangesOf(const std::string& name) {
+  return {.sender = "org.freedesktop.DBus",
+          .path = "/org/freedesktop/DBus",
+          .interface = "org.freedesktop.DBus",
+          .name = "NameOwnerChanged",
+          .firstArgument = name};
+}
+
+PermissionStoreWatch::PermissionStoreWatch(std::shared_ptr<MessageBus> bus,
                                            std::string applicationId,
                                            std::chrono::milliseconds limit, Handler found)
     : bus_(std::move(bus)),
@@ -44,40 +55,27 @@ PermissionStoreWatch::PermissionStoreWatch(std::shared_ptr<BusOnLoop> bus,
       limit_(limit),
       found_(std::move(found)) {}
 
+/// It listens before the first look, so that no change is missed. A store that went away has
+/// nothing to tell; one that comes may have another file.
 void PermissionStoreWatch::begin() {
   if (applicationId_.empty()) {
     take(StoredPermission::unobservable);
     return;
   }
-  try {
-    listen();
-  } catch (const sdbus::Error&) {
-    take(StoredPermission::unobservable);
-    return;
-  }
-  lookUp();
-}
-
-/// Before the first look, so that no change is missed. A store that went away has nothing to tell;
-/// one that comes may have another file.
-void PermissionStoreWatch::listen() {
-  store_ = sdbus::createProxy(bus_->connection(), storeName,
-                              "/org/freedesktop/impl/portal/PermissionStore");
-  store_->registerSignalHandler(storeInterface, "Changed",
-                                [weak = weak_from_this()](sdbus::Signal& signal) {
-                                  const auto living = weak.lock();
-                                  if (living && isOfLocations(signal)) living->lookUp();
-                                });
-  store_->finishRegistration();
-  const std::string match =
-      "type='signal',sender='org.freedesktop.DBus',interface='org.freedesktop.DBus',"
-      "member='NameOwnerChanged',arg0='" +
-      std::string(storeName) + "'";
+  changes_ = bus_->subscribe({.sender = storeName,
+                              .path = storeObject,
+                              .interface = storeName,
+                              .name = "Changed",
+                              .firstArgument = locationTable},
+                             [weak = weak_from_this()](GVariant* /*what*/) {
+                               if (const auto living = weak.lock()) living->lookUp();
+                             });
   ownerChanges_ =
-      bus_->connection().addMatch(match, [weak = weak_from_this()](sdbus::Message& message) {
+      bus_->subscribe(ownerChangesOf(storeName), [weak = weak_from_this()](GVariant* arguments) {
         const auto living = weak.lock();
-        if (living && hasNewOwner(message)) living->lookUp();
+        if (living && !newOwnerIn(arguments).empty()) living->lookUp();
       });
+  lookUp();
 }
 
 void PermissionStoreWatch::lookUp() {
@@ -85,20 +83,12 @@ void PermissionStoreWatch::lookUp() {
     looksAgain_ = true;
     return;
   }
-  try {
-    auto call = store_->createMethodCall(storeInterface, "Lookup");
-    call << std::string(locationTable) << std::string(locationId);
-    store_->callMethod(
-        call,
-        [weak = weak_from_this()](sdbus::MethodReply& reply, const sdbus::Error* error) {
-          if (const auto living = weak.lock()) living->take(living->storedIn(reply, error));
-        },
-        limit_);
-  } catch (const sdbus::Error&) {
-    take(known_);
-    return;
-  }
-  bus_->pump();
+  bus_->call(
+      {.destination = storeName, .path = storeObject, .interface = storeName, .name = "Lookup"},
+      g_variant_new("(ss)", locationTable, locationId), "(a{sas}v)", limit_,
+      [weak = weak_from_this()](const MessageBus::Reply& reply) {
+        if (const auto living = weak.lock()) living->take(living->storedIn(reply));
+      });
 }
 
 void PermissionStoreWatch::take(StoredPermission stored) {
@@ -108,18 +98,9 @@ void PermissionStoreWatch::take(StoredPermission stored) {
   if (std::exchange(looksAgain_, false)) lookUp();
 }
 
-StoredPermission PermissionStoreWatch::storedIn(sdbus::MethodReply& reply,
-                                                const sdbus::Error* error) const {
-  if (error == nullptr) {
-    try {
-      PermissionTable table;
-      reply >> table;
-      return storedPermissionOf(table, applicationId_);
-    } catch (const sdbus::Error&) {
-      return StoredPermission::absent;
-    }
-  }
-  return storedPermissionAfterError(error->getName(), known_);
+StoredPermission PermissionStoreWatch::storedIn(const MessageBus::Reply& reply) const {
+  if (!reply) return storedPermissionAfterError(reply.error(), known_);
+  return storedPermissionOf(tableIn(reply->get()), applicationId_);
 }
 
 }  // namespace lanternfold

@@ -1,6 +1,6 @@
 // What the permission store has of this application's location, now and after each change.
 //
-// Made by: `BusLocationPortal`. Internal to this folder: it brings in sdbus-c++.
+// Made by: `PortalConversations`. Internal to this folder: it brings in GLib.
 #pragma once
 
 #include <chrono>
@@ -8,12 +8,12 @@
 #include <memory>
 #include <string>
 
-#include "PlatformLinux/Location/BusOnLoop.h"
+#include "PlatformLinux/Location/MessageBus.h"
 #include "PlatformLinux/Location/PortalRules.h"
 
 namespace lanternfold {
 
-/// Everything on the loop's thread. It is destroyed by a post to the loop, not by its handler.
+/// Everything on the bus's thread.
 ///
 /// Inside a sandbox the bus usually shows nobody of that name. A store that is there and does not
 /// answer, or answers nonsense, counts as one without a decision; one that has answered and then
@@ -22,8 +22,8 @@ class PermissionStoreWatch : public std::enable_shared_from_this<PermissionStore
  public:
   using Handler = std::function<void(StoredPermission)>;
 
-  /// `found` is called after every look.
-  PermissionStoreWatch(std::shared_ptr<BusOnLoop> bus, std::string applicationId,
+  /// `found` is called after every look, not after the destruction.
+  PermissionStoreWatch(std::shared_ptr<MessageBus> bus, std::string applicationId,
                        std::chrono::milliseconds limit, Handler found);
   PermissionStoreWatch(const PermissionStoreWatch&) = delete;
   PermissionStoreWatch& operator=(const PermissionStoreWatch&) = delete;
@@ -32,21 +32,26 @@ class PermissionStoreWatch : public std::enable_shared_from_this<PermissionStore
   void begin();
 
  private:
-  void listen();
   void lookUp();
   void take(StoredPermission stored);
-  [[nodiscard]] StoredPermission storedIn(sdbus::MethodReply& reply,
-                                          const sdbus::Error* error) const;
+  [[nodiscard]] StoredPermission storedIn(const MessageBus::Reply& reply) const;
 
-  const std::shared_ptr<BusOnLoop> bus_;
+  const std::shared_ptr<MessageBus> bus_;
   const std::string applicationId_;
   const std::chrono::milliseconds limit_;
   const Handler found_;
-  std::unique_ptr<sdbus::IProxy> store_;
-  sdbus::Slot ownerChanges_;
+  std::unique_ptr<MessageBus::Subscription> changes_;
+  std::unique_ptr<MessageBus::Subscription> ownerChanges_;
   StoredPermission known_ = StoredPermission::unobservable;
   bool isLooking_ = false;
   bool looksAgain_ = false;  ///< something has changed during the look
 };
+
+/// The new owner in the arguments of a `NameOwnerChanged`; empty when the name was given up, or in
+/// arguments of another type.
+[[nodiscard]] std::string newOwnerIn(GVariant* arguments);
+
+/// Tells when the bus gives `name` to another owner, or to nobody.
+[[nodiscard]] MessageBus::SignalMatch ownerChangesOf(const std::string& name);
 
 }  // namespace lanternfold

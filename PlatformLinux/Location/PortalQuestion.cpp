@@ -1,7 +1,5 @@
 #include "PlatformLinux/Location/PortalQuestion.h"
 
-#include <cstdint>
-#include <map>
 #include <utility>
 
 namespace lanternfold {
@@ -10,78 +8,73 @@ namespace {
 constexpr const char* requestInterface = "org.freedesktop.portal.Request";
 
 /// A number and a dictionary, of which a location's is empty.
-PortalOutcome outcomeOfSignal(sdbus::Signal& signal) {
-  try {
-    std::uint32_t response = 0;
-    signal >> response;
-    std::string type;
-    std::string contents;
-    signal.peekType(type, contents);
-    return type == "a" && contents == "{sv}" ? outcomeOfResponse(response) : PortalOutcome::garbled;
-  } catch (const sdbus::Error&) {
+PortalOutcome outcomeOfSignal(GVariant* arguments) {
+  if (g_variant_is_of_type(arguments, G_VARIANT_TYPE("(ua{sv})")) == FALSE) {
     return PortalOutcome::garbled;
   }
+  guint32 response = 0;
+  g_variant_get_child(arguments, 0, "u", &response);
+  return outcomeOfResponse(response);
 }
 
 }  // namespace
 
-PortalQuestion::PortalQuestion(std::shared_ptr<BusOnLoop> bus, PortalLimits limits,
+PortalQuestion::PortalQuestion(std::shared_ptr<MessageBus> bus, PortalLimits limits,
                                PortalSession::OutcomeHandler ended)
     : bus_(std::move(bus)),
       limits_(limits),
       ended_(std::move(ended)),
-      session_(std::make_shared<PortalSession>(bus_)),
-      deadline_(bus_->loop().context()) {}
+      session_(std::make_shared<PortalSession>(bus_)) {}
 
 PortalQuestion::~PortalQuestion() {
   if (ended_) takeBack();
 }
 
 void PortalQuestion::begin() {
-  deadline_.expires_after(limits_.answer);
-  deadline_.async_wait([weak = weak_from_this()](const asio::error_code& error) {
+  deadline_ = bus_->thread().after(limits_.answer, [weak = weak_from_this()] {
     const auto living = weak.lock();
-    if (error || !living) return;
+    if (!living) return;
     if (living->ended_) living->takeBack();
     living->end(PortalOutcome::silent);
   });
   // Before the portal is called: its answer may come before the call returns.
-  try {
-    requestPath_ = portalPath("request", bus_->connection().getUniqueName(), token_);
-    listenForAnswer(requestPath_);
-  } catch (const sdbus::Error& error) {
-    end(outcomeOfError(error.getName()));
-    return;
-  }
+  requestPath_ = portalPath("request", bus_->uniqueName(), token_);
+  listenForAnswer(requestPath_);
   session_->open(limits_.reply, [weak = weak_from_this()](PortalOutcome outcome) {
     if (const auto living = weak.lock()) living->sessionIsOpen(outcome);
   });
 }
 
+/// The session goes at once: it is consent that was asked for, not coordinates.
 void PortalQuestion::end(PortalOutcome outcome) {
-  deadline_.cancel();
+  deadline_.reset();
+  subscriptions_.clear();
+  session_.reset();
   if (const auto ended = std::exchange(ended_, nullptr)) ended(outcome);
 }
 
-PortalQuestion::Proxy PortalQuestion::listenTo(
-    const std::string& path, const char* interface, const char* signal,
-    std::function<PortalOutcome(sdbus::Signal&)> outcomeOf) {
-  auto proxy = sdbus::createProxy(bus_->connection(), portalBusName, path);
-  proxy->registerSignalHandler(
-      interface, signal,
-      [weak = weak_from_this(), outcomeOf = std::move(outcomeOf)](sdbus::Signal& message) {
-        const auto living = weak.lock();
-        // Before the session is open nobody was asked, and nobody else may answer for the portal.
-        if (!living || message.getSender() != living->session_->owner()) return;
-        living->end(outcomeOf(message));
-      });
-  proxy->finishRegistration();
-  return proxy;
+void PortalQuestion::listenForAnswer(const std::string& path) {
+  subscriptions_.push_back(bus_->subscribe({.sender = portalBusName,
+                                            .path = path,
+                                            .interface = requestInterface,
+                                            .name = "Response",
+                                            .firstArgument = {}},
+                                           [weak = weak_from_this()](GVariant* arguments) {
+                                             const auto living = weak.lock();
+                                             if (living) living->end(outcomeOfSignal(arguments));
+                                           }));
 }
 
-void PortalQuestion::listenForAnswer(const std::string& path) {
-  Proxy& place = request_ ? otherRequest_ : request_;
-  place = listenTo(path, requestInterface, "Response", outcomeOfSignal);
+void PortalQuestion::listenForEnd(const std::string& path) {
+  subscriptions_.push_back(bus_->subscribe({.sender = portalBusName,
+                                            .path = path,
+                                            .interface = "org.freedesktop.portal.Session",
+                                            .name = "Closed",
+                                            .firstArgument = {}},
+                                           [weak = weak_from_this()](GVariant* /*details*/) {
+                                             const auto living = weak.lock();
+                                             if (living) living->end(PortalOutcome::ended);
+                                           }));
 }
 
 void PortalQuestion::sessionIsOpen(PortalOutcome outcome) {
@@ -90,59 +83,47 @@ void PortalQuestion::sessionIsOpen(PortalOutcome outcome) {
     end(outcome);
     return;
   }
-  try {
-    sessionEnd_ = listenTo(session_->path(), "org.freedesktop.portal.Session", "Closed",
-                           [](sdbus::Signal&) { return PortalOutcome::ended; });
-    start();
-  } catch (const sdbus::Error& error) {
-    end(outcomeOfError(error.getName()));
-  }
+  listenForEnd(session_->path());
+  start();
 }
 
 void PortalQuestion::start() {
-  const std::map<std::string, sdbus::Variant> options = {{"handle_token", sdbus::Variant(token_)}};
-  desktop_ =
-      sdbus::createProxy(bus_->connection(), session_->owner(), "/org/freedesktop/portal/desktop");
-  auto call = desktop_->createMethodCall(locationInterface, "Start");
-  const std::string noWindow;
-  call << sdbus::ObjectPath(session_->path()) << noWindow << options;
-  desktop_->callMethod(
-      call,
-      [weak = weak_from_this()](sdbus::MethodReply& reply, const sdbus::Error* error) {
-        if (const auto living = weak.lock()) living->takeHandle(reply, error);
-      },
-      limits_.reply);
-  bus_->pump();
+  GVariantDict options;
+  g_variant_dict_init(&options, nullptr);
+  g_variant_dict_insert(&options, "handle_token", "s", token_.c_str());
+  constexpr const char* noWindow = "";
+  bus_->call(
+      {.destination = portalBusName,
+       .path = portalObject,
+       .interface = locationInterface,
+       .name = "Start"},
+      g_variant_new("(os@a{sv})", session_->path().c_str(), noWindow, g_variant_dict_end(&options)),
+      "(o)", limits_.reply, [weak = weak_from_this()](const MessageBus::Reply& reply) {
+        if (const auto living = weak.lock()) living->takeHandle(reply);
+      });
 }
 
-void PortalQuestion::takeHandle(sdbus::MethodReply& reply, const sdbus::Error* error) {
+/// Portals before version 0.9 choose the request's path themselves.
+void PortalQuestion::takeHandle(const MessageBus::Reply& reply) {
   if (!ended_) return;
-  if (error != nullptr) {
-    end(outcomeOfError(error->getName()));
+  if (!reply) {
+    end(outcomeOfError(reply.error()));
     return;
   }
-  try {
-    sdbus::ObjectPath path;
-    reply >> path;
-    if (path.empty() || path == requestPath_) return;
-    requestPath_ = path;
-    listenForAnswer(requestPath_);
-  } catch (const sdbus::Error&) {
-    end(PortalOutcome::garbled);
-  }
+  const char* path = nullptr;
+  g_variant_get(reply->get(), "(&o)", &path);
+  if (path == requestPath_) return;
+  requestPath_ = path;
+  listenForAnswer(requestPath_);
 }
 
 void PortalQuestion::takeBack() {
-  if (session_->owner().empty()) return;
-  try {
-    const auto request = sdbus::createProxy(bus_->connection(), session_->owner(), requestPath_);
-    auto call = request->createMethodCall(requestInterface, "Close");
-    call.dontExpectReply();
-    request->callMethod(call);
-    bus_->pump();
-  } catch (const sdbus::Error&) {
-    return;  // without the bus there is no dialog of ours
-  }
+  if (!session_ || session_->path().empty()) return;
+  bus_->send({.destination = portalBusName,
+              .path = requestPath_,
+              .interface = requestInterface,
+              .name = "Close"},
+             g_variant_new("()"));
 }
 
 }  // namespace lanternfold

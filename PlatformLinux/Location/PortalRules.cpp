@@ -13,7 +13,7 @@ struct NamedError {
   PortalOutcome outcome;
 };
 
-constexpr std::array<NamedError, 14> namedErrors = {{
+constexpr std::array<NamedError, 12> namedErrors = {{
     {"org.freedesktop.portal.Error.NotAllowed", PortalOutcome::disabled},
     {"org.freedesktop.portal.Error.Cancelled", PortalOutcome::ended},
     {"org.freedesktop.DBus.Error.AccessDenied", PortalOutcome::missing},
@@ -23,11 +23,9 @@ constexpr std::array<NamedError, 14> namedErrors = {{
     {"org.freedesktop.DBus.Error.UnknownInterface", PortalOutcome::missing},
     {"org.freedesktop.DBus.Error.UnknownMethod", PortalOutcome::missing},
     {"org.freedesktop.DBus.Error.Disconnected", PortalOutcome::vanished},
-    {"System.Error.ECONNRESET", PortalOutcome::vanished},
-    {"System.Error.ENOTCONN", PortalOutcome::vanished},
     {"org.freedesktop.DBus.Error.Timeout", PortalOutcome::silent},
     {"org.freedesktop.DBus.Error.TimedOut", PortalOutcome::silent},
-    {"System.Error.ETIMEDOUT", PortalOutcome::silent},
+    {"org.freedesktop.DBus.Error.InvalidSignature", PortalOutcome::garbled},
 }};
 
 /// The accuracies that the portal stores for a yes; "NONE" is a no.

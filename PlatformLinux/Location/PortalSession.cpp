@@ -1,7 +1,5 @@
 #include "PlatformLinux/Location/PortalSession.h"
 
-#include <cstdint>
-#include <map>
 #include <random>
 #include <sstream>
 
@@ -10,14 +8,17 @@ namespace {
 
 /// What it takes to be told as little as possible: whole countries, rarely and from far apart. The
 /// session is closed before anything of that is told.
-std::map<std::string, sdbus::Variant> coarsestOptions() {
-  constexpr std::uint32_t countryAccuracy = 1;
-  constexpr std::uint32_t distanceMetres = 1'000'000;
-  constexpr std::uint32_t timeSeconds = 86'400;
-  return {{"session_handle_token", sdbus::Variant(unguessableToken())},
-          {"accuracy", sdbus::Variant(countryAccuracy)},
-          {"distance-threshold", sdbus::Variant(distanceMetres)},
-          {"time-threshold", sdbus::Variant(timeSeconds)}};
+GVariant* coarsestOptions() {
+  constexpr guint32 countryAccuracy = 1;
+  constexpr guint32 distanceMetres = 1'000'000;
+  constexpr guint32 timeSeconds = 86'400;
+  GVariantDict options;
+  g_variant_dict_init(&options, nullptr);
+  g_variant_dict_insert(&options, "session_handle_token", "s", unguessableToken().c_str());
+  g_variant_dict_insert(&options, "accuracy", "u", countryAccuracy);
+  g_variant_dict_insert(&options, "distance-threshold", "u", distanceMetres);
+  g_variant_dict_insert(&options, "time-threshold", "u", timeSeconds);
+  return g_variant_new("(@a{sv})", g_variant_dict_end(&options));
 }
 
 }  // namespace
@@ -32,47 +33,31 @@ std::string unguessableToken() {
 
 PortalSession::~PortalSession() {
   if (path_.empty()) return;
-  try {
-    const auto session = sdbus::createProxy(bus_->connection(), owner_, path_);
-    auto call = session->createMethodCall("org.freedesktop.portal.Session", "Close");
-    call.dontExpectReply();
-    session->callMethod(call);
-    bus_->pump();
-  } catch (const sdbus::Error&) {
-    return;  // without the bus, or without the portal, the session is gone too
-  }
+  bus_->send({.destination = portalBusName,
+              .path = path_,
+              .interface = "org.freedesktop.portal.Session",
+              .name = "Close"},
+             g_variant_new("()"));
 }
 
 void PortalSession::open(std::chrono::milliseconds limit, OutcomeHandler opened) {
-  try {
-    desktop_ =
-        sdbus::createProxy(bus_->connection(), portalBusName, "/org/freedesktop/portal/desktop");
-    auto call = desktop_->createMethodCall(locationInterface, "CreateSession");
-    call << coarsestOptions();
-    desktop_->callMethod(
-        call,
-        [weak = weak_from_this(), opened](sdbus::MethodReply& reply, const sdbus::Error* error) {
-          if (const auto living = weak.lock()) opened(living->take(reply, error));
-        },
-        limit);
-  } catch (const sdbus::Error& error) {
-    opened(outcomeOfError(error.getName()));
-    return;
-  }
-  bus_->pump();
-}
-
-PortalOutcome PortalSession::take(sdbus::MethodReply& reply, const sdbus::Error* error) {
-  if (error != nullptr) return outcomeOfError(error->getName());
-  try {
-    sdbus::ObjectPath path;
-    reply >> path;
-    owner_ = reply.getSender();
-    path_ = path;
-  } catch (const sdbus::Error&) {
-    return PortalOutcome::garbled;
-  }
-  return path_.empty() ? PortalOutcome::garbled : PortalOutcome::offered;
+  bus_->call({.destination = portalBusName,
+              .path = portalObject,
+              .interface = locationInterface,
+              .name = "CreateSession"},
+             coarsestOptions(), "(o)", limit,
+             [weak = weak_from_this(), opened = std::move(opened)](const MessageBus::Reply& reply) {
+               const auto living = weak.lock();
+               if (!living) return;
+               if (!reply) {
+                 opened(outcomeOfError(reply.error()));
+                 return;
+               }
+               const char* path = nullptr;
+               g_variant_get(reply->get(), "(&o)", &path);
+               living->path_ = path;
+               opened(PortalOutcome::offered);
+             });
 }
 
 }  // namespace lanternfold

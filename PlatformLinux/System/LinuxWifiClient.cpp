@@ -29,6 +29,12 @@ namespace {
 /// How many interfaces are asked for the network they joined when the kernel names none.
 constexpr std::size_t mostCandidatesAsked = 16;
 
+/// None for the many others of the list, and for what cannot be decoded.
+std::optional<WifiBssMessage> joinedBss(const NetlinkMessage& message) {
+  auto cell = decodeJoinedBss(message);
+  return cell ? *std::move(cell) : std::nullopt;
+}
+
 /// A table that the driver does not have is as good as an empty one.
 template <typename Decode>
 auto readTable(NetlinkSocket& socket, const NetlinkRequest& request, Decode decode) {
@@ -143,18 +149,13 @@ LinuxWifiClient::Chosen LinuxWifiClient::chooseInterface(
 /// listed, which cannot last.
 JoinedCellMemory::Cells LinuxWifiClient::listedCells(const Conversation& conversation,
                                                      const WifiInterfaceMessage& interface) const {
-  const auto cells =
-      dumpTable(conversation.socket, wifiScanDumpRequest(conversation.messageType, interface.index),
-                decodeJoinedBss);
-  JoinedCellMemory::Cells joined;
-  if (!cells) return joined;
-  for (const std::optional<WifiBssMessage>& cell : *cells) {
-    if (cell) joined.push_back(*cell);
+  const NetlinkRequest request = wifiScanDumpRequest(conversation.messageType, interface.index);
+  auto cells = dumpTable(conversation.socket, request, joinedBss);
+  if (!cells) return {};
+  if (!cells->empty() || !interface.ssid) {
+    cellMemory_.keep(interface, *cells, conversation.reading);
   }
-  if (!joined.empty() || !interface.ssid) {
-    cellMemory_.keep(interface, joined, conversation.reading);
-  }
-  return joined;
+  return *std::move(cells);
 }
 
 bool LinuxWifiClient::isPoweredOn(const WifiInterfaceMessage& interface) const {

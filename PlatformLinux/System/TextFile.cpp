@@ -20,9 +20,12 @@ std::optional<std::string> readTextFile(const char* path, std::size_t maximumSiz
   std::string text;
   while (true) {
     const std::size_t used = text.size();
-    text.resize(used + chunkSize);
-    const ssize_t count = read(file.get(), text.data() + used, chunkSize);
-    text.resize(used + static_cast<std::size_t>(count < 0 ? 0 : count));
+    ssize_t count = 0;
+    // A chunk is not cleared before it is read into: most of these files are a few bytes long.
+    text.resize_and_overwrite(used + chunkSize, [&](char* bytes, std::size_t) {
+      count = read(file.get(), bytes + used, chunkSize);
+      return used + static_cast<std::size_t>(count < 0 ? 0 : count);
+    });
     if (count < 0 && errno == EINTR) continue;
     if (count < 0 || text.size() > maximumSize) return std::nullopt;
     if (count == 0) return text;

@@ -160,6 +160,81 @@ TEST_F(LocationCommandTest, AnOutputThatTakesNothingIsAFailureOfADecisionThatSta
   EXPECT_EQ(recorded(), "location-consent 1\ndenied\n");
 }
 
+/// A user who answers at once, or never.
+class FakeConsentAuthority final : public ConsentAuthority {
+ public:
+  FakeConsentAuthority(DispatchQueue& mainQueue, ConsentRecord& record)
+      : mainQueue_(mainQueue), record_(record) {}
+
+  void ask(AnswerHandler handler) override {
+    ++questions;
+    if (!answer) return;
+    if (answer->outcome == PortalOutcome::granted && !answer->notRecorded) {
+      EXPECT_TRUE(record_.record(ConsentDecision::authorizedWhenInUse));
+    }
+    mainQueue_.async([handler, given = *answer] { handler(given); });
+  }
+
+  std::optional<Answer> answer;
+  int questions = 0;
+
+ private:
+  DispatchQueue& mainQueue_;
+  ConsentRecord& record_;
+};
+
+class LocationInSandboxTest : public LocationCommandTest {
+ protected:
+  LocationInSandboxTest() { fake_.machine.consentAuthority = &authority_; }
+
+  void answer(PortalOutcome outcome) {
+    authority_.answer = ConsentAuthority::Answer{.outcome = outcome, .notRecorded = {}};
+  }
+
+  FakeConsentAuthority authority_{fake_.dispatch.mainQueue(), fake_.consentRecord};
+};
+
+TEST_F(LocationInSandboxTest, BothWaysToAllowAskAndCountAsInUse) {
+  answer(PortalOutcome::granted);
+  for (const char* action : {"allow", "allow-in-use"}) {
+    EXPECT_EQ(written({action}), "Wi-Fi names are shown from now on while they are in use.\n");
+    EXPECT_EQ(recorded(), "location-consent 1\nauthorizedWhenInUse\n");
+  }
+  EXPECT_EQ(authority_.questions, 2);
+}
+
+TEST_F(LocationInSandboxTest, WhateverIsNoConsentIsAFailureThatSaysWhy) {
+  for (const auto outcome :
+       {PortalOutcome::refused, PortalOutcome::ended, PortalOutcome::noBus, PortalOutcome::missing,
+        PortalOutcome::disabled, PortalOutcome::silent, PortalOutcome::vanished,
+        PortalOutcome::garbled, PortalOutcome::failed}) {
+    answer(outcome);
+    expectFailure(ExitStatus::failed, {"allow"}, std::string(sentenceOf(outcome)));
+  }
+  EXPECT_FALSE(recorded());
+}
+
+TEST_F(LocationInSandboxTest, AConsentThatCannotBeRecordedIsAFailure) {
+  answer(PortalOutcome::granted);
+  authority_.answer->notRecorded = ConsentRecordError{
+      .sentence = {}, .error = std::make_error_code(std::errc::no_space_on_device)};
+  expectFailure(ExitStatus::failed, {"allow"},
+                "/data/location-consent could not be written: No space left on device; make room");
+}
+
+TEST_F(LocationInSandboxTest, AnInterruptionTakesTheQuestionBack) {
+  expectFailure(ExitStatus::failed, {"allow"}, "the question was taken back");
+  EXPECT_EQ(authority_.questions, 1);
+}
+
+TEST_F(LocationInSandboxTest, DenyAndResetAskNobody) {
+  EXPECT_EQ(written({"deny"}), "Wi-Fi names are not shown from now on.\n");
+  EXPECT_EQ(recorded(), "location-consent 1\ndenied\n");
+  EXPECT_EQ(written({"reset"}),
+            "Nothing is decided any more; Wi-Fi names are not shown until it is.\n");
+  EXPECT_EQ(authority_.questions, 0);
+}
+
 /// Each run is a program of its own with this machine's seams.
 class LocationOnThisMachineTest : public testing::Test {
  protected:

@@ -7,8 +7,10 @@
 #include <vector>
 
 #include "PlatformLinux/Location/LinuxLocationConsent.h"
+#include "PlatformLinux/Location/PortalLocationConsent.h"
 #include "PlatformLinux/System/AsioDispatch.h"
 #include "PlatformLinux/System/PosixFileSystem.h"
+#include "Tests/PlatformLinux/Location/FakeLocationPortal.h"
 #include "Tests/Support/FakeLocationConsent.h"
 #include "Tests/Support/RecordingDiagnosticLog.h"
 #include "Tests/Support/SimulatedClock.h"
@@ -24,8 +26,12 @@ class LinuxConsentWorld {
   [[nodiscard]] LocationConsent& consent() { return consent_; }
   /// The user decides in another program.
   void decide(ConsentDecision decision) { ASSERT_TRUE(otherRecord_.record(decision)); }
-  /// What the user was asked: whether for use only.
-  [[nodiscard]] std::vector<bool> asked() const { return asked_; }
+  /// The status after that.
+  [[nodiscard]] static std::int32_t statusOf(ConsentDecision decision) {
+    return static_cast<std::int32_t>(decision);
+  }
+  /// How often the user was asked.
+  [[nodiscard]] std::size_t asked() const { return asked_; }
   [[nodiscard]] DispatchQueue& mainQueue() { return dispatch_.mainQueue(); }
 
   /// Lets changes come until `done`. False when it takes longer than any machine should need.
@@ -51,11 +57,60 @@ class LinuxConsentWorld {
   RecordingDiagnosticLog log_;
   ConsentRecord record_{consentPlaceIn(directory_), files_, log_};
   ConsentRecord otherRecord_{consentPlaceIn(directory_), files_, log_};
-  std::vector<bool> asked_;
+  std::size_t asked_ = 0;
   EventLoop loop_;
   AsioDispatch dispatch_{loop_};
   LinuxLocationConsent consent_{record_, loop_, dispatch_, log_,
-                                [this](bool whenInUse) { asked_.push_back(whenInUse); }};
+                                [this](bool /*whenInUse*/) { ++asked_; }};
+};
+
+/// A sandbox's record and a portal in memory whose store can be looked at: the user decides there,
+/// and another program records it.
+class PortalConsentWorld {
+ public:
+  [[nodiscard]] LocationConsent& consent() { return consent_; }
+  void decide(ConsentDecision decision) {
+    ASSERT_TRUE(otherRecord_.record(decision));
+    StoredPermission stored = StoredPermission::granted;
+    if (decision == ConsentDecision::notDetermined) stored = StoredPermission::absent;
+    if (decision == ConsentDecision::denied) stored = StoredPermission::refused;
+    portal_.setKnowledge({.portal = PortalOutcome::offered, .stored = stored});
+  }
+  /// A portal gives no consent for always.
+  [[nodiscard]] static std::int32_t statusOf(ConsentDecision decision) {
+    return decision == ConsentDecision::authorizedAlways ? 4 : static_cast<std::int32_t>(decision);
+  }
+  [[nodiscard]] std::size_t asked() { return portal_.questions(); }
+  [[nodiscard]] DispatchQueue& mainQueue() { return dispatch_.mainQueue(); }
+
+  [[nodiscard]] bool runUntil(const std::function<bool()>& done) {
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    while (!done()) {
+      const auto now = std::chrono::steady_clock::now();
+      if (now > limit) return false;
+      static_cast<void>(dispatch_.runMainUntil(now + std::chrono::milliseconds(2)));
+    }
+    return true;
+  }
+  void settle() {
+    static_cast<void>(
+        dispatch_.runMainUntil(std::chrono::steady_clock::now() + std::chrono::milliseconds(150)));
+  }
+
+ private:
+  TemporaryFolder folder_;
+  DataDirectory directory_{folder_ / "data"};
+  PosixFileSystem files_;
+  RecordingDiagnosticLog log_;
+  ConsentRecord record_{consentPlaceIn(directory_, ConsentKeeper::portal), files_, log_};
+  ConsentRecord otherRecord_{consentPlaceIn(directory_, ConsentKeeper::portal), files_, log_};
+  FakePortalState portal_;
+  EventLoop loop_;
+  AsioDispatch dispatch_{loop_};
+  PortalLocationConsent consent_{
+      {.record = record_, .loop = loop_, .dispatch = dispatch_, .log = log_},
+      record_,
+      std::make_unique<FakeLocationPortal>(portal_)};
 };
 
 /// The fake over virtual time.
@@ -65,13 +120,10 @@ class FakeConsentWorld {
   void decide(ConsentDecision decision) {
     consent_.setAuthorizationStatus(static_cast<std::int32_t>(decision));
   }
-  [[nodiscard]] std::vector<bool> asked() const {
-    std::vector<bool> asked;
-    for (const auto question : consent_.questions()) {
-      asked.push_back(question == FakeLocationConsent::Request::whenInUse);
-    }
-    return asked;
+  [[nodiscard]] static std::int32_t statusOf(ConsentDecision decision) {
+    return static_cast<std::int32_t>(decision);
   }
+  [[nodiscard]] std::size_t asked() const { return consent_.questions().size(); }
   [[nodiscard]] DispatchQueue& mainQueue() { return dispatch_.mainQueue(); }
 
   [[nodiscard]] bool runUntil(const std::function<bool()>& done) {

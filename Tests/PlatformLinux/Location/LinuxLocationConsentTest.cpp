@@ -244,6 +244,22 @@ TEST_F(LinuxLocationConsentTest, WithoutAHostARequestDoesNothing) {
   EXPECT_FALSE(fs::exists(file()));
 }
 
+TEST_F(LinuxLocationConsentTest, AHostHearsWhetherItIsForUseOnly) {
+  const DataDirectory directory(data());
+  PosixFileSystem files;
+  RecordingDiagnosticLog log;
+  const ConsentRecord consentRecord(consentPlaceIn(directory), files, log);
+  EventLoop loop;
+  AsioDispatch dispatch(loop);
+  std::vector<bool> asked;
+  LinuxLocationConsent consent(consentRecord, loop, dispatch, log,
+                               [&asked](bool whenInUse) { asked.push_back(whenInUse); });
+  const auto manager = consent.makeLocationManager(nullptr);
+  manager->requestWhenInUseAuthorization();
+  manager->requestAlwaysAuthorization();
+  EXPECT_THAT(asked, ElementsAre(true, false));
+}
+
 TEST_F(LinuxLocationConsentTest, WhenTheKernelCannotBeListenedToALineSaysSo) {
   // No watch can be had: descriptors are at their limit when the manager begins.
   ChildProcess child([this] {

@@ -119,5 +119,16 @@ TEST_F(PathComputation, WithARequiredTypeOtherInterfacesDoNotExist) {
   EXPECT_EQ(path(PathInterfaceType::cellular), "unsatisfied:");
 }
 
+TEST_F(PathComputation, OfTwoWifiInterfacesTheJoinedOneIsFoundFirst) {
+  addLink(2, "eth0", PathInterfaceType::wiredEthernet);
+  addLink(3, "wlan0", PathInterfaceType::wifi, IFF_UP);
+  addLink(4, "wlan1", PathInterfaceType::wifi);
+  EXPECT_EQ(path(PathInterfaceType::wifi), "unsatisfied: wlan1") << "the other has no carrier";
+  addLink(3, "wlan0", PathInterfaceType::wifi);
+  addDefaultRoute(AF_INET, {2}, 100);
+  addDefaultRoute(AF_INET, {4}, 600);
+  EXPECT_EQ(path(PathInterfaceType::wifi), "satisfied: wlan1 wlan0") << "the other is no way out";
+}
+
 }  // namespace
 }  // namespace lanternfold
