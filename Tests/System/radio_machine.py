@@ -17,7 +17,7 @@ INIT = Path(__file__).resolve().parent / "radio_init.sh"
 # Whoever takes longer has hung.
 BOOT_SECONDS = 300
 SCRIPT_SECONDS = 240
-MEMORY = "1024M"
+MEMORY = "768M"
 EMULATOR = "qemu-system-x86_64"
 INSIDE = ["busybox", "hostapd", "hostapd_cli", "wpa_supplicant", "wpa_cli", "iw", "ip", "setpriv"]
 OUTSIDE = [EMULATOR, "cpio", "depmod", "modprobe", "setpriv", "dpkg-deb", "apt-get", "ldd"]

@@ -136,6 +136,17 @@ class Air:
         """Ends the supplicant, and with it the connection."""
         self.machine.run(stop("wpa_supplicant"))
 
+    def keep_talking(self, interface="wlan1"):
+        """Sends frames to the access point until `be_silent`; rates show in nothing else."""
+        self.machine.run(f"""
+            {INSIDE} /usr/sbin/ip address replace 192.0.2.1/24 dev {ACCESS_POINT}
+            /usr/sbin/ip address replace 192.0.2.2/24 dev {interface}
+            ping -q -i 0.1 192.0.2.1 >/dev/null 2>&1 </dev/null &
+            echo $! >/run/ping.pid""")
+
+    def be_silent(self):
+        self.machine.run("kill $(cat /run/ping.pid)")
+
     def access_point(self, command):
         """Runs a command where the access point is."""
         return self.machine.run(f"{INSIDE} {command}")

@@ -1,7 +1,7 @@
 """What the program says of a machine's Wi-Fi after each change: radios, signal, power, country, the
 access point, the switch, and no Wi-Fi at all."""
 
-from radio_network import NAMESPACE, Network, until
+from radio_network import Network, until
 from radio_machine import PROGRAM, RADIOS
 from radio_test import DATA, RadioTest
 
@@ -35,12 +35,9 @@ class JoinedTest(RadioTest):
             self.assertEqual(milliwatts, figures["transmitPowerMilliwatts"])
 
     def test_bit_rates(self):
-        self.machine.run(f"""
-            /usr/sbin/ip netns exec {NAMESPACE} /usr/sbin/ip address replace 192.0.2.1/24 dev wlan0
-            /usr/sbin/ip address replace 192.0.2.2/24 dev wlan1
-            ping -q -i 0.1 192.0.2.1 >/dev/null 2>&1 </dev/null &
-            echo $! >/run/ping.pid""")
-        self.addCleanup(self.machine.run, "kill $(cat /run/ping.pid); iw dev wlan1 set bitrates")
+        self.air.keep_talking()
+        self.addCleanup(self.machine.run, "iw dev wlan1 set bitrates")
+        self.addCleanup(self.air.be_silent)
         seen = set()
         for bitrates, told in (("vht-mcs-5 2:8", "VHT-NSS 2"), ("vht-mcs-5 1:0", "VHT-NSS 1")):
             self.machine.run(f"iw dev wlan1 set bitrates {bitrates}\n" + until(
