@@ -22,6 +22,14 @@ using testing::IsEmpty;
 
 constexpr const char* application = "net.quernaple.LanternfoldTest";
 constexpr const char* storeName = "org.freedesktop.impl.portal.PermissionStore";
+// To the second program: the world's folder, and the pipe through which it tells how far it is.
+constexpr const char* folderVariable = "LANTERNFOLD_TEST_FOLDER";
+constexpr const char* pipeVariable = "LANTERNFOLD_TEST_PIPE";
+
+std::string busAddressIn(const fs::path& folder) {
+  return "unix:path=" + (folder / "bus").string();
+}
+fs::path dataFolderIn(const fs::path& folder) { return folder / "data"; }
 
 /// Replaces the calling process, which is a child's.
 int become(std::vector<std::string> words) {
@@ -72,9 +80,10 @@ class SandboxedProgram {
       consent_.makeLocationManager([this] { seen_ = status(); });
 };
 
-class BusLocationPortalTest : public testing::Test {
- protected:
-  BusLocationPortalTest() {
+/// The session of one user, in a folder of its own.
+class PortalSessionWorld {
+ public:
+  PortalSessionWorld() {
     folder_.write(
         "bus.conf",
         "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\""
@@ -91,13 +100,16 @@ class BusLocationPortalTest : public testing::Test {
                                 LANTERNFOLD_SOURCE_DIR "/Tests/System/odd_portal.py", "patient"}));
   }
 
-  [[nodiscard]] fs::path data() const { return folder_ / "data"; }
-  void waitForServices() {
+  PortalSessionWorld(const PortalSessionWorld&) = delete;
+  PortalSessionWorld& operator=(const PortalSessionWorld&) = delete;
+
+  [[nodiscard]] const fs::path& folder() const { return folder_.path(); }
+  void waitForServices() const {
     ASSERT_TRUE(waitForOwner(storeName));
     ASSERT_TRUE(waitForOwner("org.freedesktop.portal.Desktop"));
   }
   /// As the system's settings do.
-  void setPermission(const std::string& accuracy) {
+  void setPermission(const std::string& accuracy) const {
     ASSERT_TRUE(call(std::string(storeName) + " /org/freedesktop/impl/portal/PermissionStore " +
                      storeName +
                      ".SetPermission string:location boolean:true string:location "
@@ -105,15 +117,12 @@ class BusLocationPortalTest : public testing::Test {
                      application + " array:string:" + accuracy + ",0"));
   }
   void decideBefore(ConsentDecision decision) const {
-    const DataDirectory directory(data());
+    const DataDirectory directory(dataFolderIn(folder_.path()));
     PosixFileSystem files;
     RecordingDiagnosticLog log;
     ASSERT_TRUE(ConsentRecord(consentPlaceIn(directory, ConsentKeeper::portal), files, log)
                     .record(decision));
   }
-
-  TemporaryFolder folder_;
-  const std::string address_ = "unix:path=" + (folder_ / "bus").string();
 
  private:
   [[nodiscard]] std::unique_ptr<ChildProcess> serve(const std::vector<std::string>& words) const {
@@ -146,36 +155,56 @@ class BusLocationPortalTest : public testing::Test {
     return false;
   }
 
+  TemporaryFolder folder_;
+  const std::string address_ = busAddressIn(folder_.path());
   std::vector<std::unique_ptr<ChildProcess>> processes_;
 };
 
-// Once in a process, as ctest runs it: a child has none of the threads that GLib keeps from the
-// first connection on.
-TEST_F(BusLocationPortalTest, WhatIsDecidedInTheStoreIsHeardOfByEveryProgram) {
-  ASSERT_NO_FATAL_FAILURE(waitForServices());
-  setPermission("EXACT");
-  decideBefore(ConsentDecision::authorizedWhenInUse);
+/// What the second program does: 0, or how far it came.
+int watchAsSecondProgram(const fs::path& folder, int pipe) {
+  SandboxedProgram program(dataFolderIn(folder), busAddressIn(folder));
+  const auto tell = [&] { return ::write(pipe, "x", 1) == 1; };
+  if (program.status() != 4 || !tell()) return 1;
+  if (!program.runUntilSeen(2) || !tell()) return 2;
+  return program.runUntilSeen(4) ? 0 : 3;
+}
+
+/// This test once more, in a program started anew: a mere copy of the process would lack the
+/// threads that GLib keeps from the first connection on.
+int becomeSecondProgram(const fs::path& folder, int pipe) {
+  ::setenv(folderVariable, folder.c_str(), 1);
+  ::setenv(pipeVariable, std::to_string(pipe).c_str(), 1);
+  const auto* test = testing::UnitTest::GetInstance()->current_test_info();
+  return become({"/proc/self/exe", "--gtest_brief=1",
+                 std::string("--gtest_filter=") + test->test_suite_name() + "." + test->name()});
+}
+
+TEST(BusLocationPortalTest, WhatIsDecidedInTheStoreIsHeardOfByEveryProgram) {
+  // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody writes the environment of the test's process
+  if (const char* folder = std::getenv(folderVariable); folder != nullptr) {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): the same
+    ASSERT_EQ(watchAsSecondProgram(folder, std::stoi(std::getenv(pipeVariable))), 0);
+    return;
+  }
+  const PortalSessionWorld world;
+  ASSERT_NO_FATAL_FAILURE(world.waitForServices());
+  world.setPermission("EXACT");
+  world.decideBefore(ConsentDecision::authorizedWhenInUse);
   std::array<int, 2> told{};
   ASSERT_EQ(::pipe(told.data()), 0);
-  ChildProcess other([&] {
-    SandboxedProgram program(data(), address_);
-    const auto tell = [&] { return ::write(told[1], "x", 1) == 1; };
-    if (program.status() != 4 || !tell()) return 1;
-    if (!program.runUntilSeen(2) || !tell()) return 2;
-    return program.runUntilSeen(4) ? 0 : 3;
-  });
+  ChildProcess other([&] { return becomeSecondProgram(world.folder(), told[1]); });
   ::close(told[1]);
   const auto otherHasTold = [&] {
     char byte = 0;
     return ::read(told[0], &byte, 1) == 1;
   };
-  SandboxedProgram program(data(), address_);
+  SandboxedProgram program(dataFolderIn(world.folder()), busAddressIn(world.folder()));
   EXPECT_EQ(program.status(), 4);
   EXPECT_TRUE(otherHasTold());
-  setPermission("NONE");
+  world.setPermission("NONE");
   EXPECT_TRUE(program.runUntilSeen(2));
   EXPECT_TRUE(otherHasTold());
-  setPermission("CITY");
+  world.setPermission("CITY");
   EXPECT_TRUE(program.runUntilSeen(4));
   EXPECT_EQ(other.wait(), 0);
   ::close(told[0]);
