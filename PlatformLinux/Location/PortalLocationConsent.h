@@ -40,8 +40,8 @@ class PortalLocationConsent final : public LocationConsent, public ConsentAuthor
   PortalLocationConsent(const PortalLocationConsent&) = delete;
   PortalLocationConsent& operator=(const PortalLocationConsent&) = delete;
 
-  /// The first look at the bus takes a moment, a few seconds if nobody answers there. Without a
-  /// portal a line of the log says why, again only after that has changed.
+  /// The first look at the bus takes a moment, 10 seconds if somebody there does not answer.
+  /// Without a portal a line of the log says why, again only after that has changed.
   [[nodiscard]] std::int32_t authorizationStatus() const override;
   [[nodiscard]] std::unique_ptr<LocationManager> makeLocationManager(
       ChangeHandler didChangeAuthorization) override;

@@ -3,6 +3,9 @@
 #include <array>
 #include <chrono>
 #include <cstdlib>
+#include <future>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <thread>
 #include <unistd.h>
 
@@ -72,10 +75,10 @@ class SandboxedProgram {
   PortalLocationConsent consent_{
       {.record = record_, .loop = loop_, .dispatch = dispatch_, .log = log_},
       record_,
-      std::make_unique<BusLocationPortal>(
-          PortalSurroundings{.busAddress = busAddress_,
-                             .applicationId = application,
-                             .limits = {.reply = std::chrono::seconds(30)}})};
+      std::make_unique<BusLocationPortal>(PortalSurroundings{
+          .busAddress = busAddress_,
+          .applicationId = application,
+          .limits = {.look = std::chrono::seconds(30), .reply = std::chrono::seconds(30)}})};
   std::unique_ptr<LocationManager> manager_ =
       consent_.makeLocationManager([this] { seen_ = status(); });
 };
@@ -209,6 +212,63 @@ TEST(BusLocationPortalTest, WhatIsDecidedInTheStoreIsHeardOfByEveryProgram) {
   EXPECT_EQ(other.wait(), 0);
   ::close(told[0]);
   EXPECT_THAT(program.log().lines(), IsEmpty());
+}
+
+/// Takes connections and never says a word.
+class SilentBus {
+ public:
+  SilentBus() : listener_(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    const std::string path = folder_ / "bus";
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    EXPECT_EQ(::bind(listener_, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    EXPECT_EQ(::listen(listener_, 8), 0);
+  }
+  ~SilentBus() { ::close(listener_); }
+  SilentBus(const SilentBus&) = delete;
+  SilentBus& operator=(const SilentBus&) = delete;
+
+  [[nodiscard]] std::string address() const { return busAddressIn(folder_.path()); }
+
+ private:
+  TemporaryFolder folder_;
+  const int listener_;
+};
+
+TEST(BusLocationPortalTest, WhoAsksOverABusThatHangsIsToldSo) {
+  const SilentBus bus;
+  std::promise<PortalOutcome> told;
+  std::future<PortalOutcome> outcome = told.get_future();
+  BusLocationPortal portal({.busAddress = bus.address(),
+                            .applicationId = application,
+                            .limits = {.reply = std::chrono::milliseconds(50)}});
+  portal.ask([&](PortalOutcome given) { told.set_value(given); });
+  ASSERT_EQ(outcome.wait_for(std::chrono::seconds(60)), std::future_status::ready);
+  EXPECT_EQ(outcome.get(), PortalOutcome::noBus);
+}
+
+TEST(BusLocationPortalTest, WhoLooksAtABusThatHangsIsNotKeptWaiting) {
+  const SilentBus bus;
+  BusLocationPortal portal(
+      {.busAddress = bus.address(),
+       .applicationId = application,
+       .limits = {.look = std::chrono::milliseconds(50), .reply = std::chrono::hours(1)}});
+  EXPECT_EQ(portal.knowledge().portal, PortalOutcome::silent);
+}
+
+TEST(BusLocationPortalTest, ALookThatEndsLateIsHeardOfAsAChange) {
+  const SilentBus bus;
+  std::promise<void> changed;
+  std::future<void> change = changed.get_future();
+  BusLocationPortal portal(
+      {.busAddress = bus.address(),
+       .applicationId = application,
+       .limits = {.look = std::chrono::milliseconds(1), .reply = std::chrono::milliseconds(500)}});
+  portal.setChangeHandler([&] { changed.set_value(); });
+  (void)portal.knowledge();
+  ASSERT_EQ(change.wait_for(std::chrono::seconds(60)), std::future_status::ready);
+  EXPECT_EQ(portal.knowledge().portal, PortalOutcome::noBus);
 }
 
 }  // namespace
