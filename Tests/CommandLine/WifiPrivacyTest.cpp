@@ -23,7 +23,7 @@ const NetworkNames otherNames{.ssid = "x",
                               .secondBssid = {0x02, 0x22, 0x22, 0x22, 0x22, 0x22},
                               .peer = {0x02, 0x33, 0x33, 0x33, 0x33, 0x33}};
 
-std::vector<std::string> findings(const Traces& traces) {
+std::vector<std::string> findingsIn(const Traces& traces) {
   std::vector<std::string> found;
   for (const auto& [place, bytes] : traces) {
     const auto more = findings(place, bytes);
@@ -36,7 +36,7 @@ class WithoutWifiConsent : public testing::TestWithParam<std::int32_t> {};
 
 TEST_P(WithoutWifiConsent, NothingThatIsWrittenHoldsAName) {
   const Traces traces = KnowingMachine(multiLinkFacts(marker), GetParam()).runEverything();
-  EXPECT_EQ(findings(traces), std::vector<std::string>());
+  EXPECT_EQ(findingsIn(traces), std::vector<std::string>());
   EXPECT_EQ(traces.at("wifi status"), "0");
 }
 
@@ -44,7 +44,7 @@ INSTANTIATE_TEST_SUITE_P(Statuses, WithoutWifiConsent, testing::ValuesIn(withhel
 
 TEST(WifiPrivacy, WithoutConsentNothingOfAnOrdinaryConnectionIsWritten) {
   const Traces traces = KnowingMachine(joinedFacts(marker), 0).runEverything();
-  EXPECT_EQ(findings(traces), std::vector<std::string>());
+  EXPECT_EQ(findingsIn(traces), std::vector<std::string>());
 }
 
 TEST(WifiPrivacy, WithConsentTheSameSearchFindsTheNames) {
