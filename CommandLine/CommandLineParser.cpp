@@ -107,11 +107,12 @@ void addState(CLI::App& app, Choice& choice) {
                    "other (the other network adapters), cellular; default wlan,other")
       ->option_text("NAME,NAME")
       ->type_name("internet, wlan, cellular and other, separated by commas");
-  command->add_flag("--json", options->json,
-                    "Write {\"complete\":…,\"state\":{…}}; with --watch one object a line");
+  command->add_flag(
+      "--json", options->json,
+      "Write {\"complete\":…,\"state\":{…},\"wifi\":{…}}; with --watch one object a line");
   command->add_flag("--watch", options->watch,
-                    "Report again at every change of a link, an address or a default route, until "
-                    "interrupted");
+                    "Report again at every change of a link, an address, a default route or the "
+                    "Wi-Fi, until interrupted");
   addCommonOptions(*command, *common);
   command->callback([options, categories, common, &choice] {
     choice = chooseState(*options, *categories, *common);

@@ -161,8 +161,11 @@ std::string interfacesJson(std::span<const BasicInterface> interfaces) {
   return textOf(listToJson(interfaces));
 }
 
-std::string stateJson(const NetworkState& state, NetworkSourceCategory asked, bool complete) {
-  return textOf({{"complete", complete}, {"state", askedPartOf(state, asked)}});
+std::string stateJson(const NetworkState& state, NetworkSourceCategory asked, bool complete,
+                      const std::optional<std::string>& wifi) {
+  std::string text = textOf({{"complete", complete}, {"state", askedPartOf(state, asked)}});
+  if (wifi) text.insert(text.size() - 1, ",\"wifi\":" + *wifi);
+  return text;
 }
 
 }  // namespace lanternfold

@@ -6,6 +6,7 @@
 // the place of what is wrong; nothing here fails.
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string>
 
@@ -17,7 +18,9 @@ namespace lanternfold {
 [[nodiscard]] std::string interfacesJson(std::span<const BasicInterface> interfaces);
 
 /// {"complete":…,"state":{…}}; categories that were not asked for are null, `others` an empty list.
+/// With `wifi`, which is JSON, {"complete":…,"state":{…},"wifi":…}.
 [[nodiscard]] std::string stateJson(const NetworkState& state, NetworkSourceCategory asked,
-                                    bool complete);
+                                    bool complete,
+                                    const std::optional<std::string>& wifi = std::nullopt);
 
 }  // namespace lanternfold

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <sstream>
+#include <string>
 #include <utility>
 
 #include "CommandLine/KernelAccess.h"
@@ -11,6 +13,7 @@
 #include "CommandLine/RecordJson.h"
 #include "CommandLine/StateText.h"
 #include "CommandLine/WifiConsent.h"
+#include "CommandLine/WifiJson.h"
 
 namespace lanternfold {
 namespace {
@@ -72,9 +75,17 @@ class WithheldNameHint {
   const Console& console_;
 };
 
+/// What the record has no room for; null as well when the kernel refuses, which is said elsewhere.
+std::optional<std::string> wifiBeside(const StateOptions& options, const Machine& machine) {
+  if (!options.categories.contains(NetworkSourceCategory::wlan())) return std::nullopt;
+  return wifiJson(machine.readWifi().value_or(std::nullopt));
+}
+
 std::string textOf(const NetworkState& state, bool complete, const StateOptions& options,
                    const Machine& machine, const Console& console) {
-  if (options.json) return stateJson(state, options.categories, complete) + '\n';
+  if (options.json) {
+    return stateJson(state, options.categories, complete, wifiBeside(options, machine)) + '\n';
+  }
   std::ostringstream text;
   writeStateText(state, options.categories, machine.platform.strings,
                  {.output = text, .errors = console.errors, .style = console.style});

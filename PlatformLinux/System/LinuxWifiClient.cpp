@@ -110,7 +110,7 @@ LinuxWifiClient::Facts LinuxWifiClient::readFacts(NetlinkSocket& socket) const {
   if (candidates.empty()) return std::nullopt;
   const Conversation conversation{.socket = socket, .messageType = messageType, .reading = reading};
   auto [facts, cellsWereKept] = chooseInterface(conversation, std::move(candidates));
-  facts.isPoweredOn = isPoweredOn(facts.interface);
+  facts.isPoweredOn = isPoweredOn(facts);
   const std::uint32_t index = facts.interface.index;
   if (facts.interface.ssid || !facts.joinedCells.empty()) {
     facts.stations =
@@ -158,7 +158,8 @@ JoinedCellMemory::Cells LinuxWifiClient::listedCells(const Conversation& convers
   return *std::move(cells);
 }
 
-bool LinuxWifiClient::isPoweredOn(const WifiInterfaceMessage& interface) const {
+bool LinuxWifiClient::isPoweredOn(const WifiFacts& facts) const {
+  const WifiInterfaceMessage& interface = facts.interface;
   if (interface.name.size() >= IFNAMSIZ) return false;
   auto socket = routeSockets_.take();
   if (!socket) return false;
@@ -167,7 +168,8 @@ bool LinuxWifiClient::isPoweredOn(const WifiInterfaceMessage& interface) const {
   const bool isUp = std::ranges::any_of(links, [&](const LinkMessage& link) {
     return link.index == interface.index && (link.flags & IFF_UP) != 0;
   });
-  return isUp && !deviceTree_.radioIsBlocked(interface.name, interface.index);
+  if (!isUp || !facts.joinedCells.empty()) return isUp;
+  return !deviceTree_.radioIsBlocked(interface.name, interface.index);
 }
 
 }  // namespace lanternfold

@@ -34,8 +34,8 @@ struct WifiSources {
 /// Any thread, if the predicate may be asked on any. Names are withheld here, below every reader.
 ///
 /// Power: the radio is on when the kernel has the link up and no switch blocks it. A blocked
-/// radio's link is taken down by the kernel; the switch itself is looked at for drivers that do not
-/// tell the kernel in time.
+/// radio's link is taken down by the kernel; the switch itself is looked at, unless a network is
+/// joined, for drivers that do not tell the kernel in time.
 ///
 /// Each reading asks for the interfaces, the peers with their signal and rates, the noise and the
 /// country. The list of all cells around is asked for when it may have changed: what counts as a
@@ -76,7 +76,7 @@ class LinuxWifiClient final : public WifiClient {
                                        std::vector<WifiInterfaceMessage> candidates) const;
   [[nodiscard]] JoinedCellMemory::Cells listedCells(const Conversation& conversation,
                                                     const WifiInterfaceMessage& interface) const;
-  [[nodiscard]] bool isPoweredOn(const WifiInterfaceMessage& interface) const;
+  [[nodiscard]] bool isPoweredOn(const WifiFacts& facts) const;
 
   MayTellNames mayTellNames_;
   DeviceTree deviceTree_;

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "CommandLine/Program.h"
+#include "CommandLine/WifiJson.h"
 #include "Tests/CommandLine/WifiScenes.h"
 
 namespace lanternfold {
@@ -72,6 +73,21 @@ TEST_F(WifiStateTest, ShowsTheRowsOfTheCardAndTheFiguresThatHaveNone) {
             "  Rate            866.7 Mbit/s\n"
             "  Country         DE\n");
   EXPECT_EQ(errors_.str(), "");
+}
+
+TEST_F(WifiStateTest, AsJsonEverythingTheKernelTellsStandsBesideTheState) {
+  allow();
+  const Json whole = Json::parse(textOf({"--json"})).at("wifi");
+  EXPECT_EQ(whole, Json::parse(wifiJson(fake_.wifi.report().value())));
+  EXPECT_EQ(whole.at("bssid"), "02:00:00:00:01:01");
+  EXPECT_FALSE(Json::parse(textOf({"--categories", "other", "--json"})).contains("wifi"));
+}
+
+TEST_F(WifiStateTest, AsJsonAWithheldNameIsToldFromNoNetworkBesideTheState) {
+  const Json whole = Json::parse(textOf({"--json"})).at("wifi");
+  EXPECT_EQ(whole.at("isJoined"), true);
+  EXPECT_EQ(whole.at("namesWithheld"), true);
+  EXPECT_EQ(whole.at("ssid"), nullptr);
 }
 
 TEST_F(WifiStateTest, FiguresThatTheDriverDoesNotGiveHaveNoLine) {

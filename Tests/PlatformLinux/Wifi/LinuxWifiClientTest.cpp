@@ -175,9 +175,15 @@ TEST_F(LinuxWifiClientTest, ASwitchOfSoftwareOrHardwareTurnsTheRadioOff) {
   const LinuxWifiClient asked = client();
   for (const auto& [soft, hard, powerOn] : cases) {
     addSwitch(soft, hard);
-    answerAsJoined();
+    answerAsNotJoined();
     EXPECT_EQ(asked.interface()->powerOn, powerOn) << soft << hard;
   }
+}
+
+TEST_F(LinuxWifiClientTest, ARadioThatHasJoinedANetworkIsOnWithoutALookAtItsSwitch) {
+  addSwitch("1\n", "1\n");
+  answerAsJoined();
+  EXPECT_TRUE(client().interface()->powerOn);
 }
 
 TEST(LinuxWifiClientDeathTest, WithoutAnybodyToAskForConsentStopsTheProgram) {

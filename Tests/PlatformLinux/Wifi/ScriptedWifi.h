@@ -111,6 +111,15 @@ class LinuxWifiClientTest : public testing::Test {
     route_.answer(linkAnswer(5, IFF_UP));
   }
 
+  /// The same for one that has joined none.
+  void answerAsNotJoined() {
+    generic_.answer(familyAnswer());
+    generic_.answer(answerOf({interfacePayload(5, NL80211_IFTYPE_STATION, "")}));
+    generic_.answer(answerOf({cellPayload(false)}));
+    generic_.answer(countryAnswer());
+    route_.answer(linkAnswer(5, IFF_UP));
+  }
+
   void addSwitch(std::string_view soft, std::string_view hard) const {
     const std::filesystem::path link = "class/net/wlan5";
     std::filesystem::create_directories(tree_ / link / "phy80211/rfkill0");

@@ -1,0 +1,140 @@
+// The picture of the Wi-Fi card: its sizes, its options, and what stands on it.
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "CommandLine/Commands/RenderCommand.h"
+#include "CommandLine/StateEntry.h"
+#include "Tests/CommandLine/WifiScenes.h"
+#include "Tests/Support/TemporaryFolder.h"
+
+namespace lanternfold {
+namespace {
+
+constexpr std::int32_t denied = 2;
+constexpr std::int32_t allowed = 4;
+
+class RenderWifiTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    addWifiLink(fake_);
+    fake_.wifi.setFacts(joinedFacts());
+  }
+
+  RenderOptions options(const std::string& fileName) const {
+    RenderOptions options;
+    options.kind = "WlanNetworkStateWidget";
+    options.output = folder_.path() / fileName;
+    return options;
+  }
+  std::expected<void, CommandFailure> render(const RenderOptions& options) {
+    const auto plan = planRender(options);
+    if (!plan) return std::unexpected(plan.error());
+    return runRender(*plan, {.appGroupId = "a.group"}, fake_.machine,
+                     {.output = output_, .errors = errors_});
+  }
+  std::string rendered(const RenderOptions& options) {
+    const auto result = render(options);
+    EXPECT_TRUE(result) << (result ? "" : result.error().sentence);
+    std::ifstream stream(options.output, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+  }
+  NetworkStateEntry entryOf(EntrySource source) {
+    return drawableStateEntry({.source = source,
+                               .categories = NetworkSourceCategory::wlan(),
+                               .configuration = {.showTimestamp = true},
+                               .monitor = {}},
+                              fake_.machine)
+        .value();
+  }
+  std::string sentenceOf(const RenderOptions& options) {
+    const auto result = render(options);
+    return result ? "" : result.error().sentence;
+  }
+
+  FakeMachine fake_;
+  const TemporaryFolder folder_;
+  std::ostringstream output_;
+  std::ostringstream errors_;
+};
+
+/// The width and height in the header of a PNG file.
+std::pair<int, int> sizeOf(const std::string& png) {
+  const auto word = [&png](std::size_t position) {
+    int value = 0;
+    for (const char byte : png.substr(position, 4)) {
+      value = value * 256 + static_cast<unsigned char>(byte);
+    }
+    return value;
+  };
+  return {word(16), word(20)};
+}
+
+TEST_F(RenderWifiTest, ComesSmallAndMediumAndMediumByDefault) {
+  EXPECT_EQ(sizeOf(rendered(options("card.png"))), std::pair(728, 340));
+  auto small = options("small.png");
+  small.family = "small";
+  EXPECT_EQ(sizeOf(rendered(small)), std::pair(340, 340));
+}
+
+TEST_F(RenderWifiTest, AFamilyThatItLacksIsASentence) {
+  auto large = options("card.png");
+  large.family = "large";
+  EXPECT_EQ(sentenceOf(large), "WlanNetworkStateWidget has no large family; use small or medium");
+  large.family = "huge";
+  EXPECT_EQ(sentenceOf(large), "unknown family \"huge\"; use small or medium");
+}
+
+TEST_F(RenderWifiTest, AnAdapterIsNotItsToChoose) {
+  auto chosen = options("card.png");
+  chosen.adapter = "en1";
+  EXPECT_THAT(sentenceOf(chosen),
+              testing::StartsWith("--adapter chooses what NetworkAdapterWidget"));
+}
+
+TEST_F(RenderWifiTest, ATimelineEntryIsThisMachinesWifi) {
+  fake_.locationConsent.setAuthorizationStatus(allowed);
+  const NetworkStateEntry entry = entryOf(EntrySource::timeline);
+  ASSERT_TRUE(entry.networkState.wlan && entry.networkState.wlan->currentNetwork);
+  EXPECT_EQ(entry.networkState.wlan->currentNetwork->ssid, "Example");
+  EXPECT_EQ(entry.configuration, ConfigurationIntent{.showTimestamp = true});
+  EXPECT_FALSE(entry.isSnapshot);
+}
+
+TEST_F(RenderWifiTest, WithoutConsentTheEntryHasNoNetworkButItsInterface) {
+  fake_.locationConsent.setAuthorizationStatus(denied);
+  const NetworkStateEntry entry = entryOf(EntrySource::timeline);
+  ASSERT_TRUE(entry.networkState.wlan);
+  EXPECT_EQ(entry.networkState.wlan->interface.name, "en1");
+  EXPECT_FALSE(entry.networkState.wlan->currentNetwork);
+}
+
+TEST_F(RenderWifiTest, APlaceholderHasAnEmptyConfigurationAndASnapshotTheGivenOne) {
+  EXPECT_EQ(entryOf(EntrySource::placeholder).configuration, ConfigurationIntent{});
+  EXPECT_EQ(entryOf(EntrySource::snapshot).configuration,
+            ConfigurationIntent{.showTimestamp = true});
+  EXPECT_TRUE(entryOf(EntrySource::snapshot).isSnapshot);
+}
+
+TEST_F(RenderWifiTest, AMachineWithoutWifiHasACardThatSaysSo) {
+  fake_.wifi.setFacts(std::nullopt);
+  EXPECT_FALSE(entryOf(EntrySource::timeline).networkState.wlan);
+  EXPECT_EQ(sizeOf(rendered(options("card.png"))), std::pair(728, 340));
+}
+
+TEST_F(RenderWifiTest, AKernelThatRefusesIsASentenceAndNoCard) {
+  fake_.wifi.refuse(NetworkKernelError::refused);
+  EXPECT_NE(sentenceOf(options("card.png")), "");
+  EXPECT_FALSE(std::filesystem::exists(folder_.path() / "card.png"));
+}
+
+TEST_F(RenderWifiTest, RemembersTrafficInItsApplicationGroup) {
+  (void)rendered(options("card.png"));
+  EXPECT_THAT(fake_.fileSystem.paths("/containers/groups"),
+              testing::Contains(testing::HasSubstr("a.group")));
+}
+
+}  // namespace
+}  // namespace lanternfold
