@@ -14,7 +14,7 @@ enum class TextStyle {
 
 struct Console {
   std::ostream& output;  ///< results only
-  std::ostream& errors;  ///< one line per failure
+  std::ostream& errors;  ///< one line per failure or hint
   TextStyle style = TextStyle::plain;
   /// Whether whoever read the output has closed it, which is no fault of the program.
   bool (*isReaderGone)() = [] { return false; };

@@ -7,8 +7,8 @@
 
 namespace lanternfold {
 
-/// `text` with every control character and every byte that is not valid UTF-8 written as "\xNN":
-/// the kernel lets an interface's name hold an escape sequence.
+/// `text` escaped as `escapedText` does: the kernel lets an interface's name hold an escape
+/// sequence.
 [[nodiscard]] std::string printable(std::string_view text);
 
 /// `text` for a message: printable, in quotation marks, and cut after 64 characters.

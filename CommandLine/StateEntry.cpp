@@ -5,17 +5,20 @@
 #include <utility>
 
 #include "CommandLine/KernelAccess.h"
+#include "CommandLine/UnaskedConsent.h"
 #include "NetworkWidgetVexExtension/Providers/NetworkStateProvider.h"
 
 namespace lanternfold {
 namespace {
 
-NetworkStateProvider makeProvider(const StateEntryRequest& request, const Machine& machine) {
+/// `consent` and the machine outlive the provider.
+NetworkStateProvider makeProvider(const StateEntryRequest& request, const Machine& machine,
+                                  LocationConsent& consent) {
   const Platform& platform = machine.platform;
   return {{.appGroupId = request.monitor.appGroupId,
            .categoryFilter = request.categories,
            .skipGeoIp = request.monitor.skipGeoIP},
-          std::make_shared<LocationAuthorizationObserver>(platform.locationConsent),
+          std::make_shared<LocationAuthorizationObserver>(consent),
           {.clock = platform.clock,
            .strings = platform.strings,
            .mainQueue = platform.dispatch.mainQueue(),
@@ -54,7 +57,8 @@ std::expected<NetworkStateEntry, CommandFailure> entryOfThisMachine(
 
 std::expected<NetworkStateEntry, CommandFailure> drawableStateEntry(
     const StateEntryRequest& request, const Machine& machine) {
-  const NetworkStateProvider provider = makeProvider(request, machine);
+  UnaskedConsent consent(machine.platform.locationConsent);
+  const NetworkStateProvider provider = makeProvider(request, machine, consent);
   switch (request.source) {
     case EntrySource::placeholder:
       return provider.placeholder({});

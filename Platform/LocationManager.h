@@ -1,7 +1,8 @@
 // The seam to the user's consent to show where the machine is, of which a network's name tells.
 //
-// Linux side: `LinuxLocationConsent` (the user's own record, or a sandbox's portal). Fake:
-// `FakeLocationConsent`. Both pass the same contract tests.
+// Linux side: `LinuxLocationConsent` (the user's own record) and, inside a sandbox,
+// `PortalLocationConsent` (the location portal). Fake: `FakeLocationConsent`. All pass the same
+// contract tests.
 #pragma once
 
 #include <cstdint>

@@ -69,8 +69,8 @@ struct WifiInterface {
   std::optional<std::string> interfaceName;
   WifiInterfaceMode interfaceMode = WifiInterfaceMode::none;
   bool powerOn = false;
-  /// UTF-8, whatever the network's name was made of: what is not, and control characters, are
-  /// escaped. None without a network and without the user's consent, as is the next one.
+  /// UTF-8, whatever the network's name was made of: what is not, and what could deceive a reader,
+  /// is escaped. None without a network and without the user's consent, as is the next one.
   std::optional<std::string> ssid;
   std::optional<std::string> bssid;  ///< lower-case pairs with colons
   WifiPhyMode activePHYMode = WifiPhyMode::none;

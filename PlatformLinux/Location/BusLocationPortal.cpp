@@ -15,7 +15,7 @@ struct BusLocationPortal::Conversing {
 };
 
 BusLocationPortal::BusLocationPortal(PortalSurroundings surroundings)
-    : lookLimit_(surroundings.limits.reply),
+    : lookLimit_(surroundings.limits.look),
       conversing_(std::make_unique<Conversing>(
           std::move(surroundings),
           [this](const PortalKnowledge& knowledge) { learn(knowledge); })) {}

@@ -14,7 +14,7 @@
 namespace lanternfold {
 
 /// Speaks with the bus on a thread of its own. A bus that hangs holds nobody up for longer than the
-/// first look takes.
+/// limit of a look; what the look finds after that is a change.
 class BusLocationPortal final : public LocationPortal {
  public:
   explicit BusLocationPortal(PortalSurroundings surroundings);

@@ -22,8 +22,8 @@ class LocationPortal {
   /// For changes of the knowledge; before everything else, once. Called on the portal's thread.
   virtual void setChangeHandler(ChangeHandler handler) = 0;
 
-  /// What is known at this moment. The first call waits until something is, for a few seconds at
-  /// the most; on the portal's own thread nobody waits.
+  /// What is known at this moment. The first call waits until something is, for some seconds at
+  /// the most, and is told `silent` then; on the portal's own thread nobody waits.
   [[nodiscard]] virtual PortalKnowledge knowledge() = 0;
 
   /// Asks the user, unless he has decided before. `handler` is called once, on the portal's thread,

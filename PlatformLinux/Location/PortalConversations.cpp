@@ -18,12 +18,17 @@ void PortalConversations::begin() {
     return;
   }
   state_ = State::connecting;
+  // A bus that takes the connection and says nothing would never be given up.
+  connectDeadline_ = thread_.after(surroundings_.limits.reply, [this] {
+    if (state_ == State::connecting) busIsLost();
+  });
   bus_->connect(*surroundings_.busAddress,
                 [this](bool isConnected) { takeConnection(isConnected); });
 }
 
 void PortalConversations::takeConnection(bool isConnected) {
   if (state_ != State::connecting) return;
+  connectDeadline_.reset();
   if (!isConnected) {
     busIsLost();
     return;
@@ -110,6 +115,7 @@ void PortalConversations::busIsLost() {
 void PortalConversations::end() {
   state_ = State::over;
   learned_ = nullptr;
+  connectDeadline_.reset();
   asking_.clear();
   question_.reset();
   look_.reset();

@@ -56,6 +56,7 @@ class PortalConversations {
   bool isPortalKnown_ = false;
   bool isStoreKnown_ = false;
   std::vector<LocationPortal::AnswerHandler> asking_;
+  BusTimer connectDeadline_;
 
   const std::shared_ptr<MessageBus> bus_;
   std::unique_ptr<MessageBus::Subscription> ownerChanges_;

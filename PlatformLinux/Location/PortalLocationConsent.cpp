@@ -5,9 +5,19 @@
 namespace lanternfold {
 namespace {
 
-std::string notRecordedLine(const ConsentRecordError& error) {
-  return "the answer of the location portal could not be recorded and does not count: " +
-         (error.sentence.empty() ? error.error.message() : error.sentence);
+std::string reasonOf(const ConsentRecordError& error) {
+  return error.sentence.empty() ? error.error.message() : error.sentence;
+}
+
+std::string consentNotRecordedLine(const ConsentRecordError& error) {
+  return "the consent of the location portal could not be recorded and does not count: " +
+         reasonOf(error);
+}
+
+std::string refusalNotRecordedLine(const ConsentRecordError& error) {
+  return "the refusal of the location portal could not be recorded and counts for this program "
+         "only: " +
+         reasonOf(error);
 }
 
 }  // namespace
@@ -35,13 +45,14 @@ PortalLocationConsent::PortalLocationConsent(const ConsentSurroundings& surround
                                              ConsentRecord& record,
                                              std::unique_ptr<LocationPortal> portal)
     : surroundings_(surroundings), record_(record), portal_(std::move(portal)) {
-  portal_->setChangeHandler([this] { portalHasChanged(); });
+  portal_->setChangeHandler([this] { compareAll(); });
 }
 
 PortalLocationConsent::~PortalLocationConsent() = default;
 
 std::int32_t PortalLocationConsent::authorizationStatus() const {
-  const ConsentDecision recorded = record_.decision();
+  ConsentDecision recorded = record_.decision();
+  if (isRefusedSince(recorded)) recorded = ConsentDecision::denied;
   // What the user withholds himself needs nobody else's word.
   if (recorded == ConsentDecision::denied) return sandboxedStatus(recorded, {});
   const PortalKnowledge knowledge = portal_->knowledge();
@@ -64,7 +75,7 @@ std::unique_ptr<LocationManager> PortalLocationConsent::makeLocationManager(
   return manager;
 }
 
-void PortalLocationConsent::portalHasChanged() {
+void PortalLocationConsent::compareAll() {
   std::vector<std::weak_ptr<StatusComparison>> comparisons;
   {
     const std::lock_guard lock(mutex_);
@@ -76,23 +87,33 @@ void PortalLocationConsent::portalHasChanged() {
 }
 
 void PortalLocationConsent::request() {
-  switch (portalRequestFor(record_.decision(), portal_->knowledge())) {
-    case PortalRequest::none:
-      return;
-    case PortalRequest::verification:
-      if (hasVerified_.exchange(true)) return;
-      break;
-    case PortalRequest::question:
-      break;
-  }
-  portal_->ask([this](PortalOutcome outcome) {
+  const ConsentDecision recorded = record_.decision();
+  if (!mustAsk(recorded)) return;
+  portal_->ask([this, recorded](PortalOutcome outcome) {
+    // The user has decided otherwise while the question was open.
+    if (outcome == PortalOutcome::granted && record_.decision() != recorded) return;
     const Answer answer = take(outcome);
-    if (answer.notRecorded) {
-      surroundings_.log.line(notRecordedLine(*answer.notRecorded));
+    if (answer.notRecorded && outcome == PortalOutcome::granted) {
+      surroundings_.log.line(consentNotRecordedLine(*answer.notRecorded));
     } else if (!isDecision(outcome)) {
       surroundings_.log.line(sentenceOf(outcome));
     }
   });
+}
+
+bool PortalLocationConsent::mustAsk(ConsentDecision recorded) {
+  const PortalKnowledge knowledge = portal_->knowledge();
+  // A refusal that only this program knows of may have become another answer.
+  if (isRefusedSince(recorded)) return knowledge.portal == PortalOutcome::offered;
+  switch (portalRequestFor(recorded, knowledge)) {
+    case PortalRequest::none:
+      return false;
+    case PortalRequest::question:
+      return true;
+    case PortalRequest::verification:
+      break;
+  }
+  return !hasVerified_.exchange(true);
 }
 
 void PortalLocationConsent::ask(AnswerHandler handler) {
@@ -109,10 +130,29 @@ ConsentAuthority::Answer PortalLocationConsent::take(PortalOutcome outcome) {
   hasVerified_ = true;
   const auto decision = outcome == PortalOutcome::granted ? ConsentDecision::authorizedWhenInUse
                                                           : ConsentDecision::denied;
+  const ConsentDecision former = record_.decision();
   // The same answer again changes nothing, and need not be written.
-  if (record_.decision() == decision) return answer;
-  if (auto recorded = record_.record(decision); !recorded) answer.notRecorded = recorded.error();
+  if (former != decision) {
+    if (auto recorded = record_.record(decision); !recorded) answer.notRecorded = recorded.error();
+  }
+  const bool isKeptHere = answer.notRecorded && outcome == PortalOutcome::refused;
+  keepRefusal(isKeptHere ? std::optional(former) : std::nullopt);
+  if (isKeptHere) surroundings_.log.line(refusalNotRecordedLine(*answer.notRecorded));
   return answer;
+}
+
+/// No file changes with it, so that the managers have to be told.
+void PortalLocationConsent::keepRefusal(std::optional<ConsentDecision> refused) {
+  {
+    const std::lock_guard lock(mutex_);
+    if (std::exchange(refused_, refused) == refused) return;
+  }
+  compareAll();
+}
+
+bool PortalLocationConsent::isRefusedSince(ConsentDecision recorded) const {
+  const std::lock_guard lock(mutex_);
+  return refused_ == recorded;
 }
 
 void PortalLocationConsent::say(std::string_view line) const {

@@ -44,6 +44,7 @@ std::optional<DecodeError> walkAttributes(std::span<const std::uint8_t> bytes,
                                           const AttributeSlots& slots, std::uint32_t& present,
                                           std::span<std::span<const std::uint8_t>> values) {
   // Without the reader's optionals: three dozen attributes of each link are only stepped over.
+  std::uint32_t seen = 0;
   for (std::size_t offset = 0; offset < bytes.size();) {
     const std::size_t remaining = bytes.size() - offset;
     nlattr header{};
@@ -56,10 +57,17 @@ std::optional<DecodeError> walkAttributes(std::span<const std::uint8_t> bytes,
     if (slot != AttributeSlots::noSlot) {
       const auto value = bytes.subspan(offset + sizeof(header), length - sizeof(header));
       const AttributePolicy& policy = policies[slot];
-      if ((present >> slot & 1U) != 0) return DecodeError{DecodeProblem::duplicate, policy.name};
-      if (const auto problem = problemOf(policy, value)) return DecodeError{*problem, policy.name};
-      present |= 1U << slot;
-      values[slot] = value;
+      const std::uint32_t bit = 1U << slot;
+      const auto problem = (seen & bit) != 0 ? DecodeProblem::duplicate : problemOf(policy, value);
+      seen |= bit;
+      if (!problem) {
+        present |= bit;
+        values[slot] = value;
+      } else if (policy.presence == AttributePresence::expendable) {
+        present &= ~bit;
+      } else {
+        return DecodeError{*problem, policy.name};
+      }
     }
     // Past the end where the last attribute's padding is left out.
     offset += paddedLength(length);

@@ -27,7 +27,11 @@ enum class AttributeKind {
   flag,    ///< only its presence counts
 };
 
-enum class AttributePresence { optional, required };
+enum class AttributePresence {
+  optional,
+  required,
+  expendable,  ///< optional; one that makes no sense, or is there twice, counts as not there
+};
 
 struct AttributePolicy {
   std::uint16_t type = 0;
@@ -68,8 +72,10 @@ template <typename Number>
           presence};
 }
 
-[[nodiscard]] consteval AttributePolicy nestedAttribute(int type, std::string_view name) {
-  return {static_cast<std::uint16_t>(type), name, AttributeKind::nested};
+[[nodiscard]] consteval AttributePolicy nestedAttribute(
+    int type, std::string_view name, AttributePresence presence = AttributePresence::optional) {
+  return {static_cast<std::uint16_t>(type),        name,    AttributeKind::nested, 0,
+          std::numeric_limits<std::size_t>::max(), presence};
 }
 
 [[nodiscard]] consteval AttributePolicy flagAttribute(int type, std::string_view name) {
@@ -166,8 +172,9 @@ class AttributeTable {
   }
 
   /// Walks `bytes` as attributes. Those that are not in the table are skipped; the flag bits of the
-  /// type (nested, network byte order) are masked. Errors name the attribute: duplicate, wrongSize,
-  /// missing, badValue (a text without a terminator); or the header "nlattr": truncated, badLength.
+  /// type (nested, network byte order) are masked. Errors name the attribute, which is none of the
+  /// expendable ones: duplicate, wrongSize, missing, badValue (a text without a terminator); or the
+  /// header "nlattr": truncated, badLength.
   [[nodiscard]] std::expected<AttributeSet<Count>, DecodeError> parse(
       std::span<const std::uint8_t> bytes) const {
     // Filled where it is returned: a set is as large as its table.

@@ -49,6 +49,23 @@ std::optional<std::string> readCountry(NetlinkSocket& socket, std::uint16_t mess
   return answers.empty() ? std::nullopt : answers.back().countryCode;
 }
 
+/// The interfaces that can be the default one. Errors: those of the dump; malformed when there is
+/// none that can be, and something was listed that may be one but makes no sense.
+std::expected<std::vector<WifiInterfaceMessage>, NetworkKernelError> readCandidates(
+    NetlinkSocket& socket, std::uint16_t messageType) {
+  bool someMadeNoSense = false;
+  const auto decode = [&](const NetlinkMessage& message) {
+    auto interface = decodeWifiInterface(message);
+    someMadeNoSense = someMadeNoSense || !interface;
+    return interface;
+  };
+  const auto interfaces = dumpTable(socket, wirelessInterfaceDumpRequest(messageType), decode);
+  if (!interfaces) return std::unexpected(interfaces.error());
+  auto candidates = defaultInterfaceCandidates(*interfaces);
+  if (candidates.empty() && someMadeNoSense) return std::unexpected(NetworkKernelError::malformed);
+  return candidates;
+}
+
 /// Whether the kernel lists the access point of one of the cells, as far as it lists any. Among the
 /// members of an ad hoc network there need be none.
 bool peersAgree(const WifiFacts& facts) {
@@ -103,10 +120,9 @@ LinuxWifiClient::Facts LinuxWifiClient::readFacts(NetlinkSocket& socket) const {
   if (!family) return std::unexpected(family.error());
   if (!*family) return std::nullopt;
   const std::uint16_t messageType = (*family)->messageType;
-  const auto interfaces =
-      dumpTable(socket, wirelessInterfaceDumpRequest(messageType), decodeWifiInterface);
-  if (!interfaces) return std::unexpected(interfaces.error());
-  auto candidates = defaultInterfaceCandidates(*interfaces);
+  auto listed = readCandidates(socket, messageType);
+  if (!listed) return std::unexpected(listed.error());
+  std::vector<WifiInterfaceMessage>& candidates = *listed;
   if (candidates.empty()) return std::nullopt;
   const Conversation conversation{.socket = socket, .messageType = messageType, .reading = reading};
   auto [facts, cellsWereKept] = chooseInterface(conversation, std::move(candidates));

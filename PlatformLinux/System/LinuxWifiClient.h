@@ -53,7 +53,8 @@ class LinuxWifiClient final : public WifiClient {
   [[nodiscard]] std::optional<WifiInterface> interface() const override;
 
   /// The same reading with everything else that the kernel told. None on a machine without Wi-Fi;
-  /// a kernel that does not list its interfaces is an error.
+  /// a kernel that does not list its interfaces is an error, as is (malformed) one that lists none
+  /// that could be decoded and could be the default one, and some that could not be decoded.
   [[nodiscard]] WifiReading report() const;
 
  private:

@@ -23,26 +23,26 @@ inline constexpr std::size_t mostWifiLinks = 15;
 [[nodiscard]] consteval AttributeTable<mostWifiLinks> linkArrayTable() {
   std::array<AttributePolicy, mostWifiLinks> policies;
   for (std::size_t link = 0; link < mostWifiLinks; ++link) {
-    policies[link] = nestedAttribute(static_cast<int>(link) + 1, "NL80211_ATTR_MLO_LINKS");
+    policies[link] = nestedAttribute(static_cast<int>(link) + 1, "NL80211_ATTR_MLO_LINKS",
+                                     AttributePresence::expendable);
   }
   return AttributeTable(policies);
 }
 
-/// What `decode` makes of each element, by ascending numbers; elements beyond the last possible
-/// link are skipped. Errors: those of the array and of `decode`.
+/// What `decode` makes of each element, by ascending numbers. Left out are elements beyond the last
+/// possible link and those of which it makes nothing; of an array that is no array everything is.
 template <typename Link, typename Decode>
-[[nodiscard]] std::expected<std::vector<Link>, DecodeError> decodeLinkArray(
-    std::span<const std::uint8_t> bytes, Decode decode) {
+[[nodiscard]] std::vector<Link> decodeLinkArray(std::span<const std::uint8_t> bytes,
+                                                Decode decode) {
   static constexpr AttributeTable table = linkArrayTable();
   const auto elements = table.parse(bytes);
-  if (!elements) return std::unexpected(elements.error());
+  if (!elements) return {};
   std::vector<Link> links;
   for (std::uint16_t number = 1; number <= mostWifiLinks; ++number) {
     const auto element = elements->bytes(number);
     if (!element) continue;
     std::expected<Link, DecodeError> link = decode(*element);
-    if (!link) return std::unexpected(link.error());
-    links.push_back(*std::move(link));
+    if (link) links.push_back(*std::move(link));
   }
   return links;
 }

@@ -21,12 +21,15 @@ constexpr AttributeTable messageTable(std::array{
     nestedAttribute(NL80211_ATTR_BSS, "NL80211_ATTR_BSS"),
 });
 
+// Only figures may be wrong: a cell whose protection is illegible must not pass for an open one.
 constexpr AttributeTable bssTable(std::array{
     bytesAttribute(NL80211_BSS_BSSID, "NL80211_BSS_BSSID", sizeof(HardwareAddress),
                    sizeof(HardwareAddress), AttributePresence::required),
     numberAttribute<std::uint32_t>(NL80211_BSS_STATUS, "NL80211_BSS_STATUS"),
-    numberAttribute<std::uint32_t>(NL80211_BSS_FREQUENCY, "NL80211_BSS_FREQUENCY"),
-    numberAttribute<std::int32_t>(NL80211_BSS_SIGNAL_MBM, "NL80211_BSS_SIGNAL_MBM"),
+    numberAttribute<std::uint32_t>(NL80211_BSS_FREQUENCY, "NL80211_BSS_FREQUENCY",
+                                   AttributePresence::expendable),
+    numberAttribute<std::int32_t>(NL80211_BSS_SIGNAL_MBM, "NL80211_BSS_SIGNAL_MBM",
+                                  AttributePresence::expendable),
     numberAttribute<std::uint16_t>(NL80211_BSS_CAPABILITY, "NL80211_BSS_CAPABILITY"),
     bytesAttribute(NL80211_BSS_INFORMATION_ELEMENTS, "NL80211_BSS_INFORMATION_ELEMENTS", 0),
     bytesAttribute(NL80211_BSS_BEACON_IES, "NL80211_BSS_BEACON_IES", 0),

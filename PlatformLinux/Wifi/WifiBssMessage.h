@@ -34,7 +34,8 @@ struct WifiBssMessage {
 
 /// The cell, if the radio is associated with it or has joined its ad hoc network; none for all
 /// others, whose elements are not even looked at. Under multi-link several cells are associated.
-/// Errors: truncated "genlmsghdr"; those of the attributes, nested ones too.
+/// A frequency or a signal that makes no sense is left out. Errors: truncated "genlmsghdr"; those
+/// of the other attributes, nested ones too.
 [[nodiscard]] std::expected<std::optional<WifiBssMessage>, DecodeError> decodeJoinedBss(
     const NetlinkMessage& message);
 

@@ -51,8 +51,9 @@ struct WifiInterfaceMessage {
   friend bool operator==(const WifiInterfaceMessage&, const WifiInterfaceMessage&) = default;
 };
 
-/// Errors: truncated "genlmsghdr"; those of the attributes, nested ones too. Nothing is nested
-/// deeper than the tables say, however deep the bytes are.
+/// A name of a network, an address, a figure or a link that makes no sense is left out. Errors:
+/// truncated "genlmsghdr"; those of the attributes that say which interface it is (kind, index,
+/// name, radio). Nothing is nested deeper than the tables say, however deep the bytes are.
 [[nodiscard]] std::expected<WifiInterfaceMessage, DecodeError> decodeWifiInterface(
     const NetlinkMessage& message);
 

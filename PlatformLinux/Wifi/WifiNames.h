@@ -11,10 +11,8 @@
 
 namespace lanternfold {
 
-/// UTF-8. Bytes that are not, and those of control characters and of characters that end a line,
-/// are written as \xNN with lower-case digits. Everything else stays as it is, a backslash too:
-/// the text is for readers, and cannot be turned back into the bytes. Markup is the reader's
-/// concern.
+/// UTF-8, with everything that is not, and that a reader could be deceived by, escaped as
+/// `escapedText` does.
 [[nodiscard]] std::string ssidText(std::span<const std::uint8_t> ssid);
 
 /// Lower-case pairs with colons.

@@ -75,11 +75,14 @@ unsigned waysOf(const SecurityElement& element, std::span<const SuiteWay> table)
 }
 
 /// WPA3 for accounts differs from WPA2 with the stronger hash only in that nothing older is let in:
-/// management frames must be protected.
+/// management frames must be protected. Fast roaming, which has the stronger hash in any case, may
+/// stand beside it.
 bool isWpa3Only(const SecurityElement& rsn) {
-  return rsn.requiresManagementProtection &&
-         std::ranges::all_of(rsn.authentications,
-                             [](SuiteSelector suite) { return suite == rsnSuite(5); });
+  const auto isStrong = [](SuiteSelector suite) { return suite == rsnSuite(5); };
+  return rsn.requiresManagementProtection && std::ranges::any_of(rsn.authentications, isStrong) &&
+         std::ranges::all_of(rsn.authentications, [&](SuiteSelector suite) {
+           return isStrong(suite) || suite == rsnSuite(3);
+         });
 }
 
 bool usesOnlyWep(const SecurityElement& wpa) {

@@ -41,7 +41,8 @@ struct WifiStationMessage {
   friend bool operator==(const WifiStationMessage&, const WifiStationMessage&) = default;
 };
 
-/// Errors: truncated "genlmsghdr"; those of the attributes, nested ones too.
+/// A figure, a rate or a link that makes no sense is left out. Errors: truncated "genlmsghdr";
+/// those of the outer attributes.
 [[nodiscard]] std::expected<WifiStationMessage, DecodeError> decodeWifiStation(
     const NetlinkMessage& message);
 

@@ -7,7 +7,7 @@
 
 #include "CommandLine/AdapterEntry.h"
 #include "CommandLine/Commands/RenderCommand.h"
-#include "Tests/CommandLine/FakeMachine.h"
+#include "Tests/CommandLine/WifiScenes.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 namespace lanternfold {
@@ -69,6 +69,18 @@ TEST_F(RenderCommandTest, WritesAPngOfTheMediumFamilyAtTheScaleGiven) {
     EXPECT_EQ(wordAt(picture, 16), static_cast<std::uint32_t>(364 * scale));
     EXPECT_EQ(wordAt(picture, 20), static_cast<std::uint32_t>(170 * scale));
   }
+}
+
+TEST_F(RenderCommandTest, APictureOfTheWifiAsksNobodyForConsent) {
+  addWifiLink(fake_, "en2");
+  fake_.wifi.setFacts(joinedFacts({}, "en2"));
+  for (const std::int32_t status : {0, 4}) {
+    fake_.locationConsent.setAuthorizationStatus(status);
+    auto options = this->options("card.svg");
+    options.kind = "WlanNetworkStateWidget";
+    EXPECT_FALSE(rendered(options).empty());
+  }
+  EXPECT_TRUE(fake_.locationConsent.requests().empty());
 }
 
 TEST_F(RenderCommandTest, SaysWhereThePictureIs) {

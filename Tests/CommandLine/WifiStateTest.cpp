@@ -247,6 +247,20 @@ TEST_F(WifiStateTest, ADecisionIsSeenByAWatchAtOnce) {
   EXPECT_EQ(std::ranges::count(errors_.str(), '\n'), 1) << errors_.str();
 }
 
+TEST_F(WifiStateTest, ADenialIsSeenByAWatchAtOnce) {
+  allow();
+  fake_.dispatch.mainQueue().after(std::chrono::minutes(5),
+                                   [this] { fake_.locationConsent.setAuthorizationStatus(2); });
+  EXPECT_EQ(run({"--categories", "wlan", "--watch"}), ExitStatus::done);
+  const std::string reports = output_.str();
+  const auto second = reports.find("\n\n");
+  ASSERT_NE(second, std::string::npos) << reports;
+  EXPECT_THAT(reports.substr(0, second), testing::HasSubstr("Example"));
+  EXPECT_THAT(reports.substr(second), testing::Not(testing::HasSubstr("Example")));
+  EXPECT_THAT(reports.substr(second), testing::Not(testing::HasSubstr("02:00:00:00:01:01")));
+  EXPECT_THAT(reports.substr(second), testing::HasSubstr("Wi-Fi Adapter"));
+}
+
 TEST_F(WifiStateTest, AWatchSaysHowToDecideOnce) {
   for (const int minutes : {5, 10}) {
     fake_.dispatch.mainQueue().after(std::chrono::minutes(minutes), [this] {

@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
-#include "NetworkMonitor/Monitor/NullResolvers.h"
 #include "NetworkWidgetVexExtension/Providers/NetworkAdapterProvider.h"
 #include "Tests/Support/FakePathMonitor.h"
 #include "Tests/Support/FakeResolvers.h"
 #include "Tests/Support/FakeStringTable.h"
+#include "Tests/Support/NullInternetInfoResolver.h"
 #include "Tests/Support/SimulatedClock.h"
 #include "Tests/Support/SimulatedDispatch.h"
 

@@ -39,10 +39,7 @@ class ScriptedNetlink::Channel final : public NetlinkChannel {
     if (script_.sendError_ != 0) return script_.sendError_;
     nlmsghdr header{};
     std::memcpy(&header, request.data(), sizeof(header));
-    const auto& answers = script_.answers_;
-    const std::size_t position = std::min(script_.requests_.size(), answers.size() - 1);
-    script_.requests_.emplace_back(request.begin(), request.end());
-    for (ScriptedDatagram datagram : answers.at(position)) {
+    for (ScriptedDatagram datagram : script_.answerTo(request)) {
       stamp(datagram.bytes, header.nlmsg_seq);
       pending_.push_back(std::move(datagram));
     }
@@ -63,9 +60,18 @@ class ScriptedNetlink::Channel final : public NetlinkChannel {
   std::deque<ScriptedDatagram> pending_;
 };
 
+ScriptedAnswer ScriptedNetlink::answerTo(std::span<const std::uint8_t> request) {
+  const std::lock_guard lock(mutex_);
+  const std::size_t position = requests_.size();
+  requests_.emplace_back(request.begin(), request.end());
+  if (rule_) return rule_(firstMessage(requests_.back()));
+  return answers_.at(std::min(position, answers_.size() - 1));
+}
+
 NetlinkChannelOpener ScriptedNetlink::opener() {
   return [this]() -> std::expected<std::unique_ptr<NetlinkChannel>, NetworkKernelError> {
     if (refusesChannels_) return std::unexpected(NetworkKernelError::refused);
+    const std::lock_guard lock(mutex_);
     ++openedCount_;
     return std::make_unique<Channel>(*this);
   };

@@ -4,8 +4,11 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "PlatformLinux/System/NetlinkChannel.h"
@@ -23,12 +26,15 @@ struct ScriptedDatagram {
 
 using ScriptedAnswer = std::vector<ScriptedDatagram>;
 
-/// One thread. Outlives its channels.
+/// Any thread, once what it answers is set. Outlives its channels.
 class ScriptedNetlink {
  public:
   /// The answer to the next request that has none yet. A request beyond the last answer gets it
   /// again.
   void answer(ScriptedAnswer answer) { answers_.push_back(std::move(answer)); }
+  /// What is asked makes the answer, whatever was asked before. Called by one thread at a time.
+  using Rule = std::function<ScriptedAnswer(const NetlinkMessage& request)>;
+  void answerBy(Rule rule) { rule_ = std::move(rule); }
   /// From now on sending fails with this errno.
   void failSending(int errorNumber) { sendError_ = errorNumber; }
   /// From now on no channel opens.
@@ -43,6 +49,10 @@ class ScriptedNetlink {
  private:
   class Channel;
 
+  [[nodiscard]] ScriptedAnswer answerTo(std::span<const std::uint8_t> request);
+
+  std::mutex mutex_;  // guards the requests and the count while channels are in use
+  Rule rule_;
   std::deque<ScriptedAnswer> answers_;
   std::vector<Bytes> requests_;
   std::size_t openedCount_ = 0;

@@ -115,6 +115,7 @@ class OddPortal(dbus.service.Object):
 def main():
     DBusGMainLoop(set_as_default=True)
     bus = dbus.bus.BusConnection(os.environ["DBUS_SESSION_BUS_ADDRESS"])
+    bus.set_exit_on_disconnect(True)
     portal = OddPortal(bus, sys.argv[1])
     name = dbus.service.BusName("org.freedesktop.portal.Desktop", bus)
     GLib.MainLoop().run()

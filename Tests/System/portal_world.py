@@ -29,6 +29,7 @@ HERE = Path(__file__).resolve().parent
 BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig><listen>unix:dir={folder}</listen><auth>EXTERNAL</auth>
+<servicedir>{folder}/services</servicedir>
 <policy context="default"><allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/>
 <allow own="*"/></policy></busconfig>
 """
@@ -65,6 +66,9 @@ class Helper:
             event = self._events.get(timeout=HANG_SECONDS)
             if event["event"] == name:
                 return event
+
+    def next(self):
+        return self._events.get(timeout=HANG_SECONDS)
 
     def said(self, name):
         """The events of that name that have come and were not taken."""
@@ -109,7 +113,7 @@ class PortalWorld:
         self._folder.cleanup()
 
     def _begin(self):
-        for name in ("home", "run", "portals", "app"):
+        for name in ("home", "run", "portals", "services", "app"):
             (self.folder / name).mkdir(mode=0o700)
         (self.folder / "portals" / "lanternfold.portal").write_text(BACKEND_FILE)
         (self.folder / "bus.conf").write_text(BUS_CONFIGURATION.format(folder=self.folder))
@@ -157,6 +161,13 @@ class PortalWorld:
 
     def begin_store(self):
         return self.serve(["/usr/libexec/xdg-permission-store"], STORE)
+
+    def offer_to_start(self, name, command):
+        """Has the session bus start `command` for whoever calls `name`."""
+        (self.folder / "services" / f"{name}.service").write_text(
+            f"[D-BUS Service]\nName={name}\n"
+            f"Exec=/usr/bin/env DBUS_SESSION_BUS_ADDRESS={self.session_bus} {command}\n")
+        self.call("org.freedesktop.DBus", "/", "org.freedesktop.DBus.ReloadConfig")
 
     def begin_portal(self):
         self.portal = self.serve(["/usr/libexec/xdg-desktop-portal"], PORTAL)
@@ -238,6 +249,14 @@ class PortalWorld:
         """The finished command, run inside of a sandbox."""
         return subprocess.run(
             [*through, *self._command(action, *arguments, bus_address=bus_address)],
+            env=self.environment, stdin=subprocess.DEVNULL, capture_output=True,
+            timeout=HANG_SECONDS)
+
+    def render(self, *arguments, bus_address):
+        """The finished command, run inside of a sandbox."""
+        return subprocess.run(
+            [*self.sandbox(bus_address), PROGRAM, "render", *arguments, "--data-dir",
+             str(self.data)],
             env=self.environment, stdin=subprocess.DEVNULL, capture_output=True,
             timeout=HANG_SECONDS)
 

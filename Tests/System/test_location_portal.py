@@ -82,6 +82,17 @@ class PortalTest(SandboxTest):
         self.allow()
         self.assertEqual([], self.desktop.said("asked"))
 
+    def test_a_picture_of_the_wifi_asks_nobody(self):
+        picture = self.world.folder / "card.svg"
+        done = self.world.render("WlanNetworkStateWidget", "--output", str(picture),
+                                 bus_address=self.bus)
+        self.assertEqual(0, done.returncode, done.stderr)
+        self.assertTrue(picture.exists())
+        # What the portal was asked before has come by then.
+        self.assertEqual("notDetermined", self.status())
+        self.desktop.order("disable 0")
+        self.assertEqual("disabled", self.desktop.next()["event"])
+
     def test_a_user_who_refuses_hides_the_names(self):
         for answer in (1, 2):
             with self.subTest(answer=answer):
@@ -246,6 +257,13 @@ class OddPortalTest(SandboxTest):
 
     def begin(self, manner):
         return self.world.serve([PYTHON, "-B", str(HERE / "odd_portal.py"), manner], PORTAL)
+
+    def test_a_question_waits_longer_than_a_look_for_a_portal_to_start(self):
+        # Ends with its bus.
+        self.world.offer_to_start(
+            PORTAL, f'/bin/sh -c "sleep 12; exec {PYTHON} -B {HERE}/odd_portal.py early"')
+        self.allow()
+        self.assertEqual("authorizedWhenInUse", self.status())
 
     def test_an_interruption_takes_the_question_back(self):
         portal = self.begin("patient")

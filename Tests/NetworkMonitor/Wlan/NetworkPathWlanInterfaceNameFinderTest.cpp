@@ -1,64 +1,12 @@
-#include <gtest/gtest.h>
-
-#include "NetworkMonitor/Wlan/NetworkPathWlanInterfaceNameFinder.h"
-#include "Tests/Support/FakePathMonitor.h"
-#include "Tests/Support/FakeUserDefaults.h"
-#include "Tests/Support/SimulatedDispatch.h"
+// The look-up: what is found, and how long it is waited for.
+#include "Tests/NetworkMonitor/Wlan/WlanInterfaceNameFinderFixture.h"
 
 namespace lanternfold {
 namespace {
 
 using namespace std::chrono_literals;
-using Finder = NetworkPathWlanInterfaceNameFinder;
-using Name = std::optional<std::string>;
 
-constexpr const char* cacheKey = "NetworkPathWlanInterfaceNameFinderCache";
-
-NetworkPath pathOver(std::vector<PathInterface> interfaces) {
-  return {.status = PathStatus::satisfied, .availableInterfaces = std::move(interfaces)};
-}
-NetworkPath wifiPath(const char* name) { return pathOver({{name, 3, PathInterfaceType::wifi}}); }
-
-/// The caller's wait is what lets time pass; the queues run from `answersAfter_` of it on.
-class NetworkPathWlanInterfaceNameFinderTest : public testing::Test {
- protected:
-  NetworkPathWlanInterfaceNameFinderTest() {
-    clock_.setSleeper([this](std::chrono::nanoseconds duration) {
-      clock_.advance(duration);
-      waited_ += duration;
-      if (waited_ >= answersAfter_) dispatch_.runReady();
-    });
-  }
-
-  Name find(std::shared_ptr<UserDefaults> userDefaults) {
-    waited_ = {};
-    return Finder(std::move(userDefaults),
-                  {.pathMonitors = paths_, .dispatch = dispatch_, .clock = clock_})
-        .wlanInterfaceName();
-  }
-  Name find() { return find(userDefaults_); }
-  Name findWithoutCache() { return find(nullptr); }
-
-  void remember(PropertyListValue value) { userDefaults_->set(cacheKey, std::move(value)); }
-  void remember(const char* name, std::chrono::nanoseconds age) {
-    remember(PropertyListDictionary{
-        {"interfaceName", name},
-        {"date",
-         clock_.now() - std::chrono::duration_cast<std::chrono::system_clock::duration>(age)}});
-  }
-  std::optional<PropertyListValue> remembered() { return userDefaults_->object(cacheKey).value(); }
-  PropertyListValue entry(const char* name) {
-    return PropertyListDictionary{{"interfaceName", name}, {"date", clock_.now()}};
-  }
-  std::size_t lookups() { return paths_.monitors().size(); }
-
-  SimulatedClock clock_;
-  SimulatedDispatch dispatch_{clock_};
-  FakePathMonitorFactory paths_{wifiPath("wlan0")};
-  const std::shared_ptr<FakeUserDefaults> userDefaults_ = std::make_shared<FakeUserDefaults>();
-  std::chrono::nanoseconds answersAfter_ = 0ns;
-  std::chrono::nanoseconds waited_ = 0ns;
-};
+using NetworkPathWlanInterfaceNameFinderTest = WlanInterfaceNameFinderFixture;
 
 TEST_F(NetworkPathWlanInterfaceNameFinderTest, FindsTheFirstInterfaceOfTheWifiPath) {
   paths_.deliver(pathOver({{"eth0", 2, PathInterfaceType::wiredEthernet},
@@ -201,119 +149,6 @@ TEST_F(NetworkPathWlanInterfaceNameFinderTest, ALateUpdateIsNotTheAnswerOfTheNex
   paths_.deliver({});
   answersAfter_ = 0ns;
   EXPECT_EQ(finder.wlanInterfaceName(), std::nullopt);
-}
-
-TEST_F(NetworkPathWlanInterfaceNameFinderTest, WithoutAStoreEveryQuestionIsALookUp) {
-  EXPECT_EQ(findWithoutCache(), "wlan0");
-  paths_.deliver(wifiPath("wlan1"));
-  EXPECT_EQ(findWithoutCache(), "wlan1");
-  EXPECT_EQ(lookups(), 2U);
-}
-
-TEST_F(NetworkPathWlanInterfaceNameFinderTest, AFoundNameIsRememberedWithItsDate) {
-  answersAfter_ = 30ms;
-  EXPECT_EQ(find(), "wlan0");
-  EXPECT_EQ(remembered(), entry("wlan0"));
-}
-
-TEST_F(NetworkPathWlanInterfaceNameFinderTest, ARememberedNameIsGivenWithoutALookUp) {
-  static_cast<void>(find());
-  paths_.deliver(wifiPath("wlan1"));
-  const auto before = remembered();
-  clock_.advance(23h);
-  EXPECT_EQ(find(), "wlan0");
-  EXPECT_EQ(lookups(), 1U);
-  EXPECT_EQ(waited_, 0ms);
-  EXPECT_EQ(remembered(), before);
-}
-
-TEST_F(NetworkPathWlanInterfaceNameFinderTest, ACacheEntryOneSecondYoungerThan86400SecondsIsUsed) {
-  remember("wlan9", 86'399s);
-  EXPECT_EQ(find(), "wlan9");
-  EXPECT_EQ(lookups(), 0U);
-}
-
-TEST_F(NetworkPathWlanInterfaceNameFinderTest, ACacheEntryExactly86400SecondsOldIsNotUsed) {
-  remember("wlan9", 86'400s);
-  EXPECT_EQ(find(), "wlan0");
-  EXPECT_EQ(remembered(), entry("wlan0"));
-}
-
-TEST_F(NetworkPathWlanInterfaceNameFinderTest, ACacheEntryJustYoungerThan86400SecondsIsUsed) {
-  remember("wlan9", 86'400s - 1ns);
-  EXPECT_EQ(find(), "wlan9");
-}
-
-TEST_F(NetworkPathWlanInterfaceNameFinderTest, ACacheEntryOfTheFutureIsUsed) {
-  remember("wlan9", -24h);
-  EXPECT_EQ(find(), "wlan9");
-}
-
-TEST_F(NetworkPathWlanInterfaceNameFinderTest, DatesAtTheEndsOfTimeAreNoTrouble) {
-  using Date = PropertyListValue::Date;
-  remember(PropertyListDictionary{{"interfaceName", "wlan9"}, {"date", Date::min()}});
-  EXPECT_EQ(find(), "wlan0");
-  remember(PropertyListDictionary{{"interfaceName", "wlan9"}, {"date", Date::max()}});
-  EXPECT_EQ(find(), "wlan9");
-}
-
-TEST_F(NetworkPathWlanInterfaceNameFinderTest, TheAgeIsOfTheWallClock) {
-  static_cast<void>(find());
-  paths_.deliver(wifiPath("wlan1"));
-  clock_.stepWallClock(86'399s);
-  EXPECT_EQ(find(), "wlan0");
-  clock_.stepWallClock(1s);
-  EXPECT_EQ(find(), "wlan1");
-}
-
-TEST_F(NetworkPathWlanInterfaceNameFinderTest, ACacheEntryOfTheWrongShapeIsOverwritten) {
-  const PropertyListValue now = clock_.now();
-  const PropertyListValue wrongShapes[] = {
-      "wlan9",
-      7,
-      PropertyListValue::Data{std::byte{1}},
-      now,
-      PropertyListDictionary{},
-      PropertyListDictionary{{"interfaceName", "wlan9"}},
-      PropertyListDictionary{{"date", now}},
-      PropertyListDictionary{{"interfaceName", 9}, {"date", now}},
-      PropertyListDictionary{{"interfaceName", PropertyListDictionary{}}, {"date", now}},
-      PropertyListDictionary{{"interfaceName", "wlan9"}, {"date", "2024-01-01"}},
-      PropertyListDictionary{{"interfaceName", "wlan9"}, {"date", 725'760'000}},
-      PropertyListDictionary{{"InterfaceName", "wlan9"}, {"Date", now}},
-  };
-  for (const PropertyListValue& wrong : wrongShapes) {
-    remember(wrong);
-    EXPECT_EQ(find(), "wlan0");
-    EXPECT_EQ(remembered(), entry("wlan0"));
-  }
-}
-
-TEST_F(NetworkPathWlanInterfaceNameFinderTest, FurtherMembersOfACacheEntryDoNotMatter) {
-  remember(PropertyListDictionary{
-      {"interfaceName", "wlan9"}, {"date", clock_.now()}, {"weather", "fair"}});
-  EXPECT_EQ(find(), "wlan9");
-}
-
-TEST_F(NetworkPathWlanInterfaceNameFinderTest, AnOldCacheEntryStaysWhenNothingIsFound) {
-  remember("wlan9", 86'400s);
-  const auto before = remembered();
-  paths_.deliver({});
-  EXPECT_EQ(find(), std::nullopt);
-  EXPECT_EQ(remembered(), before);
-}
-
-TEST_F(NetworkPathWlanInterfaceNameFinderTest, ACacheThatCannotBeReadIsAMiss) {
-  remember("wlan9", 1h);
-  userDefaults_->setDiskUnreadable(true);
-  EXPECT_EQ(find(), "wlan0");
-}
-
-TEST_F(NetworkPathWlanInterfaceNameFinderTest, ACacheThatCannotBeWrittenServesThisProgram) {
-  userDefaults_->setDiskFailing(true);
-  EXPECT_EQ(find(), "wlan0");
-  EXPECT_EQ(find(), "wlan0");
-  EXPECT_EQ(lookups(), 1U);
 }
 
 }  // namespace

@@ -3,6 +3,9 @@
 #include <array>
 #include <chrono>
 #include <cstdlib>
+#include <future>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <thread>
 #include <unistd.h>
 
@@ -22,6 +25,14 @@ using testing::IsEmpty;
 
 constexpr const char* application = "net.quernaple.LanternfoldTest";
 constexpr const char* storeName = "org.freedesktop.impl.portal.PermissionStore";
+// To the second program: the world's folder, and the pipe through which it tells how far it is.
+constexpr const char* folderVariable = "LANTERNFOLD_TEST_FOLDER";
+constexpr const char* pipeVariable = "LANTERNFOLD_TEST_PIPE";
+
+std::string busAddressIn(const fs::path& folder) {
+  return "unix:path=" + (folder / "bus").string();
+}
+fs::path dataFolderIn(const fs::path& folder) { return folder / "data"; }
 
 /// Replaces the calling process, which is a child's.
 int become(std::vector<std::string> words) {
@@ -64,17 +75,18 @@ class SandboxedProgram {
   PortalLocationConsent consent_{
       {.record = record_, .loop = loop_, .dispatch = dispatch_, .log = log_},
       record_,
-      std::make_unique<BusLocationPortal>(
-          PortalSurroundings{.busAddress = busAddress_,
-                             .applicationId = application,
-                             .limits = {.reply = std::chrono::seconds(30)}})};
+      std::make_unique<BusLocationPortal>(PortalSurroundings{
+          .busAddress = busAddress_,
+          .applicationId = application,
+          .limits = {.look = std::chrono::seconds(30), .reply = std::chrono::seconds(30)}})};
   std::unique_ptr<LocationManager> manager_ =
       consent_.makeLocationManager([this] { seen_ = status(); });
 };
 
-class BusLocationPortalTest : public testing::Test {
- protected:
-  BusLocationPortalTest() {
+/// The session of one user, in a folder of its own.
+class PortalSessionWorld {
+ public:
+  PortalSessionWorld() {
     folder_.write(
         "bus.conf",
         "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\""
@@ -91,13 +103,16 @@ class BusLocationPortalTest : public testing::Test {
                                 LANTERNFOLD_SOURCE_DIR "/Tests/System/odd_portal.py", "patient"}));
   }
 
-  [[nodiscard]] fs::path data() const { return folder_ / "data"; }
-  void waitForServices() {
+  PortalSessionWorld(const PortalSessionWorld&) = delete;
+  PortalSessionWorld& operator=(const PortalSessionWorld&) = delete;
+
+  [[nodiscard]] const fs::path& folder() const { return folder_.path(); }
+  void waitForServices() const {
     ASSERT_TRUE(waitForOwner(storeName));
     ASSERT_TRUE(waitForOwner("org.freedesktop.portal.Desktop"));
   }
   /// As the system's settings do.
-  void setPermission(const std::string& accuracy) {
+  void setPermission(const std::string& accuracy) const {
     ASSERT_TRUE(call(std::string(storeName) + " /org/freedesktop/impl/portal/PermissionStore " +
                      storeName +
                      ".SetPermission string:location boolean:true string:location "
@@ -105,15 +120,12 @@ class BusLocationPortalTest : public testing::Test {
                      application + " array:string:" + accuracy + ",0"));
   }
   void decideBefore(ConsentDecision decision) const {
-    const DataDirectory directory(data());
+    const DataDirectory directory(dataFolderIn(folder_.path()));
     PosixFileSystem files;
     RecordingDiagnosticLog log;
     ASSERT_TRUE(ConsentRecord(consentPlaceIn(directory, ConsentKeeper::portal), files, log)
                     .record(decision));
   }
-
-  TemporaryFolder folder_;
-  const std::string address_ = "unix:path=" + (folder_ / "bus").string();
 
  private:
   [[nodiscard]] std::unique_ptr<ChildProcess> serve(const std::vector<std::string>& words) const {
@@ -146,40 +158,117 @@ class BusLocationPortalTest : public testing::Test {
     return false;
   }
 
+  TemporaryFolder folder_;
+  const std::string address_ = busAddressIn(folder_.path());
   std::vector<std::unique_ptr<ChildProcess>> processes_;
 };
 
-// Once in a process, as ctest runs it: a child has none of the threads that GLib keeps from the
-// first connection on.
-TEST_F(BusLocationPortalTest, WhatIsDecidedInTheStoreIsHeardOfByEveryProgram) {
-  ASSERT_NO_FATAL_FAILURE(waitForServices());
-  setPermission("EXACT");
-  decideBefore(ConsentDecision::authorizedWhenInUse);
+/// What the second program does: 0, or how far it came.
+int watchAsSecondProgram(const fs::path& folder, int pipe) {
+  SandboxedProgram program(dataFolderIn(folder), busAddressIn(folder));
+  const auto tell = [&] { return ::write(pipe, "x", 1) == 1; };
+  if (program.status() != 4 || !tell()) return 1;
+  if (!program.runUntilSeen(2) || !tell()) return 2;
+  return program.runUntilSeen(4) ? 0 : 3;
+}
+
+/// This test once more, in a program started anew: a mere copy of the process would lack the
+/// threads that GLib keeps from the first connection on.
+int becomeSecondProgram(const fs::path& folder, int pipe) {
+  ::setenv(folderVariable, folder.c_str(), 1);
+  ::setenv(pipeVariable, std::to_string(pipe).c_str(), 1);
+  const auto* test = testing::UnitTest::GetInstance()->current_test_info();
+  return become({"/proc/self/exe", "--gtest_brief=1",
+                 std::string("--gtest_filter=") + test->test_suite_name() + "." + test->name()});
+}
+
+TEST(BusLocationPortalTest, WhatIsDecidedInTheStoreIsHeardOfByEveryProgram) {
+  // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody writes the environment of the test's process
+  if (const char* folder = std::getenv(folderVariable); folder != nullptr) {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): the same
+    ASSERT_EQ(watchAsSecondProgram(folder, std::stoi(std::getenv(pipeVariable))), 0);
+    return;
+  }
+  const PortalSessionWorld world;
+  ASSERT_NO_FATAL_FAILURE(world.waitForServices());
+  world.setPermission("EXACT");
+  world.decideBefore(ConsentDecision::authorizedWhenInUse);
   std::array<int, 2> told{};
   ASSERT_EQ(::pipe(told.data()), 0);
-  ChildProcess other([&] {
-    SandboxedProgram program(data(), address_);
-    const auto tell = [&] { return ::write(told[1], "x", 1) == 1; };
-    if (program.status() != 4 || !tell()) return 1;
-    if (!program.runUntilSeen(2) || !tell()) return 2;
-    return program.runUntilSeen(4) ? 0 : 3;
-  });
+  ChildProcess other([&] { return becomeSecondProgram(world.folder(), told[1]); });
   ::close(told[1]);
   const auto otherHasTold = [&] {
     char byte = 0;
     return ::read(told[0], &byte, 1) == 1;
   };
-  SandboxedProgram program(data(), address_);
+  SandboxedProgram program(dataFolderIn(world.folder()), busAddressIn(world.folder()));
   EXPECT_EQ(program.status(), 4);
   EXPECT_TRUE(otherHasTold());
-  setPermission("NONE");
+  world.setPermission("NONE");
   EXPECT_TRUE(program.runUntilSeen(2));
   EXPECT_TRUE(otherHasTold());
-  setPermission("CITY");
+  world.setPermission("CITY");
   EXPECT_TRUE(program.runUntilSeen(4));
   EXPECT_EQ(other.wait(), 0);
   ::close(told[0]);
   EXPECT_THAT(program.log().lines(), IsEmpty());
+}
+
+/// Takes connections and never says a word.
+class SilentBus {
+ public:
+  SilentBus() : listener_(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    const std::string path = folder_ / "bus";
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    EXPECT_EQ(::bind(listener_, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    EXPECT_EQ(::listen(listener_, 8), 0);
+  }
+  ~SilentBus() { ::close(listener_); }
+  SilentBus(const SilentBus&) = delete;
+  SilentBus& operator=(const SilentBus&) = delete;
+
+  [[nodiscard]] std::string address() const { return busAddressIn(folder_.path()); }
+
+ private:
+  TemporaryFolder folder_;
+  const int listener_;
+};
+
+TEST(BusLocationPortalTest, WhoAsksOverABusThatHangsIsToldSo) {
+  const SilentBus bus;
+  std::promise<PortalOutcome> told;
+  std::future<PortalOutcome> outcome = told.get_future();
+  BusLocationPortal portal({.busAddress = bus.address(),
+                            .applicationId = application,
+                            .limits = {.reply = std::chrono::milliseconds(50)}});
+  portal.ask([&](PortalOutcome given) { told.set_value(given); });
+  ASSERT_EQ(outcome.wait_for(std::chrono::seconds(60)), std::future_status::ready);
+  EXPECT_EQ(outcome.get(), PortalOutcome::noBus);
+}
+
+TEST(BusLocationPortalTest, WhoLooksAtABusThatHangsIsNotKeptWaiting) {
+  const SilentBus bus;
+  BusLocationPortal portal(
+      {.busAddress = bus.address(),
+       .applicationId = application,
+       .limits = {.look = std::chrono::milliseconds(50), .reply = std::chrono::hours(1)}});
+  EXPECT_EQ(portal.knowledge().portal, PortalOutcome::silent);
+}
+
+TEST(BusLocationPortalTest, ALookThatEndsLateIsHeardOfAsAChange) {
+  const SilentBus bus;
+  std::promise<void> changed;
+  std::future<void> change = changed.get_future();
+  BusLocationPortal portal(
+      {.busAddress = bus.address(),
+       .applicationId = application,
+       .limits = {.look = std::chrono::milliseconds(1), .reply = std::chrono::milliseconds(500)}});
+  portal.setChangeHandler([&] { changed.set_value(); });
+  (void)portal.knowledge();
+  ASSERT_EQ(change.wait_for(std::chrono::seconds(60)), std::future_status::ready);
+  EXPECT_EQ(portal.knowledge().portal, PortalOutcome::noBus);
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 // The consent inside a sandbox, over a portal in memory and a record in a real folder.
+#include <atomic>
 #include <chrono>
 
 #include "PlatformLinux/Location/PortalLocationConsent.h"
@@ -39,11 +40,16 @@ class PortalLocationConsentTest : public testing::Test {
   /// Long enough for what would come by mistake.
   void settle() { runFor(150); }
 
+  /// A disk on which nothing can be written any more, but for other programs.
+  void setDiskFull(bool isFull) { isDiskFull_ = isFull; }
+
   TemporaryFolder folder_;
   DataDirectory directory_{folder_ / "data"};
   PosixFileSystem files_;
   RecordingDiagnosticLog log_;
-  ConsentRecord record_{consentPlaceIn(directory_, ConsentKeeper::portal), files_, log_};
+  std::atomic<bool> isDiskFull_ = false;
+  ConsentRecord record_{place(), files_, log_};
+  ConsentRecord otherPrograms_{consentPlaceIn(directory_, ConsentKeeper::portal), files_, log_};
   FakePortalState portal_;
   std::vector<std::int32_t> seen_;
   EventLoop loop_;
@@ -52,6 +58,16 @@ class PortalLocationConsentTest : public testing::Test {
       {.record = record_, .loop = loop_, .dispatch = dispatch_, .log = log_},
       record_,
       std::make_unique<FakeLocationPortal>(portal_)};
+
+ private:
+  [[nodiscard]] ConsentPlace place() {
+    ConsentPlace place = consentPlaceIn(directory_, ConsentKeeper::portal);
+    place.makeFolder = [this, makeFolder = place.makeFolder]() -> std::expected<void, std::string> {
+      if (isDiskFull_) return std::unexpected("the disk is full");
+      return makeFolder();
+    };
+    return place;
+  }
 };
 
 TEST_F(PortalLocationConsentTest, TheRecordIsNotTheOneFromOutside) {
@@ -165,6 +181,93 @@ TEST_F(PortalLocationConsentTest, AnAnswerThatCannotBeRecordedDoesNotCount) {
   manager->requestAlwaysAuthorization();
   portal_.answer(PortalOutcome::granted);
   EXPECT_THAT(log_.lines(), testing::Contains(HasSubstr("could not be recorded")));
+}
+
+TEST_F(PortalLocationConsentTest, ADenialIsNotUndoneByAVerificationThatWasOpen) {
+  ASSERT_TRUE(record_.record(ConsentDecision::authorizedWhenInUse));
+  const auto manager = this->manager();
+  manager->requestAlwaysAuthorization();
+  ASSERT_EQ(portal_.questions(), 1U);
+  ASSERT_TRUE(otherPrograms_.record(ConsentDecision::denied));
+  portal_.answer(PortalOutcome::granted);
+  EXPECT_EQ(consent_.authorizationStatus(), 2);
+  EXPECT_EQ(record_.decision(), ConsentDecision::denied);
+}
+
+TEST_F(PortalLocationConsentTest, AResetIsNotUndoneByAVerificationThatWasOpen) {
+  ASSERT_TRUE(record_.record(ConsentDecision::authorizedWhenInUse));
+  const auto manager = this->manager();
+  manager->requestAlwaysAuthorization();
+  ASSERT_TRUE(otherPrograms_.record(ConsentDecision::notDetermined));
+  portal_.answer(PortalOutcome::granted);
+  EXPECT_EQ(consent_.authorizationStatus(), 0);
+}
+
+TEST_F(PortalLocationConsentTest, ADenialIsNotUndoneByAQuestionThatWasOpen) {
+  const auto manager = this->manager();
+  manager->requestAlwaysAuthorization();
+  ASSERT_TRUE(otherPrograms_.record(ConsentDecision::denied));
+  portal_.answer(PortalOutcome::granted);
+  EXPECT_EQ(consent_.authorizationStatus(), 2);
+}
+
+TEST_F(PortalLocationConsentTest, ARefusalCountsEvenWhenTheRecordHasChangedSinceTheQuestion) {
+  const auto manager = this->manager();
+  manager->requestAlwaysAuthorization();
+  ASSERT_TRUE(otherPrograms_.record(ConsentDecision::authorizedWhenInUse));
+  portal_.answer(PortalOutcome::refused);
+  EXPECT_EQ(consent_.authorizationStatus(), 2);
+  EXPECT_EQ(record_.decision(), ConsentDecision::denied);
+}
+
+TEST_F(PortalLocationConsentTest, ARefusalThatCannotBeRecordedCountsInThisProgram) {
+  ASSERT_TRUE(record_.record(ConsentDecision::authorizedWhenInUse));
+  const auto manager = this->manager();
+  manager->requestAlwaysAuthorization();
+  setDiskFull(true);
+  portal_.answer(PortalOutcome::refused);
+  EXPECT_EQ(consent_.authorizationStatus(), 2);
+  EXPECT_EQ(record_.decision(), ConsentDecision::authorizedWhenInUse);
+  ASSERT_TRUE(runUntil([this] { return !seen_.empty(); }));
+  EXPECT_THAT(seen_, ElementsAre(2));
+  EXPECT_THAT(log_.lines(), ElementsAre(HasSubstr("could not be recorded")));
+}
+
+TEST_F(PortalLocationConsentTest, ARefusalThatCouldNotBeRecordedIsRecordedByTheNextAnswer) {
+  ASSERT_TRUE(record_.record(ConsentDecision::authorizedWhenInUse));
+  const auto manager = this->manager();
+  manager->requestAlwaysAuthorization();
+  setDiskFull(true);
+  portal_.answer(PortalOutcome::refused);
+  setDiskFull(false);
+  manager->requestAlwaysAuthorization();
+  EXPECT_EQ(portal_.questions(), 2U);
+  portal_.answer(PortalOutcome::refused);
+  EXPECT_EQ(record_.decision(), ConsentDecision::denied);
+  EXPECT_EQ(consent_.authorizationStatus(), 2);
+}
+
+TEST_F(PortalLocationConsentTest, ALaterConsentEndsARefusalThatCouldNotBeRecorded) {
+  ASSERT_TRUE(record_.record(ConsentDecision::authorizedWhenInUse));
+  const auto manager = this->manager();
+  manager->requestAlwaysAuthorization();
+  setDiskFull(true);
+  portal_.answer(PortalOutcome::refused);
+  ASSERT_EQ(consent_.authorizationStatus(), 2);
+  consent_.ask([](const ConsentAuthority::Answer& answer) { EXPECT_FALSE(answer.notRecorded); });
+  portal_.answer(PortalOutcome::granted);
+  EXPECT_EQ(consent_.authorizationStatus(), 4);
+  ASSERT_TRUE(runUntil([this] { return seen_.size() == 2; }));
+}
+
+TEST_F(PortalLocationConsentTest, ALaterDecisionElsewhereEndsARefusalThatCouldNotBeRecorded) {
+  const auto manager = this->manager();
+  manager->requestAlwaysAuthorization();
+  setDiskFull(true);
+  portal_.answer(PortalOutcome::refused);
+  ASSERT_EQ(consent_.authorizationStatus(), 2);
+  ASSERT_TRUE(otherPrograms_.record(ConsentDecision::authorizedWhenInUse));
+  EXPECT_EQ(consent_.authorizationStatus(), 4);
 }
 
 TEST_F(PortalLocationConsentTest, ADestroyedManagerHearsOfNothing) {

@@ -45,6 +45,26 @@ TEST(AttributeTable, MissingDuplicateAndWrongSizeAreThreeErrorsThatNameTheAttrib
   }
 }
 
+TEST(AttributeTable, AnExpendableAttributeThatMakesNoSenseCountsAsNotThere) {
+  static constexpr AttributeTable expendables(std::array{
+      numberAttribute<std::uint32_t>(1, "NUMBER", AttributePresence::expendable),
+      textAttribute(2, "TEXT", 4, AttributePresence::expendable),
+      nestedAttribute(4, "NESTED", AttributePresence::expendable),
+  });
+  const Bytes text = attribute(2, textBytes("abc"));
+  for (const Bytes& bad : {Bytes(), attribute(1, {1, 2, 3}), joined({number, number}),
+                           joined({number, number, number}), joined({attribute(1, {}), number}),
+                           joined({number, attribute(1, {})})}) {
+    const Bytes bytes = joined({bad, text});
+    const auto attributes = expendables.parse(bytes);
+    ASSERT_TRUE(attributes);
+    EXPECT_FALSE(attributes->has(1));
+    EXPECT_EQ(attributes->text(2), "abc");
+  }
+  EXPECT_FALSE(expendables.parse(attribute(2, {'a', 'b'}))->has(2));
+  EXPECT_FALSE(expendables.parse(joined({attribute(4, {}), attribute(4, {})}))->has(4));
+}
+
 TEST(AttributeTable, UnknownAttributesAreSkippedHoweverOften) {
   const Bytes unknown = attribute(77, {1, 2, 3});
   const Bytes bytes = joined({unknown, unknown, number, attribute(16000, {}), unknown});

@@ -19,7 +19,7 @@ TEST_F(LinuxWifiClientTest, TellsEveryFigureOfTheJoinedInterface) {
       .wlanChannel = WifiChannel{44, WifiChannelBand::band5GHz, WifiChannelWidth::width80MHz},
       .rssiValue = -47,
       .noiseMeasurement = -92,
-      .transmitPower = 0,
+      .transmitPower = 200,
       .transmitRate = 540};
   EXPECT_EQ(client().interface(), expected);
   EXPECT_EQ(generic_.requestCount(), 6U);
@@ -94,6 +94,7 @@ TEST_F(LinuxWifiClientTest, ADriverWithoutSurveyStationsOrCellsLeavesTheRest) {
   expected.powerOn = true;
   expected.ssid = "cafe";
   expected.wlanChannel = WifiChannel{44, WifiChannelBand::band5GHz, WifiChannelWidth::width80MHz};
+  expected.transmitPower = 200;
   EXPECT_EQ(client().interface(), expected);
 }
 
@@ -136,8 +137,83 @@ TEST_F(LinuxWifiClientTest, AMachineWithoutWifiHasNone) {
 
 TEST_F(LinuxWifiClientTest, AnInterfaceThatMakesNoSenseIsLeftOut) {
   generic_.answer(familyAnswer());
+  generic_.answer(answerOf({wifiPayload(NL80211_CMD_NEW_INTERFACE, {}),
+                            interfacePayload(4, NL80211_IFTYPE_STATION, "")}));
+  generic_.answer(answerOf({}));
+  generic_.answer(countryAnswer());
+  route_.answer(linkAnswer(4, IFF_UP));
+  EXPECT_EQ(client().interface().value().interfaceName, "wlan4");
+}
+
+TEST_F(LinuxWifiClientTest, AMalformedSoleInterfaceIsNotAMachineWithoutWifi) {
+  generic_.answer(familyAnswer());
   generic_.answer(answerOf({wifiPayload(NL80211_CMD_NEW_INTERFACE, {}), {1, 2}}));
+  EXPECT_EQ(client().report().error(), NetworkKernelError::malformed);
   EXPECT_EQ(client().interface(), std::nullopt);
+}
+
+TEST_F(LinuxWifiClientTest, AMalformedInterfaceBesideAMonitorIsNotAMachineWithoutWifi) {
+  generic_.answer(familyAnswer());
+  generic_.answer(answerOf({interfacePayload(2, NL80211_IFTYPE_MONITOR, ""), {1, 2}}));
+  EXPECT_EQ(client().report().error(), NetworkKernelError::malformed);
+}
+
+TEST_F(LinuxWifiClientTest, AMonitorAloneIsAMachineWithoutWifi) {
+  generic_.answer(familyAnswer());
+  generic_.answer(answerOf({interfacePayload(2, NL80211_IFTYPE_MONITOR, "")}));
+  EXPECT_EQ(client().report(), WifiReading(std::nullopt));
+}
+
+/// An SSID that cannot be one: the cell names the network.
+TEST_F(LinuxWifiClientTest, ABadNameDoesNotTakeTheInterfaceWithIt) {
+  generic_.answer(familyAnswer());
+  generic_.answer(answerOf(
+      {interfacePayload(5, NL80211_IFTYPE_STATION, "a name of more bytes than there may be")}));
+  generic_.answer(answerOf({cellPayload(true)}));
+  generic_.answer(answerOf({stationPayload()}));
+  generic_.answer(answerOf({surveyPayload()}));
+  generic_.answer(countryAnswer());
+  route_.answer(linkAnswer(5, IFF_UP));
+  const auto interface = client().interface();
+  ASSERT_TRUE(interface);
+  EXPECT_EQ(interface->interfaceName, "wlan5");
+  EXPECT_EQ(interface->ssid, "cafe");
+  EXPECT_EQ(interface->rssiValue, -47);
+}
+
+TEST_F(LinuxWifiClientTest, WhatIsListedTwiceIsToldOnce) {
+  answerAsJoined();
+  const auto once = client().report();
+  const Bytes interface = interfacePayload(5, NL80211_IFTYPE_STATION, "cafe");
+  generic_.answer(familyAnswer());
+  generic_.answer(answerOf({interface, interface}));
+  generic_.answer(answerOf({cellPayload(true), cellPayload(true)}));
+  generic_.answer(answerOf({stationPayload(), stationPayload()}));
+  generic_.answer(answerOf({surveyPayload(), surveyPayload()}));
+  generic_.answer(countryAnswer());
+  ASSERT_TRUE(once.value());
+  EXPECT_EQ(client().report(), once);
+  EXPECT_EQ(generic_.requestCount(), 12U);
+}
+
+TEST_F(LinuxWifiClientTest, OfManyInterfacesWithoutANetworkTheFirst16AreAskedForCells) {
+  ScriptedAnswer interfaces;
+  for (int index = 1; index <= 20; ++index) {
+    interfaces.push_back(
+        {.bytes = answerMessage(interfacePayload(index, NL80211_IFTYPE_STATION, ""))});
+  }
+  interfaces.push_back({.bytes = doneMessage()});
+  generic_.answer(familyAnswer());
+  generic_.answer(interfaces);
+  for (int index = 1; index <= 16; ++index) generic_.answer(answerOf({cellPayload(false)}));
+  generic_.answer(countryAnswer());
+  route_.answer(linkAnswer(1, IFF_UP));
+  const auto report = client().report().value();
+  ASSERT_TRUE(report);
+  EXPECT_EQ(report->interface.interfaceName, "wlan1");
+  EXPECT_FALSE(report->isJoined);
+  EXPECT_EQ(report->interface.countryCode, "DE");
+  EXPECT_EQ(generic_.requestCount(), 19U);
 }
 
 TEST_F(LinuxWifiClientTest, ALinkThatIsDownIsPoweredOff) {

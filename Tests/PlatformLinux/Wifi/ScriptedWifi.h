@@ -44,6 +44,7 @@ inline Bytes interfacePayload(int index, int type, std::string_view ssid) {
                       attribute(NL80211_ATTR_IFNAME, textBytes("wlan" + std::to_string(index))),
                       number32(NL80211_ATTR_IFTYPE, type), number32(NL80211_ATTR_WIPHY_FREQ, 5220),
                       number32(NL80211_ATTR_CHANNEL_WIDTH, NL80211_CHAN_WIDTH_80),
+                      number32(NL80211_ATTR_WIPHY_TX_POWER_LEVEL, 2300),
                       ssid.empty() ? Bytes() : attribute(NL80211_ATTR_SSID, textOnly(ssid))});
 }
 

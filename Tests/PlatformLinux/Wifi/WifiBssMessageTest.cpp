@@ -93,6 +93,28 @@ TEST(WifiBssMessage, WhatIsWrongIsNamed) {
   }
 }
 
+TEST(WifiBssMessage, ABadFigureDoesNotTakeTheCellWithIt) {
+  for (const Bytes& bad : {number8(NL80211_BSS_SIGNAL_MBM, 1), number8(NL80211_BSS_FREQUENCY, 1)}) {
+    const auto bss = decoded(scanAnswer({bad, bssid, associated}))->value();
+    EXPECT_EQ(bss.bssid, cellAddress(1));
+    EXPECT_EQ(bss.signalMillibels, std::nullopt);
+    EXPECT_EQ(bss.frequencyMegahertz, std::nullopt);
+  }
+}
+
+TEST(WifiBssMessage, ACellWhoseProtectionIsIllegibleIsNoOpenOne) {
+  EXPECT_EQ(decoded(scanAnswer({bssid, associated, number8(NL80211_BSS_CAPABILITY, 0)})).error(),
+            (DecodeError{DecodeProblem::wrongSize, "NL80211_BSS_CAPABILITY"}));
+}
+
+TEST(WifiBssMessage, NestedTooDeepIsNotFollowed) {
+  Bytes deep = joined({bssid, associated});
+  for (int level = 0; level < 1000; ++level) deep = attribute(NL80211_ATTR_BSS, deep);
+  EXPECT_EQ(decoded(scanAnswer({bssid, deep})).value(), std::nullopt);
+  EXPECT_EQ(decoded(scanAnswer({deep})).error(),
+            (DecodeError{DecodeProblem::missing, "NL80211_BSS_BSSID"}));
+}
+
 TEST(WifiBssMessage, CutAnywhereItIsAnError) {
   forEveryCut(wholeAnswer(),
               [](const Bytes& bytes) { EXPECT_FALSE(decoded(bytes)) << bytes.size(); });

@@ -2,10 +2,13 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <initializer_list>
 #include <string_view>
 #include <utility>
+#include <vector>
 
+#include <gtest/gtest.h>
 #include <linux/genetlink.h>
 #include <linux/nl80211.h>
 
@@ -89,6 +92,39 @@ void forEveryCut(const Bytes& payload, Check check) {
   for (std::size_t size = 0; size < payload.size(); ++size) {
     const Bytes cut(payload.begin(), payload.begin() + static_cast<std::ptrdiff_t>(size));
     check(cut);
+  }
+}
+
+/// An attribute of an answer, and what a record holds more for it.
+template <typename Record>
+struct MeaningfulAttribute {
+  Bytes bytes;
+  std::function<void(Record&)> means = nullptr;
+};
+
+/// Cuts the answer at every byte: inside an attribute it is an error, between two it tells exactly
+/// what the attributes before it say. The first one makes the answer one that can be decoded.
+template <typename Record, typename Decode>
+void expectCutsTellWholeAttributes(int command,
+                                   const std::vector<MeaningfulAttribute<Record>>& attributes,
+                                   Decode decode) {
+  Bytes payload = wifiPayload(command, {});
+  forEveryCut(payload, [&](const Bytes& cut) { EXPECT_FALSE(decode(cut)); });
+  EXPECT_FALSE(decode(payload)) << "no attribute at all";
+  Record expected;
+  for (const MeaningfulAttribute<Record>& each : attributes) {
+    const std::size_t length = each.bytes.at(0) + each.bytes.at(1) * std::size_t{256};
+    if (each.means) each.means(expected);
+    for (std::size_t size = 1; size <= each.bytes.size(); ++size) {
+      Bytes cut = payload;
+      cut.insert(cut.end(), each.bytes.begin(),
+                 each.bytes.begin() + static_cast<std::ptrdiff_t>(size));
+      const auto record = decode(cut);
+      ASSERT_EQ(record.has_value(), size >= length) << cut.size();
+      if (!record) continue;
+      EXPECT_EQ(*record, expected) << cut.size();
+    }
+    append(payload, each.bytes);
   }
 }
 

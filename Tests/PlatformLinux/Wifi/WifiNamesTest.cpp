@@ -34,6 +34,12 @@ TEST(WifiNames, EverythingElseIsEscaped) {
   for (const auto& [bytes, text] : cases) EXPECT_EQ(shown(bytes), text);
 }
 
+TEST(WifiNames, ANameThatTurnsTheWritingDirectionIsEscaped) {
+  EXPECT_EQ(shown("caf\u202Egpj.e"), "caf\\xe2\\x80\\xaegpj.e");
+  EXPECT_EQ(shown("\u2066a\u2069"), "\\xe2\\x81\\xa6a\\xe2\\x81\\xa9");
+  EXPECT_EQ(shown("\u200F\u061C"), "\\xe2\\x80\\x8f\\xd8\\x9c");
+}
+
 TEST(WifiNames, EveryByteAloneGivesTextThatCanBeShown) {
   for (int byte = 0; byte < 256; ++byte) {
     const Bytes ssid(1, static_cast<std::uint8_t>(byte));

@@ -67,6 +67,17 @@ TEST(WifiSecurityMapping, MapsEverythingThatANetworkMayOffer) {
   }
 }
 
+TEST(WifiSecurityMapping, FastRoamingBesideWpa3EnterpriseIsNoWpa2Enterprise) {
+  const std::pair<Bytes, WifiSecurity> cases[] = {
+      {rsn({3, 5}, requiresProtection), wpa3Enterprise},
+      {rsn({5, 3}, requiresProtection), wpa3Enterprise},
+      {rsn({3, 5}, 0x80), wpa2Enterprise},
+      {rsn({3}, requiresProtection), wpa2Enterprise},
+      {rsn({1, 3, 5}, requiresProtection), wpa2Enterprise},
+  };
+  for (const auto& [elements, security] : cases) EXPECT_EQ(ofElements(elements), security);
+}
+
 TEST(WifiSecurityMapping, WithoutPrivacyTheNetworkIsOpenUnlessItsPartnerEncrypts) {
   EXPECT_EQ(ofElements({}, false), none);
   EXPECT_EQ(ofElements(oweTransitionElement(), false), oweTransition);

@@ -33,6 +33,21 @@ TEST(WifiSurveyMessage, WithoutFiguresItIsAnError) {
             (DecodeError{DecodeProblem::wrongSize, "NL80211_SURVEY_INFO_NOISE"}));
 }
 
+TEST(WifiSurveyMessage, WhatIsThereTwiceIsAnError) {
+  const Bytes noise = number8(NL80211_SURVEY_INFO_NOISE, -92);
+  EXPECT_EQ(decodedSurvey(surveyAnswer({noise, noise})).error(),
+            (DecodeError{DecodeProblem::duplicate, "NL80211_SURVEY_INFO_NOISE"}));
+  const Bytes info = nested(NL80211_ATTR_SURVEY_INFO, {noise});
+  EXPECT_EQ(decodedSurvey(wifiPayload(NL80211_CMD_NEW_SURVEY_RESULTS, {info, info})).error(),
+            (DecodeError{DecodeProblem::duplicate, "NL80211_ATTR_SURVEY_INFO"}));
+}
+
+TEST(WifiSurveyMessage, NestedTooDeepIsNotFollowed) {
+  Bytes deep = number8(NL80211_SURVEY_INFO_NOISE, -92);
+  for (int level = 0; level < 1000; ++level) deep = attribute(NL80211_ATTR_SURVEY_INFO, deep);
+  EXPECT_EQ(decodedSurvey(surveyAnswer({deep})).value(), WifiSurveyMessage{});
+}
+
 auto decodedCountry(const Bytes& code) {
   const Bytes payload =
       wifiPayload(NL80211_CMD_GET_REG, {attribute(NL80211_ATTR_REG_ALPHA2, code)});
@@ -55,6 +70,10 @@ TEST(WifiRegulatoryMessage, WhatIsWrongIsNamed) {
   const Bytes without = wifiPayload(NL80211_CMD_GET_REG, {});
   EXPECT_EQ(decodeWifiRegulatory(payloadMessage(nl80211Type, without)).error(),
             (DecodeError{DecodeProblem::missing, "NL80211_ATTR_REG_ALPHA2"}));
+  const Bytes code = attribute(NL80211_ATTR_REG_ALPHA2, textBytes("DE"));
+  const Bytes twice = wifiPayload(NL80211_CMD_GET_REG, {code, code});
+  EXPECT_EQ(decodeWifiRegulatory(payloadMessage(nl80211Type, twice)).error(),
+            (DecodeError{DecodeProblem::duplicate, "NL80211_ATTR_REG_ALPHA2"}));
   const Bytes whole =
       wifiPayload(NL80211_CMD_GET_REG, {attribute(NL80211_ATTR_REG_ALPHA2, textBytes("DE"))});
   // The last byte is padding.

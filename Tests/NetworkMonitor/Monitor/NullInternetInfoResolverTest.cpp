@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "NetworkMonitor/Monitor/NullResolvers.h"
 #include "Tests/NetworkMonitor/Monitor/MonitorScene.h"
+#include "Tests/Support/NullInternetInfoResolver.h"
 
 namespace lanternfold {
 namespace {

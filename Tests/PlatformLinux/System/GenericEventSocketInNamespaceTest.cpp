@@ -18,7 +18,7 @@
 namespace lanternfold {
 namespace {
 
-class GenericEventSocketTest : public testing::Test {
+class GenericEventSocketInNamespaceTest : public testing::Test {
  protected:
   void SetUp() override {
     ENTER_NETWORK_NAMESPACE(network_);
@@ -45,7 +45,7 @@ class GenericEventSocketTest : public testing::Test {
   std::unique_ptr<NetworkNamespace> network_;
 };
 
-TEST_F(GenericEventSocketTest, DeliversTheReportsOfTheFamilysGroup) {
+TEST_F(GenericEventSocketInNamespaceTest, DeliversTheReportsOfTheFamilysGroup) {
   auto socket = GenericEventSocket::open(ETHTOOL_GENL_NAME, {ETHTOOL_MCGRP_MONITOR_NAME});
   ASSERT_TRUE(socket);
   setSegmentation(false);
@@ -58,14 +58,14 @@ TEST_F(GenericEventSocketTest, DeliversTheReportsOfTheFamilysGroup) {
   EXPECT_EQ(commands, (std::vector<int>{ETHTOOL_MSG_FEATURES_NTF, ETHTOOL_MSG_FEATURES_NTF}));
 }
 
-TEST_F(GenericEventSocketTest, HearsNothingOfGroupsThatWereNotNamed) {
+TEST_F(GenericEventSocketInNamespaceTest, HearsNothingOfGroupsThatWereNotNamed) {
   auto socket = GenericEventSocket::open(ETHTOOL_GENL_NAME, {"no-such-group"});
   ASSERT_TRUE(socket);
   setSegmentation(false);
   EXPECT_FALSE(isReadable(*socket));
 }
 
-TEST_F(GenericEventSocketTest, AFamilyThatIsNotThereIsWaitedFor) {
+TEST_F(GenericEventSocketInNamespaceTest, AFamilyThatIsNotThereIsWaitedFor) {
   auto socket = GenericEventSocket::open("no-such-family", {ETHTOOL_MCGRP_MONITOR_NAME});
   ASSERT_TRUE(socket);
   setSegmentation(false);
@@ -73,7 +73,7 @@ TEST_F(GenericEventSocketTest, AFamilyThatIsNotThereIsWaitedFor) {
   EXPECT_EQ(socket->drain([](const NetlinkMessage&) {}), NetlinkEventOutcome::drained);
 }
 
-TEST_F(GenericEventSocketTest, LostReportsAreToldOnce) {
+TEST_F(GenericEventSocketInNamespaceTest, LostReportsAreToldOnce) {
   auto socket = GenericEventSocket::open(ETHTOOL_GENL_NAME, {ETHTOOL_MCGRP_MONITOR_NAME});
   ASSERT_TRUE(socket);
   for (int count = 0; count < 4000; ++count) setSegmentation(count % 2 == 0);
@@ -89,7 +89,7 @@ TEST_F(GenericEventSocketTest, LostReportsAreToldOnce) {
   EXPECT_GE(reports, 1);
 }
 
-TEST_F(GenericEventSocketTest, ThereIsNoJoiningAGroupThatTheKernelDoesNotHave) {
+TEST_F(GenericEventSocketInNamespaceTest, ThereIsNoJoiningAGroupThatTheKernelDoesNotHave) {
   auto socket = NetlinkEventSocket::openGeneric();
   ASSERT_TRUE(socket);
   EXPECT_TRUE(socket->join(GENL_ID_CTRL));
@@ -98,7 +98,7 @@ TEST_F(GenericEventSocketTest, ThereIsNoJoiningAGroupThatTheKernelDoesNotHave) {
 }
 
 /// A namespace of one's own has no radio, and so no news of cells.
-TEST_F(GenericEventSocketTest, CellsMayHaveChangedUntilTheNewsAreListenedTo) {
+TEST_F(GenericEventSocketInNamespaceTest, CellsMayHaveChangedUntilTheNewsAreListenedTo) {
   WifiCellNews news;
   EXPECT_TRUE(news.mayHaveChanged()) << "the first reading";
   EXPECT_TRUE(news.mayHaveChanged()) << "the second one, which begins to listen";

@@ -1,6 +1,4 @@
-// Resolvers that know nothing, for a monitor whose user has no way to resolve a category.
-//
-// Made by: the compositions. Read by: the network state monitor.
+// A resolver of the public information that knows nothing, for tests of everything else.
 #pragma once
 
 #include "NetworkMonitor/Monitor/Resolvers.h"
@@ -14,7 +12,9 @@ class NullInternetInfoResolver final : public InternetInfoResolver {
   /// `strings` outlives the resolver.
   explicit NullInternetInfoResolver(const StringTable& strings) : strings_(strings) {}
 
-  void resolve(UpdateHandler updateHandler) override;
+  void resolve(UpdateHandler updateHandler) override {
+    updateHandler(NetworkState::initial(strings_).internet, true, {});
+  }
 
  private:
   const StringTable& strings_;
