@@ -126,7 +126,8 @@ def shown(name):
 
 def is_control(character):
     return (ord(character) < 0x20 or 0x7F <= ord(character) < 0xA0
-            or character in "\u2028\u2029" or 0xDC80 <= ord(character) <= 0xDCFF)
+            or "\u2028" <= character <= "\u202e" or "\u2066" <= character <= "\u2069"
+            or 0xDC80 <= ord(character) <= 0xDCFF)
 
 
 def escaped(character):

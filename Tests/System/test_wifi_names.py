@@ -57,8 +57,8 @@ class NameTest(RadioTest):
                      "a\\xe2\\x80\\xa8b\\xc2\\x85c")
 
     def test_marks_that_turn_the_direction(self):
-        name = "a\u202eb\u2066c"
-        self.compare("marks that turn the direction", name.encode(), name)
+        self.compare("marks that turn the direction", "a\u202eb\u2066c".encode(),
+                     "a\\xe2\\x80\\xaeb\\xe2\\x81\\xa6c")
 
     def test_not_utf8(self):
         self.compare("not UTF-8", b"caf\xe9 \xff\xfe \xc3", "caf\\xe9 \\xff\\xfe \\xc3")
