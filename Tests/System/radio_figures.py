@@ -19,7 +19,6 @@ QUESTIONS = {
 }
 SECURITIES = {
     frozenset(): "none",
-    frozenset({"WPA-PSK"}): "wpaPersonal",
     frozenset({"WPA-PSK", "WPA2-PSK"}): "wpaPersonalMixed",
     frozenset({"WPA2-PSK"}): "wpa2Personal",
     frozenset({"WPA2-PSK", "WPA2-SAE"}): "wpa3Transition",
@@ -28,7 +27,7 @@ SECURITIES = {
     frozenset({"WPA2-EAP"}): "wpa2Enterprise",
     frozenset({"WPA2-EAP-SHA256"}): "wpa3Enterprise",
 }
-SECURITY_TEXTS = {"none": "None", "wpaPersonal": "WPA Personal",
+SECURITY_TEXTS = {"none": "None",
                   "wpaPersonalMixed": "WPA Personal Mixed", "wpa2Personal": "WPA 2 Personal",
                   "wpa3Transition": "WPA 3 Transition", "wpa3Personal": "WPA 3 Personal",
                   "owe": "N/A", "wpa2Enterprise": "WPA 2 Enterprise",
@@ -127,7 +126,8 @@ def shown(name):
 
 def is_control(character):
     return (ord(character) < 0x20 or 0x7F <= ord(character) < 0xA0
-            or character in "\u2028\u2029" or 0xDC80 <= ord(character) <= 0xDCFF)
+            or "\u2028" <= character <= "\u202e" or "\u2066" <= character <= "\u2069"
+            or 0xDC80 <= ord(character) <= 0xDCFF)
 
 
 def escaped(character):

@@ -15,7 +15,7 @@ from radio_kernel import LIST, RADIOS, kernel
 
 INIT = Path(__file__).resolve().parent / "radio_init.sh"
 # Whoever takes longer has hung.
-BOOT_SECONDS = 300
+BOOT_SECONDS = 600
 SCRIPT_SECONDS = 240
 MEMORY = "768M"
 EMULATOR = "qemu-system-x86_64"
@@ -25,6 +25,7 @@ FIRMWARE = {"regulatory.db": "/lib/firmware/regulatory.db-debian",
             "regulatory.db.p7s": "/lib/firmware/regulatory.db.p7s-debian"}
 SEARCHED = "/usr/local/sbin:/usr/sbin:/sbin:/usr/local/bin:/usr/bin:/bin"
 PROGRAM = "/usr/local/bin/lanternfold-widgets"
+FIND_WLAN_NAME = "/usr/local/bin/find-wlan-name"
 # Ends the emulator when the tests end, however they end.
 LIFE_BOUND_TO_TESTS = ["setpriv", "--pdeathsig", "KILL"]
 # Its clock goes by what it computes, 4 ns for an instruction: the time limits of associating, of some
@@ -168,6 +169,7 @@ def make_image(folder, the_kernel):
         put(root, path, Path("/bin/busybox") if path.name == "busybox" else
             Path("/usr/sbin") / path.name)
     put_libraries(root, root / PROGRAM[1:])
+    put(root, Path(os.environ["LANTERNFOLD_FIND_WLAN_NAME"]), Path(FIND_WLAN_NAME))
     for name, source in FIRMWARE.items():
         put(root, Path(source), Path("/lib/firmware") / name)
     for module in [*the_kernel.modules, the_kernel.image.with_name(LIST)]:

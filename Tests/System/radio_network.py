@@ -2,6 +2,10 @@
 
 from dataclasses import dataclass
 
+from radio_kernel import RADIOS
+
+# Of the kernel, each after what it needs.
+WIFI_MODULES = ["rfkill", "cfg80211", "libarc4", "mac80211"]
 # The access point's radio, and the namespace that it is in.
 ACCESS_POINT = "wlan0"
 NAMESPACE = "air"
@@ -16,8 +20,6 @@ PSK = [f'psk="{PASSWORD}"']
 SAE = [f'sae_password="{PASSWORD}"', "ieee80211w=2"]
 PROTECTIONS = {
     "open": ([], ["key_mgmt=NONE"]),
-    "WPA": (["wpa=1", "wpa_pairwise=TKIP", "wpa_key_mgmt=WPA-PSK", f"wpa_passphrase={PASSWORD}"],
-            [*PSK, "key_mgmt=WPA-PSK", "proto=WPA"]),
     "WPA and WPA2": (["wpa=3", "wpa_pairwise=TKIP", "rsn_pairwise=CCMP", "wpa_key_mgmt=WPA-PSK",
                       f"wpa_passphrase={PASSWORD}"], [*PSK, "key_mgmt=WPA-PSK"]),
     "WPA2": ([*RSN, "wpa_key_mgmt=WPA-PSK", f"wpa_passphrase={PASSWORD}"],
@@ -119,12 +121,14 @@ class Air:
             {until("grep -q AP-ENABLED /tmp/hostapd.log", "cat /tmp/hostapd.log")}""")
 
     def join(self, network, interface="wlan1"):
-        """Starts the supplicant and waits until it has joined the network."""
+        """Starts the supplicant and waits until it has joined the network. What saves power sends
+        frames of its own, slow ones, and with them changes the rates that the tests compare."""
         self._settings("station", network.station())
         self.machine.run(f"""
             {stop("wpa_supplicant")}
             wpa_supplicant -B -t -f /tmp/wpa.log -i {interface} -D nl80211 -c /shared/station.conf
-            {self.until_joined(interface)}""")
+            {self.until_joined(interface)}
+            iw dev {interface} set power_save off""")
 
     def offer_and_join(self, network, interface="wlan1"):
         """The only network that the radios have seen."""
@@ -132,20 +136,37 @@ class Air:
         self.offer(network)
         self.join(network, interface)
 
+    def remove_wifi(self):
+        """Takes the radios out of the kernel, and all that it knows of Wi-Fi; what uses it ends."""
+        self.machine.run(f"""
+            {stop("wpa_supplicant")}
+            {stop("hostapd")}
+            rmmod {RADIOS} 2>/dev/null
+            rmmod {' '.join(reversed(WIFI_MODULES))} && ! [ -e /sys/class/ieee80211 ]""")
+
+    def bring_wifi(self):
+        """Undoes it, without any radio; does nothing when it is there."""
+        self.machine.run(f"""
+            [ -e /sys/class/ieee80211 ] ||
+            for each in {' '.join(WIFI_MODULES)}; do insmod /modules/$each.ko || exit; done""")
+
     def leave(self):
         """Ends the supplicant, and with it the connection."""
         self.machine.run(stop("wpa_supplicant"))
 
-    def keep_talking(self, interface="wlan1"):
-        """Sends frames to the access point until `be_silent`; rates show in nothing else."""
+    def talk(self, condition, interface="wlan1"):
+        """Exchanges frames with the access point until the condition holds: rates show in nothing
+        else. Neither side has an address then that it could send another frame to, and the rates
+        stay."""
         self.machine.run(f"""
-            {INSIDE} /usr/sbin/ip address replace 192.0.2.1/24 dev {ACCESS_POINT}
-            /usr/sbin/ip address replace 192.0.2.2/24 dev {interface}
-            ping -q -i 0.1 192.0.2.1 >/dev/null 2>&1 </dev/null &
-            echo $! >/run/ping.pid""")
-
-    def be_silent(self):
-        self.machine.run("kill $(cat /run/ping.pid)")
+            talk() {{
+              {INSIDE} /usr/sbin/ip address replace 192.0.2.1/24 dev {ACCESS_POINT}
+              /usr/sbin/ip address replace 192.0.2.2/24 dev {interface}
+              ping -q -c 5 -i 0.05 -W 1 192.0.2.1 >/dev/null
+              /usr/sbin/ip address flush dev {interface}
+              {INSIDE} /usr/sbin/ip address flush dev {ACCESS_POINT}
+            }}
+            {until(f"talk; {condition}", f"iw dev {interface} station dump")}""")
 
     def access_point(self, command):
         """Runs a command where the access point is."""

@@ -2,7 +2,7 @@
 access point, the switch, and no Wi-Fi at all."""
 
 from radio_network import Network, until
-from radio_machine import PROGRAM, RADIOS
+from radio_machine import FIND_WLAN_NAME, PROGRAM, RADIOS
 from radio_test import DATA, RadioTest
 
 SWITCH = "/sys/class/net/wlan1/phy80211/rfkill*/soft"
@@ -35,13 +35,11 @@ class JoinedTest(RadioTest):
             self.assertEqual(milliwatts, figures["transmitPowerMilliwatts"])
 
     def test_bit_rates(self):
-        self.air.keep_talking()
         self.addCleanup(self.machine.run, "iw dev wlan1 set bitrates")
-        self.addCleanup(self.air.be_silent)
         seen = set()
         for bitrates, told in (("vht-mcs-5 2:8", "VHT-NSS 2"), ("vht-mcs-5 1:0", "VHT-NSS 1")):
-            self.machine.run(f"iw dev wlan1 set bitrates {bitrates}\n" + until(
-                f"iw dev wlan1 link | grep -q 'tx bitrate:.*{told}'", "iw dev wlan1 link"))
+            self.machine.run(f"iw dev wlan1 set bitrates {bitrates}")
+            self.air.talk(f"iw dev wlan1 link | grep -q 'tx bitrate:.*{told}'")
             figures = self.assert_same_figures(f"bit rates {bitrates}")
             seen.add(figures["transmitRateMegabits"])
         self.assertEqual(2, len(seen), seen)
@@ -81,7 +79,9 @@ class JoinedTest(RadioTest):
 
 class OtherInterfacesTest(RadioTest):
     def tearDown(self):
-        self.machine.run("iw dev monitor0 del; iw dev other0 del; true")
+        # With the radios go all their interfaces, also the one of Wi-Fi Direct, which has no name
+        # to delete it by.
+        self.air.clear()
         super().tearDown()
 
     def radio(self):
@@ -108,13 +108,33 @@ class OtherInterfacesTest(RadioTest):
         self.machine.run(f"""
             iw phy {self.radio()} interface add monitor0 type monitor &&
             iw dev wlan1 set type monitor""")
-        self.addCleanup(self.machine.run, "iw dev wlan1 set type managed")
         self.assertIsNone(self.wifi())
         self.assertIsNone(self.state())
 
 
 class TwoRadiosTest(RadioTest):
     radios = 3
+
+    def found(self, data, through=""):
+        """The name of the Wi-Fi interface as the network path has it, or as the folder remembers."""
+        return self.machine.run(f"{through} {FIND_WLAN_NAME} {data}").strip()
+
+    def test_the_network_path_tells_the_interface_that_is_joined(self):
+        self.machine.run("rm -rf /tmp/path-*")
+        self.air.clear()
+        self.assertEqual("none", self.found("/tmp/path-none"))
+        network = Network(protection="open")
+        self.air.offer(network)
+        self.air.join(network, "wlan1")
+        self.machine.run("/usr/sbin/ip address add 192.0.2.2/24 dev wlan1 && "
+                         "/usr/sbin/ip route add default via 192.0.2.1 dev wlan1")
+        self.assertEqual("wlan1", self.found("/tmp/path-joined"))
+        self.machine.run(f"rmmod {RADIOS}")
+        self.addCleanup(self.air.clear)
+        self.assertEqual("none", self.found("/tmp/path-without-radios"))
+        # That it had found none is not remembered, a name is.
+        self.assertEqual("none", self.found("/tmp/path-none"))
+        self.assertEqual("wlan1", self.found("/tmp/path-joined"))
 
     def test_the_second_radio_is_joined(self):
         self.assert_not_joined(is_on=False)
@@ -148,8 +168,7 @@ class NoWifiTest(RadioTest):
         self.assert_no_wifi()
 
     def test_a_kernel_without_wifi(self):
-        modules = "rfkill cfg80211 libarc4 mac80211"
-        self.machine.run(f"rmmod {RADIOS} 2>/dev/null\nrmmod mac80211 libarc4 cfg80211 rfkill")
-        self.addCleanup(self.machine.run, f"for each in {modules}; do insmod /modules/$each.ko; done")
+        self.air.remove_wifi()
+        self.addCleanup(self.air.bring_wifi)
         self.assertIn("nl80211 not found", self.machine.script("iw dev 2>&1").text)
         self.assert_no_wifi()

@@ -1,7 +1,7 @@
 """Every figure of a joined Wi-Fi network beside what iw and wpa_cli say, by how the network is
 protected, on which channel it is, and which generation it speaks."""
 
-from radio_network import Network, until
+from radio_network import Network
 from radio_test import RadioTest
 
 
@@ -77,10 +77,7 @@ class ChannelTest(RadioTest):
         # rates knows none of 802.11ax.
         self.air.offer_and_join(Network(speaks_ax=True))
         self.assertIn("wifi_generation=6", self.machine.run("wpa_cli -i wlan1 status"))
-        self.air.keep_talking()
-        self.addCleanup(self.air.be_silent)
-        self.machine.run(until("iw dev wlan1 link | grep -q 'tx bitrate:.*VHT-MCS'",
-                               "iw dev wlan1 link"))
+        self.air.talk("[ $(iw dev wlan1 link | grep -c 'bitrate:.*VHT-MCS') = 2 ]")
         figures = self.assert_same_figures("802.11ax agreed on, 802.11ac spoken",
                                            activePHYMode="mode11ac")
         self.assertEqual("vht", figures["transmitRate"]["generation"])

@@ -52,7 +52,7 @@ class NoneTest(WifiTest):
         self.assert_says("No Wi-Fi.\n", "wifi", **options)
         self.assert_says("null\n", "wifi", "--json", **options)
         self.assert_says("No source\n", "state", "--categories", "wlan", *self.data, **options)
-        self.assertEqual({"complete": True, "state": NO_WIFI},
+        self.assertEqual({"complete": True, "state": NO_WIFI, "wifi": None},
                          json_of("state", "--categories", "wlan", "--json", *self.data, **options))
 
     def test_a_machine_without_wifi(self):
