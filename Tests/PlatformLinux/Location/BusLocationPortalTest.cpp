@@ -1,6 +1,7 @@
 // The consent inside a sandbox as two programs of one user have it: on a private bus, with the real
 // permission store.
 #include <array>
+#include <charconv>
 #include <chrono>
 #include <cstdlib>
 #include <future>
@@ -183,10 +184,13 @@ int becomeSecondProgram(const fs::path& folder, int pipe) {
 }
 
 TEST(BusLocationPortalTest, WhatIsDecidedInTheStoreIsHeardOfByEveryProgram) {
-  // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody writes the environment of the test's process
+  // NOLINTBEGIN(concurrency-mt-unsafe): nobody writes the environment of the test's process
   if (const char* folder = std::getenv(folderVariable); folder != nullptr) {
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): the same
-    ASSERT_EQ(watchAsSecondProgram(folder, std::stoi(std::getenv(pipeVariable))), 0);
+    const std::string_view text = std::getenv(pipeVariable);
+    // NOLINTEND(concurrency-mt-unsafe)
+    int pipe = -1;
+    ASSERT_EQ(std::from_chars(text.begin(), text.end(), pipe).ec, std::errc());
+    ASSERT_EQ(watchAsSecondProgram(folder, pipe), 0);
     return;
   }
   const PortalSessionWorld world;
