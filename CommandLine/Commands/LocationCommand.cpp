@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <ostream>
 #include <utility>
 
 #include <nlohmann/json.hpp>
@@ -149,8 +150,11 @@ std::expected<void, CommandFailure> runLocation(const LocationOptions& options,
   }
   const auto decided = decide(options.action, machine);
   if (!decided) return std::unexpected(decided.error());
-  console.output << decisionOf(*decided).meaning;
-  return {};
+  console.output << decisionOf(*decided).meaning << std::flush;
+  if (console.output || console.isReaderGone()) return {};
+  return std::unexpected(
+      workFailed("the decision stands, but cannot be written to standard output; check that it is "
+                 "open and that the disk is not full"));
 }
 
 }  // namespace lanternfold

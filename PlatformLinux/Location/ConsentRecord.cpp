@@ -78,6 +78,9 @@ std::string ConsentRecord::damageLine() const {
   const std::string line =
       "the consent in \"" + place_.file.string() + "\" is damaged and counts as not determined; ";
   const auto kept = files_.keepAside(place_.file);
+  if (!kept && kept.error() == std::errc::file_exists) {
+    return line + "it cannot be kept aside, since too many damaged ones are: remove some";
+  }
   if (!kept) return line + "it could not be kept aside: " + kept.error().message();
   return line + "it is kept as \"" + kept->filename().string() + '"';
 }

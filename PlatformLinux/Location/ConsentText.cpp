@@ -25,9 +25,8 @@ constexpr std::array<NamedDecision, 4> namedDecisions = {{
 
 /// Whether `text` is a whole number from 2 on, as a later version would write it.
 bool isLaterVersion(std::string_view text) {
-  constexpr std::size_t mostDigits = 9;
   const bool isNumber =
-      !text.empty() && text.size() <= mostDigits && text.front() != '0' &&
+      !text.empty() && text.front() != '0' &&
       std::ranges::all_of(text, [](char each) { return each >= '0' && each <= '9'; });
   return isNumber && text != version;
 }

@@ -275,5 +275,13 @@ TEST_F(LocationOnThisMachineTest, AFolderThatCannotBeMadeIsAFailure) {
                                   HasSubstr("is not a folder; move it away")));
 }
 
+// "The work failed" was once all that it said, although the names were shown from then on.
+TEST_F(LocationCommandTest, ADecisionThatCannotBeWrittenToTheOutputStandsAndTheLineSaysSo) {
+  output_.setstate(std::ios::badbit);
+  EXPECT_EQ(run({"allow"}), ExitStatus::failed);
+  EXPECT_THAT(errors_.str(), testing::HasSubstr("the decision stands, but cannot be written"));
+  EXPECT_EQ(fake_.consentRecord.decision(), ConsentDecision::authorizedAlways);
+}
+
 }  // namespace
 }  // namespace lanternfold

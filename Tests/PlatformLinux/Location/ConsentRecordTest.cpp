@@ -129,6 +129,16 @@ TEST_F(ConsentRecordTest, ADamagedFileThatCannotBeKeptAsideIsNotDeterminedAllThe
   EXPECT_THAT(log_.lines(), ElementsAre(HasSubstr("it could not be kept aside: ")));
 }
 
+TEST_F(ConsentRecordTest, WithTooManyDamagedFilesKeptTheLineSaysWhatToDo) {
+  for (int number = 1; number <= 20; ++number) {
+    files_.putFile("/data/location-consent.damaged-" + std::to_string(number), "older");
+  }
+  files_.putFile(file, "?");
+  EXPECT_EQ(record_.decision(), notDetermined);
+  EXPECT_THAT(log_.lines(), ElementsAre(HasSubstr("too many damaged ones are: remove some")));
+  EXPECT_TRUE(record_.record(denied)) << "what shows fewer names is never refused";
+}
+
 TEST_F(ConsentRecordTest, DamageThatComesAgainIsToldAgain) {
   files_.putFile(file, "?");
   EXPECT_EQ(record_.decision(), notDetermined);
