@@ -55,13 +55,13 @@ TEST(ConsentText, ATextWithOneByteOfAnotherValueIsNoConsent) {
 TEST(ConsentText, WhatNoVersionWritesIsDamaged) {
   using namespace std::string_view_literals;
   for (const std::string_view text :
-       {
-    "location-consent 1\nrestricted\n"sv, "location-consent 1\nDenied\n"sv,
+       {"location-consent 1\nrestricted\n"sv, "location-consent 1\nDenied\n"sv,
         "location-consent 1\r\ndenied\r\n"sv, "location-consent 1\ndenied\n\n"sv,
         "location-consent 1\ndenied\n\0"sv, " location-consent 1\ndenied\n"sv,
         "location-consent 0\ndenied\n"sv, "location-consent 02\ndenied\n"sv,
-        "location-consent +2\ndenied\n"sv, "location-consent \ndenied\n"sv,
-        EXPECT_EQ(decodeConsent(text).error(), damaged) << text;
+        "location-consent +2\ndenied\n"sv, "location-consent \ndenied\n"sv, "location-consent 2"sv,
+        "3"sv}) {
+    EXPECT_EQ(decodeConsent(text).error(), damaged) << text;
   }
 }
 
