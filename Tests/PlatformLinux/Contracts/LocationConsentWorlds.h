@@ -19,6 +19,24 @@
 
 namespace lanternfold {
 
+/// Lets changes come until `done`. False when it takes longer than any machine should need.
+[[nodiscard]] inline bool runMainQueueUntil(AsioDispatch& dispatch,
+                                            const std::function<bool()>& done) {
+  const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+  while (!done()) {
+    const auto now = std::chrono::steady_clock::now();
+    if (now > limit) return false;
+    static_cast<void>(dispatch.runMainUntil(now + std::chrono::milliseconds(2)));
+  }
+  return true;
+}
+
+/// Long enough for what would come by mistake.
+inline void settleMainQueue(AsioDispatch& dispatch) {
+  static_cast<void>(
+      dispatch.runMainUntil(std::chrono::steady_clock::now() + std::chrono::milliseconds(150)));
+}
+
 /// The user's own record in a data folder, looked at by one program and changed by another. The
 /// test's thread is the main thread.
 class LinuxConsentWorld {
@@ -34,21 +52,10 @@ class LinuxConsentWorld {
   [[nodiscard]] std::size_t asked() const { return asked_; }
   [[nodiscard]] DispatchQueue& mainQueue() { return dispatch_.mainQueue(); }
 
-  /// Lets changes come until `done`. False when it takes longer than any machine should need.
   [[nodiscard]] bool runUntil(const std::function<bool()>& done) {
-    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (!done()) {
-      const auto now = std::chrono::steady_clock::now();
-      if (now > limit) return false;
-      static_cast<void>(dispatch_.runMainUntil(now + std::chrono::milliseconds(2)));
-    }
-    return true;
+    return runMainQueueUntil(dispatch_, done);
   }
-  /// Long enough for what would come by mistake.
-  void settle() {
-    static_cast<void>(
-        dispatch_.runMainUntil(std::chrono::steady_clock::now() + std::chrono::milliseconds(150)));
-  }
+  void settle() { settleMainQueue(dispatch_); }
 
  private:
   TemporaryFolder folder_;
@@ -84,18 +91,9 @@ class PortalConsentWorld {
   [[nodiscard]] DispatchQueue& mainQueue() { return dispatch_.mainQueue(); }
 
   [[nodiscard]] bool runUntil(const std::function<bool()>& done) {
-    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (!done()) {
-      const auto now = std::chrono::steady_clock::now();
-      if (now > limit) return false;
-      static_cast<void>(dispatch_.runMainUntil(now + std::chrono::milliseconds(2)));
-    }
-    return true;
+    return runMainQueueUntil(dispatch_, done);
   }
-  void settle() {
-    static_cast<void>(
-        dispatch_.runMainUntil(std::chrono::steady_clock::now() + std::chrono::milliseconds(150)));
-  }
+  void settle() { settleMainQueue(dispatch_); }
 
  private:
   TemporaryFolder folder_;
