@@ -45,6 +45,9 @@ class NoInterfaces final : public InterfaceResolver {
 
 class NetworkStateProviderTest : public testing::Test {
  protected:
+  /// What has not been answered holds its monitor, which holds the resolver.
+  void TearDown() override { internet_->handlers.clear(); }
+
   NetworkStateProvider provider(NetworkStateProvider::Options options = {}) {
     return {std::move(options),
             observer_,
