@@ -43,7 +43,8 @@ lanternfold_room(NetworkMonitor USES NetBase Platform Support
 lanternfold_room(EchoService USES NetBase Platform Support
                  LIBRARIES nlohmann_json::nlohmann_json Threads::Threads)
 lanternfold_room(ViewTree USES Support)
-lanternfold_room(NetworkWidgetVexExtension USES ViewTree NetworkMonitor NetBase Platform Support)
+lanternfold_room(WidgetService USES ViewTree Support LIBRARIES nlohmann_json::nlohmann_json)
+lanternfold_room(NetworkWidgetVexExtension USES WidgetService ViewTree NetworkMonitor NetBase Platform Support)
 # Of the monitor the system's side sees the counters alone: `ConnectionMetricsReader` is a seam that
 # stands beside its records.
 lanternfold_room(PlatformLinux USES NetworkMonitor/Metrics Platform Support
@@ -53,7 +54,7 @@ lanternfold_room(PlatformDarwin USES Platform Support)
 lanternfold_room(Rendering USES ViewTree Support
                  LIBRARIES PkgConfig::pangocairo PkgConfig::rsvg PkgConfig::cairo_surfaces)
 lanternfold_room(CommandLine USES EchoService NetworkWidgetVexExtension Rendering PlatformLinux
-                                  ViewTree NetworkMonitor NetBase Platform Support
+                                  WidgetService ViewTree NetworkMonitor NetBase Platform Support
                  LIBRARIES nlohmann_json::nlohmann_json CLI11::CLI11 PkgConfig::glib
                            Threads::Threads)
 

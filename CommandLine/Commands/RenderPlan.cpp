@@ -8,7 +8,7 @@
 
 #include "CommandLine/PlainNumber.h"
 #include "CommandLine/PrintableText.h"
-#include "NetworkWidgetVexExtension/Views/WidgetFamily.h"
+#include "WidgetService/WidgetFamily.h"
 #include "Support/AsciiCase.h"
 
 namespace lanternfold {

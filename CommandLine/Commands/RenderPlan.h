@@ -12,7 +12,7 @@
 #include "NetworkMonitor/Model/NetworkSourceCategory.h"
 #include "NetworkWidgetVexExtension/Intents/AdapterConfigurationIntent.h"
 #include "NetworkWidgetVexExtension/Intents/ConfigurationIntent.h"
-#include "NetworkWidgetVexExtension/Views/WidgetFamily.h"
+#include "WidgetService/WidgetFamily.h"
 #include "Rendering/PictureRenderer.h"
 
 namespace lanternfold {

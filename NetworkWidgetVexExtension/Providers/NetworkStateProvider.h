@@ -11,7 +11,7 @@
 #include "NetworkMonitor/Location/LocationAuthorizationObserver.h"
 #include "NetworkMonitor/Monitor/NetworkStateMonitor.h"
 #include "NetworkWidgetVexExtension/Providers/NetworkStateEntry.h"
-#include "NetworkWidgetVexExtension/Providers/TimelineProviderContext.h"
+#include "WidgetService/TimelineProviderContext.h"
 #include "Platform/Clock.h"
 #include "Platform/Dispatch.h"
 #include "Platform/StringTable.h"

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "NetworkMonitor/Model/NetworkSourceCategory.h"
-#include "NetworkWidgetVexExtension/Views/WidgetFamily.h"
+#include "WidgetService/WidgetFamily.h"
 #include "Platform/StringTable.h"
 
 namespace lanternfold {
