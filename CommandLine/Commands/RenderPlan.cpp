@@ -8,8 +8,8 @@
 
 #include "CommandLine/PlainNumber.h"
 #include "CommandLine/PrintableText.h"
-#include "WidgetService/WidgetFamily.h"
 #include "Support/AsciiCase.h"
+#include "WidgetService/WidgetFamily.h"
 
 namespace lanternfold {
 namespace {

@@ -12,8 +12,8 @@
 #include "NetworkMonitor/Model/NetworkSourceCategory.h"
 #include "NetworkWidgetVexExtension/Intents/AdapterConfigurationIntent.h"
 #include "NetworkWidgetVexExtension/Intents/ConfigurationIntent.h"
-#include "WidgetService/WidgetFamily.h"
 #include "Rendering/PictureRenderer.h"
+#include "WidgetService/WidgetFamily.h"
 
 namespace lanternfold {
 

@@ -11,10 +11,10 @@
 #include "NetworkMonitor/Location/LocationAuthorizationObserver.h"
 #include "NetworkMonitor/Monitor/NetworkStateMonitor.h"
 #include "NetworkWidgetVexExtension/Providers/NetworkStateEntry.h"
-#include "WidgetService/TimelineProviderContext.h"
 #include "Platform/Clock.h"
 #include "Platform/Dispatch.h"
 #include "Platform/StringTable.h"
+#include "WidgetService/TimelineProviderContext.h"
 
 namespace lanternfold {
 

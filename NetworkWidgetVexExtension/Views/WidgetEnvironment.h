@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "NetworkMonitor/Model/NetworkSourceCategory.h"
-#include "WidgetService/WidgetFamily.h"
 #include "Platform/StringTable.h"
+#include "WidgetService/WidgetFamily.h"
 
 namespace lanternfold {
 
