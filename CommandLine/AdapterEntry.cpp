@@ -3,8 +3,8 @@
 #include <optional>
 
 #include "CommandLine/KernelAccess.h"
-#include "CommandLine/MonitorGraph.h"
 #include "NetworkWidgetVexExtension/Providers/NetworkAdapterProvider.h"
+#include "Wiring/MonitorGraph.h"
 
 namespace lanternfold {
 namespace {
@@ -51,7 +51,10 @@ std::expected<DrawableAdapterEntry, CommandFailure> drawableAdapterEntry(
   const NetworkAdapterProvider provider(
       machine.platform.clock, machine.platform.strings, [&machine] {
         // This widget belongs to no application group.
-        return makeNetworkStateMonitor(machine, {.bundle = widgetExtensionBundle()});
+        return makeNetworkStateMonitor(std::nullopt, false,
+                                       {.platform = machine.platform,
+                                        .metricsReader = machine.metricsReader,
+                                        .bundle = widgetExtensionBundle()});
       });
   switch (source) {
     case EntrySource::placeholder:

@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "CommandLine/Console.h"
 #include "CommandLine/EntrySource.h"
-#include "CommandLine/Machine.h"
 #include "NetworkWidgetVexExtension/Providers/NetworkAdapterEntry.h"
+#include "Wiring/Console.h"
+#include "Wiring/Machine.h"
 
 namespace lanternfold {
 

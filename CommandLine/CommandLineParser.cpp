@@ -10,7 +10,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include "CommandLine/ArgumentFaults.h"
 #include "CommandLine/Commands/EchoServiceCommand.h"
 #include "CommandLine/Commands/InterfacesCommand.h"
 #include "CommandLine/Commands/LocationCommand.h"
@@ -18,8 +17,9 @@
 #include "CommandLine/Commands/RenderCommand.h"
 #include "CommandLine/Commands/StateCommand.h"
 #include "CommandLine/Commands/WifiCommand.h"
-#include "CommandLine/CommonOptions.h"
-#include "CommandLine/ProgramName.h"
+#include "Wiring/ArgumentFaults.h"
+#include "Wiring/CommonOptions.h"
+#include "Wiring/ProgramName.h"
 
 namespace lanternfold {
 namespace {

@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "CommandLine/KernelAccess.h"
-#include "CommandLine/UnaskedConsent.h"
 #include "NetworkWidgetVexExtension/Providers/NetworkStateProvider.h"
+#include "Wiring/RelayedConsent.h"
 
 namespace lanternfold {
 namespace {
@@ -24,11 +24,11 @@ NetworkStateProvider makeProvider(const StateEntryRequest& request, const Machin
            .mainQueue = platform.dispatch.mainQueue(),
            .makeMonitor = [&machine, options = request.monitor](
                               const std::optional<std::string>& appGroupId, bool skipGeoIP) {
-             MonitorOptions chosen = options;
-             chosen.appGroupId = appGroupId;
-             chosen.skipGeoIP = skipGeoIP;
-             chosen.bundle = widgetExtensionBundle();
-             return makeNetworkStateMonitor(machine, chosen);
+             return makeNetworkStateMonitor(appGroupId, skipGeoIP,
+                                            {.platform = machine.platform,
+                                             .metricsReader = machine.metricsReader,
+                                             .serviceUrls = options.serviceUrls,
+                                             .bundle = widgetExtensionBundle()});
            }}};
 }
 
@@ -57,8 +57,8 @@ std::expected<NetworkStateEntry, CommandFailure> entryOfThisMachine(
 
 std::expected<NetworkStateEntry, CommandFailure> drawableStateEntry(
     const StateEntryRequest& request, const Machine& machine) {
-  UnaskedConsent consent(machine.platform.locationConsent);
-  const NetworkStateProvider provider = makeProvider(request, machine, consent);
+  const NetworkStateProvider provider =
+      makeProvider(request, machine, machine.platform.locationConsent);
   switch (request.source) {
     case EntrySource::placeholder:
       return provider.placeholder({});

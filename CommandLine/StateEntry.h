@@ -3,11 +3,11 @@
 
 #include <expected>
 
-#include "CommandLine/Console.h"
 #include "CommandLine/EntrySource.h"
-#include "CommandLine/Machine.h"
-#include "CommandLine/MonitorGraph.h"
 #include "NetworkWidgetVexExtension/Providers/NetworkStateEntry.h"
+#include "Wiring/Console.h"
+#include "Wiring/Machine.h"
+#include "Wiring/MonitorGraph.h"
 
 namespace lanternfold {
 

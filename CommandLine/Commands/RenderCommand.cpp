@@ -7,13 +7,13 @@
 
 #include "CommandLine/AdapterEntry.h"
 #include "CommandLine/AtomicFile.h"
-#include "CommandLine/PrintableText.h"
-#include "CommandLine/ProgramName.h"
 #include "CommandLine/StateEntry.h"
 #include "NetworkWidgetVexExtension/Views/AdapterChoice.h"
 #include "NetworkWidgetVexExtension/Views/NetworkAdapterWidgetEntryView.h"
 #include "NetworkWidgetVexExtension/Views/NetworkStateWidgetEntryView.h"
 #include "Support/RelativeDateText.h"
+#include "Wiring/PrintableText.h"
+#include "Wiring/ProgramName.h"
 
 namespace lanternfold {
 namespace {

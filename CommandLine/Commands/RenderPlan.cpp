@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "CommandLine/PlainNumber.h"
-#include "CommandLine/PrintableText.h"
 #include "Support/AsciiCase.h"
 #include "WidgetService/WidgetFamily.h"
+#include "Wiring/PrintableText.h"
 
 namespace lanternfold {
 namespace {

@@ -7,13 +7,13 @@
 #include <string>
 #include <variant>
 
-#include "CommandLine/Console.h"
 #include "CommandLine/EntrySource.h"
 #include "NetworkMonitor/Model/NetworkSourceCategory.h"
 #include "NetworkWidgetVexExtension/Intents/AdapterConfigurationIntent.h"
 #include "NetworkWidgetVexExtension/Intents/ConfigurationIntent.h"
 #include "Rendering/PictureRenderer.h"
 #include "WidgetService/WidgetFamily.h"
+#include "Wiring/Console.h"
 
 namespace lanternfold {
 
