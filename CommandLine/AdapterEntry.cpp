@@ -1,6 +1,7 @@
 #include "CommandLine/AdapterEntry.h"
 
 #include <optional>
+#include <utility>
 
 #include "CommandLine/KernelAccess.h"
 #include "CommandLine/MonitorGraph.h"
@@ -33,8 +34,9 @@ std::expected<DrawableAdapterEntry, CommandFailure> entryOfThisMachine(
     const NetworkAdapterProvider& provider, const AdapterConfigurationIntent& configuration,
     const Machine& machine) {
   DrawableAdapterEntry drawable;
-  provider.timeline(configuration,
-                    [&](NetworkAdapterEntry entry) { drawable.entry = std::move(entry); });
+  provider.getTimeline(configuration, {}, [&](Timeline<NetworkAdapterEntry> timeline) {
+    drawable.entry = std::move(timeline.entries.front());
+  });
   if (drawable.entry.networkState.others.empty()) {
     if (auto access = requireReadableKernel(machine); !access) {
       return std::unexpected(access.error());
@@ -48,16 +50,22 @@ std::expected<DrawableAdapterEntry, CommandFailure> entryOfThisMachine(
 
 std::expected<DrawableAdapterEntry, CommandFailure> drawableAdapterEntry(
     EntrySource source, const AdapterConfigurationIntent& configuration, const Machine& machine) {
-  const NetworkAdapterProvider provider(
-      machine.platform.clock, machine.platform.strings, [&machine] {
-        // This widget belongs to no application group.
-        return makeNetworkStateMonitor(machine, {.bundle = widgetExtensionBundle()});
-      });
+  const NetworkAdapterProvider provider(machine.platform.clock, machine.platform.strings,
+                                        [&machine](const std::optional<std::string>&, bool) {
+                                          // This widget belongs to no application group.
+                                          return makeNetworkStateMonitor(
+                                              machine, {.bundle = widgetExtensionBundle()});
+                                        });
   switch (source) {
     case EntrySource::placeholder:
-      return DrawableAdapterEntry{.entry = provider.placeholder()};
-    case EntrySource::snapshot:
-      return DrawableAdapterEntry{.entry = provider.snapshot(configuration)};
+      return DrawableAdapterEntry{.entry = provider.placeholder({})};
+    case EntrySource::snapshot: {
+      DrawableAdapterEntry drawable;
+      provider.getSnapshot(configuration, {}, [&drawable](NetworkAdapterEntry entry) {
+        drawable.entry = std::move(entry);
+      });
+      return drawable;
+    }
     case EntrySource::timeline:
       break;
   }

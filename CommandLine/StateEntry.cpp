@@ -6,6 +6,7 @@
 
 #include "CommandLine/KernelAccess.h"
 #include "CommandLine/UnaskedConsent.h"
+#include "NetworkWidgetVexExtension/Bundle/AppGroupIdEnvironmentKey.h"
 #include "NetworkWidgetVexExtension/Providers/NetworkStateProvider.h"
 
 namespace lanternfold {
@@ -15,21 +16,23 @@ namespace {
 NetworkStateProvider makeProvider(const StateEntryRequest& request, const Machine& machine,
                                   LocationConsent& consent) {
   const Platform& platform = machine.platform;
-  return {{.appGroupId = request.monitor.appGroupId,
-           .categoryFilter = request.categories,
-           .skipGeoIp = request.monitor.skipGeoIP},
+  EnvironmentValues values;
+  values.set<AppGroupIdEnvironmentKey>(request.monitor.appGroupId);
+  return {{.categoryFilter = request.categories, .skipGeoIp = request.monitor.skipGeoIP},
           std::make_shared<LocationAuthorizationObserver>(consent),
           {.clock = platform.clock,
            .strings = platform.strings,
            .mainQueue = platform.dispatch.mainQueue(),
-           .makeMonitor = [&machine, options = request.monitor](
-                              const std::optional<std::string>& appGroupId, bool skipGeoIP) {
-             MonitorOptions chosen = options;
-             chosen.appGroupId = appGroupId;
-             chosen.skipGeoIP = skipGeoIP;
-             chosen.bundle = widgetExtensionBundle();
-             return makeNetworkStateMonitor(machine, chosen);
-           }}};
+           .makeMonitor =
+               [&machine, options = request.monitor](const std::optional<std::string>& appGroupId,
+                                                     bool skipGeoIP) {
+                 MonitorOptions chosen = options;
+                 chosen.appGroupId = appGroupId;
+                 chosen.skipGeoIP = skipGeoIP;
+                 chosen.bundle = widgetExtensionBundle();
+                 return makeNetworkStateMonitor(machine, chosen);
+               },
+           .values = std::move(values)}};
 }
 
 std::expected<NetworkStateEntry, CommandFailure> entryOfThisMachine(
@@ -38,11 +41,12 @@ std::expected<NetworkStateEntry, CommandFailure> entryOfThisMachine(
   constexpr std::chrono::seconds limit{30};
   // Shared with an answer that comes after the limit.
   const auto answer = std::make_shared<std::optional<NetworkStateEntry>>();
-  provider.timeline(configuration, {},
-                    [answer, loop = std::ref(machine.mainLoop)](NetworkStateEntry entry) {
-                      *answer = std::move(entry);
-                      loop.get().stop();
-                    });
+  provider.getTimeline(
+      configuration, {},
+      [answer, loop = std::ref(machine.mainLoop)](Timeline<NetworkStateEntry> timeline) {
+        *answer = std::move(timeline.entries.front());
+        loop.get().stop();
+      });
   machine.mainLoop.runFor(limit);
   if (!*answer) return std::unexpected(workFailed("this machine's state is not known after 30 s"));
   if (!(*answer)->networkState.wlan) {
@@ -62,8 +66,12 @@ std::expected<NetworkStateEntry, CommandFailure> drawableStateEntry(
   switch (request.source) {
     case EntrySource::placeholder:
       return provider.placeholder({});
-    case EntrySource::snapshot:
-      return provider.snapshot(request.configuration, {});
+    case EntrySource::snapshot: {
+      NetworkStateEntry snapshot;
+      provider.getSnapshot(request.configuration, {},
+                           [&snapshot](NetworkStateEntry entry) { snapshot = std::move(entry); });
+      return snapshot;
+    }
     case EntrySource::timeline:
       break;
   }
