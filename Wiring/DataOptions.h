@@ -10,15 +10,13 @@
 #include <string>
 
 #include "Wiring/Console.h"
+#include "NetworkWidgetVexExtension/Bundle/AppGroupIdEnvironmentKey.h"
 
 namespace CLI {
 class App;
 }
 
 namespace lanternfold {
-
-/// The application group whose folder the product's programs share.
-inline constexpr const char* defaultAppGroupId = "7RKM3PW2ZB.net.quernaple.LanternfoldX";
 
 /// As they stand on the command line, not yet checked.
 struct DataOptions {
