@@ -7,10 +7,10 @@
 #include <nlohmann/json.hpp>
 
 #include "CommandLine/DataOptions.h"
-#include "CommandLine/DateText.h"
 #include "CommandLine/Program.h"
 #include "CommandLine/ServiceOptions.h"
 #include "NetworkMonitor/Metrics/ConnectionMetricsJson.h"
+#include "Support/Rfc3339Text.h"
 #include "Tests/CommandLine/WifiScenes.h"
 
 namespace lanternfold {
