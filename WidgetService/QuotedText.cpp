@@ -4,15 +4,19 @@
 
 namespace lanternfold {
 
-std::string quotedText(std::string_view text) {
-  std::size_t shown = 0;
-  while (shown < text.size()) {
-    const std::size_t next = firstCharacter(text.substr(shown)).bytes.size();
-    if (shown + next > longestQuotedBytes) break;
-    shown += next;
+std::string_view beginningOf(std::string_view text, std::size_t longestBytes) {
+  std::size_t end = 0;
+  while (end < text.size()) {
+    const std::size_t next = firstCharacter(text.substr(end)).bytes.size();
+    if (end + next > longestBytes) break;
+    end += next;
   }
-  const std::string_view ellipsis = shown < text.size() ? "…" : "";
-  return '"' + escapedText(text.substr(0, shown)).append(ellipsis) + '"';
+  return text.substr(0, end);
+}
+
+std::string quotedText(std::string_view text) {
+  const std::string_view shown = beginningOf(text, longestQuotedBytes);
+  return '"' + escapedText(shown) + (shown.size() < text.size() ? "…\"" : "\"");
 }
 
 }  // namespace lanternfold

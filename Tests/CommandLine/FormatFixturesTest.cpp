@@ -6,9 +6,9 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "CommandLine/DateText.h"
 #include "CommandLine/Program.h"
 #include "NetworkMonitor/Metrics/ConnectionMetricsJson.h"
+#include "Support/Rfc3339Text.h"
 #include "Tests/CommandLine/WifiScenes.h"
 #include "Wiring/DataOptions.h"
 #include "Wiring/ServiceOptions.h"

@@ -5,6 +5,16 @@
 namespace lanternfold {
 namespace {
 
+TEST(BeginningOf, NeverTearsACharacter) {
+  EXPECT_EQ(beginningOf("a€b", 0), "");
+  EXPECT_EQ(beginningOf("a€b", 1), "a");
+  EXPECT_EQ(beginningOf("a€b", 3), "a");
+  EXPECT_EQ(beginningOf("a€b", 4), "a€");
+  EXPECT_EQ(beginningOf("a€b", 5), "a€b");
+  EXPECT_EQ(beginningOf("a€b", 100), "a€b");
+  EXPECT_EQ(beginningOf("\xE2\x82", 1), "\xE2");
+}
+
 TEST(QuotedText, IsTheTextInQuotes) {
   EXPECT_EQ(quotedText("huge"), "\"huge\"");
   EXPECT_EQ(quotedText(""), "\"\"");
