@@ -42,7 +42,7 @@ lanternfold_room(NetworkMonitor USES NetBase Platform Support
                  LIBRARIES nlohmann_json::nlohmann_json PkgConfig::glib)
 lanternfold_room(EchoService USES NetBase Platform Support
                  LIBRARIES nlohmann_json::nlohmann_json Threads::Threads)
-lanternfold_room(ViewTree USES Support)
+lanternfold_room(ViewTree USES Support LIBRARIES nlohmann_json::nlohmann_json)
 lanternfold_room(WidgetService USES ViewTree Support LIBRARIES nlohmann_json::nlohmann_json)
 lanternfold_room(NetworkWidgetVexExtension USES WidgetService ViewTree NetworkMonitor NetBase Platform Support)
 # Of the monitor the system's side sees the counters alone: `ConnectionMetricsReader` is a seam that

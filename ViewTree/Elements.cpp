@@ -4,11 +4,18 @@
 
 #include "Support/FatalError.h"
 #include "ViewTree/DisplayableText.h"
+#include "ViewTree/LinkUrl.h"
 
 namespace lanternfold {
 namespace {
 
 View leaf(ViewNode node) { return {std::move(node), {}, std::nullopt}; }
+
+View around(ViewNode node, View content) {
+  std::vector<View> children;
+  children.push_back(std::move(content));
+  return {std::move(node), std::move(children), std::nullopt};
+}
 
 }  // namespace
 
@@ -57,10 +64,19 @@ View firstThatFits(FitAxes axes, std::vector<View> choices) {
   return {FirstThatFitsNode{axes}, std::move(choices), std::nullopt};
 }
 
+View wholeRows(HorizontalAlignment alignment, std::vector<double> spacings,
+               std::vector<View> rows) {
+  if (spacings.empty()) fatalError("rows of views were made without a spacing");
+  return {WholeRowsNode{std::move(spacings), alignment}, std::move(rows), std::nullopt};
+}
+
 View button(std::string intent, View face) {
-  std::vector<View> children;
-  children.push_back(std::move(face));
-  return {ButtonNode{std::move(intent)}, std::move(children), std::nullopt};
+  return around(ButtonNode{std::move(intent)}, std::move(face));
+}
+
+View link(std::string url, View content) {
+  if (!isLinkUrl(url)) return content;
+  return around(LinkNode{std::move(url)}, std::move(content));
 }
 
 }  // namespace lanternfold

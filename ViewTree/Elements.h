@@ -33,6 +33,12 @@ struct TextStyle {
 [[nodiscard]] View zstack(Alignment alignment, std::vector<View> children);
 /// `choices` from the richest to the plainest; at least one.
 [[nodiscard]] View firstThatFits(FitAxes axes, std::vector<View> choices);
+/// `rows` with the widest of `spacings` there is room for, else as many of the first ones as there
+/// is room for; at least one spacing, the widest first.
+[[nodiscard]] View wholeRows(HorizontalAlignment alignment, std::vector<double> spacings,
+                             std::vector<View> rows);
 [[nodiscard]] View button(std::string intent, View face);
+/// `content` as a link; `content` alone when `url` is none that a link may have.
+[[nodiscard]] View link(std::string url, View content);
 
 }  // namespace lanternfold

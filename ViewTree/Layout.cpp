@@ -1,5 +1,7 @@
 #include "ViewTree/Layout.h"
 
+#include <cstddef>
+#include <span>
 #include <utility>
 #include <variant>
 
@@ -44,8 +46,12 @@ class Placement {
     const ViewNode& node = view.node;
     const View& only = view.children.front();
     const Point origin = placed.frame.origin;
-    if (std::holds_alternative<HStackNode>(node) || std::holds_alternative<VStackNode>(node)) {
-      placeStack(view, placed, offer);
+    if (const auto* row = std::get_if<HStackNode>(&node)) {
+      placeRow(view.children, *row, placed, offer);
+    } else if (const auto* column = std::get_if<VStackNode>(&node)) {
+      placeColumn(view.children, *column, placed, offer);
+    } else if (const auto* rows = std::get_if<WholeRowsNode>(&node)) {
+      placed.children.push_back(placeRows(view, *rows, placed.frame, offer));
     } else if (const auto* layers = std::get_if<ZStackNode>(&node)) {
       for (const View& child : view.children) {
         placed.children.push_back(placeAligned(child, placed.frame, layers->alignment, offer));
@@ -74,25 +80,41 @@ class Placement {
     }
   }
 
-  void placeStack(const View& view, LaidOutView& placed, const ProposedSize& offer) {
-    const auto* row = std::get_if<HStackNode>(&view.node);
-    const auto* column = std::get_if<VStackNode>(&view.node);
-    const StackPlan plan = measurer_.planStack(view, row ? Axis::horizontal : Axis::vertical,
-                                               row ? row->spacing : column->spacing, offer);
+  void placeRow(std::span<const View> children, const HStackNode& row, LaidOutView& placed,
+                const ProposedSize& offer) {
+    const StackPlan plan = measurer_.planStack(children, Axis::horizontal, row.spacing, offer);
     Point next = placed.frame.origin;
-    for (std::size_t index = 0; index < view.children.size(); ++index) {
-      const View& child = view.children[index];
-      const Size size = measurer_.measure(child, plan.offers[index]);
-      Point origin = next;
-      if (row) {
-        origin.y += alignedOffset(row->alignment, placed.frame.size.height, size.height);
-        next.x += size.width + plan.spacing;
-      } else {
-        origin.x += alignedOffset(column->alignment, placed.frame.size.width, size.width);
-        next.y += size.height + plan.spacing;
-      }
-      placed.children.push_back(place(child, origin, plan.offers[index]));
+    for (std::size_t index = 0; index < children.size(); ++index) {
+      const Size size = measurer_.measure(children[index], plan.offers[index]);
+      const double down = alignedOffset(row.alignment, placed.frame.size.height, size.height);
+      placed.children.push_back(
+          place(children[index], {next.x, next.y + down}, plan.offers[index]));
+      next.x += size.width + plan.spacing;
     }
+  }
+
+  void placeColumn(std::span<const View> children, const VStackNode& column, LaidOutView& placed,
+                   const ProposedSize& offer) {
+    const StackPlan plan = measurer_.planStack(children, Axis::vertical, column.spacing, offer);
+    Point next = placed.frame.origin;
+    for (std::size_t index = 0; index < children.size(); ++index) {
+      const Size size = measurer_.measure(children[index], plan.offers[index]);
+      const double across = alignedOffset(column.alignment, placed.frame.size.width, size.width);
+      placed.children.push_back(
+          place(children[index], {next.x + across, next.y}, plan.offers[index]));
+      next.y += size.height + plan.spacing;
+    }
+  }
+
+  /// The rows that are shown, as the stack that they are.
+  LaidOutView placeRows(const View& view, const WholeRowsNode& rows, const Rect& frame,
+                        const ProposedSize& offer) {
+    const ShownRows shown = measurer_.shownRows(view, offer);
+    const VStackNode column{rows.alignment, shown.spacing};
+    LaidOutView placed{
+        column, frame, {}, {}, accessibleDescription(shown.rows, context_.drawingTime), {}};
+    placeColumn(shown.rows, column, placed, offer);
+    return placed;
   }
 
   const LayoutContext& context_;

@@ -78,6 +78,7 @@ struct Describer {
     figures = ' ' + name(node.alignment);
   }
   void operator()(const FirstThatFitsNode&) { kind = "first-that-fits"; }
+  void operator()(const WholeRowsNode&) { kind = "whole-rows"; }
   void operator()(const FrameNode& node) {
     kind = "frame";
     figures = dumpedLength("width", node.width) + dumpedLength("height", node.height) + ' ' +
@@ -108,6 +109,10 @@ struct Describer {
   void operator()(const ButtonNode& node) {
     kind = "button";
     figures = ' ' + node.intent;
+  }
+  void operator()(const LinkNode& node) {
+    kind = "link";
+    figures = ' ' + node.url;
   }
   void operator()(const LayoutPriorityNode& node) {
     kind = "layout-priority";

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "Support/TextPlaceholders.h"
+#include "ViewTree/DisplayableText.h"
 
 namespace lanternfold {
 namespace {
@@ -11,17 +12,6 @@ View modified(ViewNode node, View content) {
   std::vector<View> children;
   children.push_back(std::move(content));
   return {std::move(node), std::move(children), std::nullopt};
-}
-
-std::string joinedDescriptions(const View& view, const std::string& drawingTime) {
-  std::string joined;
-  for (const View& child : view.children) {
-    const std::string description = accessibleDescription(child, drawingTime);
-    if (description.empty()) continue;
-    if (!joined.empty()) joined += ", ";
-    joined += description;
-  }
-  return joined;
 }
 
 }  // namespace
@@ -62,8 +52,8 @@ View View::layoutPriority(double priority) && {
   return modified(LayoutPriorityNode{priority}, std::move(*this));
 }
 
-View View::accessible(std::string name) && {
-  accessibleName = std::move(name);
+View View::accessible(std::string_view name) && {
+  accessibleName = displayableText(name);
   return std::move(*this);
 }
 
@@ -77,7 +67,18 @@ std::string accessibleDescription(const View& view, const std::string& drawingTi
   if (std::holds_alternative<FirstThatFitsNode>(view.node)) {
     return accessibleDescription(view.children.front(), drawingTime);
   }
-  return joinedDescriptions(view, drawingTime);
+  return accessibleDescription(std::span(view.children), drawingTime);
+}
+
+std::string accessibleDescription(std::span<const View> views, const std::string& drawingTime) {
+  std::string joined;
+  for (const View& view : views) {
+    const std::string description = accessibleDescription(view, drawingTime);
+    if (description.empty()) continue;
+    if (!joined.empty()) joined += ", ";
+    joined += description;
+  }
+  return joined;
 }
 
 }  // namespace lanternfold

@@ -5,7 +5,9 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -97,6 +99,15 @@ struct FirstThatFitsNode {
   friend bool operator==(const FirstThatFitsNode&, const FirstThatFitsNode&) = default;
 };
 
+/// Rows one below the other, none of them cut: all with the first of the spacings at which they fit
+/// the height that is offered, else as many of the first ones as fit at the last spacing, at least
+/// one. A choice of stacks would say the same, and hold every row many times.
+struct WholeRowsNode {
+  std::vector<double> spacings;  ///< the widest first, at least one
+  HorizontalAlignment alignment = HorizontalAlignment::centre;
+  friend bool operator==(const WholeRowsNode&, const WholeRowsNode&) = default;
+};
+
 /// One dimension of a frame: a fixed length, or bounds and an ideal, each optional.
 struct FrameLength {
   std::optional<double> fixed;
@@ -148,20 +159,26 @@ struct ButtonNode {
   friend bool operator==(const ButtonNode&, const ButtonNode&) = default;
 };
 
+/// A tap on the child opens the URL.
+struct LinkNode {
+  std::string url;  ///< as `isLinkUrl` asks for (ViewTree/LinkUrl.h)
+  friend bool operator==(const LinkNode&, const LinkNode&) = default;
+};
+
 /// Stands before its siblings of lower priority when a stack shares out its room.
 struct LayoutPriorityNode {
   double priority = 0;
   friend bool operator==(const LayoutPriorityNode&, const LayoutPriorityNode&) = default;
 };
 
-using ViewNode =
-    std::variant<TextNode, DrawingTimeNode, SymbolNode, ImageNode, CircleNode, RoundedRectangleNode,
-                 LinearGradientNode, EmptyNode, HStackNode, VStackNode, ZStackNode,
-                 FirstThatFitsNode, FrameNode, PaddingNode, OffsetNode, BackgroundNode, OpacityNode,
-                 ForegroundNode, ButtonNode, LayoutPriorityNode>;
+using ViewNode = std::variant<TextNode, DrawingTimeNode, SymbolNode, ImageNode, CircleNode,
+                              RoundedRectangleNode, LinearGradientNode, EmptyNode, HStackNode,
+                              VStackNode, ZStackNode, FirstThatFitsNode, WholeRowsNode, FrameNode,
+                              PaddingNode, OffsetNode, BackgroundNode, OpacityNode, ForegroundNode,
+                              ButtonNode, LinkNode, LayoutPriorityNode>;
 
-/// A node and its children. Stacks and choices have any number, a background two, every other
-/// modifier one, the rest none; the functions that make views keep to that.
+/// A node and its children. Stacks and rows have any number, a choice at least one, a background
+/// two, every other modifier one, the rest none; the functions that make views keep to that.
 struct View {
   ViewNode node;
   std::vector<View> children;
@@ -177,7 +194,8 @@ struct View {
   [[nodiscard]] View opacity(double light, double dark) &&;
   [[nodiscard]] View foreground(Colour colour) &&;
   [[nodiscard]] View layoutPriority(double priority) &&;
-  [[nodiscard]] View accessible(std::string name) &&;
+  /// The name is made fit to show, as texts are.
+  [[nodiscard]] View accessible(std::string_view name) &&;
 
   friend bool operator==(const View&, const View&) = default;
 };
@@ -186,5 +204,8 @@ struct View {
 /// children say. `drawingTime` stands in for the time in texts that show it. Decorations say
 /// nothing.
 [[nodiscard]] std::string accessibleDescription(const View& view, const std::string& drawingTime);
+/// The same of views that stand together.
+[[nodiscard]] std::string accessibleDescription(std::span<const View> views,
+                                                const std::string& drawingTime);
 
 }  // namespace lanternfold

@@ -1,6 +1,7 @@
 #include "ViewTree/ViewMeasurer.h"
 
 #include <algorithm>
+#include <numeric>
 #include <variant>
 
 #include "Support/TextPlaceholders.h"
@@ -70,16 +71,20 @@ Size ViewMeasurer::computed(const View& view, const ProposedSize& offer) {
   if (const auto* symbol = std::get_if<SymbolNode>(&node)) return symbolSize(*symbol, offer);
   if (std::holds_alternative<EmptyNode>(node)) return {};
   if (view.children.empty()) {
-    const bool isStack = std::holds_alternative<HStackNode>(node) ||
-                         std::holds_alternative<VStackNode>(node) ||
-                         std::holds_alternative<ZStackNode>(node);
+    const bool isStack =
+        std::holds_alternative<HStackNode>(node) || std::holds_alternative<VStackNode>(node) ||
+        std::holds_alternative<ZStackNode>(node) || std::holds_alternative<WholeRowsNode>(node);
     return isStack ? Size{} : filling(offer);
   }
   if (const auto* row = std::get_if<HStackNode>(&node)) {
-    return stackSize(view, Axis::horizontal, row->spacing, offer);
+    return stackSize(view.children, Axis::horizontal, row->spacing, offer);
   }
   if (const auto* column = std::get_if<VStackNode>(&node)) {
-    return stackSize(view, Axis::vertical, column->spacing, offer);
+    return stackSize(view.children, Axis::vertical, column->spacing, offer);
+  }
+  if (std::holds_alternative<WholeRowsNode>(node)) {
+    const ShownRows shown = shownRows(view, offer);
+    return stackSize(shown.rows, Axis::vertical, shown.spacing, offer);
   }
   if (std::holds_alternative<ZStackNode>(node)) return layeredSize(view, offer);
   if (std::holds_alternative<FirstThatFitsNode>(node)) return measure(chosen(view, offer), offer);
@@ -110,15 +115,36 @@ const View& ViewMeasurer::chosen(const View& choice, const ProposedSize& offer) 
   return choice.children.back();
 }
 
-StackPlan ViewMeasurer::planStack(const View& stack, Axis axis, double spacing,
+ShownRows ViewMeasurer::shownRows(const View& rows, const ProposedSize& offer) {
+  const std::vector<double>& spacings = std::get<WholeRowsNode>(rows.node).spacings;
+  const std::span<const View> all = rows.children;
+  const double widest = spacings.empty() ? 0 : spacings.front();
+  if (!offer.height || all.empty()) return {all, widest};
+  std::vector<double> heights;
+  for (const View& row : all) heights.push_back(measure(row, {std::nullopt, std::nullopt}).height);
+  const double sum = std::accumulate(heights.begin(), heights.end(), 0.0);
+  const auto gaps = static_cast<double>(all.size() - 1);
+  for (const double spacing : spacings) {
+    if (fits(sum + spacing * gaps, offer.height)) return {all, spacing};
+  }
+  const double tightest = spacings.empty() ? 0 : spacings.back();
+  std::size_t count = 1;
+  double height = heights.front();
+  while (count < all.size() && fits(height + tightest + heights[count], offer.height)) {
+    height += tightest + heights[count++];
+  }
+  return {all.first(count), tightest};
+}
+
+StackPlan ViewMeasurer::planStack(std::span<const View> children, Axis axis, double spacing,
                                   const ProposedSize& offer) {
   const std::optional<double> available = axis == Axis::horizontal ? offer.width : offer.height;
   StackPlan plan;
-  plan.spacing = fittingSpacing(spacing, stack.children.size(), available);
+  plan.spacing = fittingSpacing(spacing, children.size(), available);
   std::vector<StackMember> members;
   // How flexible a child is matters only beside others: asking would measure its whole tree twice.
-  const bool shares = available && stack.children.size() > 1;
-  for (const View& child : stack.children) {
+  const bool shares = available && children.size() > 1;
+  for (const View& child : children) {
     const auto lengthFor = [this, &child, axis, offer](std::optional<double> length) {
       return along(axis, measure(child, withLength(axis, offer, length)));
     };
@@ -131,13 +157,13 @@ StackPlan ViewMeasurer::planStack(const View& stack, Axis axis, double spacing,
   return plan;
 }
 
-Size ViewMeasurer::stackSize(const View& stack, Axis axis, double spacing,
+Size ViewMeasurer::stackSize(std::span<const View> children, Axis axis, double spacing,
                              const ProposedSize& offer) {
-  const StackPlan plan = planStack(stack, axis, spacing, offer);
-  double length = plan.spacing * static_cast<double>(stack.children.size() - 1);
+  const StackPlan plan = planStack(children, axis, spacing, offer);
+  double length = plan.spacing * static_cast<double>(children.size() - 1);
   double breadth = 0;
-  for (std::size_t index = 0; index < stack.children.size(); ++index) {
-    const Size size = measure(stack.children[index], plan.offers[index]);
+  for (std::size_t index = 0; index < children.size(); ++index) {
+    const Size size = measure(children[index], plan.offers[index]);
     length += along(axis, size);
     breadth = std::max(breadth, across(axis, size));
   }

@@ -6,6 +6,7 @@
 
 #include <map>
 #include <optional>
+#include <span>
 #include <tuple>
 #include <vector>
 
@@ -24,6 +25,12 @@ struct StackPlan {
   double spacing = 0;
 };
 
+/// Which of its rows `WholeRowsNode` shows: the first ones, as a stack of this spacing.
+struct ShownRows {
+  std::span<const View> rows;
+  double spacing = 0;
+};
+
 class ViewMeasurer {
  public:
   explicit ViewMeasurer(const LayoutContext& context) : context_(context) {}
@@ -32,8 +39,9 @@ class ViewMeasurer {
 
   /// The text of a text node or of the time of drawing, as it is shown for `offer`.
   [[nodiscard]] FittedText shownText(const View& view, const ProposedSize& offer) const;
-  [[nodiscard]] StackPlan planStack(const View& stack, Axis axis, double spacing,
+  [[nodiscard]] StackPlan planStack(std::span<const View> children, Axis axis, double spacing,
                                     const ProposedSize& offer);
+  [[nodiscard]] ShownRows shownRows(const View& rows, const ProposedSize& offer);
   [[nodiscard]] const View& chosen(const View& choice, const ProposedSize& offer);
 
  private:
@@ -41,7 +49,7 @@ class ViewMeasurer {
   using Key = std::tuple<const View*, double, double>;
 
   [[nodiscard]] Size computed(const View& view, const ProposedSize& offer);
-  [[nodiscard]] Size stackSize(const View& stack, Axis axis, double spacing,
+  [[nodiscard]] Size stackSize(std::span<const View> children, Axis axis, double spacing,
                                const ProposedSize& offer);
   [[nodiscard]] Size layeredSize(const View& stack, const ProposedSize& offer);
   [[nodiscard]] Size frameSize(const View& view, const FrameNode& frame, const ProposedSize& offer);

@@ -1,6 +1,7 @@
 #include "NetworkWidgetVexExtension/Views/NetworkSourceListView.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 #include <vector>
 
@@ -10,24 +11,8 @@
 namespace lanternfold {
 namespace {
 
-/// The space between rows where they all have room, and where they have not.
-constexpr double wideRowSpacing = 9;
-constexpr double narrowRowSpacing = 4;
-constexpr double tightRowSpacing = 1;
-
-/// All rows with the widest spacing there is room for, else as many of the first ones as there is
-/// room for.
-View rowsThatFit(std::vector<View> rows) {
-  std::vector<View> choices;
-  for (const double spacing : {wideRowSpacing, narrowRowSpacing, tightRowSpacing}) {
-    choices.push_back(vstack(HorizontalAlignment::leading, spacing, rows));
-  }
-  for (; rows.size() > 1; rows.pop_back()) {
-    choices.push_back(vstack(HorizontalAlignment::leading, tightRowSpacing, rows));
-  }
-  if (!rows.empty()) choices.push_back(vstack(HorizontalAlignment::leading, 0, std::move(rows)));
-  return firstThatFits(FitAxes::vertical, std::move(choices));
-}
+/// The space between rows where they all have room, and where they have less and less.
+constexpr std::array rowSpacings = {9.0, 4.0, 1.0};
 
 }  // namespace
 
@@ -38,7 +23,8 @@ View NetworkSourceListView::body(const WidgetEnvironment& environment) const {
     rows.push_back(SourceListItemView{items[index], index == 0}.body());
   }
   std::vector<View> columns;
-  columns.push_back(rowsThatFit(std::move(rows)));
+  columns.push_back(wholeRows(HorizontalAlignment::leading,
+                              {rowSpacings.begin(), rowSpacings.end()}, std::move(rows)));
   FrameNode frame;
   frame.width.maximum = unlimited;
   frame.alignment = alignment;

@@ -46,6 +46,11 @@ TEST(DrawList, DrawsTheBackgroundFirst) {
             "circle 0,0 20x12 #FFFFFFFF line 2\n");
 }
 
+TEST(DrawList, OfALinkIsThatOfItsContent) {
+  EXPECT_EQ(dumpOf(link("app:x", circle(2)).foreground(Colour::named("Ink"))),
+            "circle 0,0 20x12 #000000FF line 2\n");
+}
+
 TEST(DrawList, ReportsAColourThatThePaletteLacksAndDrawsGrey) {
   std::vector<std::string> reports;
   EXPECT_EQ(dumpOf(circle(2).foreground(Colour::named("Rust")), ColourScheme::light, &reports),

@@ -118,6 +118,23 @@ TEST(Layout, ChoosesByTheAxesAskedFor) {
   EXPECT_NE(dumpOf(down, {14, 12}).find("a\u2026"), std::string::npos);
 }
 
+TEST(Layout, OfALinkIsThatOfItsContent) {
+  EXPECT_EQ(dumpOf(link("app://monitor?mini=1", word("ab").padding(1)), {50, 14}),
+            "link 19,0 12x14 app://monitor?mini=1 -- \"ab\"\n"
+            "  padding 19,0 12x14 1 1 1 1 -- \"ab\"\n"
+            "    text 20,1 10x12 10 \"ab\"\n");
+}
+
+// A picture that takes the foreground colour: as wide as its frame, as high as there is room.
+TEST(Layout, OfASymbolWithoutAPointSizeFillsWhatItsFrameLeavesFree) {
+  FrameNode wide;
+  wide.width.fixed = 80;
+  EXPECT_EQ(dumpOf(symbol("Gauge").frame(wide).padding(5), {170, 60}),
+            "padding 40,0 90x60 5 5 5 5\n"
+            "  frame 45,5 80x50 width 80 centre-centre\n"
+            "    symbol 45,5 80x50 Gauge\n");
+}
+
 TEST(Layout, ShrinksATextBeforeItShortensIt) {
   const View shrinking = text("abcdefgh", {{10}, Truncation::tail, 0.5});
   EXPECT_EQ(dumpOf(shrinking, {30, 12}), "text 0.2,0 29.7x12 7.4 \"abcdefgh\"\n");

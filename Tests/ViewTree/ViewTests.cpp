@@ -42,6 +42,29 @@ TEST(View, ShowsTextsFromOutsideOnlyAfterMakingThemFit) {
   EXPECT_EQ(std::get<TextNode>(text("a\xff\n", {}).node).text, "a\uFFFD ");
 }
 
+TEST(View, SaysNamesFromOutsideOnlyAfterMakingThemFit) {
+  EXPECT_EQ(circle(2).accessible("a\xff\n\u202E").accessibleName, "a\uFFFD ");
+}
+
+TEST(View, SaysTheContentOfALink) {
+  EXPECT_EQ(accessibleDescription(link("app:x", text("Open", {})), ""), "Open");
+}
+
+TEST(View, SaysAllRows) {
+  const View rows = wholeRows(HorizontalAlignment::leading, {1}, {text("a", {}), text("b", {})});
+  EXPECT_EQ(accessibleDescription(rows, ""), "a, b");
+}
+
+TEST(View, IsNoLinkWithoutAUrl) {
+  EXPECT_EQ(link("no url", circle(2)), circle(2));
+  EXPECT_EQ(std::get<LinkNode>(link("app:x", circle(2)).node).url, "app:x");
+}
+
+TEST(ViewDeathTest, RowsNeedASpacing) {
+  EXPECT_DEATH((void)wholeRows(HorizontalAlignment::leading, {}, {}),
+               "rows of views were made without a spacing");
+}
+
 TEST(ViewDeathTest, AChoiceNeedsAView) {
   EXPECT_DEATH((void)firstThatFits(FitAxes::both, {}), "a choice of views was made without a view");
 }

@@ -1,0 +1,294 @@
+// What the archive holds of each kind of node: its name, its children and its members with their
+// bounds, once for both directions.
+//
+// Read by: the encoder and the decoder, each with a visitor that has
+//   text(name, std::string&)            url(name, std::string&)
+//   number(name, double&, NumberRule)   optionalNumber(name, std::optional<double>&, NumberRule)
+//   numbers(name, std::vector<double>&, NumberRule)
+//   choice(name, Enumeration&, names, standard)
+//   alignment(name, Alignment&)         colour(name, Colour&)
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string_view>
+
+#include "ViewTree/View.h"
+#include "ViewTree/ViewArchive.h"
+
+namespace lanternfold {
+
+enum class ArchivedChildren { none, one, two, atLeastOne, any };
+
+/// What a number may be, and what it is when it is not there.
+struct NumberRule {
+  double least = 0;
+  double most = 0;
+  std::optional<double> standard = std::nullopt;  ///< none: the number must be there
+  bool mayBeUnlimited = false;
+
+  [[nodiscard]] constexpr NumberRule unless(double value) const {
+    return {least, most, value, mayBeUnlimited};
+  }
+};
+
+/// In either direction, as spacings and offsets go.
+inline constexpr NumberRule lengthRule{-largestArchivedLength, largestArchivedLength};
+inline constexpr NumberRule extentRule{0, largestArchivedLength};
+inline constexpr NumberRule unboundedExtentRule{0, largestArchivedLength, std::nullopt, true};
+inline constexpr NumberRule fractionRule{0, 1};
+
+// The names of the cases, in their order.
+inline constexpr std::array<std::string_view, 2> truncationNames = {"middle", "tail"};
+inline constexpr std::array<std::string_view, 2> fontWeightNames = {"regular", "bold"};
+inline constexpr std::array<std::string_view, 2> fontLeadingNames = {"standard", "tight"};
+inline constexpr std::array<std::string_view, 3> fitAxesNames = {"horizontal", "vertical", "both"};
+inline constexpr std::array<std::string_view, 3> horizontalNames = {"leading", "centre",
+                                                                    "trailing"};
+inline constexpr std::array<std::string_view, 3> verticalNames = {"top", "centre", "bottom"};
+/// Row by row from the top, each from its leading end.
+inline constexpr std::array<std::string_view, 9> alignmentNames = {
+    "topLeading",     "topCentre",     "topTrailing",  "centreLeading", "centre",
+    "centreTrailing", "bottomLeading", "bottomCentre", "bottomTrailing"};
+
+template <ArchivedChildren childrenOfKind>
+struct ArchivedKind {
+  static constexpr ArchivedChildren children = childrenOfKind;
+  /// Of a kind without members of its own.
+  template <typename Visitor, typename Node>
+  static void visit(Visitor&, Node&) {}
+};
+using ArchivedLeaf = ArchivedKind<ArchivedChildren::none>;
+using ArchivedModifier = ArchivedKind<ArchivedChildren::one>;
+using ArchivedStack = ArchivedKind<ArchivedChildren::any>;
+
+/// Specialised below for every kind of node: `type`, `children` and `visit(visitor, node)`, where
+/// the node is const for the encoder.
+template <typename Node>
+struct ArchivedNode;
+
+template <typename Visitor, typename FontOfNode>
+void visitFont(Visitor& members, FontOfNode& font) {
+  members.number("fontSize", font.size, extentRule);
+  members.choice("fontWeight", font.weight, fontWeightNames, FontWeight::regular);
+  members.choice("fontLeading", font.leading, fontLeadingNames, FontLeading::standard);
+}
+
+template <>
+struct ArchivedNode<TextNode> : ArchivedLeaf {
+  static constexpr std::string_view type = "text";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.text("text", node.text);
+    visitFont(members, node.font);
+    members.choice("truncation", node.truncation, truncationNames, Truncation::tail);
+    members.number("minimumScale", node.minimumScale, fractionRule.unless(1));
+  }
+};
+
+template <>
+struct ArchivedNode<DrawingTimeNode> : ArchivedLeaf {
+  static constexpr std::string_view type = "drawingTime";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.text("format", node.format);
+    visitFont(members, node.font);
+  }
+};
+
+template <>
+struct ArchivedNode<SymbolNode> : ArchivedLeaf {
+  static constexpr std::string_view type = "symbol";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.text("name", node.name);
+    members.optionalNumber("pointSize", node.pointSize, extentRule);
+  }
+};
+
+template <>
+struct ArchivedNode<ImageNode> : ArchivedLeaf {
+  static constexpr std::string_view type = "image";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.text("name", node.name);
+  }
+};
+
+template <>
+struct ArchivedNode<CircleNode> : ArchivedLeaf {
+  static constexpr std::string_view type = "circle";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.number("lineWidth", node.lineWidth, extentRule);
+  }
+};
+
+template <>
+struct ArchivedNode<RoundedRectangleNode> : ArchivedLeaf {
+  static constexpr std::string_view type = "roundedRectangle";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.number("cornerRadius", node.cornerRadius, extentRule);
+    members.colour("fill", node.fill);
+  }
+};
+
+template <>
+struct ArchivedNode<LinearGradientNode> : ArchivedLeaf {
+  static constexpr std::string_view type = "linearGradient";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.colour("start", node.start);
+    members.colour("end", node.end);
+  }
+};
+
+template <>
+struct ArchivedNode<EmptyNode> : ArchivedLeaf {
+  static constexpr std::string_view type = "empty";
+};
+
+template <>
+struct ArchivedNode<HStackNode> : ArchivedStack {
+  static constexpr std::string_view type = "hstack";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.choice("alignment", node.alignment, verticalNames, VerticalAlignment::centre);
+    members.number("spacing", node.spacing, lengthRule.unless(0));
+  }
+};
+
+template <>
+struct ArchivedNode<VStackNode> : ArchivedStack {
+  static constexpr std::string_view type = "vstack";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.choice("alignment", node.alignment, horizontalNames, HorizontalAlignment::centre);
+    members.number("spacing", node.spacing, lengthRule.unless(0));
+  }
+};
+
+template <>
+struct ArchivedNode<ZStackNode> : ArchivedStack {
+  static constexpr std::string_view type = "zstack";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.alignment("alignment", node.alignment);
+  }
+};
+
+template <>
+struct ArchivedNode<FirstThatFitsNode> : ArchivedKind<ArchivedChildren::atLeastOne> {
+  static constexpr std::string_view type = "firstThatFits";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.choice("axes", node.axes, fitAxesNames, FitAxes::both);
+  }
+};
+
+template <>
+struct ArchivedNode<WholeRowsNode> : ArchivedStack {
+  static constexpr std::string_view type = "wholeRows";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.numbers("spacings", node.spacings, lengthRule);
+    members.choice("alignment", node.alignment, horizontalNames, HorizontalAlignment::centre);
+  }
+};
+
+template <>
+struct ArchivedNode<FrameNode> : ArchivedModifier {
+  static constexpr std::string_view type = "frame";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.optionalNumber("width", node.width.fixed, extentRule);
+    members.optionalNumber("minimumWidth", node.width.minimum, extentRule);
+    members.optionalNumber("idealWidth", node.width.ideal, extentRule);
+    members.optionalNumber("maximumWidth", node.width.maximum, unboundedExtentRule);
+    members.optionalNumber("height", node.height.fixed, extentRule);
+    members.optionalNumber("minimumHeight", node.height.minimum, extentRule);
+    members.optionalNumber("idealHeight", node.height.ideal, extentRule);
+    members.optionalNumber("maximumHeight", node.height.maximum, unboundedExtentRule);
+    members.alignment("alignment", node.alignment);
+  }
+};
+
+template <>
+struct ArchivedNode<PaddingNode> : ArchivedModifier {
+  static constexpr std::string_view type = "padding";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.number("top", node.insets.top, lengthRule.unless(0));
+    members.number("leading", node.insets.leading, lengthRule.unless(0));
+    members.number("bottom", node.insets.bottom, lengthRule.unless(0));
+    members.number("trailing", node.insets.trailing, lengthRule.unless(0));
+  }
+};
+
+template <>
+struct ArchivedNode<OffsetNode> : ArchivedModifier {
+  static constexpr std::string_view type = "offset";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.number("x", node.by.x, lengthRule.unless(0));
+    members.number("y", node.by.y, lengthRule.unless(0));
+  }
+};
+
+template <>
+struct ArchivedNode<BackgroundNode> : ArchivedKind<ArchivedChildren::two> {
+  static constexpr std::string_view type = "background";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.alignment("alignment", node.alignment);
+  }
+};
+
+template <>
+struct ArchivedNode<OpacityNode> : ArchivedModifier {
+  static constexpr std::string_view type = "opacity";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.number("light", node.light, fractionRule);
+    members.number("dark", node.dark, fractionRule);
+  }
+};
+
+template <>
+struct ArchivedNode<ForegroundNode> : ArchivedModifier {
+  static constexpr std::string_view type = "foreground";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.colour("colour", node.colour);
+  }
+};
+
+template <>
+struct ArchivedNode<ButtonNode> : ArchivedModifier {
+  static constexpr std::string_view type = "button";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.text("intent", node.intent);
+  }
+};
+
+template <>
+struct ArchivedNode<LinkNode> : ArchivedModifier {
+  static constexpr std::string_view type = "link";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.url("url", node.url);
+  }
+};
+
+template <>
+struct ArchivedNode<LayoutPriorityNode> : ArchivedModifier {
+  static constexpr std::string_view type = "layoutPriority";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.number("priority", node.priority, lengthRule);
+  }
+};
+
+}  // namespace lanternfold
