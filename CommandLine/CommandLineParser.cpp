@@ -1,9 +1,7 @@
 #include "CommandLine/CommandLineParser.h"
 
-#include <algorithm>
 #include <memory>
 #include <optional>
-#include <sstream>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -18,7 +16,7 @@
 #include "CommandLine/Commands/StateCommand.h"
 #include "CommandLine/Commands/TimelineCommand.h"
 #include "CommandLine/Commands/WifiCommand.h"
-#include "Wiring/ArgumentFaults.h"
+#include "Wiring/ArgumentParsing.h"
 #include "Wiring/CommonOptions.h"
 #include "Wiring/ProgramName.h"
 
@@ -319,12 +317,6 @@ void addWifi(CLI::App& app, Choice& choice) {
   command->callback([options, common, &choice] { choice = chooseWifi(*options, *common); });
 }
 
-/// Refusals of the library that `firstArgumentFault` does not foresee.
-CommandFailure notUnderstood() {
-  return badArguments(std::string("the arguments were not understood; \"") + programName +
-                      " --help\" lists the commands and their options");
-}
-
 }  // namespace
 
 ParsedCommandLine parseCommandLine(std::span<const std::string> arguments) {
@@ -342,21 +334,9 @@ ParsedCommandLine parseCommandLine(std::span<const std::string> arguments) {
   addWifi(app, choice);
   addLocation(app, choice);
   addEchoService(app, choice);
-  bool isUnderstood = true;
-  try {
-    std::vector<std::string> words = withEmptyValuesApart(arguments);
-    // The library takes them from the back.
-    std::ranges::reverse(words);
-    app.parse(std::move(words));
-  } catch (const CLI::Success& information) {
-    std::ostringstream text;
-    (void)app.exit(information, text, text);
-    return InformationText{text.str()};
-  } catch (const CLI::Error&) {
-    isUnderstood = false;
-  }
-  if (auto fault = firstArgumentFault(app, arguments)) return badArguments(*std::move(fault));
-  if (!isUnderstood) return notUnderstood();
+  const ParsedArguments parsed = parseArguments(app, arguments);
+  if (const auto* failure = std::get_if<CommandFailure>(&parsed)) return *failure;
+  if (const auto* information = std::get_if<InformationText>(&parsed)) return *information;
   if (!choice) return choice.error();
   return *std::move(choice);
 }

@@ -9,6 +9,7 @@
 #include <string>
 #include <variant>
 
+#include "Wiring/ArgumentParsing.h"
 #include "Wiring/Console.h"
 #include "Wiring/Machine.h"
 #include "Wiring/MachineOptions.h"
@@ -19,11 +20,6 @@ namespace lanternfold {
 struct ChosenCommand {
   std::function<std::expected<void, CommandFailure>(const Machine&, const Console&)> run;
   MachineOptions machine;
-};
-
-/// Help or the version: a result of its own.
-struct InformationText {
-  std::string text;
 };
 
 using ParsedCommandLine = std::variant<ChosenCommand, InformationText, CommandFailure>;

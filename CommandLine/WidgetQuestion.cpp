@@ -1,7 +1,6 @@
 #include "CommandLine/WidgetQuestion.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -16,6 +15,7 @@
 #include "NetworkWidgetVexExtension/Bundle/NetworkAdapterWidget.h"
 #include "NetworkWidgetVexExtension/Bundle/PanoramicNetworkStateWidget.h"
 #include "NetworkWidgetVexExtension/Bundle/WlanNetworkStateWidget.h"
+#include "WidgetService/WidgetFamilyName.h"
 #include "Wiring/PrintableText.h"
 #include "Wiring/ProgramName.h"
 #include "Wiring/WidgetGraph.h"
@@ -23,24 +23,13 @@
 namespace lanternfold {
 namespace {
 
-struct NamedFamily {
-  std::string_view name;
-  WidgetFamily family;
-};
-
-constexpr std::array<NamedFamily, 3> namedFamilies = {
-    {{"small", WidgetFamily::small},
-     {"medium", WidgetFamily::medium},
-     {"large", WidgetFamily::large}}};
-
 constexpr std::string_view automaticAdapter = "auto";
 
 std::string namesOf(const std::vector<WidgetFamily>& offered) {
   std::string names;
-  for (const auto& [name, family] : namedFamilies) {
-    if (std::ranges::find(offered, family) == offered.end()) continue;
+  for (const WidgetFamily family : offered) {
     if (!names.empty()) names += " or ";
-    names += name;
+    names += widgetFamilyName(family);
   }
   return names;
 }
@@ -49,12 +38,12 @@ std::expected<WidgetFamily, CommandFailure> familyOf(const WidgetQuestion& quest
                                                      const WidgetDescription& widget) {
   const auto& offered = widget.supportedFamilies;
   if (!question.family) return offered.back();
-  const auto* const named = std::ranges::find(namedFamilies, *question.family, &NamedFamily::name);
-  if (named == namedFamilies.end()) {
-    return std::unexpected(badArguments("unknown family " + inQuotes(*question.family) + "; use " +
-                                        namesOf(offered)));
+  const auto family = widgetFamilyOfName(*question.family);
+  if (!family) {
+    return std::unexpected(
+        badArguments("unknown family " + inQuotes(*question.family) + "; use " + namesOf(offered)));
   }
-  if (std::ranges::find(offered, named->family) != offered.end()) return named->family;
+  if (std::ranges::find(offered, *family) != offered.end()) return *family;
   return std::unexpected(badArguments(widget.kind + " has no " + *question.family +
                                       " family; use " + namesOf(offered)));
 }
@@ -77,8 +66,8 @@ std::expected<EntryCall, CommandFailure> callOf(const WidgetQuestion& question,
       std::ranges::find(widgets, question.kind,
                         [](const Widget& each) -> const auto& { return each.description.kind; });
   if (widget == widgets.end()) {
-    return std::unexpected(badArguments("unknown widget kind " + inQuotes(question.kind) +
-                                        "; use " + widgetKinds));
+    return std::unexpected(
+        badArguments("unknown widget kind " + inQuotes(question.kind) + "; use " + widgetKinds));
   }
   const auto family = familyOf(question, widget->description);
   if (!family) return std::unexpected(family.error());
@@ -132,11 +121,11 @@ std::expected<ServiceResult, CommandFailure> answerTo(const EntryCall& call,
     bool isLoopRunning = false;
   };
   const auto wait = std::make_shared<Wait>();
-  responder.respond(
-      call, [wait, loop = std::ref(machine.mainLoop)](WidgetResponder::Answer answer) {
-        wait->answer = std::move(answer);
-        if (wait->isLoopRunning) loop.get().stop();
-      });
+  responder.respond(call,
+                    [wait, loop = std::ref(machine.mainLoop)](WidgetResponder::Answer answer) {
+                      wait->answer = std::move(answer);
+                      if (wait->isLoopRunning) loop.get().stop();
+                    });
   if (!wait->answer) {
     wait->isLoopRunning = true;
     machine.mainLoop.runFor(limit);
@@ -162,9 +151,10 @@ void addWidgetOptions(CLI::App& command, WidgetQuestion& question) {
       ->option_text("FAMILY")
       ->type_name("the widget's size: small, medium or large");
   command
-      .add_option("--adapter", question.adapter,
-                  "The interface that NetworkAdapterWidget shows, or auto (the default), which takes "
-                  "the one of the best default route")
+      .add_option(
+          "--adapter", question.adapter,
+          "The interface that NetworkAdapterWidget shows, or auto (the default), which takes "
+          "the one of the best default route")
       ->option_text("NAME")
       ->type_name("an interface's name");
   command.add_flag("--show-timestamp", question.showTimestamp, "Show the time of drawing");

@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
-#include <map>
+#include <unordered_map>
 #include <memory>
 #include <string_view>
 
@@ -84,7 +84,7 @@ class ServiceSession {
 
   Surroundings surroundings_;
   LineSplitter lines_;
-  std::map<RequestIdentifier, PendingRequest> pending_;
+  std::unordered_map<RequestIdentifier, PendingRequest> pending_;
   std::deque<std::weak_ptr<const Pending>> waiting_;
   std::size_t underWay_ = 0;
   bool isMakingWaiting_ = false;
