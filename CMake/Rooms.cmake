@@ -53,14 +53,19 @@ lanternfold_room(PlatformLinux USES NetworkMonitor/Metrics Platform Support
 lanternfold_room(PlatformDarwin USES Platform Support)
 lanternfold_room(Rendering USES ViewTree Support
                  LIBRARIES PkgConfig::pangocairo PkgConfig::rsvg PkgConfig::cairo_surfaces)
-lanternfold_room(CommandLine USES EchoService NetworkWidgetVexExtension Rendering PlatformLinux
-                                  WidgetService ViewTree NetworkMonitor NetBase Platform Support
+lanternfold_room(Wiring USES NetworkWidgetVexExtension WidgetService PlatformLinux NetworkMonitor
+                             NetBase Platform Support
+                 LIBRARIES CLI11::CLI11 PkgConfig::glib Threads::Threads)
+lanternfold_room(CommandLine USES EchoService Wiring NetworkWidgetVexExtension WidgetService
+                                  Rendering PlatformLinux ViewTree NetworkMonitor NetBase Platform
+                                  Support
                  LIBRARIES nlohmann_json::nlohmann_json CLI11::CLI11 PkgConfig::glib
                            Threads::Threads)
 
-target_compile_definitions(CommandLine PRIVATE
+target_compile_definitions(Wiring PRIVATE
   LANTERNFOLD_VERSION="${PROJECT_VERSION}"
   LANTERNFOLD_SOURCE_ASSETS="${CMAKE_SOURCE_DIR}/Assets")
+target_compile_definitions(CommandLine PRIVATE LANTERNFOLD_VERSION="${PROJECT_VERSION}")
 
 add_executable(lanternfold-widgets CommandLine/main.cpp)
 target_link_libraries(lanternfold-widgets PRIVATE CommandLine)

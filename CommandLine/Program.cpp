@@ -5,9 +5,9 @@
 #include <system_error>
 #include <variant>
 
-#include "CommandLine/FileRemedy.h"
-#include "CommandLine/PrintableText.h"
-#include "CommandLine/ProgramName.h"
+#include "Support/FileRemedy.h"
+#include "Wiring/PrintableText.h"
+#include "Wiring/ProgramName.h"
 
 namespace lanternfold {
 namespace {
