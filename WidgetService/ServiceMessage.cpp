@@ -171,8 +171,4 @@ HostMessage parseHostMessage(std::string_view line) {
                                   : "a message is an object");
 }
 
-RefusedMessage overlongLineRefusal() {
-  return refusal(nullptr, ServiceErrorCode::invalidRequest, "the line is longer than 4 MiB");
-}
-
 }  // namespace lanternfold

@@ -103,7 +103,4 @@ using HostMessage = std::variant<ServiceRequest, CancelNotification, LocationNot
 /// (WidgetService/QuotedText.h). Pure; any thread.
 [[nodiscard]] HostMessage parseHostMessage(std::string_view line);
 
-/// How a line is refused that is longer than `longestServiceLine`.
-[[nodiscard]] RefusedMessage overlongLineRefusal();
-
 }  // namespace lanternfold

@@ -226,11 +226,5 @@ TEST(RefusedHostMessage, MembersOfElementsOfAListAreNobodysMembers) {
             "not refused");
 }
 
-TEST(RefusedHostMessage, ALineThatIsTooLongIsNoRequest) {
-  EXPECT_EQ(overlongLineRefusal(),
-            (RefusedMessage{nullptr,
-                            {ServiceErrorCode::invalidRequest, "the line is longer than 4 MiB"}}));
-}
-
 }  // namespace
 }  // namespace lanternfold
