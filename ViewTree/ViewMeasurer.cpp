@@ -121,7 +121,7 @@ ShownRows ViewMeasurer::shownRows(const View& rows, const ProposedSize& offer) {
   const double widest = spacings.empty() ? 0 : spacings.front();
   if (!offer.height || all.empty()) return {all, widest};
   std::vector<double> heights;
-  for (const View& row : all) heights.push_back(measure(row, {std::nullopt, std::nullopt}).height);
+  for (const View& row : all) heights.push_back(measure(row, {offer.width, std::nullopt}).height);
   const double sum = std::accumulate(heights.begin(), heights.end(), 0.0);
   const auto gaps = static_cast<double>(all.size() - 1);
   for (const double spacing : spacings) {

@@ -80,6 +80,16 @@ TEST(WholeRows, AreAllThereWhereTheHeightIsFree) {
   EXPECT_EQ(dumpOf(choice, {25, 53}).find("\"three\""), std::string::npos);
 }
 
+TEST(WholeRows, AreAsHighAsTheyAreAtTheWidthThereIs) {
+  const View sentence = firstThatFits(
+      FitAxes::horizontal,
+      {row("ab cd"), vstack(HorizontalAlignment::leading, 0, {row("ab"), row("cd")})});
+  const View view = wholeRows(HorizontalAlignment::leading, {1}, {sentence, row("x")});
+  EXPECT_NE(dumpOf(view, {25, 25}).find("\"x\""), std::string::npos);
+  EXPECT_EQ(dumpOf(view, {15, 25}).find("\"x\"\n"), std::string::npos);
+  EXPECT_NE(dumpOf(view, {15, 37}).find("\"x\"\n"), std::string::npos);
+}
+
 /// What the rows were once: a choice of stacks, each with rows of its own.
 View choiceOfStacks(const std::vector<double>& spacings, std::vector<View> rows) {
   std::vector<View> choices;
