@@ -174,7 +174,7 @@ std::expected<WidgetAnswer, CommandFailure> askWidget(const WidgetQuestion& ques
     }
     warnOfMissingAdapter(question, machine, console);
   }
-  const WidgetResponder responder(std::move(widgets));
+  const WidgetResponder responder = makeWidgetResponder(machine, std::move(widgets));
   auto result = answerTo(*call, responder, machine);
   if (!result) return std::unexpected(result.error());
   return WidgetAnswer{.family = call->request.family, .result = *std::move(result)};

@@ -57,7 +57,8 @@ std::expected<void, CommandFailure> serve(const ExtensionChoice& choice) {
                    "; hand in one end of a connected stream socket, as socketpair makes it"));
   }
   RelayedConsent& consent = linuxMachine.consent();
-  const WidgetResponder responder(makeWidgets(machine, choice.monitor));
+  const WidgetResponder responder =
+      makeWidgetResponder(machine, makeWidgets(machine, choice.monitor));
   ServiceSession session(
       {.stream = **stream,
        .responder = responder,

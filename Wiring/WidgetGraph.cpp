@@ -1,11 +1,13 @@
 #include "Wiring/WidgetGraph.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
 
 #include "NetworkWidgetVexExtension/Bundle/AppGroupIdEnvironmentKey.h"
 #include "NetworkWidgetVexExtension/Bundle/NetworkWidgetBundle.h"
+#include "NetworkWidgetVexExtension/Intents/RefreshAppIntent.h"
 
 namespace lanternfold {
 
@@ -31,6 +33,10 @@ std::vector<Widget> makeWidgets(const Machine& machine, const MonitorOptions& op
            },
        .environment = std::move(environment)});
   return bundle.body();
+}
+
+WidgetResponder makeWidgetResponder(const Machine& machine, std::vector<Widget> widgets) {
+  return {std::move(widgets), {std::make_shared<RefreshAppIntent>(machine.platform.strings)}};
 }
 
 }  // namespace lanternfold

@@ -8,9 +8,9 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
-#include <unordered_map>
 #include <memory>
 #include <string_view>
+#include <unordered_map>
 
 #include "NetworkWidgetVexExtension/Service/WidgetResponder.h"
 #include "Platform/ByteStream.h"

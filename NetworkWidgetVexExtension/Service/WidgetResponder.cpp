@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "NetworkWidgetVexExtension/Intents/RefreshAppIntent.h"
 #include "Support/FatalError.h"
 #include "WidgetService/QuotedText.h"
 #include "WidgetService/ServiceAnswer.h"
@@ -30,7 +29,8 @@ std::string serviceResultJson(const ServiceResult& result) {
   return std::visit(ResultJson{}, result);
 }
 
-WidgetResponder::WidgetResponder(std::vector<Widget> widgets) : widgets_(std::move(widgets)) {
+WidgetResponder::WidgetResponder(std::vector<Widget> widgets, Intents intents)
+    : widgets_(std::move(widgets)), intents_(std::move(intents)) {
   std::vector<std::string> kinds;
   for (const Widget& widget : widgets_) kinds.push_back(widget.description.kind);
   std::ranges::sort(kinds);
@@ -66,11 +66,12 @@ void WidgetResponder::respondTo(const EntryCall& call, Reply reply) const {
 }
 
 void WidgetResponder::respondTo(const PerformIntentCall& call, Reply reply) const {
-  if (call.intent != RefreshAppIntent::name) {
-    return reply(invalid("params.intent: " + quotedText(call.intent) + " is no intent; use " +
-                         RefreshAppIntent::name));
+  const auto intent =
+      std::ranges::find(intents_, call.intent, [](const auto& each) { return each->name(); });
+  if (intent == intents_.end()) {
+    return reply(invalid("params.intent: " + quotedText(call.intent) + " is no widget's intent"));
   }
-  RefreshAppIntent{}.perform();
+  (void)(*intent)->perform();
   reply(PerformedIntent{});
 }
 

@@ -6,10 +6,12 @@
 
 #include <expected>
 #include <functional>
+#include <memory>
 #include <string>
 #include <variant>
 #include <vector>
 
+#include "WidgetService/AppIntent.h"
 #include "WidgetService/ServiceMessage.h"
 #include "WidgetService/Widget.h"
 
@@ -34,8 +36,11 @@ class WidgetResponder {
   /// Called at most once: not at all for a timeline that never becomes complete.
   using Reply = std::function<void(Answer)>;
 
-  /// `widgets` are offered in their order; their kinds differ.
-  explicit WidgetResponder(std::vector<Widget> widgets);
+  using Intents = std::vector<std::shared_ptr<const AppIntent>>;
+
+  /// `widgets` are offered in their order; their kinds differ. `intents` are those of their
+  /// buttons.
+  WidgetResponder(std::vector<Widget> widgets, Intents intents);
 
   /// An unknown kind or intent and a family that the widget lacks are errors. May reply before it
   /// returns.
@@ -49,6 +54,7 @@ class WidgetResponder {
   [[nodiscard]] std::expected<const Widget*, ServiceError> widgetFor(const EntryCall& call) const;
 
   std::vector<Widget> widgets_;
+  Intents intents_;
 };
 
 }  // namespace lanternfold
