@@ -53,20 +53,32 @@ lanternfold_room(PlatformLinux USES NetworkMonitor/Metrics Platform Support
 lanternfold_room(PlatformDarwin USES Platform Support)
 lanternfold_room(Rendering USES ViewTree Support
                  LIBRARIES PkgConfig::pangocairo PkgConfig::rsvg PkgConfig::cairo_surfaces)
-lanternfold_room(CommandLine USES EchoService NetworkWidgetVexExtension Rendering PlatformLinux
-                                  WidgetService ViewTree NetworkMonitor NetBase Platform Support
+lanternfold_room(Wiring USES NetworkWidgetVexExtension WidgetService PlatformLinux NetworkMonitor
+                             NetBase Platform Support
+                 LIBRARIES CLI11::CLI11 PkgConfig::glib Threads::Threads)
+lanternfold_room(CommandLine USES EchoService Wiring NetworkWidgetVexExtension WidgetService
+                                  Rendering PlatformLinux ViewTree NetworkMonitor NetBase Platform
+                                  Support
                  LIBRARIES nlohmann_json::nlohmann_json CLI11::CLI11 PkgConfig::glib
                            Threads::Threads)
 
-target_compile_definitions(CommandLine PRIVATE
+target_compile_definitions(Wiring PRIVATE
   LANTERNFOLD_VERSION="${PROJECT_VERSION}"
   LANTERNFOLD_SOURCE_ASSETS="${CMAKE_SOURCE_DIR}/Assets")
+lanternfold_room(ExtensionProgram USES Wiring NetworkWidgetVexExtension WidgetService PlatformLinux
+                                       NetworkMonitor NetBase Platform Support
+                 LIBRARIES CLI11::CLI11)
+target_compile_definitions(ExtensionProgram PRIVATE LANTERNFOLD_VERSION="${PROJECT_VERSION}")
+target_compile_definitions(CommandLine PRIVATE LANTERNFOLD_VERSION="${PROJECT_VERSION}")
 
 add_executable(lanternfold-widgets CommandLine/main.cpp)
 target_link_libraries(lanternfold-widgets PRIVATE CommandLine)
 
+add_executable(lanternfold-widget-extension ExtensionProgram/main.cpp)
+target_link_libraries(lanternfold-widget-extension PRIVATE ExtensionProgram)
+
 include(GNUInstallDirs)
-install(TARGETS lanternfold-widgets)
+install(TARGETS lanternfold-widgets lanternfold-widget-extension)
 install(DIRECTORY Assets DESTINATION "${CMAKE_INSTALL_DATADIR}/lanternfold-widgets")
 # The unit names the program where it is installed, which is known no sooner.
 install(CODE "

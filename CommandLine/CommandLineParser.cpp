@@ -1,25 +1,24 @@
 #include "CommandLine/CommandLineParser.h"
 
-#include <algorithm>
 #include <memory>
 #include <optional>
-#include <sstream>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
-#include "CommandLine/ArgumentFaults.h"
 #include "CommandLine/Commands/EchoServiceCommand.h"
 #include "CommandLine/Commands/InterfacesCommand.h"
 #include "CommandLine/Commands/LocationCommand.h"
 #include "CommandLine/Commands/RecordCommand.h"
 #include "CommandLine/Commands/RenderCommand.h"
 #include "CommandLine/Commands/StateCommand.h"
+#include "CommandLine/Commands/TimelineCommand.h"
 #include "CommandLine/Commands/WifiCommand.h"
-#include "CommandLine/CommonOptions.h"
-#include "CommandLine/ProgramName.h"
+#include "Wiring/ArgumentParsing.h"
+#include "Wiring/CommonOptions.h"
+#include "Wiring/ProgramName.h"
 
 namespace lanternfold {
 namespace {
@@ -174,15 +173,7 @@ void addRender(CLI::App& app, Choice& choice) {
   auto options = std::make_shared<RenderOptions>();
   auto common = std::make_shared<CommonOptions>();
   CLI::App* command = app.add_subcommand("render", "Draw a widget into a PNG, SVG or PDF file");
-  command->add_option("kind", options->kind, std::string("The widget: ") + drawableKinds)
-      ->option_text("KIND")
-      ->type_name(std::string("a widget's kind: ") + drawableKinds)
-      ->required();
-  command
-      ->add_option("--family", options->family,
-                   "The widget's size: small (not of NetworkAdapterWidget) or medium (the default)")
-      ->option_text("FAMILY")
-      ->type_name("the widget's size: small or medium");
+  addWidgetOptions(*command, options->widget);
   command->add_option("--scheme", options->scheme, "light (the default) or dark")
       ->option_text("SCHEME")
       ->type_name("light or dark");
@@ -195,18 +186,35 @@ void addRender(CLI::App& app, Choice& choice) {
                    "--adapter and --show-timestamp, and placeholder, which does not")
       ->option_text("ENTRY")
       ->type_name("placeholder, snapshot or timeline");
-  command
-      ->add_option("--adapter", options->adapter,
-                   "The interface to show; by default the one of the best default route")
-      ->option_text("NAME")
-      ->type_name("an interface's name");
-  command->add_flag("--show-timestamp", options->showTimestamp, "Draw the time of drawing");
   command->add_option("-o,--output", options->output, "The file to write: *.png, *.svg or *.pdf")
       ->option_text("FILE")
       ->type_name("a file's name that ends in .png, .svg or .pdf")
       ->required();
   addCommonOptions(*command, *common);
   command->callback([options, common, &choice] { choice = chooseRender(*options, *common); });
+}
+
+Choice chooseTimeline(const TimelineOptions& options, const CommonOptions& common) {
+  const auto choice = checkCommonOptions(common);
+  if (!choice) return std::unexpected(choice.error());
+  return commandOf(
+      *choice, options.json,
+      [options, monitor = choice->monitor](const Machine& machine, const Console& console) {
+        return runTimeline(options, monitor, machine, console);
+      });
+}
+
+void addTimeline(CLI::App& app, Choice& choice) {
+  auto options = std::make_shared<TimelineOptions>();
+  auto common = std::make_shared<CommonOptions>();
+  CLI::App* command =
+      app.add_subcommand("timeline", "Ask a widget for this machine's timeline, as its host does");
+  addWidgetOptions(*command, options->widget);
+  command->add_flag("--json", options->json,
+                    "Write {\"entries\":[{\"date\":…,\"view\":{…}}],\"policy\":…}, as the "
+                    "extension answers it");
+  addCommonOptions(*command, *common);
+  command->callback([options, common, &choice] { choice = chooseTimeline(*options, *common); });
 }
 
 Choice chooseEchoService(const EchoServiceOptions& options, const CommonOptions& common) {
@@ -309,12 +317,6 @@ void addWifi(CLI::App& app, Choice& choice) {
   command->callback([options, common, &choice] { choice = chooseWifi(*options, *common); });
 }
 
-/// Refusals of the library that `firstArgumentFault` does not foresee.
-CommandFailure notUnderstood() {
-  return badArguments(std::string("the arguments were not understood; \"") + programName +
-                      " --help\" lists the commands and their options");
-}
-
 }  // namespace
 
 ParsedCommandLine parseCommandLine(std::span<const std::string> arguments) {
@@ -328,24 +330,13 @@ ParsedCommandLine parseCommandLine(std::span<const std::string> arguments) {
   addState(app, choice);
   addRecord(app, choice);
   addRender(app, choice);
+  addTimeline(app, choice);
   addWifi(app, choice);
   addLocation(app, choice);
   addEchoService(app, choice);
-  bool isUnderstood = true;
-  try {
-    std::vector<std::string> words = withEmptyValuesApart(arguments);
-    // The library takes them from the back.
-    std::ranges::reverse(words);
-    app.parse(std::move(words));
-  } catch (const CLI::Success& information) {
-    std::ostringstream text;
-    (void)app.exit(information, text, text);
-    return InformationText{text.str()};
-  } catch (const CLI::Error&) {
-    isUnderstood = false;
-  }
-  if (auto fault = firstArgumentFault(app, arguments)) return badArguments(*std::move(fault));
-  if (!isUnderstood) return notUnderstood();
+  const ParsedArguments parsed = parseArguments(app, arguments);
+  if (const auto* failure = std::get_if<CommandFailure>(&parsed)) return *failure;
+  if (const auto* information = std::get_if<InformationText>(&parsed)) return *information;
   if (!choice) return choice.error();
   return *std::move(choice);
 }

@@ -4,40 +4,22 @@
 #pragma once
 
 #include <expected>
-#include <filesystem>
 #include <functional>
-#include <optional>
 #include <span>
 #include <string>
 #include <variant>
 
-#include "CommandLine/Console.h"
-#include "CommandLine/Machine.h"
+#include "Wiring/ArgumentParsing.h"
+#include "Wiring/Console.h"
+#include "Wiring/Machine.h"
+#include "Wiring/MachineOptions.h"
 
 namespace lanternfold {
-
-/// Where the one-line diagnostics of background paths go: to standard output, unless that holds
-/// JSON only.
-enum class DiagnosticsTarget { standardOutput, standardError };
-
-/// What the command line says of the machine that a command is to run on.
-struct MachineOptions {
-  DiagnosticsTarget diagnostics = DiagnosticsTarget::standardOutput;
-  /// Where everything is kept; the user's own data folder when it is not given.
-  std::optional<std::filesystem::path> dataFolder;
-  /// Certificates in PEM to trust; the system's when it is not given.
-  std::optional<std::filesystem::path> certificateAuthoritiesFile;
-};
 
 /// A command whose options have been understood and checked, ready to run.
 struct ChosenCommand {
   std::function<std::expected<void, CommandFailure>(const Machine&, const Console&)> run;
   MachineOptions machine;
-};
-
-/// Help or the version: a result of its own.
-struct InformationText {
-  std::string text;
 };
 
 using ParsedCommandLine = std::variant<ChosenCommand, InformationText, CommandFailure>;

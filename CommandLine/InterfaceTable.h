@@ -3,8 +3,8 @@
 
 #include <vector>
 
-#include "CommandLine/Console.h"
 #include "NetworkMonitor/Model/BasicInterface.h"
+#include "Wiring/Console.h"
 
 namespace lanternfold {
 

@@ -6,8 +6,8 @@
 #include <string>
 
 #include "CommandLine/CommandLineParser.h"
-#include "CommandLine/Console.h"
-#include "CommandLine/Machine.h"
+#include "Wiring/Console.h"
+#include "Wiring/Machine.h"
 
 namespace lanternfold {
 

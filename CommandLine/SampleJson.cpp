@@ -5,8 +5,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "CommandLine/DateText.h"
 #include "NetworkMonitor/Metrics/ConnectionMetricsJsonValue.h"
+#include "Support/Rfc3339Text.h"
 
 namespace lanternfold {
 namespace {

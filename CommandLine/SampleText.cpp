@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "CommandLine/DateText.h"
-#include "CommandLine/PrintableText.h"
 #include "CommandLine/TextTable.h"
 #include "Support/ByteCountFormatter.h"
+#include "Wiring/PrintableText.h"
 
 namespace lanternfold {
 namespace {

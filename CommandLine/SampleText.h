@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
-#include "CommandLine/Console.h"
 #include "CommandLine/RecordedSample.h"
 #include "Platform/StringTable.h"
+#include "Wiring/Console.h"
 
 namespace lanternfold {
 

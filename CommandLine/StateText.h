@@ -1,8 +1,8 @@
 // A network state as text for people.
 #pragma once
 
-#include "CommandLine/Console.h"
 #include "NetworkMonitor/Model/NetworkState.h"
+#include "Wiring/Console.h"
 
 namespace lanternfold {
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "CommandLine/PrintableText.h"
 #include "CommandLine/TextTable.h"
+#include "Wiring/PrintableText.h"
 
 namespace lanternfold {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "CommandLine/Console.h"
+#include "Wiring/Console.h"
 
 namespace lanternfold {
 

@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <utility>
 
-#include "CommandLine/PrintableText.h"
 #include "Support/FatalError.h"
+#include "Wiring/PrintableText.h"
 
 namespace lanternfold {
 namespace {

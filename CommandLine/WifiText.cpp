@@ -5,10 +5,10 @@
 #include <utility>
 #include <vector>
 
-#include "CommandLine/ProgramName.h"
 #include "CommandLine/TextRows.h"
 #include "CommandLine/WifiFigures.h"
 #include "NetworkMonitor/Wlan/WlanTexts.h"
+#include "Wiring/ProgramName.h"
 
 namespace lanternfold {
 

@@ -3,9 +3,9 @@
 // Read by: `wifi`.
 #pragma once
 
-#include "CommandLine/Console.h"
 #include "Platform/StringTable.h"
 #include "PlatformLinux/Wifi/WifiReport.h"
+#include "Wiring/Console.h"
 
 namespace lanternfold {
 

@@ -17,6 +17,7 @@ const ColourPalette& assetColours() {
   static const ColourPalette colours = {
       {"BackgroundGradientStart", {opaque(0x2674C8), opaque(0x26364F)}},
       {"BackgroundGradientEnd", {opaque(0x164C8C), opaque(0x182236)}},
+      {"AccentColor", {opaque(0x0F766E), opaque(0x134E4A)}},
       {"Foreground", {opaque(0xFFFFFF), opaque(0xF2F5FA)}},
       {"LabelForeground", {opaque(0x081A33), opaque(0x050B16)}},
   };

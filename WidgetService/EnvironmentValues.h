@@ -6,6 +6,7 @@
 
 #include <any>
 #include <typeindex>
+#include <typeinfo>
 #include <unordered_map>
 #include <utility>
 

@@ -17,7 +17,14 @@ namespace lanternfold {
 /// Bytes of the longest line that either side may send, the line's end not counted.
 inline constexpr std::size_t longestServiceLine = std::size_t{4} * 1024 * 1024;
 
-/// As the host chose it; null is one of its own, which no notification has.
+/// Bytes of the longest texts that a host may send, by what they are.
+inline constexpr std::size_t longestIdentifierText = 256;
+inline constexpr std::size_t longestKindText = 256;
+inline constexpr std::size_t longestIntentText = 256;
+inline constexpr std::size_t longestAdapterText = 1024;
+
+/// As the host chose it: a text of at most `longestIdentifierText` bytes, or a whole number within
+/// ±2^53; null is one of its own, which no notification has.
 using RequestIdentifier = std::variant<std::nullptr_t, std::int64_t, std::string>;
 
 /// The codes of JSON-RPC, and those that this service adds.
@@ -26,12 +33,13 @@ enum class ServiceErrorCode : int {
   invalidRequest = -32600,  ///< JSON, but no request
   methodNotFound = -32601,
   invalidParams = -32602,  ///< an unknown kind, a family that it lacks, wrong types
+  internalError = -32603,  ///< an answer that cannot be sent
   busy = -32000,           ///< too many requests wait already
 };
 
 struct ServiceError {
   ServiceErrorCode code = ServiceErrorCode::invalidRequest;
-  std::string message;  ///< one sentence
+  std::string message;  ///< one sentence without its full stop
   friend bool operator==(const ServiceError&, const ServiceError&) = default;
 };
 
@@ -91,7 +99,8 @@ using HostMessage = std::variant<ServiceRequest, CancelNotification, LocationNot
                                  IgnoredNotification, RefusedMessage>;
 
 /// Of one line without its end, any bytes at all. Whether the kind exists and comes in the family
-/// is not looked at.
+/// is not looked at. What the peer said is quoted in errors shortened and escaped
+/// (WidgetService/QuotedText.h). Pure; any thread.
 [[nodiscard]] HostMessage parseHostMessage(std::string_view line);
 
 }  // namespace lanternfold

@@ -5,6 +5,7 @@ namespace lanternfold {
 
 struct TimelineProviderContext {
   bool isPreview = false;  ///< for the gallery of widgets
+  friend bool operator==(const TimelineProviderContext&, const TimelineProviderContext&) = default;
 };
 
 }  // namespace lanternfold

@@ -8,10 +8,10 @@
 #include <utility>
 
 #include "CommandLine/PlainNumber.h"
-#include "CommandLine/PrintableText.h"
 #include "EchoService/EchoServer.h"
 #include "EchoService/GeolocationTableJson.h"
 #include "PlatformLinux/System/EventLoop.h"
+#include "Wiring/PrintableText.h"
 
 namespace lanternfold {
 namespace {

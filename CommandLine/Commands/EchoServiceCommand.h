@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
-#include "CommandLine/Console.h"
-#include "CommandLine/Machine.h"
 #include "EchoService/EchoLimits.h"
 #include "EchoService/IpNetwork.h"
 #include "EchoService/ListenAddress.h"
+#include "Wiring/Console.h"
+#include "Wiring/Machine.h"
 
 namespace lanternfold {
 

@@ -5,8 +5,8 @@
 
 #include "CommandLine/InterfaceTable.h"
 #include "CommandLine/KernelAccess.h"
-#include "CommandLine/MonitorGraph.h"
 #include "CommandLine/RecordJson.h"
+#include "Wiring/MonitorGraph.h"
 
 namespace lanternfold {
 namespace {

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "CommandLine/Console.h"
-#include "CommandLine/Machine.h"
+#include "Wiring/Console.h"
+#include "Wiring/Machine.h"
 
 namespace lanternfold {
 

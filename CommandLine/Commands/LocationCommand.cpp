@@ -10,9 +10,9 @@
 
 #include <nlohmann/json.hpp>
 
-#include "CommandLine/FileRemedy.h"
-#include "CommandLine/PrintableText.h"
 #include "NetworkMonitor/Location/LocationAuthorizationObserver.h"
+#include "Support/FileRemedy.h"
+#include "Wiring/PrintableText.h"
 
 namespace lanternfold {
 namespace {

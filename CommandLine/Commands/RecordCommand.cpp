@@ -4,16 +4,16 @@
 #include <utility>
 #include <variant>
 
-#include "CommandLine/FileRemedy.h"
 #include "CommandLine/KernelAccess.h"
-#include "CommandLine/MetricsGraph.h"
 #include "CommandLine/ObservedMetricsStorage.h"
 #include "CommandLine/PlainNumber.h"
-#include "CommandLine/PrintableText.h"
-#include "CommandLine/SampleFailure.h"
 #include "CommandLine/SampleJson.h"
 #include "CommandLine/SampleText.h"
+#include "NetworkMonitor/Metrics/MetricsGraph.h"
 #include "NetworkMonitor/Metrics/RecordedConnectionMetricsReader.h"
+#include "NetworkMonitor/Metrics/SampleFailure.h"
+#include "Support/FileRemedy.h"
+#include "Wiring/PrintableText.h"
 
 namespace lanternfold {
 namespace {
@@ -36,7 +36,8 @@ CommandFailure failureOf(const ConnectionMetricsError& error, const Machine& mac
 std::expected<void, CommandFailure> recordOnce(const RecordOptions& options, const Machine& machine,
                                                const Console& console,
                                                const std::filesystem::path& folder) {
-  const auto recorder = makeMetricsRecorder(machine, makeMetricsStorage(machine, folder), folder);
+  const auto recorder = makeMetricsRecorder(machine.platform, machine.metricsReader,
+                                            makeMetricsStorage(machine.platform, folder), folder);
   const auto sampled = recorder->onceSync();
   if (!sampled) return std::unexpected(failureOf(sampled.error(), machine, folder));
   if (options.json) {
@@ -79,9 +80,9 @@ class Recording {
       : machine_(machine),
         writer_(writer),
         recorder_(makeMetricsRecorder(
-            machine,
+            machine.platform, machine.metricsReader,
             std::make_shared<ObservedMetricsStorage>(
-                makeMetricsStorage(machine, folder),
+                makeMetricsStorage(machine.platform, folder),
                 [this](ConnectionMetricsMap sampled) { report(std::move(sampled)); }),
             folder)),
         reader_(std::make_unique<RecordedConnectionMetricsReader>(recorder_)) {}
@@ -168,7 +169,7 @@ std::expected<void, CommandFailure> checkRecordOptions(const RecordOptions& opti
 
 std::expected<void, CommandFailure> runRecord(const RecordOptions& options, const Machine& machine,
                                               const Console& console) {
-  const auto folder = metricsFolder(machine, options.appGroupId);
+  const auto folder = metricsFolder(machine.platform, options.appGroupId);
   if (!folder) return std::unexpected(cannotRecord(folder.error()));
   return options.once ? recordOnce(options, machine, console, *folder)
                       : recordUntilInterrupted(options, machine, console, *folder);

@@ -2,77 +2,37 @@
 
 #include <filesystem>
 #include <string_view>
-#include <utility>
 #include <variant>
 
-#include "CommandLine/AdapterEntry.h"
 #include "CommandLine/AtomicFile.h"
-#include "CommandLine/PrintableText.h"
-#include "CommandLine/ProgramName.h"
-#include "CommandLine/StateEntry.h"
-#include "NetworkWidgetVexExtension/Views/AdapterChoice.h"
-#include "NetworkWidgetVexExtension/Views/NetworkAdapterWidgetEntryView.h"
-#include "NetworkWidgetVexExtension/Views/NetworkStateWidgetEntryView.h"
+#include "CommandLine/WidgetQuestion.h"
+#include "Support/FatalError.h"
 #include "Support/RelativeDateText.h"
+#include "Wiring/PrintableText.h"
 
 namespace lanternfold {
 namespace {
 
-/// The picture explains an adapter that is not there; whoever mistyped its name is told at once.
-void warnOfMissingAdapter(const NetworkAdapterEntry& entry, const WidgetEnvironment& environment,
-                          const Console& console) {
-  const AdapterChoice choice = chooseAdapter(entry.configuration, entry.networkState.others,
-                                             environment.preferredInterfaceNames);
-  const auto* missing = std::get_if<MissingAdapter>(&choice);
-  if (missing == nullptr) return;
-  console.errors << programName << ": no adapter is called " << inQuotes(missing->name)
-                 << ", and the picture says so; \"" << programName
-                 << " interfaces --prefix en\" lists the adapters\n";
-}
-
-std::expected<View, CommandFailure> viewOf(const AdapterWidgetPlan& widget, const RenderPlan& plan,
-                                           const Machine& machine, const Console& console) {
-  const auto drawable = drawableAdapterEntry(plan.entry, widget.configuration, machine);
-  if (!drawable) return std::unexpected(drawable.error());
-  const WidgetEnvironment environment{.strings = machine.platform.strings,
-                                      .widgetFamily = plan.family,
-                                      .preferredInterfaceNames = drawable->preferredInterfaceNames};
-  warnOfMissingAdapter(drawable->entry, environment, console);
-  return NetworkAdapterWidgetEntryView{.entry = drawable->entry}.body(environment);
-}
-
-std::expected<View, CommandFailure> viewOf(const StateWidgetPlan& widget, const RenderPlan& plan,
-                                           const MonitorOptions& monitor, const Machine& machine) {
-  auto entry = drawableStateEntry({.source = plan.entry,
-                                   .categories = widget.categories,
-                                   .configuration = widget.configuration,
-                                   .monitor = monitor},
-                                  machine);
-  if (!entry) return std::unexpected(entry.error());
-  return NetworkStateWidgetEntryView{.entry = *std::move(entry)}.body(
-      {.strings = machine.platform.strings,
-       .widgetFamily = plan.family,
-       .shownCategories = widget.categories});
-}
-
-std::expected<View, CommandFailure> viewOf(const RenderPlan& plan, const MonitorOptions& monitor,
-                                           const Machine& machine, const Console& console) {
-  if (const auto* widget = std::get_if<AdapterWidgetPlan>(&plan.widget)) {
-    return viewOf(*widget, plan, machine, console);
+const View& viewOf(const ServiceResult& result) {
+  if (const auto* entry = std::get_if<ViewEntry>(&result)) return entry->view;
+  const auto* timeline = std::get_if<Timeline<ViewEntry>>(&result);
+  if (timeline == nullptr || timeline->entries.empty()) {
+    fatalError("a widget answered with neither an entry nor a timeline");
   }
-  return viewOf(std::get<StateWidgetPlan>(plan.widget), plan, monitor, machine);
+  return timeline->entries.front().view;
 }
 
 }  // namespace
 
 std::expected<void, CommandFailure> runRender(const RenderPlan& plan, const MonitorOptions& monitor,
                                               const Machine& machine, const Console& console) {
-  const auto view = viewOf(plan, monitor, machine, console);
-  if (!view) return std::unexpected(view.error());
+  const auto answer = askWidget(plan.widget, plan.entry, monitor, machine, console);
+  if (!answer) return std::unexpected(answer.error());
   PictureRequest request = plan.picture;
+  request.sizePoints = widgetSize(answer->family);
   request.drawingTime = relativeDateText(machine.platform.clock.now());
   const auto picture = renderPicture(
-      *view, request, {.assetFolder = machine.assets, .report = [&console](std::string_view line) {
+      viewOf(answer->result), request, {.assetFolder = machine.assets, .report = [&console](std::string_view line) {
                          console.errors << line << '\n';
                        }});
   if (!picture) return std::unexpected(workFailed(picture.error()));

@@ -4,9 +4,9 @@
 #include <expected>
 
 #include "CommandLine/Commands/RenderPlan.h"
-#include "CommandLine/Console.h"
-#include "CommandLine/Machine.h"
-#include "CommandLine/MonitorGraph.h"
+#include "Wiring/Console.h"
+#include "Wiring/Machine.h"
+#include "Wiring/MonitorGraph.h"
 
 namespace lanternfold {
 

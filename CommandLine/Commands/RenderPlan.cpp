@@ -4,12 +4,11 @@
 #include <array>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "CommandLine/PlainNumber.h"
-#include "CommandLine/PrintableText.h"
 #include "Support/AsciiCase.h"
 #include "WidgetService/WidgetFamily.h"
+#include "Wiring/PrintableText.h"
 
 namespace lanternfold {
 namespace {
@@ -23,34 +22,12 @@ struct NamedValue {
   Value value;
 };
 
-/// The sizes a kind of widget comes in, from the smallest; none of one that this version does not
-/// draw.
-struct KindOfWidget {
-  std::vector<WidgetFamily> families;
-  /// None for the adapter widget, which has no choice of them.
-  std::optional<NetworkSourceCategory> categories;
-};
-
-const std::array<NamedValue<KindOfWidget>, 5>& kinds() {
-  static const std::array<NamedValue<KindOfWidget>, 5> all = {
-      {{"PanoramicNetworkStateWidget", {}},
-       {"InternetNetworkStateWidget", {}},
-       {"NetworkAdapterWidget", {{WidgetFamily::medium}, std::nullopt}},
-       {"BandwidthMonitorWidget", {}},
-       {"WlanNetworkStateWidget",
-        {{WidgetFamily::small, WidgetFamily::medium}, NetworkSourceCategory::wlan()}}}};
-  return all;
-}
-
-constexpr std::array<NamedValue<WidgetFamily>, 3> families = {{{"small", WidgetFamily::small},
-                                                               {"medium", WidgetFamily::medium},
-                                                               {"large", WidgetFamily::large}}};
 constexpr std::array<NamedValue<ColourScheme>, 2> schemes = {
     {{"light", ColourScheme::light}, {"dark", ColourScheme::dark}}};
-constexpr std::array<NamedValue<EntrySource>, 3> entries = {
-    {{"placeholder", EntrySource::placeholder},
-     {"snapshot", EntrySource::snapshot},
-     {"timeline", EntrySource::timeline}}};
+constexpr std::array<NamedValue<EntryCall::Kind>, 3> entries = {
+    {{"placeholder", EntryCall::Kind::placeholder},
+     {"snapshot", EntryCall::Kind::snapshot},
+     {"timeline", EntryCall::Kind::timeline}}};
 constexpr std::array<NamedValue<PictureFormat>, 3> formats = {
     {{".png", PictureFormat::png}, {".svg", PictureFormat::svg}, {".pdf", PictureFormat::pdf}}};
 
@@ -66,42 +43,8 @@ std::optional<double> parseScale(const std::string& text) {
   return scale && *scale >= smallestScale && *scale <= largestScale ? scale : std::nullopt;
 }
 
-std::optional<std::string> faultOfKind(const std::string& name) {
-  const KindOfWidget* kind = valueNamed(kinds(), name);
-  if (kind == nullptr) {
-    return "unknown widget kind " + inQuotes(name) + "; use " + std::string(drawableKinds);
-  }
-  if (!kind->families.empty()) return std::nullopt;
-  return "the widget kind " + inQuotes(name) + " cannot be drawn by this version; use " +
-         std::string(drawableKinds);
-}
-
-std::string namesOf(const std::vector<WidgetFamily>& offered) {
-  std::string names;
-  for (const auto& [name, family] : families) {
-    if (std::ranges::find(offered, family) == offered.end()) continue;
-    if (!names.empty()) names += " or ";
-    names += name;
-  }
-  return names;
-}
-
-std::optional<std::string> faultOfFamily(const std::string& kind,
-                                         const std::optional<std::string>& name) {
-  if (!name) return std::nullopt;
-  const std::vector<WidgetFamily>& offered = valueNamed(kinds(), kind)->families;
-  const WidgetFamily* family = valueNamed(families, *name);
-  if (family == nullptr) {
-    return "unknown family " + inQuotes(*name) + "; use " + namesOf(offered);
-  }
-  if (std::ranges::find(offered, *family) != offered.end()) return std::nullopt;
-  return kind + " has no " + *name + " family; use " + namesOf(offered);
-}
-
 /// The sentence about the first option that is wrong, or none.
 std::optional<std::string> faultOf(const RenderOptions& options) {
-  if (auto fault = faultOfKind(options.kind)) return fault;
-  if (auto fault = faultOfFamily(options.kind, options.family)) return fault;
   if (valueNamed(schemes, options.scheme) == nullptr) {
     return "unknown scheme " + inQuotes(options.scheme) + "; use light or dark";
   }
@@ -111,27 +54,7 @@ std::optional<std::string> faultOf(const RenderOptions& options) {
   if (valueNamed(entries, options.entry) == nullptr) {
     return "unknown entry " + inQuotes(options.entry) + "; use placeholder, snapshot or timeline";
   }
-  if (options.adapter && valueNamed(kinds(), options.kind)->categories) {
-    return "--adapter chooses what NetworkAdapterWidget shows; " + options.kind +
-           " shows what there is";
-  }
-  if (options.adapter && options.adapter->empty()) {
-    return "--adapter needs an interface's name; \"lanternfold-widgets interfaces\" lists them";
-  }
   return std::nullopt;
-}
-
-std::variant<AdapterWidgetPlan, StateWidgetPlan> widgetOf(const RenderOptions& options) {
-  if (const auto categories = valueNamed(kinds(), options.kind)->categories) {
-    return StateWidgetPlan{.categories = *categories,
-                           .configuration = {.showTimestamp = options.showTimestamp}};
-  }
-  AdapterConfigurationIntent configuration{.showTimestamp = options.showTimestamp};
-  if (options.adapter) {
-    configuration.adapter =
-        NetworkAdapter{.identifier = options.adapter, .display = *options.adapter};
-  }
-  return AdapterWidgetPlan{std::move(configuration)};
 }
 
 }  // namespace
@@ -145,12 +68,9 @@ std::expected<RenderPlan, CommandFailure> planRender(const RenderOptions& option
                                         inQuotes(options.output.string()) +
                                         "; let the file's name end in .png, .svg or .pdf"));
   }
-  const WidgetFamily family = options.family ? *valueNamed(families, *options.family)
-                                             : valueNamed(kinds(), options.kind)->families.back();
-  return RenderPlan{.entry = *valueNamed(entries, options.entry),
-                    .widget = widgetOf(options),
-                    .family = family,
-                    .picture = {.sizePoints = widgetSize(family),
+  return RenderPlan{.widget = options.widget,
+                    .entry = *valueNamed(entries, options.entry),
+                    .picture = {.sizePoints = {},
                                 .cornerRadiusPoints = widgetCornerRadius,
                                 .scheme = *valueNamed(schemes, options.scheme),
                                 .scale = *parseScale(options.scale),

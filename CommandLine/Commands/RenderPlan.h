@@ -3,59 +3,40 @@
 
 #include <expected>
 #include <filesystem>
-#include <optional>
 #include <string>
-#include <variant>
 
-#include "CommandLine/Console.h"
-#include "CommandLine/EntrySource.h"
+#include "CommandLine/WidgetQuestion.h"
 #include "NetworkMonitor/Model/NetworkSourceCategory.h"
 #include "NetworkWidgetVexExtension/Intents/AdapterConfigurationIntent.h"
 #include "NetworkWidgetVexExtension/Intents/ConfigurationIntent.h"
 #include "Rendering/PictureRenderer.h"
 #include "WidgetService/WidgetFamily.h"
+#include "Wiring/Console.h"
 
 namespace lanternfold {
 
 /// What `--scale` takes.
 inline constexpr const char* scaleValues = "a number from 0.5 to 8, such as 2 or 1.5";
 
-/// The kinds of widgets that this version draws.
-inline constexpr const char* drawableKinds = "NetworkAdapterWidget or WlanNetworkStateWidget";
-
 /// As they stand on the command line, not yet checked.
 struct RenderOptions {
-  std::string kind;
-  std::optional<std::string> family;  ///< the widget's largest by default
+  WidgetQuestion widget;
   std::string scheme = "light";
   std::string scale = "2";  ///< pixels a point
   std::string entry = "timeline";
-  std::optional<std::string> adapter;
-  bool showTimestamp = false;
   std::filesystem::path output;
 };
 
-struct AdapterWidgetPlan {
-  AdapterConfigurationIntent configuration;
-};
-
-/// A widget that shows the network's state.
-struct StateWidgetPlan {
-  NetworkSourceCategory categories;
-  ConfigurationIntent configuration;
-};
-
 struct RenderPlan {
-  EntrySource entry = EntrySource::timeline;
-  std::variant<AdapterWidgetPlan, StateWidgetPlan> widget;
-  WidgetFamily family = WidgetFamily::medium;
-  /// Whole but for the time of drawing.
+  WidgetQuestion widget;  ///< checked by whoever is asked
+  EntryCall::Kind entry = EntryCall::Kind::timeline;
+  /// Whole but for the size, which the widget's family has, and the time of drawing.
   PictureRequest picture;
   std::filesystem::path output;
 };
 
-/// Checks every option; reads and writes nothing. The failure names the first option that is wrong
-/// and what may stand there.
+/// Checks every option but those of the widget; reads and writes nothing. The failure names the
+/// first option that is wrong and what may stand there.
 [[nodiscard]] std::expected<RenderPlan, CommandFailure> planRender(const RenderOptions& options);
 
 }  // namespace lanternfold

@@ -7,13 +7,15 @@
 #include <string>
 #include <utility>
 
+#include "CommandLine/ConsentHint.h"
 #include "CommandLine/KernelAccess.h"
-#include "CommandLine/PrintableText.h"
-#include "CommandLine/ProgramName.h"
 #include "CommandLine/RecordJson.h"
+#include "CommandLine/ResolvedState.h"
 #include "CommandLine/StateText.h"
-#include "CommandLine/WifiConsent.h"
 #include "CommandLine/WifiJson.h"
+#include "Wiring/PrintableText.h"
+#include "Wiring/ProgramName.h"
+#include "Wiring/WifiConsent.h"
 
 namespace lanternfold {
 namespace {
@@ -134,7 +136,7 @@ std::expected<void, CommandFailure> watch(const StateOptions& options, const Mac
   bool isFirstWhole = true;
   WatchWriter writer(options, machine, console);
   WithheldNameHint hint(options, machine, console);
-  const auto monitor = makeNetworkStateMonitor(machine, options.monitor);
+  const auto monitor = makeProgramMonitor(machine, options.monitor);
   monitor->setActiveCategories(options.categories);
   monitor->setStateUpdateHandler([&](const NetworkState& state, bool complete, std::error_code) {
     if (complete && std::exchange(isFirstWhole, false)) {

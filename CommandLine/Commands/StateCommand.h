@@ -4,10 +4,10 @@
 #include <expected>
 #include <string_view>
 
-#include "CommandLine/Console.h"
-#include "CommandLine/Machine.h"
-#include "CommandLine/MonitorGraph.h"
 #include "NetworkMonitor/Model/NetworkSourceCategory.h"
+#include "Wiring/Console.h"
+#include "Wiring/Machine.h"
+#include "Wiring/MonitorGraph.h"
 
 namespace lanternfold {
 

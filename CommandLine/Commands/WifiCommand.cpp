@@ -1,9 +1,10 @@
 #include "CommandLine/Commands/WifiCommand.h"
 
+#include "CommandLine/ConsentHint.h"
 #include "CommandLine/KernelAccess.h"
-#include "CommandLine/WifiConsent.h"
 #include "CommandLine/WifiJson.h"
 #include "CommandLine/WifiText.h"
+#include "Wiring/WifiConsent.h"
 
 namespace lanternfold {
 

@@ -3,8 +3,8 @@
 
 #include <expected>
 
-#include "CommandLine/Console.h"
-#include "CommandLine/Machine.h"
+#include "Wiring/Console.h"
+#include "Wiring/Machine.h"
 
 namespace lanternfold {
 

@@ -3,10 +3,17 @@
 
 #include <optional>
 
+#include "WidgetService/Widget.h"
+
 namespace lanternfold {
 
 struct ConfigurationIntent {
   std::optional<bool> showTimestamp;  ///< absent counts as false
+
+  /// Of what a host remembers.
+  [[nodiscard]] static ConfigurationIntent from(const ConfigurationParameters& parameters) {
+    return {.showTimestamp = parameters.showTimestamp};
+  }
 
   friend bool operator==(const ConfigurationIntent&, const ConfigurationIntent&) = default;
 };

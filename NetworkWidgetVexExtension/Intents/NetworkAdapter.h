@@ -6,6 +6,9 @@
 
 namespace lanternfold {
 
+/// The identifier that leaves the choice to the widget.
+inline constexpr const char* automaticAdapterIdentifier = "auto";
+
 struct NetworkAdapter {
   /// The interface's name; "auto", or absent, leaves the choice to the widget.
   std::optional<std::string> identifier;

@@ -3,42 +3,41 @@
 // Made by: whoever serves the widget. Read by: the command line, a widget service.
 #pragma once
 
-#include <functional>
-#include <memory>
-
-#include "NetworkMonitor/Monitor/NetworkStateMonitor.h"
 #include "NetworkWidgetVexExtension/Providers/NetworkAdapterEntry.h"
+#include "NetworkWidgetVexExtension/Providers/NetworkStateMonitorFactory.h"
 #include "Platform/Clock.h"
 #include "Platform/StringTable.h"
+#include "WidgetService/TimelineProvider.h"
 
 namespace lanternfold {
 
-/// Holds no state between requests. Main queue.
-class NetworkAdapterProvider {
+/// Holds no state between requests.
+class NetworkAdapterProvider final
+    : public IntentTimelineProvider<NetworkAdapterEntry, AdapterConfigurationIntent> {
  public:
-  /// Makes a monitor that belongs to one request.
-  using MonitorFactory = std::function<std::shared_ptr<NetworkStateMonitor>()>;
-  /// Called exactly once, with an entry dated when its state was complete.
-  using Completion = std::function<void(NetworkAdapterEntry)>;
-
   /// `clock` and `strings` outlive the provider.
   NetworkAdapterProvider(const Clock& clock, const StringTable& strings,
-                         MonitorFactory makeMonitor);
+                         NetworkStateMonitorFactory makeMonitor);
 
   /// Sample content with an empty configuration, dated now.
-  [[nodiscard]] NetworkAdapterEntry placeholder() const;
+  [[nodiscard]] NetworkAdapterEntry placeholder(TimelineProviderContext context) const override;
 
-  /// Sample content with the configuration given, dated now.
-  [[nodiscard]] NetworkAdapterEntry snapshot(const AdapterConfigurationIntent& configuration) const;
+  /// Sample content with the configuration given, dated now, before this returns.
+  void getSnapshot(const AdapterConfigurationIntent& configuration, TimelineProviderContext context,
+                   SnapshotCompletion completion) const override;
 
-  /// Resolves the interfaces, nothing else, and completes with this machine's entry. Its timeline
-  /// holds that one entry and is to be reloaded when it ends. Location is never asked for.
-  void timeline(const AdapterConfigurationIntent& configuration, Completion completion) const;
+  /// Resolves the interfaces, nothing else, and completes with this machine's one entry, dated when
+  /// its state was complete. There is no application group, and location is never asked for.
+  void getTimeline(const AdapterConfigurationIntent& configuration, TimelineProviderContext context,
+                   TimelineCompletion completion) const override;
 
  private:
+  [[nodiscard]] NetworkAdapterEntry sampleEntry(
+      const AdapterConfigurationIntent& configuration) const;
+
   const Clock& clock_;
   const StringTable& strings_;
-  MonitorFactory makeMonitor_;
+  NetworkStateMonitorFactory makeMonitor_;
 };
 
 }  // namespace lanternfold

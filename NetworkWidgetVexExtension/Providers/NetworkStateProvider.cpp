@@ -4,6 +4,7 @@
 #include <system_error>
 #include <utility>
 
+#include "NetworkWidgetVexExtension/Bundle/AppGroupIdEnvironmentKey.h"
 #include "Support/FatalError.h"
 
 namespace lanternfold {
@@ -25,11 +26,38 @@ NetworkStateProvider::NetworkStateProvider(
 }
 
 NetworkStateEntry NetworkStateProvider::placeholder(TimelineProviderContext context) const {
-  return snapshot({}, context);
+  return sampleEntry({}, context);
 }
 
-NetworkStateEntry NetworkStateProvider::snapshot(const ConfigurationIntent& configuration,
-                                                 TimelineProviderContext context) const {
+void NetworkStateProvider::getSnapshot(const ConfigurationIntent& configuration,
+                                       TimelineProviderContext context,
+                                       SnapshotCompletion completion) const {
+  completion(sampleEntry(configuration, context));
+}
+
+void NetworkStateProvider::getTimeline(const ConfigurationIntent& configuration,
+                                       TimelineProviderContext context,
+                                       TimelineCompletion completion) const {
+  requestLocationAuthorization();
+  const auto monitor = environment_.makeMonitor(appGroupId(), options_.skipGeoIp);
+  monitor->setStateUpdateHandler(
+      [&clock = environment_.clock, configuration, context, completion = std::move(completion),
+       completed = false](const NetworkState& state, bool complete, std::error_code) mutable {
+        if (!complete || std::exchange(completed, true)) return;
+        completion({.entries = {{.date = clock.now(),
+                                 .networkState = state,
+                                 .configuration = configuration,
+                                 .isSnapshot = false,
+                                 .isPreview = context.isPreview}},
+                    .policy = TimelineReloadPolicy::atEnd});
+      });
+  monitor->setActiveCategories(categories());
+  // The work is all that holds the monitor; after it a resolution under way does.
+  environment_.mainQueue.after(refreshDelay, [monitor] { monitor->refresh(); });
+}
+
+NetworkStateEntry NetworkStateProvider::sampleEntry(const ConfigurationIntent& configuration,
+                                                    TimelineProviderContext context) const {
   return {.date = environment_.clock.now(),
           .networkState = NetworkState::placeholder(!options_.skipGeoIp, environment_.strings),
           .configuration = configuration,
@@ -37,23 +65,8 @@ NetworkStateEntry NetworkStateProvider::snapshot(const ConfigurationIntent& conf
           .isPreview = context.isPreview};
 }
 
-void NetworkStateProvider::timeline(const ConfigurationIntent& configuration,
-                                    TimelineProviderContext context, Completion completion) const {
-  requestLocationAuthorization();
-  const auto monitor = environment_.makeMonitor(options_.appGroupId, options_.skipGeoIp);
-  monitor->setStateUpdateHandler(
-      [&clock = environment_.clock, configuration, context, completion = std::move(completion),
-       completed = false](const NetworkState& state, bool complete, std::error_code) mutable {
-        if (!complete || std::exchange(completed, true)) return;
-        completion({.date = clock.now(),
-                    .networkState = state,
-                    .configuration = configuration,
-                    .isSnapshot = false,
-                    .isPreview = context.isPreview});
-      });
-  monitor->setActiveCategories(categories());
-  // The work is all that holds the monitor; after it a resolution under way does.
-  environment_.mainQueue.after(refreshDelay, [monitor] { monitor->refresh(); });
+std::optional<std::string> NetworkStateProvider::appGroupId() const {
+  return environment_.values.get<AppGroupIdEnvironmentKey>();
 }
 
 NetworkSourceCategory NetworkStateProvider::categories() const {

@@ -3,43 +3,37 @@
 // Made by: whoever serves the widgets, one for each. Read by: the command line, a widget service.
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
 #include "NetworkMonitor/Location/LocationAuthorizationObserver.h"
-#include "NetworkMonitor/Monitor/NetworkStateMonitor.h"
 #include "NetworkWidgetVexExtension/Providers/NetworkStateEntry.h"
+#include "NetworkWidgetVexExtension/Providers/NetworkStateMonitorFactory.h"
 #include "Platform/Clock.h"
 #include "Platform/Dispatch.h"
 #include "Platform/StringTable.h"
-#include "WidgetService/TimelineProviderContext.h"
+#include "WidgetService/EnvironmentValues.h"
+#include "WidgetService/TimelineProvider.h"
 
 namespace lanternfold {
 
-/// Holds no state between requests. `timeline` belongs on the main queue; the others may be called
-/// on any thread.
-class NetworkStateProvider {
+/// Holds no state between requests.
+class NetworkStateProvider final
+    : public IntentTimelineProvider<NetworkStateEntry, ConfigurationIntent> {
  public:
-  /// Makes a monitor that belongs to one request.
-  using MonitorFactory = std::function<std::shared_ptr<NetworkStateMonitor>(
-      const std::optional<std::string>& appGroupId, bool skipGeoIP)>;
-  /// Called at most once, on the queue that the monitor's last report comes on: not at all when the
-  /// state never becomes complete.
-  using Completion = std::function<void(NetworkStateEntry)>;
-
-  /// All outlive the provider and its requests.
+  /// The references outlive the provider and its requests.
   struct Environment {
     const Clock& clock;
     const StringTable& strings;
     DispatchQueue& mainQueue;
-    MonitorFactory makeMonitor;
+    NetworkStateMonitorFactory makeMonitor;
+    /// The monitors' application group is read from here.
+    EnvironmentValues values = {};
   };
 
   /// What the widget shows and how.
   struct Options {
-    std::optional<std::string> appGroupId = std::nullopt;
     /// None for every category.
     std::optional<NetworkSourceCategory> categoryFilter = std::nullopt;
     bool skipGeoIp = false;
@@ -51,19 +45,23 @@ class NetworkStateProvider {
                        Environment environment);
 
   /// Sample content with an empty configuration, dated now.
-  [[nodiscard]] NetworkStateEntry placeholder(TimelineProviderContext context) const;
+  [[nodiscard]] NetworkStateEntry placeholder(TimelineProviderContext context) const override;
 
-  /// Sample content with the configuration given, dated now.
-  [[nodiscard]] NetworkStateEntry snapshot(const ConfigurationIntent& configuration,
-                                           TimelineProviderContext context) const;
+  /// Sample content with the configuration given, dated now, before this returns.
+  void getSnapshot(const ConfigurationIntent& configuration, TimelineProviderContext context,
+                   SnapshotCompletion completion) const override;
 
-  /// Completes with the entry of this machine's state, dated when it was complete. Its timeline
-  /// holds that one entry and is to be reloaded when it ends. A widget that shows Wi-Fi has the
-  /// user asked for consent on the way, unless he has decided; the entry does not wait for that.
-  void timeline(const ConfigurationIntent& configuration, TimelineProviderContext context,
-                Completion completion) const;
+  /// Completes with the one entry of this machine's state, dated when it was complete, on the queue
+  /// that the monitor's last report comes on; not at all when the state never becomes complete. A
+  /// widget that shows Wi-Fi has the user asked for consent on the way, unless he has decided; the
+  /// entry does not wait for that.
+  void getTimeline(const ConfigurationIntent& configuration, TimelineProviderContext context,
+                   TimelineCompletion completion) const override;
 
  private:
+  [[nodiscard]] NetworkStateEntry sampleEntry(const ConfigurationIntent& configuration,
+                                              TimelineProviderContext context) const;
+  [[nodiscard]] std::optional<std::string> appGroupId() const;
   [[nodiscard]] NetworkSourceCategory categories() const;
   void requestLocationAuthorization() const;
 

@@ -1,7 +1,6 @@
 #include "NetworkWidgetVexExtension/Views/AdapterChoice.h"
 
 #include <algorithm>
-#include <optional>
 #include <tuple>
 
 namespace lanternfold {
@@ -23,19 +22,18 @@ int connectionRank(const BasicInterface& interface) {
   return interface.IPv4.empty() ? 1 : 0;
 }
 
-/// The name that the user chose, if any.
-std::optional<std::string> chosenName(const AdapterConfigurationIntent& configuration) {
+}  // namespace
+
+std::optional<std::string> chosenAdapterName(const AdapterConfigurationIntent& configuration) {
   if (!configuration.adapter || !configuration.adapter->identifier) return std::nullopt;
-  if (*configuration.adapter->identifier == "auto") return std::nullopt;
+  if (*configuration.adapter->identifier == automaticAdapterIdentifier) return std::nullopt;
   return configuration.adapter->identifier;
 }
-
-}  // namespace
 
 AdapterChoice chooseAdapter(const AdapterConfigurationIntent& configuration,
                             const std::vector<BasicInterface>& interfaces,
                             const std::vector<std::string>& preferredNames) {
-  if (const std::optional<std::string> name = chosenName(configuration)) {
+  if (const std::optional<std::string> name = chosenAdapterName(configuration)) {
     const BasicInterface* chosen = interfaceNamed(interfaces, *name);
     if (!chosen) return MissingAdapter{*name};
     return *chosen;

@@ -1,8 +1,10 @@
 // Which adapter the adapter widget shows.
 //
-// Pure functions. Used by: `NetworkAdapterWidgetEntryView`.
+// Pure functions. Used by: `NetworkAdapterWidgetEntryView`, and whoever offers adapters to choose
+// from.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -24,6 +26,10 @@ struct MissingAdapter {
 };
 
 using AdapterChoice = std::variant<NoAdapter, MissingAdapter, BasicInterface>;
+
+/// The name of the interface that the user chose; none when the choice is left to the widget.
+[[nodiscard]] std::optional<std::string> chosenAdapterName(
+    const AdapterConfigurationIntent& configuration);
 
 /// The adapter of the configuration, never another one in its place; without one there, the best of
 /// `interfaces`.

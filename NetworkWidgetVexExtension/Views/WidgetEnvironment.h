@@ -1,6 +1,6 @@
 // What views know besides their own fields.
 //
-// Made by: the composition root of whoever asks for an entry's view. Read by: every view's `body`.
+// Made by: `makeWidgetEnvironment`, for each entry that is drawn. Read by: every view's `body`.
 #pragma once
 
 #include <string>
@@ -8,19 +8,45 @@
 
 #include "NetworkMonitor/Model/NetworkSourceCategory.h"
 #include "Platform/StringTable.h"
+#include "WidgetService/EnvironmentValues.h"
 #include "WidgetService/WidgetFamily.h"
 
 namespace lanternfold {
 
+/// Of which kinds a widget that shows the network's state has sources. Set by the widget's body.
+struct ShownCategoriesEnvironmentKey {
+  using Value = NetworkSourceCategory;
+  [[nodiscard]] static Value defaultValue() { return NetworkSourceCategory::all(); }
+};
+
+/// Names of the interfaces that carry default routes, the best route first. Set by the adapter
+/// widget's content.
+struct PreferredInterfaceNamesEnvironmentKey {
+  using Value = std::vector<std::string>;
+  [[nodiscard]] static Value defaultValue() { return {}; }
+};
+
+/// The platform's version, which says what widgets can do there. Linux can do all of it.
+struct PlatformVersionEnvironmentKey {
+  using Value = int;
+  [[nodiscard]] static Value defaultValue() { return 14; }
+};
+
+/// The first version that has buttons in widgets.
+inline constexpr int platformVersionWithButtons = 14;
+
 struct WidgetEnvironment {
   const StringTable& strings;
   WidgetFamily widgetFamily = WidgetFamily::medium;
-  /// Of which kinds a widget that shows the network's state has sources.
-  NetworkSourceCategory shownCategories = NetworkSourceCategory::all();
-  /// Names of the interfaces that carry default routes, the best route first.
+  NetworkSourceCategory shownCategories = ShownCategoriesEnvironmentKey::defaultValue();
   std::vector<std::string> preferredInterfaceNames = {};
   /// Whether the system draws buttons in widgets; one that does not shows no refresh button.
   bool supportsButtons = true;
 };
+
+/// `strings` outlives the environment.
+[[nodiscard]] WidgetEnvironment makeWidgetEnvironment(const EnvironmentValues& values,
+                                                      const StringTable& strings,
+                                                      WidgetFamily family);
 
 }  // namespace lanternfold

@@ -20,6 +20,7 @@ inline constexpr Font firstValueFont{13, FontWeight::bold};
 /// The names of the colour pairs that the views use.
 inline constexpr const char* gradientStartColour = "BackgroundGradientStart";
 inline constexpr const char* gradientEndColour = "BackgroundGradientEnd";
+inline constexpr const char* accentColour = "AccentColor";
 inline constexpr const char* foregroundColour = "Foreground";
 inline constexpr const char* labelColour = "LabelForeground";
 

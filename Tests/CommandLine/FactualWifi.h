@@ -5,9 +5,9 @@
 #include <optional>
 #include <utility>
 
-#include "CommandLine/WifiConsent.h"
 #include "Platform/WifiClient.h"
 #include "PlatformLinux/Wifi/WifiComposition.h"
+#include "Wiring/WifiConsent.h"
 
 namespace lanternfold {
 

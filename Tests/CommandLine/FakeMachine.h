@@ -7,7 +7,6 @@
 #include <memory>
 #include <utility>
 
-#include "CommandLine/Machine.h"
 #include "NetBase/LiteralInterfaceNaming.h"
 #include "Tests/CommandLine/FactualWifi.h"
 #include "Tests/CommandLine/FakeSoleRecorder.h"
@@ -24,6 +23,8 @@
 #include "Tests/Support/RecordingDiagnosticLog.h"
 #include "Tests/Support/SimulatedClock.h"
 #include "Tests/Support/SimulatedDispatch.h"
+#include "Wiring/Machine.h"
+#include "Wiring/RelayedConsent.h"
 
 namespace lanternfold {
 
@@ -94,6 +95,7 @@ class FakeMachine {
   FakeGroupContainer groupContainer{fileSystem};
   FakeUrlSessions urlSessions{dispatch};
   FakeLocationConsent locationConsent{dispatch.mainQueue()};
+  RelayedConsent relayedConsent{locationConsent};
   ConsentRecord consentRecord{{.file = "/data/location-consent",
                                .checkFolder = [] { return std::expected<void, std::string>(); },
                                .makeFolder = [this]() -> std::expected<void, std::string> {
@@ -118,7 +120,7 @@ class FakeMachine {
                                .userDefaults = userDefaults,
                                .groupContainer = groupContainer,
                                .urlSessions = urlSessions,
-                               .locationConsent = locationConsent,
+                               .locationConsent = relayedConsent,
                                .wifiClient = wifi},
                   .metricsReader = std::make_shared<WideMetricsReader>(kernel),
                   .soleRecorder = soleRecorder,

@@ -3,7 +3,7 @@
 
 #include <set>
 
-#include "CommandLine/SoleRecorder.h"
+#include "Wiring/SoleRecorder.h"
 
 namespace lanternfold {
 

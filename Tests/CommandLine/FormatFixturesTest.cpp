@@ -6,12 +6,12 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "CommandLine/DataOptions.h"
-#include "CommandLine/DateText.h"
 #include "CommandLine/Program.h"
-#include "CommandLine/ServiceOptions.h"
 #include "NetworkMonitor/Metrics/ConnectionMetricsJson.h"
+#include "Support/Rfc3339Text.h"
 #include "Tests/CommandLine/WifiScenes.h"
+#include "Wiring/DataOptions.h"
+#include "Wiring/ServiceOptions.h"
 
 namespace lanternfold {
 namespace {

@@ -4,9 +4,9 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "CommandLine/DataOptions.h"
 #include "CommandLine/Program.h"
 #include "Tests/CommandLine/FakeMachine.h"
+#include "Wiring/DataOptions.h"
 
 namespace lanternfold {
 namespace {

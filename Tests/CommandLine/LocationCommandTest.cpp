@@ -4,10 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include "CommandLine/LinuxMachine.h"
 #include "CommandLine/Program.h"
 #include "Tests/CommandLine/FakeMachine.h"
 #include "Tests/Support/TemporaryFolder.h"
+#include "Wiring/LinuxMachine.h"
 
 namespace lanternfold {
 namespace {

@@ -10,8 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include "CommandLine/LinuxMachine.h"
-#include "CommandLine/MonitorGraph.h"
 #include "NetworkMonitor/PublicInfo/ActiveInterfacePublicInfoResolver.h"
 #include "NetworkMonitor/PublicInfo/CachedPublicInfoResolver.h"
 #include "PlatformLinux/System/SystemClock.h"
@@ -21,6 +19,8 @@
 #include "Tests/LiveAllocations/LiveAllocations.h"
 #include "Tests/PlatformLinux/NetworkNamespace.h"
 #include "Tests/PlatformLinux/PrivateEtc.h"
+#include "Wiring/LinuxMachine.h"
+#include "Wiring/MonitorGraph.h"
 
 namespace lanternfold {
 namespace {
@@ -119,7 +119,7 @@ class ResolutionLeakInNamespace : public testing::Test {
 
   /// Of a monitor of its own, to its end; `then` runs on the main queue.
   void resolve(const Plan& plan, const std::function<void()>& then) {
-    monitor_ = makeNetworkStateMonitor(machine(), {.serviceUrls = plan.urls});
+    monitor_ = makeProgramMonitor(machine(), {.serviceUrls = plan.urls});
     monitor_->setActiveCategories(NetworkSourceCategory::internet());
     monitor_->setStateUpdateHandler([this, isAnswered = plan.isAnswered, then](
                                         const NetworkState& state, bool complete, std::error_code) {

@@ -35,8 +35,10 @@ class SlowInterfaceResolver final : public InterfaceResolver {
 
 class NetworkAdapterProviderTest : public testing::Test {
  protected:
-  std::shared_ptr<NetworkStateMonitor> makeMonitor() {
-    ++monitors_;
+  std::shared_ptr<NetworkStateMonitor> makeMonitor(const std::optional<std::string>& appGroupId,
+                                                   bool skipGeoIP) {
+    groups_.push_back(appGroupId);
+    skips_.push_back(skipGeoIP);
     return std::make_shared<NetworkStateMonitor>(
         std::make_shared<NullInternetInfoResolver>(strings_), resolver_,
         std::make_shared<FakeWlanInterfaceResolver>(), nullptr,
@@ -51,50 +53,77 @@ class NetworkAdapterProviderTest : public testing::Test {
   FakeStringTable strings_;
   std::shared_ptr<SlowInterfaceResolver> resolver_ =
       std::make_shared<SlowInterfaceResolver>(clock_);
-  int monitors_ = 0;
-  NetworkAdapterProvider provider_{clock_, strings_, [this] { return makeMonitor(); }};
+  std::vector<NetworkAdapterEntry> snapshots() const {
+    std::vector<NetworkAdapterEntry> snapshots;
+    provider_.getSnapshot(configuration_, {}, [&snapshots](NetworkAdapterEntry entry) {
+      snapshots.push_back(std::move(entry));
+    });
+    return snapshots;
+  }
+  std::vector<Timeline<NetworkAdapterEntry>> timelines() const {
+    std::vector<Timeline<NetworkAdapterEntry>> timelines;
+    provider_.getTimeline(configuration_, {}, [&timelines](Timeline<NetworkAdapterEntry> timeline) {
+      timelines.push_back(std::move(timeline));
+    });
+    return timelines;
+  }
+
+  std::vector<std::optional<std::string>> groups_;  ///< of the monitors made
+  std::vector<bool> skips_;
+  NetworkAdapterProvider provider_{
+      clock_, strings_, [this](const std::optional<std::string>& appGroupId, bool skipGeoIP) {
+        return makeMonitor(appGroupId, skipGeoIP);
+      }};
   const AdapterConfigurationIntent configuration_{
       .adapter = NetworkAdapter{.identifier = "en1", .display = "en1"}, .showTimestamp = true};
 };
 
 TEST_F(NetworkAdapterProviderTest, APlaceholderIsSampleContentWithAnEmptyConfiguration) {
-  EXPECT_EQ(provider_.placeholder(),
+  EXPECT_EQ(provider_.placeholder({}),
             (NetworkAdapterEntry{.date = clock_.now(),
                                  .networkState = NetworkState::placeholder(true, strings_),
                                  .configuration = {}}));
-  EXPECT_EQ(monitors_, 0);
+  EXPECT_TRUE(groups_.empty());
 }
 
 TEST_F(NetworkAdapterProviderTest, ASnapshotIsSampleContentWithTheConfigurationGiven) {
-  EXPECT_EQ(provider_.snapshot(configuration_),
-            (NetworkAdapterEntry{.date = clock_.now(),
-                                 .networkState = NetworkState::placeholder(true, strings_),
-                                 .configuration = configuration_}));
-  EXPECT_EQ(monitors_, 0);
+  EXPECT_EQ(
+      snapshots(),
+      (std::vector{NetworkAdapterEntry{.date = clock_.now(),
+                                       .networkState = NetworkState::placeholder(true, strings_),
+                                       .configuration = configuration_}}));
+  EXPECT_TRUE(groups_.empty());
 }
 
 TEST_F(NetworkAdapterProviderTest, ATimelineIsOneEntryDatedWhenItsStateWasComplete) {
   const auto asked = clock_.now();
-  std::vector<NetworkAdapterEntry> entries;
-  provider_.timeline(configuration_,
-                     [&](NetworkAdapterEntry entry) { entries.push_back(std::move(entry)); });
-  ASSERT_EQ(entries.size(), 1U);
-  EXPECT_EQ(entries[0].date, asked + std::chrono::seconds(1));
-  EXPECT_EQ(entries[0].configuration, configuration_);
-  ASSERT_EQ(entries[0].networkState.others.size(), 2U);
-  EXPECT_EQ(entries[0].networkState.others[1].name, "en1");
+  const auto answered = timelines();
+  ASSERT_EQ(answered.size(), 1U);
+  EXPECT_EQ(answered[0].policy, TimelineReloadPolicy::atEnd);
+  ASSERT_EQ(answered[0].entries.size(), 1U);
+  const NetworkAdapterEntry& entry = answered[0].entries[0];
+  EXPECT_EQ(entry.date, asked + std::chrono::seconds(1));
+  EXPECT_EQ(entry.configuration, configuration_);
+  ASSERT_EQ(entry.networkState.others.size(), 2U);
+  EXPECT_EQ(entry.networkState.others[1].name, "en1");
 }
 
 TEST_F(NetworkAdapterProviderTest, ATimelineResolvesTheInterfacesOnceAndListensToNoPath) {
-  provider_.timeline({}, [](const NetworkAdapterEntry&) {});
+  (void)timelines();
   EXPECT_EQ(resolver_->prefixes, std::vector<std::string>{"en"});
   EXPECT_TRUE(pathMonitors_.monitors().empty());
 }
 
-TEST_F(NetworkAdapterProviderTest, EveryTimelineHasAMonitorOfItsOwn) {
-  provider_.timeline({}, [](const NetworkAdapterEntry&) {});
-  provider_.timeline({}, [](const NetworkAdapterEntry&) {});
-  EXPECT_EQ(monitors_, 2);
+TEST_F(NetworkAdapterProviderTest, ATimelineBeginsAtOnce) {
+  (void)timelines();
+  EXPECT_EQ(dispatch_.waitingWorks(), 0U);
+}
+
+TEST_F(NetworkAdapterProviderTest, EveryTimelineHasAMonitorOfItsOwnAndNoneHasAGroup) {
+  (void)timelines();
+  (void)timelines();
+  EXPECT_EQ(groups_, (std::vector<std::optional<std::string>>(2)));
+  EXPECT_EQ(skips_, (std::vector<bool>{false, false}));
 }
 
 }  // namespace

@@ -6,7 +6,7 @@ from rooms import ROOMS_FILE, read_fuzz_uses, read_rooms, read_test_uses
 from tree import Finding
 
 # Programs' wiring: the only rooms that see the production side of the seams.
-COMPOSITION_ROOTS = {"CommandLine"}
+COMPOSITION_ROOTS = {"Wiring", "CommandLine", "ExtensionProgram"}
 PRODUCTION_SIDE = "PlatformLinux"
 # Rooms that may speak to the operating system itself.
 OS_ROOMS = {PRODUCTION_SIDE} | COMPOSITION_ROOTS

@@ -10,7 +10,7 @@ RAW_RECORDS = {FOLDER + name for name in (
 # Who may see them beside the folder itself: the client that fills and judges them, and the wiring
 # that makes the client.
 HOLDERS = {"PlatformLinux/System/LinuxWifiClient.h", "PlatformLinux/System/LinuxWifiClient.cpp",
-           "CommandLine/LinuxMachine.cpp"}
+           "Wiring/LinuxMachine.cpp"}
 # Decoders write the names; the composition alone reads them, and makes texts of them.
 WRITERS = {FOLDER + name for name in (
     "InformationElements.cpp", "WifiBssMessage.cpp", "WifiInterfaceMessage.cpp")}

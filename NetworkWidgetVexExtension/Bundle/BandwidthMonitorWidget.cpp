@@ -1,0 +1,25 @@
+#include "NetworkWidgetVexExtension/Bundle/BandwidthMonitorWidget.h"
+
+#include <memory>
+#include <utility>
+
+#include "NetworkWidgetVexExtension/Providers/BandwidthMonitorProvider.h"
+#include "NetworkWidgetVexExtension/Views/BandwidthMonitorEntryView.h"
+#include "WidgetService/WidgetConfiguration.h"
+
+namespace lanternfold {
+
+Widget BandwidthMonitorWidget::body(const WidgetSurroundings& surroundings) const {
+  WidgetContent<BandwidthMonitorEntry> content;
+  content.view = [](const BandwidthMonitorEntry& entry, WidgetFamily) {
+    return BandwidthMonitorEntryView{entry}.body();
+  };
+  return staticConfiguration(kind,
+                             std::make_shared<const BandwidthMonitorProvider>(surroundings.clock),
+                             std::move(content))
+      .configurationDisplayName(surroundings.strings.localized("Bandwidth Monitor"))
+      .description(surroundings.strings.localized("Bandwidth Monitor widget."))
+      .supportedFamilies({WidgetFamily::small});
+}
+
+}  // namespace lanternfold

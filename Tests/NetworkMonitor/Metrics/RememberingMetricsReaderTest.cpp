@@ -1,0 +1,153 @@
+#include <utility>
+
+#include <gtest/gtest.h>
+
+#include "NetworkMonitor/Metrics/RememberingMetricsReader.h"
+#include "Tests/Support/FakeConnectionMetricsReader.h"
+#include "Tests/Support/RecordingDiagnosticLog.h"
+#include "Tests/Support/SimulatedClock.h"
+
+namespace lanternfold {
+namespace {
+
+using namespace std::chrono_literals;
+
+ConnectionMetricsMap received(std::uint64_t bytes) {
+  return ConnectionMetricsMap::of({{"en0", {.recvBytes = bytes}}});
+}
+
+class RememberingMetricsReaderTest : public testing::Test {
+ protected:
+  /// What a new walk reads; 0 for none.
+  std::uint64_t walk() {
+    reader_.beginWalk();
+    return read();
+  }
+  std::uint64_t read() {
+    const auto metrics = reader_.read();
+    return metrics ? metrics->find("en0")->recvBytes : 0;
+  }
+
+  void failSamples(std::optional<ConnectionMetricsError> error) {
+    recorded_->error = std::move(error);
+  }
+
+  /// Counts its samples, from 101 on.
+  struct CountingReader final : ConnectionMetricsReader {
+    std::optional<ConnectionMetricsError> error;
+    int samples = 0;
+
+    bool is32bitCapped() const override { return false; }
+    std::expected<ConnectionMetricsMap, ConnectionMetricsError> read() override {
+      ++samples;
+      if (error) return std::unexpected(*error);
+      return received(100 + static_cast<std::uint64_t>(samples));
+    }
+  };
+
+  SimulatedClock clock_;
+  RecordingDiagnosticLog diagnostics_;
+  std::shared_ptr<FakeConnectionMetricsReader> kernel_ =
+      std::make_shared<FakeConnectionMetricsReader>();
+  std::shared_ptr<CountingReader> recorded_ = std::make_shared<CountingReader>();
+  RememberingMetricsReader reader_{
+      RememberingMetricsReader::Recorded{
+          .reader = recorded_, .explain = [](const auto& error) { return describe(error); }},
+      kernel_,
+      {.clock = clock_, .diagnostics = diagnostics_}};
+};
+
+const ConnectionMetricsError diskFull = MetricsSaveError{"the disk is full; make room"};
+
+TEST_F(RememberingMetricsReaderTest, OneSampleServesAWholeWalk) {
+  EXPECT_EQ(walk(), 101U);
+  EXPECT_EQ(read(), 101U);
+  clock_.advance(10s);
+  EXPECT_EQ(read(), 101U) << "a long walk is one walk";
+  EXPECT_EQ(recorded_->samples, 1);
+  EXPECT_EQ(walk(), 102U);
+}
+
+TEST_F(RememberingMetricsReaderTest, WalksThatFollowCloselyHaveTheKernelsOwnCounters) {
+  kernel_->setCounters(received(7));
+  EXPECT_EQ(walk(), 101U);
+  clock_.advance(RememberingMetricsReader::shortestPause - 1ns);
+  EXPECT_EQ(walk(), 7U);
+  EXPECT_EQ(read(), 7U);
+  clock_.advance(1ns);
+  EXPECT_EQ(walk(), 102U);
+  EXPECT_EQ(diagnostics_.lines(), std::vector<std::string>{});
+}
+
+TEST_F(RememberingMetricsReaderTest, ASampleThatFailsIsSaidOnceAndTheKernelsCountersAreShown) {
+  kernel_->setCounters(received(7));
+  failSamples(diskFull);
+  EXPECT_EQ(walk(), 7U);
+  clock_.advance(RememberingMetricsReader::pauseAfterFailure);
+  EXPECT_EQ(walk(), 7U);
+  EXPECT_EQ(recorded_->samples, 2);
+  EXPECT_EQ(diagnostics_.lines(), std::vector<std::string>{"Traffic is shown but not recorded: the "
+                                                           "disk is full; make room"});
+}
+
+TEST_F(RememberingMetricsReaderTest, AFailureIsNotTriedAgainAtOnce) {
+  kernel_->setCounters(received(7));
+  failSamples(LockError{LockError::Case::lockTimeout, std::nullopt});
+  EXPECT_EQ(walk(), 7U);
+  failSamples(std::nullopt);
+  clock_.advance(RememberingMetricsReader::pauseAfterFailure - 1ns);
+  EXPECT_EQ(walk(), 7U);
+  EXPECT_EQ(recorded_->samples, 1);
+  clock_.advance(1ns);
+  EXPECT_EQ(walk(), 102U);
+}
+
+// Several programs on one data folder once said "Traffic is shown but not recorded: there was no
+// lock file to remove", although their samples were in the file.
+TEST_F(RememberingMetricsReaderTest, ASampleThatLostOnlyItsLockIsNoFailure) {
+  kernel_->setCounters(received(7));
+  failSamples(LockError{LockError::Case::alreadyUnlocked, std::nullopt});
+  EXPECT_EQ(walk(), 7U);
+  failSamples(std::nullopt);
+  clock_.advance(RememberingMetricsReader::shortestPause);
+  EXPECT_EQ(walk(), 102U) << "tried again soon";
+  EXPECT_EQ(diagnostics_.lines(), std::vector<std::string>{});
+}
+
+TEST_F(RememberingMetricsReaderTest, FailsWhenTheKernelCannotBeAskedEither) {
+  failSamples(LockError{LockError::Case::lockTimeout, std::nullopt});
+  kernel_->setFailing(true);
+  reader_.beginWalk();
+  EXPECT_EQ(reader_.read().error(),
+            ConnectionMetricsError(ConnectionMetricsReaderError::failedGetIf));
+}
+
+TEST_F(RememberingMetricsReaderTest, WithoutAFolderTheKernelsCountersAreShown) {
+  kernel_->setCounters(received(7));
+  RememberingMetricsReader reader(std::unexpected("the disk is gone; bring it back"), kernel_,
+                                  {.clock = clock_, .diagnostics = diagnostics_});
+  EXPECT_EQ(reader.read(), received(7));
+  EXPECT_EQ(
+      diagnostics_.lines(),
+      std::vector<std::string>{"Traffic is shown but not recorded: the disk is gone; bring it "
+                               "back"});
+}
+
+TEST_F(RememberingMetricsReaderTest, ItsCountersNeedNoCarryingForward) {
+  EXPECT_FALSE(reader_.is32bitCapped());
+}
+
+TEST(RememberingMetricsReaderDeathTest, CountersThatWrapCannotStandIn) {
+  const SimulatedClock clock;
+  RecordingDiagnosticLog diagnostics;
+  const auto capped = std::make_shared<FakeConnectionMetricsReader>();
+  capped->set32bitCapped(true);
+  const auto build = [&] {
+    const RememberingMetricsReader reader(std::unexpected("none"), capped,
+                                          {.clock = clock, .diagnostics = diagnostics});
+  };
+  EXPECT_DEATH(build(), "32-bit counters were to stand in for adjusted ones");
+}
+
+}  // namespace
+}  // namespace lanternfold

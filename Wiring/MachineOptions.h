@@ -1,0 +1,23 @@
+// What a command line says of the machine that its program is to run on.
+//
+// Made by: the parsers. Read by: `LinuxMachine`.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+
+namespace lanternfold {
+
+/// Where the one-line diagnostics of background paths go: to standard output, unless that holds
+/// JSON only.
+enum class DiagnosticsTarget { standardOutput, standardError };
+
+struct MachineOptions {
+  DiagnosticsTarget diagnostics = DiagnosticsTarget::standardOutput;
+  /// Where everything is kept; the user's own data folder when it is not given.
+  std::optional<std::filesystem::path> dataFolder;
+  /// Certificates in PEM to trust; the system's when it is not given.
+  std::optional<std::filesystem::path> certificateAuthoritiesFile;
+};
+
+}  // namespace lanternfold
