@@ -21,7 +21,7 @@ Widget BandwidthMonitorWidget::body(const WidgetSurroundings& surroundings) cons
                              std::move(content))
       .configurationDisplayName(surroundings.strings.localized("Bandwidth Monitor"))
       .description(surroundings.strings.localized("Bandwidth Monitor widget."))
-      .supportedFamilies({WidgetFamily::small});
+      .supportedFamilies(families());
 }
 
 }  // namespace lanternfold
