@@ -45,6 +45,7 @@ lanternfold_room(EchoService USES NetBase Platform Support
 lanternfold_room(ViewTree USES Support LIBRARIES nlohmann_json::nlohmann_json)
 lanternfold_room(WidgetService USES ViewTree Support LIBRARIES nlohmann_json::nlohmann_json)
 lanternfold_room(NetworkWidgetVexExtension USES WidgetService ViewTree NetworkMonitor NetBase Platform Support)
+lanternfold_room(WidgetHost USES NetworkWidgetVexExtension NetworkMonitor Platform Support)
 # Of the monitor the system's side sees the counters alone: `ConnectionMetricsReader` is a seam that
 # stands beside its records.
 lanternfold_room(PlatformLinux USES NetworkMonitor/Metrics Platform Support

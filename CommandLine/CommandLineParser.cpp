@@ -194,9 +194,12 @@ void addRender(CLI::App& app, Choice& choice) {
   command->callback([options, common, &choice] { choice = chooseRender(*options, *common); });
 }
 
-Choice chooseTimeline(const TimelineOptions& options, const CommonOptions& common) {
+Choice chooseTimeline(const WidgetOptions& widget, bool json, const CommonOptions& common) {
   const auto choice = checkCommonOptions(common);
   if (!choice) return std::unexpected(choice.error());
+  auto question = widgetQuestion(widget, EntryCall::Kind::timeline);
+  if (!question) return std::unexpected(question.error());
+  const TimelineOptions options{.question = *std::move(question), .json = json};
   return commandOf(
       *choice, options.json,
       [options, monitor = choice->monitor](const Machine& machine, const Console& console) {
@@ -205,16 +208,18 @@ Choice chooseTimeline(const TimelineOptions& options, const CommonOptions& commo
 }
 
 void addTimeline(CLI::App& app, Choice& choice) {
-  auto options = std::make_shared<TimelineOptions>();
+  auto widget = std::make_shared<WidgetOptions>();
+  auto json = std::make_shared<bool>(false);
   auto common = std::make_shared<CommonOptions>();
   CLI::App* command =
       app.add_subcommand("timeline", "Ask a widget for this machine's timeline, as its host does");
-  addWidgetOptions(*command, options->widget);
-  command->add_flag("--json", options->json,
+  addWidgetOptions(*command, *widget);
+  command->add_flag("--json", *json,
                     "Write {\"entries\":[{\"date\":…,\"view\":{…}}],\"policy\":…}, as the "
                     "extension answers it");
   addCommonOptions(*command, *common);
-  command->callback([options, common, &choice] { choice = chooseTimeline(*options, *common); });
+  command->callback(
+      [widget, json, common, &choice] { choice = chooseTimeline(*widget, *json, *common); });
 }
 
 Choice chooseEchoService(const EchoServiceOptions& options, const CommonOptions& common) {

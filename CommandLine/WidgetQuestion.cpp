@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string_view>
@@ -13,6 +14,7 @@
 
 #include "CommandLine/KernelAccess.h"
 #include "NetworkWidgetVexExtension/Bundle/NetworkAdapterWidget.h"
+#include "NetworkWidgetVexExtension/Bundle/NetworkWidgetBundle.h"
 #include "NetworkWidgetVexExtension/Bundle/PanoramicNetworkStateWidget.h"
 #include "NetworkWidgetVexExtension/Bundle/WlanNetworkStateWidget.h"
 #include "WidgetService/WidgetFamilyName.h"
@@ -34,51 +36,37 @@ std::string namesOf(const std::vector<WidgetFamily>& offered) {
   return names;
 }
 
-std::expected<WidgetFamily, CommandFailure> familyOf(const WidgetQuestion& question,
-                                                     const WidgetDescription& widget) {
-  const auto& offered = widget.supportedFamilies;
-  if (!question.family) return offered.back();
-  const auto family = widgetFamilyOfName(*question.family);
-  if (!family) {
-    return std::unexpected(
-        badArguments("unknown family " + inQuotes(*question.family) + "; use " + namesOf(offered)));
+std::string namesOf(const std::vector<WidgetKind>& kinds) {
+  std::string names;
+  for (std::size_t index = 0; index < kinds.size(); ++index) {
+    if (index > 0) names += index + 1 == kinds.size() ? " or " : ", ";
+    names += kinds[index].kind;
   }
-  if (std::ranges::find(offered, *family) != offered.end()) return *family;
-  return std::unexpected(badArguments(widget.kind + " has no " + *question.family +
-                                      " family; use " + namesOf(offered)));
+  return names;
 }
 
-std::optional<CommandFailure> faultOfAdapter(const WidgetQuestion& question) {
-  if (!question.adapter) return std::nullopt;
-  if (question.kind != NetworkAdapterWidget{}.kind) {
-    return badArguments("--adapter chooses what NetworkAdapterWidget shows; " + question.kind +
+std::expected<WidgetFamily, CommandFailure> familyOf(const WidgetOptions& options,
+                                                     const WidgetKind& widget) {
+  if (!options.family) return widget.families.back();
+  const auto family = widgetFamilyOfName(*options.family);
+  if (!family) {
+    return std::unexpected(badArguments("unknown family " + inQuotes(*options.family) + "; use " +
+                                        namesOf(widget.families)));
+  }
+  if (std::ranges::find(widget.families, *family) != widget.families.end()) return *family;
+  return std::unexpected(badArguments(widget.kind + " has no " + *options.family + " family; use " +
+                                      namesOf(widget.families)));
+}
+
+std::optional<CommandFailure> faultOfAdapter(const WidgetOptions& options) {
+  if (!options.adapter) return std::nullopt;
+  if (options.kind != NetworkAdapterWidget{}.kind) {
+    return badArguments("--adapter chooses what NetworkAdapterWidget shows; " + options.kind +
                         " shows what there is");
   }
-  if (!question.adapter->empty()) return std::nullopt;
+  if (!options.adapter->empty()) return std::nullopt;
   return badArguments(
       "--adapter needs an interface's name; \"lanternfold-widgets interfaces\" lists them");
-}
-
-std::expected<EntryCall, CommandFailure> callOf(const WidgetQuestion& question,
-                                                EntryCall::Kind entry,
-                                                const std::vector<Widget>& widgets) {
-  const auto widget =
-      std::ranges::find(widgets, question.kind,
-                        [](const Widget& each) -> const auto& { return each.description.kind; });
-  if (widget == widgets.end()) {
-    return std::unexpected(
-        badArguments("unknown widget kind " + inQuotes(question.kind) + "; use " + widgetKinds));
-  }
-  const auto family = familyOf(question, widget->description);
-  if (!family) return std::unexpected(family.error());
-  if (auto fault = faultOfAdapter(question)) return std::unexpected(*std::move(fault));
-  WidgetRequest request{.family = *family};
-  request.configuration.showTimestamp = question.showTimestamp;
-  if (question.adapter) {
-    request.configuration.adapter =
-        AdapterParameter{.identifier = question.adapter, .display = *question.adapter};
-  }
-  return EntryCall{.entry = entry, .kind = question.kind, .request = std::move(request)};
 }
 
 /// The widgets leave out what the kernel does not let them read. A widget that consists of it would
@@ -99,14 +87,14 @@ std::expected<void, CommandFailure> requireTruth(const std::string& kind, const 
 }
 
 /// The card explains an adapter that is not there; whoever mistyped its name is told at once.
-void warnOfMissingAdapter(const WidgetQuestion& question, const Machine& machine,
+void warnOfMissingAdapter(const EntryCall& question, const Machine& machine,
                           const Console& console) {
-  if (!question.adapter || *question.adapter == automaticAdapter) return;
+  const auto& adapter = question.request.configuration.adapter;
+  if (!adapter || adapter->identifier == automaticAdapter) return;
+  const std::string& name = *adapter->identifier;
   const auto adapters = makeInterfaceResolver(machine)->interfacesPrefixed("en");
-  if (std::ranges::find(adapters, *question.adapter, &BasicInterface::name) != adapters.end()) {
-    return;
-  }
-  console.errors << programName << ": no adapter is called " << inQuotes(*question.adapter)
+  if (std::ranges::find(adapters, name, &BasicInterface::name) != adapters.end()) return;
+  console.errors << programName << ": no adapter is called " << inQuotes(name)
                  << ", and the card says so; \"" << programName
                  << " interfaces --prefix en\" lists the adapters\n";
 }
@@ -139,45 +127,59 @@ std::expected<ServiceResult, CommandFailure> answerTo(const EntryCall& call,
 
 }  // namespace
 
-void addWidgetOptions(CLI::App& command, WidgetQuestion& question) {
-  command.add_option("kind", question.kind, std::string("The widget: ") + widgetKinds)
+void addWidgetOptions(CLI::App& command, WidgetOptions& options) {
+  const std::string kinds = namesOf(widgetKinds());
+  command.add_option("kind", options.kind, "The widget: " + kinds)
       ->option_text("KIND")
-      ->type_name(std::string("a widget's kind: ") + widgetKinds)
+      ->type_name("a widget's kind: " + kinds)
       ->required();
   command
-      .add_option("--family", question.family,
+      .add_option("--family", options.family,
                   "The widget's size: small, medium or large, as far as the widget has it; default "
                   "its largest")
       ->option_text("FAMILY")
       ->type_name("the widget's size: small, medium or large");
   command
       .add_option(
-          "--adapter", question.adapter,
+          "--adapter", options.adapter,
           "The interface that NetworkAdapterWidget shows, or auto (the default), which takes "
           "the one of the best default route")
       ->option_text("NAME")
       ->type_name("an interface's name");
-  command.add_flag("--show-timestamp", question.showTimestamp, "Show the time of drawing");
+  command.add_flag("--show-timestamp", options.showTimestamp, "Show the time of drawing");
 }
 
-std::expected<WidgetAnswer, CommandFailure> askWidget(const WidgetQuestion& question,
-                                                      EntryCall::Kind entry,
-                                                      const MonitorOptions& monitor,
-                                                      const Machine& machine,
-                                                      const Console& console) {
-  std::vector<Widget> widgets = makeWidgets(machine, monitor);
-  const auto call = callOf(question, entry, widgets);
-  if (!call) return std::unexpected(call.error());
-  if (entry == EntryCall::Kind::timeline) {
+std::expected<EntryCall, CommandFailure> widgetQuestion(const WidgetOptions& options,
+                                                        EntryCall::Kind entry) {
+  const std::vector<WidgetKind> kinds = widgetKinds();
+  const auto widget = std::ranges::find(kinds, options.kind, &WidgetKind::kind);
+  if (widget == kinds.end()) {
+    return std::unexpected(
+        badArguments("unknown widget kind " + inQuotes(options.kind) + "; use " + namesOf(kinds)));
+  }
+  const auto family = familyOf(options, *widget);
+  if (!family) return std::unexpected(family.error());
+  if (auto fault = faultOfAdapter(options)) return std::unexpected(*std::move(fault));
+  WidgetRequest request{.family = *family};
+  request.configuration.showTimestamp = options.showTimestamp;
+  if (options.adapter) {
+    request.configuration.adapter =
+        AdapterParameter{.identifier = options.adapter, .display = *options.adapter};
+  }
+  return EntryCall{.entry = entry, .kind = options.kind, .request = std::move(request)};
+}
+
+std::expected<ServiceResult, CommandFailure> askWidget(const EntryCall& question,
+                                                       const MonitorOptions& monitor,
+                                                       const Machine& machine,
+                                                       const Console& console) {
+  if (question.entry == EntryCall::Kind::timeline) {
     if (auto truth = requireTruth(question.kind, machine, console); !truth) {
       return std::unexpected(truth.error());
     }
     warnOfMissingAdapter(question, machine, console);
   }
-  const WidgetResponder responder = makeWidgetResponder(machine, std::move(widgets));
-  auto result = answerTo(*call, responder, machine);
-  if (!result) return std::unexpected(result.error());
-  return WidgetAnswer{.family = call->request.family, .result = *std::move(result)};
+  return answerTo(question, makeWidgetResponder(machine, makeWidgets(machine, monitor)), machine);
 }
 
 }  // namespace lanternfold

@@ -19,34 +19,28 @@ class App;
 
 namespace lanternfold {
 
-/// The widgets' kinds, for help.
-inline constexpr const char* widgetKinds =
-    "PanoramicNetworkStateWidget, InternetNetworkStateWidget, NetworkAdapterWidget, "
-    "BandwidthMonitorWidget or WlanNetworkStateWidget";
-
-/// As it stands on the command line.
-struct WidgetQuestion {
+/// As it stands on the command line, not yet checked.
+struct WidgetOptions {
   std::string kind;
   std::optional<std::string> family;  ///< the widget's largest by default
   std::optional<std::string> adapter;
   bool showTimestamp = false;
 };
 
-/// KIND, --family, --adapter and --show-timestamp. `question` outlives the parsing.
-void addWidgetOptions(CLI::App& command, WidgetQuestion& question);
+/// KIND, --family, --adapter and --show-timestamp. `options` outlives the parsing.
+void addWidgetOptions(CLI::App& command, WidgetOptions& options);
 
-struct WidgetAnswer {
-  WidgetFamily family = WidgetFamily::small;
-  ServiceResult result;  ///< an entry or a timeline
-};
+/// The failure names what is wrong of the kind, the family or the adapter, and what may stand
+/// there.
+[[nodiscard]] std::expected<EntryCall, CommandFailure> widgetQuestion(const WidgetOptions& options,
+                                                                      EntryCall::Kind entry);
 
-/// Asks nobody for consent. A kind, a family or an adapter that makes no sense is a failure of bad
-/// arguments that says what may stand there; for a timeline, a machine that does not let itself be
-/// read or has not answered within half a minute is one of the work. Main thread.
-[[nodiscard]] std::expected<WidgetAnswer, CommandFailure> askWidget(const WidgetQuestion& question,
-                                                                    EntryCall::Kind entry,
-                                                                    const MonitorOptions& monitor,
-                                                                    const Machine& machine,
-                                                                    const Console& console);
+/// The entry or the timeline, of a machine that has been read for the latter. Asks nobody for
+/// consent. Fails when the machine does not let itself be read, or has not answered within half a
+/// minute. Main thread.
+[[nodiscard]] std::expected<ServiceResult, CommandFailure> askWidget(const EntryCall& question,
+                                                                     const MonitorOptions& monitor,
+                                                                     const Machine& machine,
+                                                                     const Console& console);
 
 }  // namespace lanternfold

@@ -20,7 +20,7 @@ namespace {
 
 using Json = nlohmann::json;
 
-constexpr std::size_t longestLine = 4096;
+constexpr std::size_t longestLine = 2048;
 
 struct HeardLines {
   std::vector<std::string> lines;

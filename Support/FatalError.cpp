@@ -12,4 +12,10 @@ void fatalError(std::string_view message, std::source_location where) {
   std::abort();
 }
 
+void fatalErrorAt(std::string_view location) {
+  std::fprintf(stderr, "Fatal error (%.*s)\n", static_cast<int>(location.size()), location.data());
+  std::fflush(stderr);
+  std::abort();
+}
+
 }  // namespace lanternfold

@@ -15,4 +15,8 @@ namespace lanternfold {
 [[noreturn]] void fatalError(std::string_view message,
                              std::source_location where = std::source_location::current());
 
+/// The same of an operation that nobody may call, where there is no more to say than whose it is:
+/// prints "Fatal error (LOCATION)".
+[[noreturn]] void fatalErrorAt(std::string_view location);
+
 }  // namespace lanternfold

@@ -25,7 +25,6 @@ const ArchiveValue* find(const Object& object, std::string_view name) {
 class ArchiveReader {
  public:
   std::expected<View, ViewArchiveFault> document(const ArchiveValue& value) {
-    path_.clear();
     View view = whole(value);
     if (fault_) return std::unexpected(*std::move(fault_));
     return view;

@@ -26,15 +26,14 @@ const View& viewOf(const ServiceResult& result) {
 
 std::expected<void, CommandFailure> runRender(const RenderPlan& plan, const MonitorOptions& monitor,
                                               const Machine& machine, const Console& console) {
-  const auto answer = askWidget(plan.widget, plan.entry, monitor, machine, console);
+  const auto answer = askWidget(plan.question, monitor, machine, console);
   if (!answer) return std::unexpected(answer.error());
   PictureRequest request = plan.picture;
-  request.sizePoints = widgetSize(answer->family);
   request.drawingTime = relativeDateText(machine.platform.clock.now());
   const auto picture = renderPicture(
-      viewOf(answer->result), request, {.assetFolder = machine.assets, .report = [&console](std::string_view line) {
-                         console.errors << line << '\n';
-                       }});
+      viewOf(*answer), request,
+      {.assetFolder = machine.assets,
+       .report = [&console](std::string_view line) { console.errors << line << '\n'; }});
   if (!picture) return std::unexpected(workFailed(picture.error()));
   if (const auto written = writeFileAtomically(plan.output, *picture); !written) {
     return std::unexpected(workFailed(written.error()));

@@ -68,9 +68,11 @@ std::expected<RenderPlan, CommandFailure> planRender(const RenderOptions& option
                                         inQuotes(options.output.string()) +
                                         "; let the file's name end in .png, .svg or .pdf"));
   }
-  return RenderPlan{.widget = options.widget,
-                    .entry = *valueNamed(entries, options.entry),
-                    .picture = {.sizePoints = {},
+  auto question = widgetQuestion(options.widget, *valueNamed(entries, options.entry));
+  if (!question) return std::unexpected(question.error());
+  const Size size = widgetSize(question->request.family);
+  return RenderPlan{.question = *std::move(question),
+                    .picture = {.sizePoints = size,
                                 .cornerRadiusPoints = widgetCornerRadius,
                                 .scheme = *valueNamed(schemes, options.scheme),
                                 .scale = *parseScale(options.scale),

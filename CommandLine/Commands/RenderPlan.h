@@ -20,7 +20,7 @@ inline constexpr const char* scaleValues = "a number from 0.5 to 8, such as 2 or
 
 /// As they stand on the command line, not yet checked.
 struct RenderOptions {
-  WidgetQuestion widget;
+  WidgetOptions widget;
   std::string scheme = "light";
   std::string scale = "2";  ///< pixels a point
   std::string entry = "timeline";
@@ -28,14 +28,13 @@ struct RenderOptions {
 };
 
 struct RenderPlan {
-  WidgetQuestion widget;  ///< checked by whoever is asked
-  EntryCall::Kind entry = EntryCall::Kind::timeline;
-  /// Whole but for the size, which the widget's family has, and the time of drawing.
+  EntryCall question;
+  /// Whole but for the time of drawing.
   PictureRequest picture;
   std::filesystem::path output;
 };
 
-/// Checks every option but those of the widget; reads and writes nothing. The failure names the
+/// Checks every option; reads and writes nothing. The failure names the
 /// first option that is wrong and what may stand there.
 [[nodiscard]] std::expected<RenderPlan, CommandFailure> planRender(const RenderOptions& options);
 

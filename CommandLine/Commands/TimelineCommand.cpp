@@ -13,14 +13,13 @@ namespace lanternfold {
 std::expected<void, CommandFailure> runTimeline(const TimelineOptions& options,
                                                 const MonitorOptions& monitor,
                                                 const Machine& machine, const Console& console) {
-  const auto answer =
-      askWidget(options.widget, EntryCall::Kind::timeline, monitor, machine, console);
+  const auto answer = askWidget(options.question, monitor, machine, console);
   if (!answer) return std::unexpected(answer.error());
   if (options.json) {
-    console.output << serviceResultJson(answer->result) << '\n';
+    console.output << serviceResultJson(*answer) << '\n';
     return {};
   }
-  const auto* timeline = std::get_if<Timeline<ViewEntry>>(&answer->result);
+  const auto* timeline = std::get_if<Timeline<ViewEntry>>(&*answer);
   if (timeline == nullptr) fatalError("a widget answered with something else than a timeline");
   const std::string drawingTime = relativeDateText(machine.platform.clock.now());
   for (const ViewEntry& entry : timeline->entries) {

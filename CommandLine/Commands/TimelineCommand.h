@@ -12,7 +12,7 @@
 namespace lanternfold {
 
 struct TimelineOptions {
-  WidgetQuestion widget;
+  EntryCall question;
   bool json = false;
 };
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "NetworkWidgetVexExtension/Bundle/WidgetSurroundings.h"
 #include "WidgetService/Widget.h"
@@ -10,6 +11,9 @@ namespace lanternfold {
 
 struct BandwidthMonitorWidget {
   std::string kind = "BandwidthMonitorWidget";
+
+  /// The sizes it comes in, from the smallest.
+  [[nodiscard]] static std::vector<WidgetFamily> families() { return {WidgetFamily::small}; }
 
   [[nodiscard]] Widget body(const WidgetSurroundings& surroundings) const;
 };

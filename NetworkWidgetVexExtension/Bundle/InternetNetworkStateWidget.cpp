@@ -8,7 +8,7 @@ Widget InternetNetworkStateWidget::body(const WidgetSurroundings& surroundings) 
   return networkStateConfiguration(kind, NetworkSourceCategory::internet(), surroundings)
       .configurationDisplayName(surroundings.strings.localized("Internet"))
       .description(surroundings.strings.localized("Internet widget."))
-      .supportedFamilies({WidgetFamily::small, WidgetFamily::medium});
+      .supportedFamilies(families());
 }
 
 }  // namespace lanternfold

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "NetworkWidgetVexExtension/Bundle/WidgetSurroundings.h"
 #include "WidgetService/Widget.h"
@@ -10,6 +11,11 @@ namespace lanternfold {
 
 struct InternetNetworkStateWidget {
   std::string kind = "InternetNetworkStateWidget";
+
+  /// The sizes it comes in, from the smallest.
+  [[nodiscard]] static std::vector<WidgetFamily> families() {
+    return {WidgetFamily::small, WidgetFamily::medium};
+  }
 
   [[nodiscard]] Widget body(const WidgetSurroundings& surroundings) const;
 };

@@ -56,7 +56,7 @@ Widget NetworkAdapterWidget::body(const WidgetSurroundings& surroundings) const 
              content(surroundings))
       .configurationDisplayName(surroundings.strings.localized("Network Adapter"))
       .description(surroundings.strings.localized("Network adapter widget."))
-      .supportedFamilies({WidgetFamily::medium});
+      .supportedFamilies(families());
 }
 
 }  // namespace lanternfold

@@ -7,14 +7,31 @@
 #include "NetworkWidgetVexExtension/Bundle/WlanNetworkStateWidget.h"
 
 namespace lanternfold {
+namespace {
+
+/// In the order of the gallery.
+template <typename Use>
+void forEachWidget(Use use) {
+  use(PanoramicNetworkStateWidget{});
+  use(InternetNetworkStateWidget{});
+  use(NetworkAdapterWidget{});
+  use(BandwidthMonitorWidget{});
+  use(WlanNetworkStateWidget{});
+}
+
+}  // namespace
+
+std::vector<WidgetKind> widgetKinds() {
+  std::vector<WidgetKind> kinds;
+  forEachWidget([&](const auto& widget) {
+    kinds.push_back({.kind = widget.kind, .families = widget.families()});
+  });
+  return kinds;
+}
 
 std::vector<Widget> NetworkWidgetBundle::body() const {
   std::vector<Widget> widgets;
-  widgets.push_back(PanoramicNetworkStateWidget{}.body(surroundings_));
-  widgets.push_back(InternetNetworkStateWidget{}.body(surroundings_));
-  widgets.push_back(NetworkAdapterWidget{}.body(surroundings_));
-  widgets.push_back(BandwidthMonitorWidget{}.body(surroundings_));
-  widgets.push_back(WlanNetworkStateWidget{}.body(surroundings_));
+  forEachWidget([&](const auto& widget) { widgets.push_back(widget.body(surroundings_)); });
   return widgets;
 }
 

@@ -10,7 +10,7 @@ Widget PanoramicNetworkStateWidget::body(const WidgetSurroundings& surroundings)
   return networkStateConfiguration(kind, std::nullopt, surroundings)
       .configurationDisplayName(surroundings.strings.localized("Panoramic"))
       .description(surroundings.strings.localized("Panoramic widget."))
-      .supportedFamilies({WidgetFamily::small, WidgetFamily::medium, WidgetFamily::large});
+      .supportedFamilies(families());
 }
 
 }  // namespace lanternfold

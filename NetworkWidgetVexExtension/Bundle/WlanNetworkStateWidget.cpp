@@ -8,7 +8,7 @@ Widget WlanNetworkStateWidget::body(const WidgetSurroundings& surroundings) cons
   return networkStateConfiguration(kind, NetworkSourceCategory::wlan(), surroundings)
       .configurationDisplayName(surroundings.strings.localized("WiFi"))
       .description(surroundings.strings.localized("WiFi widget."))
-      .supportedFamilies({WidgetFamily::small, WidgetFamily::medium});
+      .supportedFamilies(families());
 }
 
 }  // namespace lanternfold

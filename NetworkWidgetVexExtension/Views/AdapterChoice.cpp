@@ -12,17 +12,17 @@ const BasicInterface* interfaceNamed(const std::vector<BasicInterface>& interfac
   return found == interfaces.end() ? nullptr : &*found;
 }
 
-int kindRank(InterfaceType type) {
-  if (type == InterfaceType::ethernet) return 0;
-  return type == InterfaceType::wlan ? 1 : 2;
-}
-
 int connectionRank(const BasicInterface& interface) {
   if (!interface.active) return 2;
   return interface.IPv4.empty() ? 1 : 0;
 }
 
 }  // namespace
+
+int adapterKindRank(InterfaceType type) {
+  if (type == InterfaceType::ethernet) return 0;
+  return type == InterfaceType::wlan ? 1 : 2;
+}
 
 std::optional<std::string> chosenAdapterName(const AdapterConfigurationIntent& configuration) {
   if (!configuration.adapter || !configuration.adapter->identifier) return std::nullopt;
@@ -49,7 +49,7 @@ const BasicInterface* bestAdapter(const std::vector<BasicInterface>& interfaces,
     if (const BasicInterface* preferred = interfaceNamed(interfaces, name)) return preferred;
   }
   const auto best = std::ranges::min_element(interfaces, {}, [](const BasicInterface& interface) {
-    return std::tuple(connectionRank(interface), kindRank(interface.type), interface.name);
+    return std::tuple(connectionRank(interface), adapterKindRank(interface.type), interface.name);
   });
   return best == interfaces.end() ? nullptr : &*best;
 }

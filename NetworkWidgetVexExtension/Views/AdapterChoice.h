@@ -27,6 +27,9 @@ struct MissingAdapter {
 
 using AdapterChoice = std::variant<NoAdapter, MissingAdapter, BasicInterface>;
 
+/// The place of a kind among adapters that are equal otherwise: wired before Wi-Fi before the rest.
+[[nodiscard]] int adapterKindRank(InterfaceType type);
+
 /// The name of the interface that the user chose; none when the choice is left to the widget.
 [[nodiscard]] std::optional<std::string> chosenAdapterName(
     const AdapterConfigurationIntent& configuration);

@@ -9,6 +9,8 @@
 namespace lanternfold {
 namespace {
 
+/// The main application's bandwidth monitor in its mini mode.
+constexpr const char* bandwidthMonitorUrl = "net.quernaple.LanternfoldX://bandwidth-monitor?mini=1";
 constexpr double gaugeWidth = 80;
 
 /// A template image: drawn in the foreground colour, as large as its frame allows.
@@ -20,17 +22,19 @@ View gauge() {
 
 }  // namespace
 
-View BandwidthMonitorEntryView::body() const {
+View BandwidthMonitorEntryView::body(const WidgetEnvironment& environment) const {
   FrameNode whole;
   whole.width.maximum = unlimited;
   whole.height.maximum = unlimited;
   std::vector<View> column;
   column.push_back(gauge());
-  return vstack(HorizontalAlignment::centre, 0, std::move(column))
-      .frame(whole)
-      .padding(contentPadding)
-      .background(roundedRectangle(0, Colour::named(accentColour)))
-      .foreground(Colour::white());
+  View tile = vstack(HorizontalAlignment::centre, 0, std::move(column))
+                  .frame(whole)
+                  .padding(contentPadding)
+                  .background(roundedRectangle(0, Colour::named(accentColour)))
+                  .foreground(Colour::white());
+  return link(bandwidthMonitorUrl, std::move(tile))
+      .accessible(environment.strings.localized("Bandwidth Monitor"));
 }
 
 }  // namespace lanternfold

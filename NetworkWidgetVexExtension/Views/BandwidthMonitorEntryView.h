@@ -2,6 +2,7 @@
 #pragma once
 
 #include "NetworkWidgetVexExtension/Providers/BandwidthMonitorEntry.h"
+#include "NetworkWidgetVexExtension/Views/WidgetEnvironment.h"
 #include "ViewTree/View.h"
 
 namespace lanternfold {
@@ -9,7 +10,8 @@ namespace lanternfold {
 struct BandwidthMonitorEntryView {
   BandwidthMonitorEntry entry;
 
-  [[nodiscard]] View body() const;
+  /// All of it is the link, so that it works wherever it is pressed.
+  [[nodiscard]] View body(const WidgetEnvironment& environment) const;
 };
 
 }  // namespace lanternfold

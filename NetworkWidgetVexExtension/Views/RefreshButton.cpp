@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "NetworkWidgetVexExtension/Intents/RefreshAppIntent.h"
 #include "NetworkWidgetVexExtension/Views/WidgetStyle.h"
 #include "ViewTree/Elements.h"
 
@@ -18,9 +19,10 @@ View RefreshButton::face(State state) const {
 View refreshButtonInCorner(const WidgetEnvironment& environment) {
   if (!environment.supportsButtons) return emptyView();
   std::vector<View> choices;
-  choices.push_back(button("RefreshAppIntent", RefreshButton{}.face(RefreshButton::State::resting))
-                        .accessible(environment.strings.localized("Refresh"))
-                        .padding({0, refreshButtonInset, refreshButtonInset, 0}));
+  choices.push_back(
+      button(RefreshAppIntent::intentName, RefreshButton{}.face(RefreshButton::State::resting))
+          .accessible(environment.strings.localized("Refresh"))
+          .padding({0, refreshButtonInset, refreshButtonInset, 0}));
   choices.push_back(emptyView());
   FrameNode corner;
   corner.width.maximum = unlimited;

@@ -159,7 +159,9 @@ TEST_F(ArgumentFaultsTest, AnArgumentTooMany) {
 
 TEST_F(ArgumentFaultsTest, WhatACommandCannotDoWithout) {
   EXPECT_EQ(sentence({"render"}),
-            "render needs KIND, a widget's kind: NetworkAdapterWidget or WlanNetworkStateWidget");
+            "render needs KIND, a widget's kind: PanoramicNetworkStateWidget, "
+            "InternetNetworkStateWidget, NetworkAdapterWidget, BandwidthMonitorWidget or "
+            "WlanNetworkStateWidget");
   EXPECT_EQ(sentence({"render", "NetworkAdapterWidget"}),
             "render needs --output FILE, a file's name that ends in .png, .svg or .pdf");
 }

@@ -10,12 +10,14 @@
 #include <vector>
 
 #include "CommandLine/Program.h"
+#include "NetworkWidgetVexExtension/Bundle/NetworkWidgetBundle.h"
 #include "PlatformLinux/Defaults/DataDirectory.h"
 #include "PlatformLinux/Defaults/LinuxGroupContainer.h"
 #include "PlatformLinux/Defaults/SqliteUserDefaults.h"
 #include "PlatformLinux/System/PosixFileSystem.h"
 #include "Tests/CommandLine/WifiScenes.h"
 #include "Tests/Support/TemporaryFolder.h"
+#include "WidgetService/WidgetFamilyName.h"
 
 namespace lanternfold {
 
@@ -69,6 +71,8 @@ class KnowingMachine {
         {"wifi", "--bogus"},
     };
     for (const auto& [kind, family] : widgets()) {
+      all.push_back({"timeline", kind, "--family", family});
+      all.push_back({"timeline", kind, "--family", family, "--show-timestamp", "--json"});
       for (const char* entry : {"timeline", "snapshot", "placeholder"}) {
         for (const char* ending : {".svg", ".png"}) {
           const std::string picture = kind + "-" + family + "-" + entry + ending;
@@ -81,9 +85,13 @@ class KnowingMachine {
   }
 
   static std::vector<std::pair<std::string, std::string>> widgets() {
-    return {{"NetworkAdapterWidget", "medium"},
-            {"WlanNetworkStateWidget", "small"},
-            {"WlanNetworkStateWidget", "medium"}};
+    std::vector<std::pair<std::string, std::string>> widgets;
+    for (const WidgetKind& widget : widgetKinds()) {
+      for (const WidgetFamily family : widget.families) {
+        widgets.emplace_back(widget.kind, widgetFamilyName(family));
+      }
+    }
+    return widgets;
   }
 
  private:

@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include "CommandLine/AdapterEntry.h"
 #include "CommandLine/Commands/RenderCommand.h"
 #include "Tests/CommandLine/WifiScenes.h"
 #include "Tests/Support/TemporaryFolder.h"
@@ -24,7 +23,7 @@ class RenderCommandTest : public testing::Test {
 
   RenderOptions options(const std::string& fileName) const {
     RenderOptions options;
-    options.kind = "NetworkAdapterWidget";
+    options.widget.kind = "NetworkAdapterWidget";
     options.output = folder_ / fileName;
     return options;
   }
@@ -77,7 +76,7 @@ TEST_F(RenderCommandTest, APictureOfTheWifiAsksNobodyForConsent) {
   for (const std::int32_t status : {0, 4}) {
     fake_.locationConsent.setAuthorizationStatus(status);
     auto options = this->options("card.svg");
-    options.kind = "WlanNetworkStateWidget";
+    options.widget.kind = "WlanNetworkStateWidget";
     EXPECT_FALSE(rendered(options).empty());
   }
   EXPECT_TRUE(fake_.locationConsent.requests().empty());
@@ -107,7 +106,7 @@ TEST_F(RenderCommandTest, TheSchemesDiffer) {
 
 TEST_F(RenderCommandTest, AnAdapterThatIsGoneNeverShowsAnotherOne) {
   auto gone = options("gone.png");
-  gone.adapter = "en7";
+  gone.widget.adapter = "en7";
   const std::string explanation = rendered(gone);
   EXPECT_THAT(errors_.str(), testing::HasSubstr("no adapter is called \"en7\""));
   fake_.kernel.setCounters("en0", {.recvBytes = 77'000'000, .sentBytes = 1});
@@ -138,35 +137,22 @@ TEST_F(RenderCommandTest, MissingAssetsAreDrawnByAStandInAndSaidOnStandardError)
   EXPECT_THAT(errors_.str(), testing::HasSubstr("LanternfoldLogo"));
 }
 
-TEST_F(RenderCommandTest, ATimelineEntryPrefersTheInterfaceOfTheBestDefaultRoute) {
-  fake_.pathMonitors.deliver(
-      {.status = PathStatus::satisfied,
-       .availableInterfaces = {{.name = "en1", .index = 2}, {.name = "en0", .index = 1}}});
-  const auto drawable = drawableAdapterEntry(EntrySource::timeline, {}, fake_.machine);
-  ASSERT_TRUE(drawable);
-  EXPECT_EQ(drawable->preferredInterfaceNames, std::vector<std::string>{"en1"});
-  EXPECT_EQ(drawable->entry.networkState.others.size(), 2U);
-  EXPECT_EQ(drawable->entry.date, fake_.clock.now());
-}
-
-TEST_F(RenderCommandTest, WithoutADefaultRouteNoInterfaceIsPreferred) {
-  fake_.pathMonitors.deliver(
-      {.status = PathStatus::unsatisfied, .availableInterfaces = {{.name = "en1", .index = 2}}});
-  const auto drawable = drawableAdapterEntry(EntrySource::timeline, {}, fake_.machine);
-  ASSERT_TRUE(drawable);
-  EXPECT_TRUE(drawable->preferredInterfaceNames.empty());
-}
-
-TEST_F(RenderCommandTest, APlaceholderHasAnEmptyConfigurationAndASnapshotTheGivenOne) {
-  const AdapterConfigurationIntent configuration{
-      .adapter = NetworkAdapter{.identifier = "en5", .display = "en5"}, .showTimestamp = true};
-  const auto placeholder =
-      drawableAdapterEntry(EntrySource::placeholder, configuration, fake_.machine);
-  const auto snapshot = drawableAdapterEntry(EntrySource::snapshot, configuration, fake_.machine);
-  ASSERT_TRUE(placeholder && snapshot);
-  EXPECT_EQ(placeholder->entry.configuration, AdapterConfigurationIntent{});
-  EXPECT_EQ(snapshot->entry.configuration, configuration);
-  EXPECT_EQ(snapshot->entry.networkState, NetworkState::placeholder(true, fake_.strings));
+TEST_F(RenderCommandTest, EveryWidgetHasAPictureInEachOfItsSizes) {
+  const std::pair<const char*, std::vector<std::string>> widgets[] = {
+      {"PanoramicNetworkStateWidget", {"small", "medium", "large"}},
+      {"InternetNetworkStateWidget", {"small", "medium"}},
+      {"NetworkAdapterWidget", {"medium"}},
+      {"BandwidthMonitorWidget", {"small"}},
+      {"WlanNetworkStateWidget", {"small", "medium"}}};
+  for (const auto& [kind, families] : widgets) {
+    for (const std::string& family : families) {
+      auto sample = options("sample.svg");
+      sample.widget.kind = kind;
+      sample.widget.family = family;
+      sample.entry = "snapshot";
+      EXPECT_EQ(rendered(sample).substr(0, 5), "<?xml") << kind << ", " << family;
+    }
+  }
 }
 
 TEST_F(RenderCommandTest, TheAdapterWidgetRecordsWithoutAnApplicationGroup) {

@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include "CommandLine/Commands/RenderCommand.h"
-#include "CommandLine/StateEntry.h"
 #include "Tests/CommandLine/WifiScenes.h"
 #include "Tests/Support/TemporaryFolder.h"
 
@@ -25,7 +24,7 @@ class RenderWifiTest : public testing::Test {
 
   RenderOptions options(const std::string& fileName) const {
     RenderOptions options;
-    options.kind = "WlanNetworkStateWidget";
+    options.widget.kind = "WlanNetworkStateWidget";
     options.output = folder_.path() / fileName;
     return options;
   }
@@ -40,14 +39,6 @@ class RenderWifiTest : public testing::Test {
     EXPECT_TRUE(result) << (result ? "" : result.error().sentence);
     std::ifstream stream(options.output, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
-  }
-  NetworkStateEntry entryOf(EntrySource source) {
-    return drawableStateEntry({.source = source,
-                               .categories = NetworkSourceCategory::wlan(),
-                               .configuration = {.showTimestamp = true},
-                               .monitor = {}},
-                              fake_.machine)
-        .value();
   }
   std::string sentenceOf(const RenderOptions& options) {
     const auto result = render(options);
@@ -75,52 +66,27 @@ std::pair<int, int> sizeOf(const std::string& png) {
 TEST_F(RenderWifiTest, ComesSmallAndMediumAndMediumByDefault) {
   EXPECT_EQ(sizeOf(rendered(options("card.png"))), std::pair(728, 340));
   auto small = options("small.png");
-  small.family = "small";
+  small.widget.family = "small";
   EXPECT_EQ(sizeOf(rendered(small)), std::pair(340, 340));
 }
 
 TEST_F(RenderWifiTest, AFamilyThatItLacksIsASentence) {
   auto large = options("card.png");
-  large.family = "large";
+  large.widget.family = "large";
   EXPECT_EQ(sentenceOf(large), "WlanNetworkStateWidget has no large family; use small or medium");
-  large.family = "huge";
+  large.widget.family = "huge";
   EXPECT_EQ(sentenceOf(large), "unknown family \"huge\"; use small or medium");
 }
 
 TEST_F(RenderWifiTest, AnAdapterIsNotItsToChoose) {
   auto chosen = options("card.png");
-  chosen.adapter = "en1";
+  chosen.widget.adapter = "en1";
   EXPECT_THAT(sentenceOf(chosen),
               testing::StartsWith("--adapter chooses what NetworkAdapterWidget"));
 }
 
-TEST_F(RenderWifiTest, ATimelineEntryIsThisMachinesWifi) {
-  fake_.locationConsent.setAuthorizationStatus(allowed);
-  const NetworkStateEntry entry = entryOf(EntrySource::timeline);
-  ASSERT_TRUE(entry.networkState.wlan && entry.networkState.wlan->currentNetwork);
-  EXPECT_EQ(entry.networkState.wlan->currentNetwork->ssid, "Example");
-  EXPECT_EQ(entry.configuration, ConfigurationIntent{.showTimestamp = true});
-  EXPECT_FALSE(entry.isSnapshot);
-}
-
-TEST_F(RenderWifiTest, WithoutConsentTheEntryHasNoNetworkButItsInterface) {
-  fake_.locationConsent.setAuthorizationStatus(denied);
-  const NetworkStateEntry entry = entryOf(EntrySource::timeline);
-  ASSERT_TRUE(entry.networkState.wlan);
-  EXPECT_EQ(entry.networkState.wlan->interface.name, "en1");
-  EXPECT_FALSE(entry.networkState.wlan->currentNetwork);
-}
-
-TEST_F(RenderWifiTest, APlaceholderHasAnEmptyConfigurationAndASnapshotTheGivenOne) {
-  EXPECT_EQ(entryOf(EntrySource::placeholder).configuration, ConfigurationIntent{});
-  EXPECT_EQ(entryOf(EntrySource::snapshot).configuration,
-            ConfigurationIntent{.showTimestamp = true});
-  EXPECT_TRUE(entryOf(EntrySource::snapshot).isSnapshot);
-}
-
 TEST_F(RenderWifiTest, AMachineWithoutWifiHasACardThatSaysSo) {
   fake_.wifi.setFacts(std::nullopt);
-  EXPECT_FALSE(entryOf(EntrySource::timeline).networkState.wlan);
   EXPECT_EQ(sizeOf(rendered(options("card.png"))), std::pair(728, 340));
 }
 

@@ -244,6 +244,21 @@ TEST(BytesCircularMeter, KeepsLongNumbersWholeInsideTheCircle) {
   EXPECT_THAT(dumpOf(meter.body(environment)), HasSubstr("\"10.54\"\n"));
 }
 
+TEST(BytesCircularMeter, NeverCountsInBytesOrPetabytes) {
+  const auto shown = [](std::uint64_t byteCount) {
+    return dumpOf(BytesCircularMeter{{byteCount, "\u2193", "Received"}}.body(environment));
+  };
+  for (const std::uint64_t few : {0ULL, 1ULL, 1023ULL, 1024ULL}) {
+    EXPECT_THAT(shown(few), HasSubstr("\"KB\"")) << few;
+  }
+  EXPECT_THAT(shown(0), HasSubstr("\"0\"")) << "no word for zero";
+  EXPECT_THAT(shown(1ULL << 20), HasSubstr("\"MB\""));
+  EXPECT_THAT(shown(1ULL << 30), HasSubstr("\"GB\""));
+  for (const std::uint64_t many : {1ULL << 40, 1ULL << 50, ~0ULL}) {
+    EXPECT_THAT(shown(many), HasSubstr("\"TB\"")) << many;
+  }
+}
+
 TEST(BytesMeters, ShowReceivedThenSentBytesWithArrowsAndNames) {
   ConnectionMetrics metrics;
   metrics.recvBytes = 5;

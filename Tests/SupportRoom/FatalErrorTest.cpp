@@ -18,5 +18,10 @@ TEST(FatalErrorDeathTest, PrintsOnlyTheViewItWasGiven) {
   EXPECT_DEATH(fatalError(whole.substr(0, 5)), "^Fatal error: short \\(");
 }
 
+TEST(FatalErrorDeathTest, OfWhatNobodyMayCallSaysWhoseItIs) {
+  EXPECT_EXIT(fatalErrorAt("Room/Thing"), testing::KilledBySignal(SIGABRT),
+              "^Fatal error \\(Room/Thing\\)\n$");
+}
+
 }  // namespace
 }  // namespace lanternfold
