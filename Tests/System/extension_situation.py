@@ -6,6 +6,7 @@ import time
 from extension import HANG_SECONDS
 from extension_test import (ADAPTER, ADDRESS, BANDWIDTH, FAMILIES, INTERNET, MAC, PANORAMIC,
                             PROVIDERS, WIFI, ExtensionTest, rows_of, texts_of)
+from internet_test import tell
 
 NOT_CONNECTED = "Not connected"
 NO_SOURCE = ["No source"]
@@ -30,10 +31,19 @@ class SituationTest(ExtensionTest):
     def timelines(self, host):
         """The entry of each widget, by its kind; those that no situation here touches are as
         ever."""
+        begin = time.monotonic()
+        known = len(host.extension.diagnostics)
         entries = dict(self.finish(host, self.begin(host)))
+        self.tell(entries, host.extension.diagnostics[known:], time.monotonic() - begin)
         self.assertEqual([], texts_of(entries[BANDWIDTH]))
         self.assertEqual(NO_SOURCE, texts_of(entries[WIFI]))
         return entries
+
+    def tell(self, entries, messages, seconds):
+        """For the table of situations, by the name of the test."""
+        situation = self._testMethodName.removeprefix("test_").replace("_", " ")
+        shown = [f"{kind}: {', '.join(texts_of(entry)) or '-'}" for kind, entry in entries.items()]
+        tell(situation, "; ".join(shown), [line.rstrip() for line in messages], seconds)
 
     def assert_public(self, entries, address="127.0.0.1"):
         for kind in (PANORAMIC, INTERNET):

@@ -4,6 +4,7 @@ answered once, by what is true, and the process goes on."""
 import os
 import signal
 import threading
+import time
 
 from echo_service import EchoService
 from extension_situation import SituationTest
@@ -39,12 +40,14 @@ class NetworkTest(SituationTest):
             server = self.start(WebServer(plays, address=SERVICE4))
         self.addCleanup(gate.set)
         host = self.host(services=dict.fromkeys(("ipv4_echo", "geolocation"), server.url()))
+        begin = time.monotonic()
         requests = self.begin(host)
         self.wait_until(lambda: server.visits("/lanternfold/ip.php"))
         with far.inside():
             ip("link set far0 down")
         gate.set()
         entries = dict(self.finish(host, requests))
+        self.tell(entries, host.extension.wait_for_diagnostics(2), time.monotonic() - begin)
         self.assert_not_connected(entries)
         self.assert_adapter(entries, NEAR4)
         with far.inside():
@@ -112,8 +115,7 @@ class ServiceTest(SituationTest):
         url = "http://{}:{}".format(*service.addresses[0])
         host = self.host(services={"ipv4_echo": url, "geolocation": url})
         service.process.send_signal(signal.SIGSTOP)
-        requests = self.begin(host)
-        entries = dict(self.finish(host, requests))
+        entries = self.timelines(host)
         self.assert_not_connected(entries)
         self.assert_adapter(entries)
         for line in host.extension.wait_for_diagnostics(2):

@@ -17,6 +17,7 @@ PUBLIC = [["ISP", "Example Telecom"], ["IP - COUNTRY", "127.0.0.1 (IT)"], ["IPv6
 OFFLINE = [["Status", "Not connected"], ["IPv6", "N/A"], ["Received", "0 KB"], ["Sent", "0 KB"]]
 EN0 = [["en0", "Ethernet"], ["IP", ADDRESS], ["Router", "0.0.0.0/24"], ["MAC", MAC],
        ["Received", "0 KB"], ["Sent", "0 KB"]]
+MONITOR = [["Bandwidth Monitor"], ["net.quernaple.LanternfoldX://bandwidth-monitor?mini=1"]]
 NO_SOURCE = [["No source"]]
 SERVICES_FAIL = r"\ANot every service has answered: [^\n]+\n\Z"
 
@@ -55,7 +56,7 @@ class TimelineTest(ExtensionTest):
 
     def test_every_kind(self):
         for kind, expected in ((PANORAMIC, PUBLIC + EN0), (INTERNET, PUBLIC), (ADAPTER, EN0),
-                               (BANDWIDTH, []), (WIFI, NO_SOURCE)):
+                               (BANDWIDTH, MONITOR), (WIFI, NO_SOURCE)):
             self.assertEqual(expected, self.rows(kind), kind)
 
     def test_every_family(self):
