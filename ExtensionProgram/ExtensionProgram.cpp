@@ -43,7 +43,9 @@ void raiseDescriptorLimit() {
 
 /// In the order of construction: the stream goes before the machine whose loop it hangs on.
 std::expected<void, CommandFailure> serve(const ExtensionChoice& choice) {
+  // A host that reads nothing but the socket must not hold the answers up.
   LinuxMachine linuxMachine({.diagnostics = diagnosticsBeside(choice.serviceDescriptor),
+                             .whenDiagnosticsStall = WhenDiagnosticsStall::loseLine,
                              .dataFolder = choice.dataFolder,
                              .certificateAuthoritiesFile = choice.certificateAuthoritiesFile});
   const Machine& machine = linuxMachine.machine();

@@ -40,7 +40,10 @@ constexpr int descriptorsOfACommand = 32;
 // queues, which finish the works that are running, before what those use.
 struct LinuxMachine::Parts {
   explicit Parts(const MachineOptions& options)
-      : diagnostics(options.diagnostics == DiagnosticsTarget::standardError ? stderr : stdout),
+      : diagnostics(options.diagnostics == DiagnosticsTarget::standardError ? stderr : stdout,
+                    options.whenDiagnosticsStall == WhenDiagnosticsStall::loseLine
+                        ? StreamDiagnosticLog::WhenFull::loseLine
+                        : StreamDiagnosticLog::WhenFull::wait),
         dataDirectory(options.dataFolder),
         urlSessions(eventLoop, dispatch,
                     {.userAgent = std::string(programName) + "/" LANTERNFOLD_VERSION,

@@ -12,8 +12,12 @@ namespace lanternfold {
 /// JSON only.
 enum class DiagnosticsTarget { standardOutput, standardError };
 
+/// What a program does while nobody reads its diagnostics and no more of them can be kept.
+enum class WhenDiagnosticsStall { wait, loseLine };
+
 struct MachineOptions {
   DiagnosticsTarget diagnostics = DiagnosticsTarget::standardOutput;
+  WhenDiagnosticsStall whenDiagnosticsStall = WhenDiagnosticsStall::wait;
   /// Where everything is kept; the user's own data folder when it is not given.
   std::optional<std::filesystem::path> dataFolder;
   /// Certificates in PEM to trust; the system's when it is not given.

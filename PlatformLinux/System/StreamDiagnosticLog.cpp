@@ -1,7 +1,10 @@
 #include "PlatformLinux/System/StreamDiagnosticLog.h"
 
 #include <cstddef>
+#include <poll.h>
 #include <string>
+
+#include <climits>
 
 namespace lanternfold {
 namespace {
@@ -38,10 +41,21 @@ std::string oneLine(std::string_view text) {
   return result;
 }
 
+/// Without waiting. A pipe says so only when it takes `PIPE_BUF` bytes in one piece.
+bool takesALine(std::FILE* stream) {
+  pollfd output{.fd = fileno(stream), .events = POLLOUT, .revents = 0};
+  return ::poll(&output, 1, 0) == 1;
+}
+
 }  // namespace
 
 void StreamDiagnosticLog::line(std::string_view text) {
   std::string whole = oneLine(text);
+  const std::scoped_lock guard(mutex_);
+  if (whenFull_ == WhenFull::loseLine) {
+    if (!takesALine(stream_)) return;
+    if (whole.size() >= PIPE_BUF) whole.resize(PIPE_BUF - 1);
+  }
   whole += '\n';
 
   // One call for text and line end: the stream's own lock makes it one piece.

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdio>
+#include <mutex>
 
 #include "Platform/DiagnosticLog.h"
 
@@ -13,8 +14,15 @@ namespace lanternfold {
 /// takes nothing (a closed pipe) loses the line.
 class StreamDiagnosticLog final : public DiagnosticLog {
  public:
+  /// What a line does while nobody reads the pipe that the stream is, and it is full.
+  enum class WhenFull {
+    wait,
+    loseLine,  ///< and a line that is longer than such a pipe takes in one piece loses its end
+  };
+
   /// `stream` (`stdout`, `stderr`) outlives the log.
-  explicit StreamDiagnosticLog(std::FILE* stream) : stream_(stream) {}
+  explicit StreamDiagnosticLog(std::FILE* stream, WhenFull whenFull = WhenFull::wait)
+      : stream_(stream), whenFull_(whenFull) {}
 
   /// Line ends inside `text` become spaces: one call is one line. Other control characters are
   /// written as "\xNN": a folder's name may hold an escape sequence.
@@ -22,6 +30,8 @@ class StreamDiagnosticLog final : public DiagnosticLog {
 
  private:
   std::FILE* stream_;
+  WhenFull whenFull_;
+  std::mutex mutex_;  ///< held from the look at the stream until the line is written
 };
 
 }  // namespace lanternfold

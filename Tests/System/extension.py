@@ -15,7 +15,7 @@ class Extension:
     """`socket` is the host's end. Every line of diagnostics and of errors is kept. Leaving the
     `with` statement ends the process."""
 
-    def __init__(self, *arguments, through=(), **options):
+    def __init__(self, *arguments, through=(), reads_output=True, **options):
         self.socket, service = socket.socketpair()
         with service:
             self.process = subprocess.Popen(
@@ -25,9 +25,11 @@ class Extension:
         self.diagnostics = []  # only ever appended to
         self.errors = []
         self._news = threading.Condition()
+        streams = [(self.process.stderr, self.errors)]
+        if reads_output:
+            streams.append((self.process.stdout, self.diagnostics))
         self._readers = [threading.Thread(target=self._read, args=each, daemon=True)
-                         for each in ((self.process.stdout, self.diagnostics),
-                                      (self.process.stderr, self.errors))]
+                         for each in streams]
         for reader in self._readers:
             reader.start()
 

@@ -60,6 +60,27 @@ class OutputTest(ExtensionTest):
         for line in errors.splitlines(keepends=True):
             self.assertRegex(line, SERVICES_FAIL)
 
+    def test_a_host_that_never_reads_the_diagnostics(self):
+        """More lines than a pipe holds are lost, not waited for."""
+        host = self.host(reads_output=False)
+        for _ in range(15):
+            pending = host.begin_all("widget/timeline", [TIMELINE] * 40)
+            for result in host.answers(pending):
+                self.entry_of(result)
+        self.assertEqual(5, len(host.ask("widgets/list")["widgets"]))
+        self.assertEqual(0, host.extension.finish())
+        lines = host.extension.process.stdout.read().decode().splitlines(keepends=True)
+        self.assertLess(len(lines), 600)
+        for line in lines:
+            self.assertRegex(line, SERVICES_FAIL)
+
+    def test_a_host_that_has_closed_the_diagnostics(self):
+        host = self.host(reads_output=False)
+        host.extension.process.stdout.close()
+        for _ in range(3):
+            self.entry_of(host.ask("widget/timeline", **TIMELINE))
+        self.assertEqual(0, host.extension.finish())
+
     @staticmethod
     def end(process):
         if process.poll() is None:
@@ -124,6 +145,11 @@ class EndTest(ExtensionTest):
 
     def test_half_a_minute_without_a_request(self):
         host = self.raw_host()
+        stuck = self.raw_host()
+        stuck.extension.socket.settimeout(1)
+        with self.assertRaises(TimeoutError):
+            stuck.send_messages(*20_000 * [{"id": 1, "method": "widget/placeholder",
+                                            "params": {"kind": ADAPTER, "family": "medium"}}])
         begin = time.monotonic()
         host.ask("widgets/list")
         time.sleep(2)
@@ -133,6 +159,8 @@ class EndTest(ExtensionTest):
         self.assertIsNone(host.receive(2 * PATIENCE_SECONDS))
         self.assertGreater(time.monotonic() - begin, PATIENCE_SECONDS - 0.5)
         self.assert_silent_end(host.extension)
+        # Whoever reads nothing is not waited for, either.
+        self.assert_silent_end(stuck.extension)
 
     def test_the_system_asks_it_to_end(self):
         for number in (signal.SIGTERM, signal.SIGINT):

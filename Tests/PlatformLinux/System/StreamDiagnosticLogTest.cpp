@@ -1,7 +1,11 @@
+#include <array>
+#include <fcntl.h>
 #include <map>
 #include <sstream>
 #include <thread>
 #include <unistd.h>
+
+#include <climits>
 
 #include "PlatformLinux/System/StreamDiagnosticLog.h"
 
@@ -102,6 +106,61 @@ TEST(StreamDiagnosticLogTest, StreamThatTakesNothingLosesTheLine) {
   log.line("lost");
   log.line("lost too");
   std::fclose(full);
+}
+
+/// A pipe that nobody reads unless asked to.
+class UnreadPipe {
+ public:
+  UnreadPipe() {
+    if (::pipe(ends_.data()) == 0) stream_ = ::fdopen(ends_[1], "w");
+  }
+  ~UnreadPipe() {
+    std::fclose(stream_);
+    ::close(ends_[0]);
+  }
+  UnreadPipe(const UnreadPipe&) = delete;
+  UnreadPipe& operator=(const UnreadPipe&) = delete;
+
+  [[nodiscard]] std::FILE* get() { return stream_; }
+
+  /// Takes what is there out of the pipe.
+  std::string read() {
+    ::fcntl(ends_[0], F_SETFL, O_NONBLOCK);
+    std::string text;
+    char block[4096];
+    ssize_t count = 0;
+    while ((count = ::read(ends_[0], block, sizeof block)) > 0) {
+      text.append(block, static_cast<std::size_t>(count));
+    }
+    return text;
+  }
+
+ private:
+  std::array<int, 2> ends_{};
+  std::FILE* stream_ = nullptr;
+};
+
+TEST(StreamDiagnosticLogTest, PipeThatNobodyReadsLosesLinesAndHoldsNobodyUp) {
+  UnreadPipe pipe;
+  StreamDiagnosticLog log(pipe.get(), StreamDiagnosticLog::WhenFull::loseLine);
+  const std::string line(1000, 'x');
+  for (int count = 0; count < 1000; ++count) log.line(line);
+
+  std::istringstream text(pipe.read());
+  int kept = 0;
+  for (std::string each; std::getline(text, each); ++kept) EXPECT_EQ(each, line);
+  EXPECT_GT(kept, 10);
+  EXPECT_LT(kept, 1000);
+  log.line("somebody reads again");
+  EXPECT_EQ(pipe.read(), "somebody reads again\n");
+}
+
+TEST(StreamDiagnosticLogTest, LineThatIsLongerThanAPieceOfAPipeLosesItsEnd) {
+  UnreadPipe pipe;
+  StreamDiagnosticLog log(pipe.get(), StreamDiagnosticLog::WhenFull::loseLine);
+  for (int count = 0; count < 100; ++count) log.line(std::string(1'000'000, 'x'));
+  std::istringstream text(pipe.read());
+  for (std::string each; std::getline(text, each);) EXPECT_EQ(each.size(), PIPE_BUF - 1U);
 }
 
 }  // namespace
