@@ -94,6 +94,12 @@ class Host:
         """Sends a request, whatever is under way already."""
         return self._run(self._begin(method, parameters))
 
+    def begin_all(self, method, parameters):
+        """Sends a request for each set of parameters, one behind the other."""
+        async def begin():
+            return [await self._begin(method, each) for each in parameters]
+        return self._run(begin())
+
     def answers(self, pending, seconds=2 * HANG_SECONDS):
         """The result or the RPCError of each, once all of them have come."""
         return self._run(self._gather(pending, seconds), seconds + HANG_SECONDS)

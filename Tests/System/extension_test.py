@@ -29,11 +29,15 @@ class ExtensionTest(InternetTest):
 
     def start_services(self):
         """Echo and geolocation services of our own; as `services` of `options`."""
-        table = self.folder / "table.json"
-        table.write_text(json.dumps(PROVIDERS))
-        service = self.start(EchoService("--geolocation-table", str(table)))
+        service = self.start(EchoService("--geolocation-table", self.write_table()))
         url = "http://{}:{}".format(*service.addresses[0])
         return {"ipv4_echo": url, "geolocation": url}
+
+    def write_table(self):
+        """The providers that a geolocation service of our own knows."""
+        table = self.folder / "table.json"
+        table.write_text(json.dumps(PROVIDERS))
+        return str(table)
 
     def options(self, **services):
         """Of a program that knows no other services than these."""
