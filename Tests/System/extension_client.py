@@ -20,30 +20,29 @@ LONGEST_LINE = 4 * 1024 * 1024
 
 
 class _Connection(aiorpcx.JSONRPCConnection):
-    """Keeps what the library says of a line that is no answer to a request under way: a second
-    answer, one without an identifier, no JSON-RPC at all."""
+    """Keeps the notifications, and what the library says of a line that is no answer to a request
+    under way: a second answer, one without an identifier, no JSON-RPC at all."""
 
     def __init__(self):
         super().__init__(aiorpcx.JSONRPCv2)
+        self.notifications = []
         self.faults = []
 
     def receive_message(self, message):
         try:
-            return super().receive_message(message)
+            requests = super().receive_message(message)
         except aiorpcx.ProtocolError as error:
             self.faults.append(error.message)
             raise
+        self.notifications += [(each.method, each.args) for each in requests]
+        return requests
 
 
 class _Session(aiorpcx.RPCSession):
     sent_request_timeout = HANG_SECONDS
 
-    def __init__(self, transport):
-        super().__init__(transport, connection=_Connection())
-        self.notifications = []
-
-    async def handle_request(self, request):
-        self.notifications.append((request.method, request.args))
+    def default_connection(self):
+        return _Connection()
 
 
 class Pending:
@@ -80,7 +79,7 @@ class Host:
     @property
     def notifications(self):
         """(method, parameters) of each that came, in order."""
-        return list(self._session.notifications)
+        return list(self._session.connection.notifications)
 
     @property
     def faults(self):

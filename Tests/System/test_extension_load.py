@@ -111,7 +111,6 @@ class CrowdTest(LoadTest):
         print(f"500 timelines in {seconds:.1f} s")
         self.assertEqual((500, 0), self.assert_answered_or_busy(results))
         self.assert_unharmed(host, peaks)
-        self.assertEqual([], host.extension.diagnostics)
 
     def test_1500_timelines_in_flight(self):
         """What waits is bounded: the rest is refused while the service keeps all waiting."""
