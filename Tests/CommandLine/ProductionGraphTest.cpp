@@ -149,7 +149,7 @@ TEST_F(ProductionGraphTest, AnAdapterWhoseTrafficIsLockedAwayIsLeftOutWhereThatI
   const std::filesystem::path lock = std::filesystem::path("/containers/groups/a.group") /
                                      "connection-metrics-storage_default.lock";
   fake_.fileSystem.makeFolder("/containers/groups/a.group");
-  ASSERT_TRUE(fake_.fileSystem.overwriteFile(lock, lease));
+  ASSERT_TRUE(fake_.fileSystem.replaceFile(lock, lease));
   EXPECT_THAT(resolve(make(group), NetworkSourceCategory::other()).others, IsEmpty());
   EXPECT_THAT(fake_.diagnostics.lines(), Contains(HasSubstr("Adapters are left out this time")));
   EXPECT_TRUE(fake_.fileSystem.removeFile(lock));
