@@ -2,6 +2,7 @@
 with a host; and how to read what a widget shows."""
 
 import json
+import os
 from datetime import datetime, timedelta, timezone
 
 from echo_service import EchoService
@@ -18,6 +19,14 @@ FAMILIES = {PANORAMIC: ["small", "medium", "large"], INTERNET: ["small", "medium
 PROVIDERS = {"0.0.0.0/0": {"isp": "Example Telecom", "countryCode": "IT", "as": "AS64500 Example"}}
 MAC, ADDRESS = "0a:00:00:00:00:02", "192.0.2.2"
 LOCATION_REQUEST = ("location/request", {"whenInUse": False})
+
+
+def lean_environment():
+    """In which a sanitizer adds little memory of its own, which grows with threads and with what is
+    freed."""
+    own = "quarantine_size_mb=1:thread_local_quarantine_size_kb=16:detect_stack_use_after_return=0"
+    given = os.environ.get("ASAN_OPTIONS")
+    return environment(ASAN_OPTIONS=f"{given}:{own}" if given else own)
 
 
 class ExtensionTest(InternetTest):

@@ -11,8 +11,8 @@ import time
 from echo_service import EchoService
 from extension import HANG_SECONDS
 from extension_client import RPCError
-from extension_test import (ADAPTER, INTERNET, MAC, PANORAMIC, WIFI, ExtensionTest, rows_of)
-from internet_test import environment
+from extension_test import (ADAPTER, INTERNET, MAC, PANORAMIC, WIFI, ExtensionTest,
+                            lean_environment, rows_of)
 from process_figures import Peaks, descriptors, resident_kilobytes, threads
 from recording import DataFolder, decoded
 
@@ -32,10 +32,8 @@ class LoadTest(ExtensionTest):
         self.add_adapter()
         self.service = self.start(EchoService("--geolocation-table", self.write_table()))
         url = "http://{}:{}".format(*self.service.addresses[0])
-        # A sanitizer keeps what is freed, up to a limit of its own.
-        sanitizer = os.environ.get("ASAN_OPTIONS", "") + ":quarantine_size_mb=1"
         self.settings = {"services": {"ipv4_echo": url, "geolocation": url},
-                         "env": environment(ASAN_OPTIONS=sanitizer.strip(":"))}
+                         "env": lean_environment()}
 
     def warm_host(self):
         """A host that has been through everything once, so that what is made at first use is

@@ -10,8 +10,8 @@ import os
 import threading
 import time
 
-from extension_test import ADAPTER, INTERNET, MAC, PANORAMIC, ExtensionTest, rows_of, texts_of
-from internet_test import environment
+from extension_test import (ADAPTER, INTERNET, MAC, PANORAMIC, ExtensionTest, lean_environment,
+                            rows_of, texts_of)
 from process_figures import figures
 from recording import (DataFolder, SteadySender, decoded, kernel_bytes, went_backwards)
 
@@ -96,10 +96,7 @@ class Watcher(threading.Thread):
 class SoakTest(ExtensionTest):
     def test_two_extensions_over_one_application_group(self):
         self.add_adapter()
-        # A sanitizer keeps what is freed, up to a limit of its own.
-        sanitizer = os.environ.get("ASAN_OPTIONS", "") + ":quarantine_size_mb=1"
-        settings = {"services": self.start_services(),
-                    "env": environment(ASAN_OPTIONS=sanitizer.strip(":"))}
+        settings = {"services": self.start_services(), "env": lean_environment()}
         hosts = [self.host(**settings) for _ in range(2)]
         folder = DataFolder(self.data)
         files = [folder.file, folder.metrics / folder.file.name]
