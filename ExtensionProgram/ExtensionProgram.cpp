@@ -3,6 +3,7 @@
 #include <expected>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 #include <variant>
 
@@ -41,6 +42,12 @@ void raiseDescriptorLimit() {
   (void)::setrlimit(RLIMIT_NOFILE, &limit);
 }
 
+CommandFailure cannotBeServed(int descriptor, const std::error_code& fault) {
+  return workFailed("the descriptor " + std::to_string(descriptor) +
+                    " cannot be served: " + fault.message() +
+                    "; hand in one end of a connected stream socket, as socketpair makes it");
+}
+
 /// In the order of construction: the stream goes before the machine whose loop it hangs on.
 std::expected<void, CommandFailure> serve(const ExtensionChoice& choice) {
   // A host that reads nothing but the socket must not hold the answers up.
@@ -52,12 +59,7 @@ std::expected<void, CommandFailure> serve(const ExtensionChoice& choice) {
   DispatchQueue& mainQueue = machine.platform.dispatch.mainQueue();
   const auto stream =
       SocketByteStream::adopt(choice.serviceDescriptor, linuxMachine.eventLoop(), mainQueue);
-  if (!stream) {
-    return std::unexpected(
-        workFailed("the descriptor " + std::to_string(choice.serviceDescriptor) +
-                   " cannot be served: " + stream.error().message() +
-                   "; hand in one end of a connected stream socket, as socketpair makes it"));
-  }
+  if (!stream) return std::unexpected(cannotBeServed(choice.serviceDescriptor, stream.error()));
   RelayedConsent& consent = linuxMachine.consent();
   const WidgetResponder responder =
       makeWidgetResponder(machine, makeWidgets(machine, choice.monitor));
@@ -76,6 +78,10 @@ std::expected<void, CommandFailure> serve(const ExtensionChoice& choice) {
 }
 
 std::expected<void, CommandFailure> run(const ExtensionChoice& choice) {
+  // Before anything else is opened, which might get the number of a descriptor that is closed.
+  if (const std::error_code fault = SocketByteStream::faultOf(choice.serviceDescriptor)) {
+    return std::unexpected(cannotBeServed(choice.serviceDescriptor, fault));
+  }
   raiseDescriptorLimit();
   if (auto readable = requireCertificateAuthorities(choice.certificateAuthoritiesFile); !readable) {
     return readable;

@@ -53,6 +53,7 @@ struct LinuxMachine::Parts {
   StreamDiagnosticLog diagnostics;
   SystemClock clock;
   GettextStringTable strings{"lanternfold", translationsFolder()};
+  GettextStringTable mainBundleStrings{"lanternfold-main", translationsFolder()};
   LinuxNetworkKernel kernel;
   PosixFileSystem fileSystem;
   DataDirectory dataDirectory;
@@ -90,6 +91,7 @@ struct LinuxMachine::Parts {
                                .urlSessions = urlSessions,
                                .locationConsent = consent,
                                .wifiClient = wifiClient},
+                  .mainBundleStrings = mainBundleStrings,
                   .metricsReader = std::make_shared<LinuxConnectionMetricsReader>(),
                   .soleRecorder = soleRecorder,
                   .readWifi = [this] { return wifiClient.report(); },

@@ -34,6 +34,8 @@ class MainLoop {
 
 struct Machine {
   Platform platform;
+  /// Texts of the program as a whole, beside those of its modules.
+  const StringTable& mainBundleStrings;
   /// Counters of 64 bits, which need no carrying forward.
   std::shared_ptr<ConnectionMetricsReader> metricsReader;
   SoleRecorder& soleRecorder;

@@ -15,6 +15,15 @@ void call(const LocationConsent::ChangeHandler& handler) {
   if (handler) handler();
 }
 
+bool isUndecided(std::int32_t status) {
+  return status == static_cast<std::int32_t>(Status::notDetermined);
+}
+
+bool refuses(std::int32_t status) {
+  return status == static_cast<std::int32_t>(Status::restricted) ||
+         status == static_cast<std::int32_t>(Status::denied);
+}
+
 bool allows(std::int32_t status) {
   return status == static_cast<std::int32_t>(Status::authorizedAlways) ||
          status == static_cast<std::int32_t>(Status::authorizedWhenInUse);
@@ -71,7 +80,10 @@ void RelayedConsent::tell(std::int32_t status) {
 std::int32_t RelayedConsent::authorizationStatus() const {
   const std::int32_t known = consent_.authorizationStatus();
   const std::scoped_lock guard(mutex_);
-  return told_ && allows(known) && !allows(*told_) ? *told_ : known;
+  if (!told_) return known;
+  const bool isWithheld = allows(known) && !allows(*told_);
+  const bool isSettled = isUndecided(known) && refuses(*told_);
+  return isWithheld || isSettled ? *told_ : known;
 }
 
 std::unique_ptr<LocationManager> RelayedConsent::makeLocationManager(

@@ -31,7 +31,8 @@ class RelayedConsent final : public LocationConsent {
   void setAsk(Ask ask) { ask_ = std::move(ask); }
 
   /// What somebody else knows of the consent, a raw value. It can withhold the names and never
-  /// release them: of two the stricter one holds. The managers hear of it. Main queue.
+  /// release them: a refusal stands in for an allowance, and for what is not determined here, so
+  /// that the user is not asked again. The managers hear of it. Main queue.
   void tell(std::int32_t status);
 
   [[nodiscard]] std::int32_t authorizationStatus() const override;

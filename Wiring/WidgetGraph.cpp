@@ -19,10 +19,12 @@ std::vector<Widget> makeWidgets(const Machine& machine, const MonitorOptions& op
                                             .metricsReader = machine.metricsReader,
                                             .serviceUrls = options.serviceUrls,
                                             .bundle = widgetExtensionBundle(),
-                                            .whileLocked = WhileLocked::failure};
+                                            .whileLocked = WhileLocked::failure,
+                                            .heldLocks = std::make_shared<HeldLockMemory>()};
   NetworkWidgetBundle bundle(
       {.clock = platform.clock,
        .strings = platform.strings,
+       .mainBundleStrings = machine.mainBundleStrings,
        .mainQueue = platform.dispatch.mainQueue(),
        .pathMonitors = platform.pathMonitors,
        .locationConsent = platform.locationConsent,

@@ -22,6 +22,19 @@ bool isHeldLock(const ConnectionMetricsError& error) {
 
 }  // namespace
 
+std::optional<ConnectionMetricsError> HeldLockMemory::recall(
+    std::chrono::steady_clock::time_point now) const {
+  const std::scoped_lock guard(mutex_);
+  return now < until_ ? error_ : std::nullopt;
+}
+
+void HeldLockMemory::remember(ConnectionMetricsError error,
+                              std::chrono::steady_clock::time_point now) {
+  const std::scoped_lock guard(mutex_);
+  error_ = std::move(error);
+  until_ = now + span;
+}
+
 RememberingMetricsReader::RememberingMetricsReader(
     std::expected<Recorded, std::string> recorded,
     std::shared_ptr<ConnectionMetricsReader> kernelReader, const Environment& environment)
@@ -65,7 +78,9 @@ std::optional<RememberingMetricsReader::Reading> RememberingMetricsReader::remem
 }
 
 std::optional<RememberingMetricsReader::Reading> RememberingMetricsReader::sampled() {
-  auto reading = recorded_->reader->read();
+  const auto& locks = environment_.heldLocks;
+  const auto held = locks ? locks->recall(environment_.clock.steadyNow()) : std::nullopt;
+  auto reading = held ? Reading(std::unexpect, *held) : recorded_->reader->read();
   const bool isKept = reading || lostOnlyItsLock(reading.error());
   nextSample_ = environment_.clock.steadyNow() +
                 (isKept ? std::chrono::nanoseconds(shortestPause) : pauseAfterFailure);
@@ -74,6 +89,7 @@ std::optional<RememberingMetricsReader::Reading> RememberingMetricsReader::sampl
   const std::string reason = recorded_->explain(reading.error());
   if (environment_.whileLocked == WhileLocked::failure && isHeldLock(reading.error())) {
     heldLock_ = reading.error();
+    if (locks && !held) locks->remember(reading.error(), environment_.clock.steadyNow());
     reportOnce("Adapters are left out this time, since their traffic cannot be read: " + reason);
     return reading;
   }

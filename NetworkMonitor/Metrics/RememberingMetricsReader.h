@@ -25,6 +25,25 @@ enum class WhileLocked {
   failure,         ///< reads fail, and so do the next walks for a while
 };
 
+/// That a lock was waited for in vain, known to all readers of one program that hold it: else each
+/// would wait in its turn, and keep everybody else from their work. Any thread.
+class HeldLockMemory {
+ public:
+  /// No longer than a wait: the next one may find the lock free.
+  static constexpr std::chrono::seconds span{1};
+
+  /// The error, if the lock was held a moment ago.
+  [[nodiscard]] std::optional<ConnectionMetricsError> recall(
+      std::chrono::steady_clock::time_point now) const;
+  void remember(ConnectionMetricsError error, std::chrono::steady_clock::time_point now);
+
+ private:
+  mutable std::mutex mutex_;
+  // Guarded by mutex_.
+  std::optional<ConnectionMetricsError> error_;
+  std::chrono::steady_clock::time_point until_;
+};
+
 /// Both sources count alike: a reader of 64-bit counters has them unchanged by the recorder. Every
 /// sample is a file that is locked, written and brought to the disk, so one serves a whole walk,
 /// and walks that follow closely upon each other have the kernel's own counters. A sample that
@@ -41,6 +60,8 @@ class RememberingMetricsReader final : public ConnectionMetricsReader {
     const Clock& clock;
     DiagnosticLog& diagnostics;
     WhileLocked whileLocked = WhileLocked::kernelCounters;
+    /// Of use with `WhileLocked::failure`; null for a reader that is alone.
+    std::shared_ptr<HeldLockMemory> heldLocks = nullptr;
   };
 
   /// A clause that says why a sample failed and what to do.

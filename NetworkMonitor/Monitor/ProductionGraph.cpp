@@ -76,7 +76,8 @@ std::shared_ptr<NetworkStateMonitor> makeNetworkStateMonitor(
       recordedReader(surroundings, metricsFolder(platform, appGroupId)), surroundings.metricsReader,
       RememberingMetricsReader::Environment{.clock = platform.clock,
                                             .diagnostics = platform.diagnostics,
-                                            .whileLocked = surroundings.whileLocked});
+                                            .whileLocked = surroundings.whileLocked,
+                                            .heldLocks = surroundings.heldLocks});
 
   // The public side: who answers for what.
   const auto faults = std::make_shared<ServiceFaults>(platform.diagnostics);

@@ -24,6 +24,7 @@ struct ProductionSurroundings {
   /// An extension has less time to ask the services.
   BundleInformation bundle = {};
   WhileLocked whileLocked = WhileLocked::kernelCounters;
+  std::shared_ptr<HeldLockMemory> heldLocks = nullptr;  ///< of all requests of a program
 };
 
 /// A monitor of this machine, not yet started, everything in it made afresh; only what the pieces

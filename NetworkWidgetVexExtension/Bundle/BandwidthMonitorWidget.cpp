@@ -19,8 +19,8 @@ Widget BandwidthMonitorWidget::body(const WidgetSurroundings& surroundings) cons
   return staticConfiguration(kind,
                              std::make_shared<const BandwidthMonitorProvider>(surroundings.clock),
                              std::move(content))
-      .configurationDisplayName(surroundings.strings.localized("Bandwidth Monitor"))
-      .description(surroundings.strings.localized("Bandwidth Monitor widget."))
+      .configurationDisplayName(surroundings.mainBundleStrings.localized("Bandwidth Monitor"))
+      .description(surroundings.mainBundleStrings.localized("Bandwidth Monitor widget."))
       .supportedFamilies(families());
 }
 

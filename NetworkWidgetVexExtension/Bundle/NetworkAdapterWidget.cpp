@@ -54,8 +54,8 @@ Widget NetworkAdapterWidget::body(const WidgetSurroundings& surroundings) const 
              std::make_shared<const NetworkAdapterProvider>(
                  surroundings.clock, surroundings.strings, surroundings.makeMonitor),
              content(surroundings))
-      .configurationDisplayName(surroundings.strings.localized("Network Adapter"))
-      .description(surroundings.strings.localized("Network adapter widget."))
+      .configurationDisplayName(surroundings.mainBundleStrings.localized("Network Adapter"))
+      .description(surroundings.mainBundleStrings.localized("Network adapter widget."))
       .supportedFamilies(families());
 }
 

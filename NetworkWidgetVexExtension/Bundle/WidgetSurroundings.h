@@ -17,6 +17,7 @@ namespace lanternfold {
 struct WidgetSurroundings {
   const Clock& clock;
   const StringTable& strings;
+  const StringTable& mainBundleStrings;  ///< another domain of the same catalogue
   DispatchQueue& mainQueue;
   PathMonitorFactory& pathMonitors;
   LocationConsent& locationConsent;

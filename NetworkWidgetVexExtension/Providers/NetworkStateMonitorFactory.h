@@ -10,8 +10,8 @@
 
 namespace lanternfold {
 
-/// A monitor that belongs to one request, not started; never null. Without a group it touches
-/// nothing that is shared.
+/// A monitor that belongs to one request, not started; never null. Without a group it keeps what it
+/// keeps where all that belongs to no group is kept.
 using NetworkStateMonitorFactory = std::function<std::shared_ptr<NetworkStateMonitor>(
     const std::optional<std::string>& appGroupId, bool skipGeoIP)>;
 

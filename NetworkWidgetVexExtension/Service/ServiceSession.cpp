@@ -41,6 +41,9 @@ void ServiceSession::take(std::string_view line) {
 }
 
 void ServiceSession::handle(const ServiceRequest& request) {
+  if (isLeaving_) {
+    return refuse(request.id, ServiceErrorCode::busy, "the extension is about to end");
+  }
   lastRequest_ = surroundings_.clock.steadyNow();
   if (pending_.contains(request.id)) {
     // With the id, this would look like the answer to the other request.
@@ -50,9 +53,12 @@ void ServiceSession::handle(const ServiceRequest& request) {
   const auto pending = std::make_shared<const Pending>(Pending{request.id, request.call});
   pending_.emplace(request.id, pending);
   if (!isTimeline(request.call)) return begin(pending);
-  if (underWay_ < mostAtOnce) return makeTimeline(pending);
   std::erase_if(waiting_, [](const auto& each) { return each.expired(); });
-  if (waiting_.size() < mostWaiting) return waiting_.push_back(pending);
+  const std::size_t free = underWay_ < mostAtOnce ? mostAtOnce - underWay_ : 0;
+  if (waiting_.size() < free + mostWaiting) {
+    waiting_.push_back(pending);
+    return makeTimelinesSoon();
+  }
   pending_.erase(request.id);
   refuse(request.id, ServiceErrorCode::busy, "too many timelines are asked for at once");
 }
@@ -80,33 +86,60 @@ void ServiceSession::begin(const PendingRequest& request) {
       });
 }
 
-void ServiceSession::makeTimeline(const PendingRequest& request) {
-  ++underWay_;
-  const auto finish = [living = std::weak_ptr(self_), isFinished = std::make_shared<bool>(false)] {
+/// A timeline may keep the queue busy when it is begun. Between two of them everything else has its
+/// turn: what the host says next, a cancellation, the end.
+void ServiceSession::makeTimelinesSoon() {
+  if (hasEnded_ || waiting_.empty() || underWay_ >= mostAtOnce) return;
+  if (std::exchange(isMakingSoon_, true)) return;
+  surroundings_.mainQueue.async([living = std::weak_ptr(self_)] {
     const auto self = living.lock();
-    if (!self || std::exchange(*isFinished, true)) return;
-    --(*self)->underWay_;
-    (*self)->makeWaiting();
-  };
-  surroundings_.mainQueue.after(patience, finish);
-  surroundings_.responder.respond(request->call,
-                                  [living = std::weak_ptr(self_), request = std::weak_ptr(request),
-                                   finish](const WidgetResponder::Answer& answer) {
-                                    if (const auto self = living.lock())
-                                      (*self)->answer(request, answer);
-                                    finish();
-                                  });
+    if (!self) return;
+    (*self)->isMakingSoon_ = false;
+    if (!(*self)->hasEnded_) (*self)->makeNextTimeline();
+    (*self)->makeTimelinesSoon();
+  });
 }
 
-void ServiceSession::makeWaiting() {
-  // A timeline that is made at once comes here again while it is begun.
-  if (std::exchange(isMakingWaiting_, true)) return;
+void ServiceSession::makeNextTimeline() {
   while (underWay_ < mostAtOnce && !waiting_.empty()) {
     const PendingRequest next = waiting_.front().lock();
     waiting_.pop_front();
-    if (next) makeTimeline(next);
+    if (next) return makeTimeline(next);
   }
-  isMakingWaiting_ = false;
+}
+
+void ServiceSession::makeTimeline(const PendingRequest& request) {
+  const auto slot = std::make_shared<UnderWay>(UnderWay{surroundings_.clock.steadyNow()});
+  ++underWay_;
+  surroundings_.responder.respond(request->call,
+                                  [living = std::weak_ptr(self_), request = std::weak_ptr(request),
+                                   slot](const WidgetResponder::Answer& answer) {
+                                    const auto self = living.lock();
+                                    if (!self) return;
+                                    (*self)->answer(request, answer);
+                                    if (std::exchange(slot->isOver, true)) return;
+                                    --(*self)->underWay_;
+                                    (*self)->makeTimelinesSoon();
+                                  });
+  if (slot->isOver) return;
+  begun_.push_back(slot);
+  if (begun_.size() == 1) giveUpOldTimelines();
+}
+
+/// Those that never become complete make room for others.
+void ServiceSession::giveUpOldTimelines() {
+  const auto now = surroundings_.clock.steadyNow();
+  while (!begun_.empty() && (begun_.front()->isOver || begun_.front()->begun + patience <= now)) {
+    if (!std::exchange(begun_.front()->isOver, true)) --underWay_;
+    begun_.pop_front();
+  }
+  makeTimelinesSoon();
+  if (begun_.empty()) return;
+  surroundings_.mainQueue.after(begun_.front()->begun + patience - now,
+                                [living = std::weak_ptr(self_)] {
+                                  if (const auto self = living.lock())
+                                    (*self)->giveUpOldTimelines();
+                                });
 }
 
 void ServiceSession::answer(const std::weak_ptr<const Pending>& request,
@@ -142,10 +175,15 @@ void ServiceSession::hostEnded(ByteStream::End end) {
 }
 
 void ServiceSession::endWhenAnswered() {
-  if (!hasSaidAll_ || !pending_.empty()) return;
-  surroundings_.stream.flush([living = std::weak_ptr(self_)] {
+  if (hasSaidAll_ && pending_.empty()) endWhenSent();
+}
+
+void ServiceSession::endWhenSent() {
+  const auto finish = [living = std::weak_ptr(self_)] {
     if (const auto self = living.lock()) (*self)->end();
-  });
+  };
+  surroundings_.stream.flush(finish);
+  surroundings_.mainQueue.after(farewell, finish);
 }
 
 void ServiceSession::watchForSilence() {
@@ -157,12 +195,12 @@ void ServiceSession::watchForSilence() {
 }
 
 void ServiceSession::endOfSilence() {
-  for (const auto& waiting : std::exchange(waiting_, {})) {
-    const PendingRequest request = waiting.lock();
-    if (!request) continue;
-    refuse(request->id, ServiceErrorCode::busy, "the timeline could not be made in time");
+  isLeaving_ = true;
+  waiting_.clear();
+  for (const auto& [id, request] : std::exchange(pending_, {})) {
+    refuse(id, ServiceErrorCode::busy, "the timeline could not be made in time");
   }
-  end();
+  endWhenSent();
 }
 
 void ServiceSession::end() {

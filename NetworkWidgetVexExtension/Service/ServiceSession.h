@@ -21,10 +21,11 @@
 
 namespace lanternfold {
 
-/// Timelines are made `mostAtOnce` at a time, the others wait; when too many wait, the next one is
-/// refused, and so are those that still wait when the session ends of the host's silence. A request
-/// that the host has cancelled, or whose host is gone, is not answered; its timeline may still be
-/// under way, and counts until it is made or nobody can wait for it any more. Main queue.
+/// Timelines are made `mostAtOnce` at a time, each begun by a work of its own; the others wait, and
+/// when too many wait, the next one is refused. A request that the host has cancelled, or whose
+/// host is gone, is not answered; its timeline may still be under way, and counts until it is made
+/// or nobody can wait for it any more. What is not answered when the session ends of the host's
+/// silence is refused then. Main queue.
 class ServiceSession {
  public:
   static constexpr std::size_t mostAtOnce = 64;
@@ -32,6 +33,8 @@ class ServiceSession {
   /// Without a request for so long nobody shows these widgets any more. A host gives a timeline up
   /// after the same time, so none that is under way then is waited for.
   static constexpr std::chrono::seconds patience{30};
+  /// For a host to read what it was sent last.
+  static constexpr std::chrono::seconds farewell{1};
 
   struct Surroundings {
     ByteStream& stream;
@@ -70,9 +73,16 @@ class ServiceSession {
   void handle(const IgnoredNotification& notification);
   void handle(const RefusedMessage& message);
 
+  struct UnderWay {
+    std::chrono::steady_clock::time_point begun;
+    bool isOver = false;
+  };
+
   void begin(const PendingRequest& request);
+  void makeTimelinesSoon();
+  void makeNextTimeline();
   void makeTimeline(const PendingRequest& request);
-  void makeWaiting();
+  void giveUpOldTimelines();
   void answer(const std::weak_ptr<const Pending>& request, const WidgetResponder::Answer& answer);
   void refuse(const RequestIdentifier& id, ServiceErrorCode code, std::string message);
   void send(std::string line);
@@ -80,16 +90,19 @@ class ServiceSession {
   void endWhenAnswered();
   void watchForSilence();
   void endOfSilence();
+  void endWhenSent();
   void end();
 
   Surroundings surroundings_;
   LineSplitter lines_;
   std::unordered_map<RequestIdentifier, PendingRequest> pending_;
   std::deque<std::weak_ptr<const Pending>> waiting_;
-  std::size_t underWay_ = 0;
-  bool isMakingWaiting_ = false;
+  std::size_t underWay_ = 0;                     ///< timelines that are not over
+  std::deque<std::shared_ptr<UnderWay>> begun_;  ///< in the order of their beginning
+  bool isMakingSoon_ = false;
   std::chrono::steady_clock::time_point lastRequest_;
   bool hasSaidAll_ = false;  ///< the host
+  bool isLeaving_ = false;
   bool hasEnded_ = false;
   /// Expires with the session: works that come later do nothing.
   std::shared_ptr<ServiceSession*> self_ = std::make_shared<ServiceSession*>(this);

@@ -35,10 +35,8 @@ std::expected<int, std::error_code> option(int descriptor, int name) {
   return std::unexpected(std::error_code(errno, std::generic_category()));
 }
 
-std::error_code faultOf(int descriptor) {
-  const auto type = option(descriptor, SO_TYPE);
-  if (!type) return type.error();
-  if (*type != SOCK_STREAM) return std::make_error_code(std::errc::wrong_protocol_type);
+/// A program that is started later does not inherit it.
+std::error_code keepToThisProgram(int descriptor) {
   const int flags = ::fcntl(descriptor, F_GETFD);
   if (flags < 0 || ::fcntl(descriptor, F_SETFD, flags | FD_CLOEXEC) < 0) {
     return {errno, std::generic_category()};
@@ -185,9 +183,17 @@ class SocketByteStream::Connection : public std::enable_shared_from_this<Connect
   bool isClosed_ = false;
 };
 
+std::error_code SocketByteStream::faultOf(int descriptor) {
+  const auto type = option(descriptor, SO_TYPE);
+  if (!type) return type.error();
+  if (*type != SOCK_STREAM) return std::make_error_code(std::errc::wrong_protocol_type);
+  return {};
+}
+
 std::expected<std::unique_ptr<SocketByteStream>, std::error_code> SocketByteStream::adopt(
     int descriptor, EventLoop& loop, DispatchQueue& queue) {
   if (const std::error_code fault = faultOf(descriptor)) return std::unexpected(fault);
+  if (const std::error_code fault = keepToThisProgram(descriptor)) return std::unexpected(fault);
   return std::unique_ptr<SocketByteStream>(
       new SocketByteStream(std::make_shared<Connection>(descriptor, loop, queue)));
 }

@@ -122,6 +122,7 @@ class FakeMachine {
                                .urlSessions = urlSessions,
                                .locationConsent = relayedConsent,
                                .wifiClient = wifi},
+                  .mainBundleStrings = strings,
                   .metricsReader = std::make_shared<WideMetricsReader>(kernel),
                   .soleRecorder = soleRecorder,
                   .readWifi = [this] { return wifi.report(); },

@@ -145,6 +145,7 @@ class KnowingMachine {
                                       .urlSessions = fakes_.urlSessions,
                                       .locationConsent = fakes_.locationConsent,
                                       .wifiClient = fakes_.wifiClient},
+                         .mainBundleStrings = fakes_.strings,
                          .metricsReader = fake_.machine.metricsReader,
                          .soleRecorder = fake_.soleRecorder,
                          .readWifi = fake_.machine.readWifi,

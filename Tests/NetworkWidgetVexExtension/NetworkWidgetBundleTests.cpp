@@ -150,8 +150,8 @@ TEST_F(NetworkWidgetBundleTest, TheGalleryFollowsTheOrderOfTheBundle) {
 TEST_F(NetworkWidgetBundleTest, NamesAndDescriptionsAreInTheUsersLanguage) {
   strings.set("Panoramic", "Panoramico");
   strings.set("WiFi widget.", "Widget del WiFi.");
-  strings.set("Network Adapter", "Scheda di rete");
-  strings.set("Bandwidth Monitor widget.", "Widget della banda.");
+  mainBundleStrings.set("Network Adapter", "Scheda di rete");
+  mainBundleStrings.set("Bandwidth Monitor widget.", "Widget della banda.");
   const std::vector<Widget> all = widgets();
   EXPECT_EQ(all[0].description.displayName, "Panoramico");
   EXPECT_EQ(all[2].description.displayName, "Scheda di rete");

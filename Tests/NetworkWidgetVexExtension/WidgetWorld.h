@@ -29,6 +29,7 @@ struct WidgetWorld {
   [[nodiscard]] WidgetSurroundings surroundings() {
     return {.clock = clock,
             .strings = strings,
+            .mainBundleStrings = mainBundleStrings,
             .mainQueue = dispatch.mainQueue(),
             .pathMonitors = pathMonitors,
             .locationConsent = consent,
@@ -47,6 +48,7 @@ struct WidgetWorld {
   SimulatedClock clock;
   SimulatedDispatch dispatch{clock};
   FakeStringTable strings;
+  FakeStringTable mainBundleStrings;
   FakePathMonitorFactory pathMonitors;
   FakeLocationConsent consent{dispatch.mainQueue()};
   std::shared_ptr<FakeInternetInfoResolver> internet = std::make_shared<FakeInternetInfoResolver>();

@@ -33,6 +33,8 @@ class FakeByteStream final : public ByteStream {
       if (handlers_.ended) handlers_.ended(end);
     });
   }
+  /// Whether it takes what it is sent: flushes are done when it does.
+  void setReading(bool reading) { isReading_ = reading; }
   /// Everything that was sent, and is now taken away.
   [[nodiscard]] std::string take() { return std::exchange(sent_, {}); }
 
@@ -45,7 +47,9 @@ class FakeByteStream final : public ByteStream {
   void send(std::string bytes) override {
     if (!isGone_) sent_ += bytes;
   }
-  void flush(std::function<void()> done) override { queue_.async(std::move(done)); }
+  void flush(std::function<void()> done) override {
+    if (isReading_) queue_.async(std::move(done));
+  }
 
  private:
   void post(std::function<void()> work) {
@@ -58,6 +62,7 @@ class FakeByteStream final : public ByteStream {
   Handlers handlers_;
   std::string sent_;
   bool isGone_ = false;
+  bool isReading_ = true;
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 

@@ -63,6 +63,18 @@ TEST_F(RelayedConsentTest, WhatIsToldWithholdsAndNeverReleases) {
   EXPECT_EQ(consent_.authorizationStatus(), 3);
 }
 
+// A host that had answered "no" was asked again with every timeline.
+TEST_F(RelayedConsentTest, ARefusalThatIsToldSettlesWhatIsNotDetermined) {
+  for (const std::int32_t refusal : {1, 2}) {
+    consent_.tell(refusal);
+    EXPECT_EQ(consent_.authorizationStatus(), refusal);
+  }
+  for (const std::int32_t other : {0, 3, 4, -1}) {
+    consent_.tell(other);
+    EXPECT_EQ(consent_.authorizationStatus(), 0);
+  }
+}
+
 TEST_F(RelayedConsentTest, WhatIsToldIsAChangeOnce) {
   int changes = 0;
   const auto manager = consent_.makeLocationManager([&] { ++changes; });

@@ -179,6 +179,28 @@ TEST_F(LeavingOutMetricsReaderTest, AHeldLockFailsAllWalksOfARequestAfterOneWait
   EXPECT_EQ(walk(), 102U);
 }
 
+// Twenty requests at once kept everybody waiting for ten seconds, half a second each.
+TEST_F(LeavingOutMetricsReaderTest, WhatOneReaderWaitedForInVainTheOthersDoNotWaitForAgain) {
+  failSamples(held());
+  const auto locks = std::make_shared<HeldLockMemory>();
+  const auto walkOfAnother = [&] {
+    RememberingMetricsReader another{
+        RememberingMetricsReader::Recorded{
+            .reader = recorded_, .explain = [](const auto& error) { return describe(error); }},
+        kernel_,
+        {.clock = clock_,
+         .diagnostics = diagnostics_,
+         .whileLocked = WhileLocked::failure,
+         .heldLocks = locks}};
+    return another.read().has_value();
+  };
+  for (int count = 0; count < 20; ++count) EXPECT_FALSE(walkOfAnother());
+  EXPECT_EQ(recorded_->samples, 1);
+  clock_.advance(HeldLockMemory::span);
+  failSamples(std::nullopt);
+  EXPECT_TRUE(walkOfAnother());
+}
+
 TEST_F(LeavingOutMetricsReaderTest, WhatALockDoesNotExplainIsShownFromTheKernel) {
   kernel_->setCounters(received(7));
   failSamples(diskFull);
