@@ -9,8 +9,8 @@
 #include <optional>
 #include <string>
 
-#include "Wiring/Console.h"
 #include "NetworkWidgetVexExtension/Bundle/AppGroupIdEnvironmentKey.h"
+#include "Wiring/Console.h"
 
 namespace CLI {
 class App;

@@ -23,7 +23,7 @@ struct NetworkAdapter {
   /// The interface's name; "auto", or absent, leaves the choice to the widget.
   std::optional<std::string> identifier;
   std::string display;  ///< what the list of adapters shows
-  std::optional<std::string> pronunciationHint;
+  std::optional<std::string> pronunciationHint = std::nullopt;
 
   /// Decoding checks the kind of everything that it takes.
   static constexpr bool supportsSecureCoding = true;

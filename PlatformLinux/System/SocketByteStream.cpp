@@ -9,8 +9,8 @@
 #include <vector>
 
 #include <asio/buffer.hpp>
+#include <asio/generic/stream_protocol.hpp>
 #include <asio/io_context.hpp>
-#include <asio/posix/stream_descriptor.hpp>
 #include <asio/write.hpp>
 
 #include "PlatformLinux/System/EventLoop.h"
@@ -28,13 +28,17 @@ bool isPeerGone(int descriptor) {
   return ::poll(&socket, 1, 0) == 1 && (socket.revents & (POLLHUP | POLLERR)) != 0;
 }
 
+std::expected<int, std::error_code> option(int descriptor, int name) {
+  int value = 0;
+  socklen_t size = sizeof(value);
+  if (::getsockopt(descriptor, SOL_SOCKET, name, &value, &size) == 0) return value;
+  return std::unexpected(std::error_code(errno, std::generic_category()));
+}
+
 std::error_code faultOf(int descriptor) {
-  int type = 0;
-  socklen_t size = sizeof(type);
-  if (::getsockopt(descriptor, SOL_SOCKET, SO_TYPE, &type, &size) != 0) {
-    return {errno, std::generic_category()};
-  }
-  if (type != SOCK_STREAM) return std::make_error_code(std::errc::wrong_protocol_type);
+  const auto type = option(descriptor, SO_TYPE);
+  if (!type) return type.error();
+  if (*type != SOCK_STREAM) return std::make_error_code(std::errc::wrong_protocol_type);
   const int flags = ::fcntl(descriptor, F_GETFD);
   if (flags < 0 || ::fcntl(descriptor, F_SETFD, flags | FD_CLOEXEC) < 0) {
     return {errno, std::generic_category()};
@@ -49,7 +53,11 @@ std::error_code faultOf(int descriptor) {
 class SocketByteStream::Connection : public std::enable_shared_from_this<Connection> {
  public:
   Connection(int descriptor, EventLoop& loop, DispatchQueue& queue)
-      : loop_(loop), queue_(queue), socket_(loop.context(), descriptor) {}
+      : loop_(loop),
+        queue_(queue),
+        socket_(loop.context(),
+                asio::generic::stream_protocol(option(descriptor, SO_DOMAIN).value_or(AF_UNIX), 0),
+                descriptor) {}
 
   // On the queue.
 
@@ -163,7 +171,7 @@ class SocketByteStream::Connection : public std::enable_shared_from_this<Connect
   Handlers handlers_;
   bool isGone_ = false;
   // Used on the event loop.
-  asio::posix::stream_descriptor socket_;
+  asio::generic::stream_protocol::socket socket_;
   std::array<char, pieceSize> piece_{};
   std::string waiting_;
   std::string outgoing_;

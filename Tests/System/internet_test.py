@@ -125,14 +125,17 @@ class InternetTest(NamespaceTest):
         self.assertLess(outcome.seconds, at_most + SLACK_SECONDS)
 
     def tell(self, situation, outcome):
-        """Adds a line to the table of situations, when there is to be one."""
-        table = os.environ.get("LANTERNFOLD_SITUATIONS")
-        if not table:
-            return
-        message = " / ".join(outcome.errors.splitlines()) or "-"
-        line = f"{situation} | {result_of(outcome)} | {message} | {outcome.seconds:.2f}\n"
-        with _table_lock, open(table, "a", encoding="utf-8") as file:
-            file.write(line)
+        tell(situation, result_of(outcome), outcome.errors.splitlines(), outcome.seconds)
+
+
+def tell(situation, result, messages, seconds):
+    """Adds a line to the table of situations, when there is to be one."""
+    table = os.environ.get("LANTERNFOLD_SITUATIONS")
+    if not table:
+        return
+    line = f"{situation} | {result} | {' / '.join(messages) or '-'} | {seconds:.2f}\n"
+    with _table_lock, open(table, "a", encoding="utf-8") as file:
+        file.write(line)
 
 
 def result_of(outcome):

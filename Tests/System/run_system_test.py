@@ -3,7 +3,8 @@
 
 usage: run_system_test.py FILE [TEST...]      (FILE without its ending, TEST as Class.test_name)
 
-The program under test is the one that LANTERNFOLD_WIDGETS names. Needs root, to make network
+The program under test is the one that LANTERNFOLD_WIDGETS names, and LANTERNFOLD_WIDGET_EXTENSION
+the one of the widget extension. Needs root, to make network
 namespaces: without it the tests are skipped with status 77, and fail when
 LANTERNFOLD_REQUIRE_SYSTEM_TESTS is set. As root nothing is ever skipped.
 """

@@ -149,5 +149,41 @@ TEST(RememberingMetricsReaderDeathTest, CountersThatWrapCannotStandIn) {
   EXPECT_DEATH(build(), "32-bit counters were to stand in for adjusted ones");
 }
 
+class LeavingOutMetricsReaderTest : public RememberingMetricsReaderTest {
+ protected:
+  static ConnectionMetricsError held() {
+    return LockError{LockError::Case::lockTimeout, std::nullopt};
+  }
+  std::uint64_t walk() {
+    leavingOut_.beginWalk();
+    const auto metrics = leavingOut_.read();
+    return metrics ? metrics->find("en0")->recvBytes : 0;
+  }
+
+  RememberingMetricsReader leavingOut_{
+      RememberingMetricsReader::Recorded{
+          .reader = recorded_, .explain = [](const auto& error) { return describe(error); }},
+      kernel_,
+      {.clock = clock_, .diagnostics = diagnostics_, .whileLocked = WhileLocked::failure}};
+};
+
+TEST_F(LeavingOutMetricsReaderTest, AHeldLockFailsAllWalksOfARequestAfterOneWait) {
+  kernel_->setCounters(received(7));
+  failSamples(held());
+  EXPECT_EQ(walk(), 0U);
+  EXPECT_EQ(walk(), 0U);
+  EXPECT_EQ(recorded_->samples, 1);
+  EXPECT_EQ(diagnostics_.lines().size(), 1U);
+  failSamples(std::nullopt);
+  clock_.advance(RememberingMetricsReader::pauseAfterFailure);
+  EXPECT_EQ(walk(), 102U);
+}
+
+TEST_F(LeavingOutMetricsReaderTest, WhatALockDoesNotExplainIsShownFromTheKernel) {
+  kernel_->setCounters(received(7));
+  failSamples(diskFull);
+  EXPECT_EQ(walk(), 7U);
+}
+
 }  // namespace
 }  // namespace lanternfold

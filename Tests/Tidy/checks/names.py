@@ -18,7 +18,7 @@ READER = FOLDER + "WifiComposition.cpp"
 TEXTS = FOLDER + "WifiNames.h"
 PRODUCT = {"Support", "Platform", "NetBase", "NetworkMonitor", "EchoService", "ViewTree",
            "NetworkWidgetVexExtension", "PlatformLinux", "PlatformDarwin", "Rendering",
-           "CommandLine"}
+           "WidgetService", "WidgetHost", "Wiring", "CommandLine", "ExtensionProgram"}
 
 NAME = r"[\w.]+(?:->[\w.]+)*(?:\.|->)(?:ssid|bssid|peerAddress)\b"
 USE = re.compile(NAME)
