@@ -25,6 +25,9 @@ namespace lanternfold {
 /// there can be none.
 [[nodiscard]] std::optional<RatioTable::Table> measureInterfaces(RatioTable& reporter);
 
+/// View archives and requests of the widget service against the JSON library.
+[[nodiscard]] RatioTable::Table measureService(RatioTable& reporter);
+
 /// Readings of the Wi-Fi against the bare exchange, over a replayed kernel.
 [[nodiscard]] RatioTable::Table measureWifi(RatioTable& reporter);
 

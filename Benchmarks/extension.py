@@ -45,11 +45,12 @@ def processor_seconds(pid):
 
 
 def kilobytes_held(pid):
-    """Resident, proportional (a page that is shared counts in part) and private."""
+    """Resident, proportional (a page that is shared counts in part), and the process's own, which it
+    has written."""
     with open(f"/proc/{pid}/smaps_rollup") as figures:
         sizes = {name: int(size) for name, size in
                  re.findall(r"^(\w+): +(\d+) kB$", figures.read(), re.MULTILINE)}
-    return sizes["Rss"], sizes["Pss"], sizes["Private_Clean"] + sizes["Private_Dirty"]
+    return sizes["Rss"], sizes["Pss"], sizes["Private_Dirty"]
 
 
 def threads_and_descriptors(pid):
@@ -191,7 +192,7 @@ def held_row(title, pid):
 
 def measure_held(command):
     print()
-    in_table("held, idle", "resident MiB", "proportional MiB", "private MiB", "threads",
+    in_table("held, idle", "resident MiB", "proportional MiB", "written MiB", "threads",
              "descriptors")
     in_table("---", *["---:"] * 5)
     bare = start(["/bin/sleep", str(HANG_SECONDS)])
@@ -200,13 +201,13 @@ def measure_held(command):
         held_row("`sleep`", bare)
         os.kill(bare, signal.SIGKILL)
         os.waitpid(bare, 0)
-        held_row("after the first placeholder", extension.pid)
+        held_row("placeholders before: 1", extension.pid)
         timelines = 0
         for more in (1, 99, 100):
             extension.ask("timeline", more)
             timelines += more
             time.sleep(IDLE_SECONDS)
-            held_row(f"after {timelines} timelines", extension.pid)
+            held_row(f"timelines before: {timelines}", extension.pid)
 
 
 def make_adapters(namespaces):
