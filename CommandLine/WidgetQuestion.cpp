@@ -17,6 +17,7 @@
 #include "NetworkWidgetVexExtension/Bundle/NetworkWidgetBundle.h"
 #include "NetworkWidgetVexExtension/Bundle/PanoramicNetworkStateWidget.h"
 #include "NetworkWidgetVexExtension/Bundle/WlanNetworkStateWidget.h"
+#include "NetworkWidgetVexExtension/Intents/NetworkAdapter.h"
 #include "WidgetService/WidgetFamilyName.h"
 #include "Wiring/PrintableText.h"
 #include "Wiring/ProgramName.h"
@@ -24,8 +25,6 @@
 
 namespace lanternfold {
 namespace {
-
-constexpr std::string_view automaticAdapter = "auto";
 
 std::string namesOf(const std::vector<WidgetFamily>& offered) {
   std::string names;
@@ -90,7 +89,7 @@ std::expected<void, CommandFailure> requireTruth(const std::string& kind, const 
 void warnOfMissingAdapter(const EntryCall& question, const Machine& machine,
                           const Console& console) {
   const auto& adapter = question.request.configuration.adapter;
-  if (!adapter || adapter->identifier == automaticAdapter) return;
+  if (!adapter || adapter->identifier == automaticAdapterIdentifier) return;
   const std::string& name = *adapter->identifier;
   const auto adapters = makeInterfaceResolver(machine)->interfacesPrefixed("en");
   if (std::ranges::find(adapters, name, &BasicInterface::name) != adapters.end()) return;
