@@ -22,7 +22,8 @@ AT_ONCE, WAITING = 64, 1024
 # For 64 timelines under way, a thousand that wait and the answers: far below what 1,500 of them
 # would take, and above what a sanitizer adds.
 MOST_GROWTH_KILOBYTES = 160 * 1024
-MOST_MORE_THREADS = 16
+# The pools are bounded by themselves, with those that wait for others.
+MOST_MORE_THREADS = 256
 KILLS = 25
 
 
