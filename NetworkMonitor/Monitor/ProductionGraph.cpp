@@ -50,6 +50,17 @@ std::expected<RememberingMetricsReader::Recorded, std::string> recordedReader(
       }};
 }
 
+std::shared_ptr<RememberingMetricsReader> countersOf(
+    const ProductionSurroundings& surroundings,
+    const std::expected<std::filesystem::path, std::string>& folder) {
+  return std::make_shared<RememberingMetricsReader>(
+      recordedReader(surroundings, folder), surroundings.metricsReader,
+      RememberingMetricsReader::Environment{.clock = surroundings.platform.clock,
+                                            .diagnostics = surroundings.platform.diagnostics,
+                                            .whileLocked = surroundings.whileLocked,
+                                            .heldLocks = surroundings.heldLocks});
+}
+
 }  // namespace
 
 std::shared_ptr<InterfaceResolver> makePosixInterfaceResolver(
@@ -63,7 +74,6 @@ std::shared_ptr<NetworkStateMonitor> makeNetworkStateMonitor(
     const ProductionSurroundings& surroundings) {
   const Platform& platform = surroundings.platform;
   UrlSessions& sessions = platform.urlSessions;
-  const BundleInformation& bundle = surroundings.bundle;
   const ServiceUrls& urls = surroundings.serviceUrls;
   DispatchQueue& mainQueue = platform.dispatch.mainQueue();
 
@@ -72,31 +82,28 @@ std::shared_ptr<NetworkStateMonitor> makeNetworkStateMonitor(
       std::make_shared<GroupUserDefaults>(platform.userDefaults, appGroupId, platform.diagnostics);
 
   // The counters, sampled into the file in the group's container.
-  const auto counters = std::make_shared<RememberingMetricsReader>(
-      recordedReader(surroundings, metricsFolder(platform, appGroupId)), surroundings.metricsReader,
-      RememberingMetricsReader::Environment{.clock = platform.clock,
-                                            .diagnostics = platform.diagnostics,
-                                            .whileLocked = surroundings.whileLocked,
-                                            .heldLocks = surroundings.heldLocks});
+  const auto counters = countersOf(surroundings, metricsFolder(platform, appGroupId));
 
   // The public side: who answers for what.
   const auto faults = std::make_shared<ServiceFaults>(platform.diagnostics);
-  const auto ipv4Echo = notingFaults(std::make_shared<QuernapleIpResolver>(sessions, bundle, urls),
-                                     "IPv4 echo", faults);
+  const auto ipv4Echo =
+      notingFaults(std::make_shared<QuernapleIpResolver>(sessions, surroundings.bundle, urls),
+                   "IPv4 echo", faults);
   std::vector<PublicInfoResolverConfiguration> publicInfo;
   if (skipGeoIP) {
     publicInfo.push_back({.resolver = ipv4Echo, .keys = {ip}});
   } else {
-    auto geolocation = notingFaults(
-        std::make_shared<IpApiPublicInfoResolver>(sessions, bundle, urls), "geolocation", faults);
+    auto geolocation =
+        notingFaults(std::make_shared<IpApiPublicInfoResolver>(sessions, surroundings.bundle, urls),
+                     "geolocation", faults);
     publicInfo.push_back({.resolver = std::make_shared<CachedPublicInfoResolver>(
                               ipv4Echo, std::move(geolocation), userDefaults, platform.clock),
                           .keys = {isp, country, ip}});
   }
-  publicInfo.push_back(
-      {.resolver = notingFaults(std::make_shared<QuernapleIp6Resolver>(sessions, bundle, urls),
-                                "IPv6 echo", faults),
-       .keys = {ip6, supportsIp6}});
+  publicInfo.push_back({.resolver = notingFaults(std::make_shared<QuernapleIp6Resolver>(
+                                                     sessions, surroundings.bundle, urls),
+                                                 "IPv6 echo", faults),
+                        .keys = {ip6, supportsIp6}});
   // Only the name and the type are asked of these interfaces, which takes no sample.
   auto activeInterface = std::make_shared<ActiveInterfacePublicInfoResolver>(
       makePosixInterfaceResolver(platform, surroundings.metricsReader),

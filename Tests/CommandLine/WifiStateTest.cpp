@@ -180,6 +180,7 @@ TEST_F(WifiStateTest, AnInterfaceCalledAsTheKernelCallsItIsNoOtherAdapter) {
                                    .urlSessions = fakes.urlSessions,
                                    .locationConsent = fakes.locationConsent,
                                    .wifiClient = fakes.wifiClient},
+                      .mainBundleStrings = fake_.strings,
                       .metricsReader = machine.machine.metricsReader,
                       .soleRecorder = machine.soleRecorder,
                       .readWifi = machine.machine.readWifi,
