@@ -24,7 +24,7 @@ View MissingAdapterView::body(const WidgetEnvironment& environment) const {
   lines.push_back(
       SourceListItemView{{name, environment.strings.localized("Not available"), true}, true}
           .body());
-  lines.push_back(line("No adapter of this name is present."));
+  lines.push_back(line("It is gone, or cannot be read now."));
   lines.push_back(line("Its card comes back with it."));
   FrameNode rows;
   rows.width.ideal = rowsBesideIcon;

@@ -307,7 +307,7 @@ TEST_F(NetworkWidgetBundleTest, AChosenAdapterIsShownWhateverCarriesTheRoute) {
 TEST_F(NetworkWidgetBundleTest, AChosenAdapterThatHasGoneIsExplainedAndNeverReplaced) {
   pathMonitors.deliver(pathOver("en1"));
   EXPECT_THAT(wordsOfTimeline(adapterWidget(), choosing("en7")),
-              testing::AllOf(HasSubstr("en7"), HasSubstr("No adapter of this name is present."),
+              testing::AllOf(HasSubstr("en7"), HasSubstr("It is gone, or cannot be read now."),
                              Not(HasSubstr("Adapter en"))));
 }
 

@@ -43,7 +43,7 @@ TEST(WidgetPlainText, SaysWhatIsMissing) {
   EXPECT_EQ(linesOf("none"), "No source\n");
   EXPECT_EQ(linesOf("gone"),
             "en5 | Not available\n"
-            "No adapter of this name is present.\n"
+            "It is gone, or cannot be read now.\n"
             "Its card comes back with it.\n");
   EXPECT_EQ(linesOf("wlan_small_missing"), "No source\n");
 }

@@ -85,7 +85,7 @@ class TimelineTest(ExtensionTest):
         done = self.run_timeline(ADAPTER, "--adapter", "en7")
         self.assertEqual(0, done.returncode)
         text = done.stdout.decode()
-        self.assertRegex(text, r"\Aen7 +Not available\nNo adapter of this name is present\.\n")
+        self.assertRegex(text, r"\Aen7 +Not available\nIt is gone, or cannot be read now\.\n")
         self.assertNotIn("en0", text)
         self.assertRegex(done.stderr, rb'\Alanternfold-widgets: no adapter is called "en7"[^\n]+\n\Z')
 
