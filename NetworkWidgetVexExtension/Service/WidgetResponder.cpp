@@ -6,6 +6,7 @@
 #include "Support/FatalError.h"
 #include "WidgetService/QuotedText.h"
 #include "WidgetService/ServiceAnswer.h"
+#include "WidgetService/WidgetFamilyName.h"
 
 namespace lanternfold {
 namespace {
@@ -21,6 +22,15 @@ struct ResultJson {
 
 std::unexpected<ServiceError> invalid(std::string message) {
   return std::unexpected(ServiceError{ServiceErrorCode::invalidParams, std::move(message)});
+}
+
+std::string namesOf(const std::vector<WidgetFamily>& families) {
+  std::string names;
+  for (const WidgetFamily family : families) {
+    if (!names.empty()) names += ", ";
+    names += widgetFamilyName(family);
+  }
+  return names;
 }
 
 }  // namespace
@@ -84,7 +94,7 @@ std::expected<const Widget*, ServiceError> WidgetResponder::widgetFor(const Entr
   }
   const auto& families = widget->description.supportedFamilies;
   if (std::ranges::find(families, call.request.family) == families.end()) {
-    return invalid("params.family: " + call.kind + " does not come in this size");
+    return invalid("params.family: " + call.kind + " comes in " + namesOf(families));
   }
   return &*widget;
 }

@@ -187,6 +187,12 @@ std::error_code SocketByteStream::faultOf(int descriptor) {
   const auto type = option(descriptor, SO_TYPE);
   if (!type) return type.error();
   if (*type != SOCK_STREAM) return std::make_error_code(std::errc::wrong_protocol_type);
+  sockaddr_storage peer{};
+  socklen_t size = sizeof(peer);
+  // One that listens, or was never connected, has nobody on its other end.
+  if (::getpeername(descriptor, reinterpret_cast<sockaddr*>(&peer), &size) != 0) {
+    return {errno, std::generic_category()};
+  }
   return {};
 }
 

@@ -19,12 +19,12 @@ class EventLoop;
 /// Reads in pieces of 64 KiB, and not while more than a megabyte waits for the peer.
 class SocketByteStream final : public ByteStream {
  public:
-  /// No error when `descriptor` is an open stream socket. To be asked before the program opens
+  /// No error when `descriptor` is a connected stream socket. To be asked before the program opens
   /// descriptors of its own, one of which might get that number.
   [[nodiscard]] static std::error_code faultOf(int descriptor);
 
-  /// Takes over `descriptor`, which no program that is started later inherits. Error: it is not
-  /// open, or no stream socket. `loop` and `queue` outlive the stream.
+  /// Takes over `descriptor`, which no program that is started later inherits. Error: as
+  /// `faultOf` says. `loop` and `queue` outlive the stream.
   [[nodiscard]] static std::expected<std::unique_ptr<SocketByteStream>, std::error_code> adopt(
       int descriptor, EventLoop& loop, DispatchQueue& queue);
 

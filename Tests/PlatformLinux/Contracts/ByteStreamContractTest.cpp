@@ -156,13 +156,15 @@ TEST_F(SocketByteStreamTest, APeerThatGoesWhileItIsSentToIsGone) {
   EXPECT_EQ(ends_.back(), End::gone);
 }
 
-TEST_F(SocketByteStreamTest, OnlyAnOpenStreamSocketIsAdopted) {
+TEST_F(SocketByteStreamTest, OnlyAConnectedStreamSocketIsAdopted) {
   EXPECT_EQ(faultOf(-1), std::errc::bad_file_descriptor);
   EXPECT_EQ(faultOf(987), std::errc::bad_file_descriptor);
   const FileDescriptor file(::open("/dev/null", O_RDWR | O_CLOEXEC));
   EXPECT_EQ(faultOf(file.get()), std::errc::not_a_socket);
   const FileDescriptor datagrams(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
   EXPECT_EQ(faultOf(datagrams.get()), std::errc::wrong_protocol_type);
+  const FileDescriptor unconnected(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+  EXPECT_EQ(faultOf(unconnected.get()), std::errc::not_connected);
 }
 
 TEST_F(SocketByteStreamTest, NoProgramThatIsStartedLaterInheritsTheSocket) {
