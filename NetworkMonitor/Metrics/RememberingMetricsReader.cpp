@@ -23,16 +23,21 @@ bool isHeldLock(const ConnectionMetricsError& error) {
 }  // namespace
 
 std::optional<ConnectionMetricsError> HeldLockMemory::recall(
-    std::chrono::steady_clock::time_point now) const {
-  const std::scoped_lock guard(mutex_);
-  return now < until_ ? error_ : std::nullopt;
+    const FileLock& lock, std::chrono::steady_clock::time_point now) const {
+  std::optional<ConnectionMetricsError> error;
+  {
+    const std::scoped_lock guard(mutex_);
+    const auto wait = waits_.find(lock.url());
+    if (wait == waits_.end() || wait->second.recalledUntil <= now) return std::nullopt;
+    error = wait->second.error;
+  }
+  return lock.isLocked() ? error : std::nullopt;
 }
 
-void HeldLockMemory::remember(ConnectionMetricsError error,
+void HeldLockMemory::remember(const FileLock& lock, ConnectionMetricsError error,
                               std::chrono::steady_clock::time_point now) {
   const std::scoped_lock guard(mutex_);
-  error_ = std::move(error);
-  until_ = now + span;
+  waits_.insert_or_assign(lock.url(), Wait{.error = std::move(error), .recalledUntil = now + span});
 }
 
 RememberingMetricsReader::RememberingMetricsReader(
@@ -78,8 +83,7 @@ std::optional<RememberingMetricsReader::Reading> RememberingMetricsReader::remem
 }
 
 std::optional<RememberingMetricsReader::Reading> RememberingMetricsReader::sampled() {
-  const auto& locks = environment_.heldLocks;
-  const auto held = locks ? locks->recall(environment_.clock.steadyNow()) : std::nullopt;
+  const auto held = waitedForInVain();
   auto reading = held ? Reading(std::unexpect, *held) : recorded_->reader->read();
   const bool isKept = reading || lostOnlyItsLock(reading.error());
   nextSample_ = environment_.clock.steadyNow() +
@@ -89,12 +93,20 @@ std::optional<RememberingMetricsReader::Reading> RememberingMetricsReader::sampl
   const std::string reason = recorded_->explain(reading.error());
   if (environment_.whileLocked == WhileLocked::failure && isHeldLock(reading.error())) {
     heldLock_ = reading.error();
-    if (locks && !held) locks->remember(reading.error(), environment_.clock.steadyNow());
+    if (environment_.heldLocks && recorded_->lock && !held) {
+      environment_.heldLocks->remember(*recorded_->lock, reading.error(),
+                                       environment_.clock.steadyNow());
+    }
     reportOnce("Adapters are left out this time, since their traffic cannot be read: " + reason);
     return reading;
   }
   reportOnce("Traffic is shown but not recorded: " + reason);
   return std::nullopt;
+}
+
+std::optional<ConnectionMetricsError> RememberingMetricsReader::waitedForInVain() const {
+  if (!environment_.heldLocks || !recorded_->lock) return std::nullopt;
+  return environment_.heldLocks->recall(*recorded_->lock, environment_.clock.steadyNow());
 }
 
 void RememberingMetricsReader::reportOnce(const std::string& line) {

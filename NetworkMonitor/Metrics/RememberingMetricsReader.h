@@ -6,13 +6,16 @@
 
 #include <chrono>
 #include <expected>
+#include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
 
 #include "NetworkMonitor/Metrics/ConnectionMetricsReader.h"
+#include "NetworkMonitor/Metrics/FileLock.h"
 #include "Platform/Clock.h"
 #include "Platform/DiagnosticLog.h"
 
@@ -25,23 +28,25 @@ enum class WhileLocked {
   failure,         ///< reads fail, and so do the next walks for a while
 };
 
-/// That a lock was waited for in vain, known to all readers of one program that hold it: else each
-/// would wait in its turn, and keep everybody else from their work. Any thread.
+/// Which locks were waited for in vain, known to all readers of one program that hold this: else
+/// each would wait in its turn, and keep everybody else from their work. Any thread.
 class HeldLockMemory {
  public:
-  /// No longer than a wait: the next one may find the lock free.
   static constexpr std::chrono::seconds span{1};
 
-  /// The error, if the lock was held a moment ago.
+  /// The error, if `lock` was waited for a moment ago and is taken still.
   [[nodiscard]] std::optional<ConnectionMetricsError> recall(
-      std::chrono::steady_clock::time_point now) const;
-  void remember(ConnectionMetricsError error, std::chrono::steady_clock::time_point now);
+      const FileLock& lock, std::chrono::steady_clock::time_point now) const;
+  void remember(const FileLock& lock, ConnectionMetricsError error,
+                std::chrono::steady_clock::time_point now);
 
  private:
+  struct Wait {
+    ConnectionMetricsError error;
+    std::chrono::steady_clock::time_point recalledUntil;
+  };
   mutable std::mutex mutex_;
-  // Guarded by mutex_.
-  std::optional<ConnectionMetricsError> error_;
-  std::chrono::steady_clock::time_point until_;
+  std::map<std::filesystem::path, Wait> waits_;  ///< by the lock's file; guarded by mutex_
 };
 
 /// Both sources count alike: a reader of 64-bit counters has them unchanged by the recorder. Every
@@ -71,6 +76,8 @@ class RememberingMetricsReader final : public ConnectionMetricsReader {
   struct Recorded {
     std::shared_ptr<ConnectionMetricsReader> reader;
     Explanation explain;
+    /// That of the storage; null when nobody remembers waiting for it.
+    std::shared_ptr<const FileLock> lock = nullptr;
   };
 
   /// `recorded` is a clause when there is no folder to keep a sample in: why, and what to do.
@@ -93,6 +100,7 @@ class RememberingMetricsReader final : public ConnectionMetricsReader {
   /// None when the kernel's own counters are to stand in.
   [[nodiscard]] std::optional<Reading> remembered();
   [[nodiscard]] std::optional<Reading> sampled();
+  [[nodiscard]] std::optional<ConnectionMetricsError> waitedForInVain() const;
   void reportOnce(const std::string& line);
 
   std::expected<Recorded, std::string> recorded_;

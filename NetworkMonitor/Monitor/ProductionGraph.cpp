@@ -7,6 +7,7 @@
 #include "NetBase/NetUtils.h"
 #include "NetworkMonitor/Interfaces/PosixInterfaceResolver.h"
 #include "NetworkMonitor/Interfaces/WalkingInterfaceResolver.h"
+#include "NetworkMonitor/Metrics/MetricsFiles.h"
 #include "NetworkMonitor/Metrics/MetricsGraph.h"
 #include "NetworkMonitor/Metrics/RecordedConnectionMetricsReader.h"
 #include "NetworkMonitor/Metrics/SampleFailure.h"
@@ -45,9 +46,12 @@ std::expected<RememberingMetricsReader::Recorded, std::string> recordedReader(
   reader->setRecorderAutostartEnabled(false);
   return RememberingMetricsReader::Recorded{
       .reader = std::move(reader),
-      .explain = [&files = platform.fileSystem, folder = *folder](const auto& error) {
-        return sampleFailure(error, files, folder);
-      }};
+      .explain = [&files = platform.fileSystem, folder = *folder](
+                     const auto& error) { return sampleFailure(error, files, folder); },
+      .lock = std::make_shared<const FileLock>(
+          FileLock::Environment{
+              .files = platform.fileSystem, .clock = platform.clock, .dispatch = platform.dispatch},
+          metricsFile(*folder, ".lock"))};
 }
 
 std::shared_ptr<RememberingMetricsReader> countersOf(

@@ -4,8 +4,10 @@
 
 #include "NetworkMonitor/Metrics/RememberingMetricsReader.h"
 #include "Tests/Support/FakeConnectionMetricsReader.h"
+#include "Tests/Support/FakeFileSystem.h"
 #include "Tests/Support/RecordingDiagnosticLog.h"
 #include "Tests/Support/SimulatedClock.h"
+#include "Tests/Support/SimulatedDispatch.h"
 
 namespace lanternfold {
 namespace {
@@ -179,24 +181,53 @@ TEST_F(LeavingOutMetricsReaderTest, AHeldLockFailsAllWalksOfARequestAfterOneWait
   EXPECT_EQ(walk(), 102U);
 }
 
-// Twenty requests at once kept everybody waiting for ten seconds, half a second each.
-TEST_F(LeavingOutMetricsReaderTest, WhatOneReaderWaitedForInVainTheOthersDoNotWaitForAgain) {
-  failSamples(held());
-  const auto locks = std::make_shared<HeldLockMemory>();
-  const auto walkOfAnother = [&] {
+/// Readers of one program over a storage whose lock stands in a file.
+class HeldLockMemoryTest : public RememberingMetricsReaderTest {
+ protected:
+  HeldLockMemoryTest() {
+    files_.makeFolder("/metrics");
+    take();
+    failSamples(LockError{LockError::Case::lockTimeout, std::nullopt});
+  }
+
+  /// Until a far future; the date is in seconds since 2001.
+  void take() { EXPECT_TRUE(files_.replaceFile(lockFile_, "9000000000.0")); }
+  bool walkOfAnother() {
     RememberingMetricsReader another{
         RememberingMetricsReader::Recorded{
-            .reader = recorded_, .explain = [](const auto& error) { return describe(error); }},
+            .reader = recorded_,
+            .explain = [](const auto& error) { return describe(error); },
+            .lock = std::make_shared<const FileLock>(
+                FileLock::Environment{.files = files_, .clock = clock_, .dispatch = dispatch_},
+                lockFile_)},
         kernel_,
         {.clock = clock_,
          .diagnostics = diagnostics_,
          .whileLocked = WhileLocked::failure,
-         .heldLocks = locks}};
+         .heldLocks = locks_}};
     return another.read().has_value();
-  };
+  }
+
+  const std::filesystem::path lockFile_ = "/metrics/default.lock";
+  FakeFileSystem files_{clock_};
+  SimulatedDispatch dispatch_{clock_};
+  const std::shared_ptr<HeldLockMemory> locks_ = std::make_shared<HeldLockMemory>();
+};
+
+// Twenty requests at once kept everybody waiting for ten seconds, half a second each.
+TEST_F(HeldLockMemoryTest, WhatOneReaderWaitedForInVainTheOthersDoNotWaitForAgain) {
   for (int count = 0; count < 20; ++count) EXPECT_FALSE(walkOfAnother());
   EXPECT_EQ(recorded_->samples, 1);
   clock_.advance(HeldLockMemory::span);
+  EXPECT_FALSE(walkOfAnother());
+  EXPECT_EQ(recorded_->samples, 2);
+}
+
+// The request after that which had waited in vain did without adapters, although nobody held the
+// lock any more.
+TEST_F(HeldLockMemoryTest, ALockThatWasGivenUpIsNoLongerHeld) {
+  EXPECT_FALSE(walkOfAnother());
+  EXPECT_TRUE(files_.removeFile(lockFile_));
   failSamples(std::nullopt);
   EXPECT_TRUE(walkOfAnother());
 }
