@@ -13,7 +13,7 @@ except ModuleNotFoundError:
     sys.path.append("/usr/lib/python3/dist-packages")
     import aiorpcx
 
-from extension import HANG_SECONDS
+from watched_process import HANG_SECONDS
 
 RPCError = aiorpcx.RPCError
 LONGEST_LINE = 4 * 1024 * 1024

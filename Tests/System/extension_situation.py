@@ -3,7 +3,7 @@ show when all is well, or nothing is."""
 
 import time
 
-from extension import HANG_SECONDS
+from watched_process import HANG_SECONDS
 from extension_test import (ADAPTER, ADDRESS, BANDWIDTH, FAMILIES, INTERNET, MAC, PANORAMIC,
                             PROVIDERS, WIFI, ExtensionTest, rows_of, texts_of)
 from internet_test import tell

@@ -2,13 +2,12 @@
 
 import json
 import os
-import signal
 import socket
-import subprocess
 import threading
 import time
 
 from program import PROGRAM, run
+from watched_process import WatchedProcess
 
 GROUP = "7RKM3PW2ZB.net.quernaple.LanternfoldX"
 STORAGE = "connection-metrics-storage_default"
@@ -73,63 +72,14 @@ def went_backwards(earlier, later):
             for key in COUNTERS[:-1] if later[name][key] < counters[key]]
 
 
-class Recorder:
-    """`record` under way, and every line that it has written. Use it in a `with` statement."""
+class Recorder(WatchedProcess):
+    """`record` under way."""
 
     def __init__(self, *arguments, **options):
-        self.process = subprocess.Popen(
-            [PROGRAM, "record", *arguments], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-            stderr=subprocess.PIPE, **options)
-        self.lines = []  # only ever appended to
-        self.errors = []
-        self._news = threading.Condition()
-        self._readers = [threading.Thread(target=self._read, args=each, daemon=True)
-                         for each in ((self.process.stdout, self.lines),
-                                      (self.process.stderr, self.errors))]
-        for reader in self._readers:
-            reader.start()
-
-    def __enter__(self):
-        return self
-
-    def __exit__(self, *_):
-        if self.process.poll() is None:
-            self.process.kill()
-        self._finish()
-        self.process.stdout.close()
-        self.process.stderr.close()
-
-    def _read(self, stream, lines):
-        for line in stream:
-            with self._news:
-                lines.append(line.decode().removesuffix("\n"))
-                self._news.notify_all()
-
-    def _finish(self):
-        status = self.process.wait(timeout=20)
-        for reader in self._readers:
-            reader.join(timeout=10)
-        return status
-
-    def wait_for_lines(self, count, seconds, lines=None):
-        """The lines so far, at least `count` of them; fails when they do not come in time."""
-        lines = self.lines if lines is None else lines
-        deadline = time.monotonic() + seconds
-        with self._news:
-            while len(lines) < count:
-                remaining = deadline - time.monotonic()
-                if remaining <= 0:
-                    raise AssertionError(f"{len(lines)} of {count} lines: {lines}, {self.errors}")
-                self._news.wait(remaining)
-            return list(lines)
+        super().__init__([PROGRAM, "record", *arguments], **options)
 
     def samples(self, count, seconds):
         return [json.loads(line) for line in self.wait_for_lines(count, seconds)]
-
-    def finish(self, number=signal.SIGTERM):
-        """Asks the process to end; its exit status."""
-        self.process.send_signal(number)
-        return self._finish()
 
 
 def boot_time():

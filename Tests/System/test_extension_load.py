@@ -9,7 +9,7 @@ import signal
 import time
 
 from echo_service import EchoService
-from extension import HANG_SECONDS
+from watched_process import HANG_SECONDS
 from extension_client import RPCError
 from extension_test import (ADAPTER, INTERNET, MAC, PANORAMIC, WIFI, ExtensionTest,
                             lean_environment, rows_of)

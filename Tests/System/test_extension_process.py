@@ -7,7 +7,8 @@ import subprocess
 import tempfile
 import time
 
-from extension import HANG_SECONDS, PROGRAM
+from extension import PROGRAM
+from watched_process import HANG_SECONDS
 from extension_client import RawHost
 from extension_test import ADAPTER, INTERNET, ExtensionTest
 from internet_test import environment
