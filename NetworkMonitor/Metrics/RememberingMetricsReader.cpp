@@ -1,5 +1,6 @@
 #include "NetworkMonitor/Metrics/RememberingMetricsReader.h"
 
+#include <system_error>
 #include <utility>
 #include <variant>
 
@@ -13,6 +14,13 @@ namespace {
 bool lostOnlyItsLock(const ConnectionMetricsError& error) {
   const auto* lock = std::get_if<LockError>(&error);
   return lock != nullptr && lock->value == LockError::Case::alreadyUnlocked;
+}
+
+/// Another program took the lock at the same moment, and removed the file that was to be written.
+bool lostARaceForTheLock(const ConnectionMetricsError& error) {
+  const auto* lock = std::get_if<LockError>(&error);
+  return lock != nullptr && lock->value == LockError::Case::lockFailed && lock->underlying &&
+         *lock->underlying == std::errc::no_such_file_or_directory;
 }
 
 bool isHeldLock(const ConnectionMetricsError& error) {
@@ -85,6 +93,7 @@ std::optional<RememberingMetricsReader::Reading> RememberingMetricsReader::remem
 std::optional<RememberingMetricsReader::Reading> RememberingMetricsReader::sampled() {
   const auto held = waitedForInVain();
   auto reading = held ? Reading(std::unexpect, *held) : recorded_->reader->read();
+  if (!reading && lostARaceForTheLock(reading.error())) reading = recorded_->reader->read();
   const bool isKept = reading || lostOnlyItsLock(reading.error());
   nextSample_ = environment_.clock.steadyNow() +
                 (isKept ? std::chrono::nanoseconds(shortestPause) : pauseAfterFailure);

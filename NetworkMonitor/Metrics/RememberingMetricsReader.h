@@ -54,7 +54,8 @@ class HeldLockMemory {
 /// and walks that follow closely upon each other have the kernel's own counters. A sample that
 /// fails is said once; while that lasts, it is tried again at long intervals only, because a held
 /// lock takes half a second each time. A sample whose lock file somebody else removed has been
-/// saved and is no failure: programs that begin at the same moment can make one lock of two. Any
+/// saved and is no failure: programs that begin at the same moment can make one lock of two; one
+/// whose lock file was taken away before it was written is taken once more. Any
 /// thread.
 class RememberingMetricsReader final : public ConnectionMetricsReader {
  public:

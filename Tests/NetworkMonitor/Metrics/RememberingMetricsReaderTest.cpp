@@ -1,3 +1,5 @@
+#include <limits>
+#include <system_error>
 #include <utility>
 
 #include <gtest/gtest.h>
@@ -37,12 +39,13 @@ class RememberingMetricsReaderTest : public testing::Test {
   /// Counts its samples, from 101 on.
   struct CountingReader final : ConnectionMetricsReader {
     std::optional<ConnectionMetricsError> error;
+    int failures = std::numeric_limits<int>::max();  ///< reads that the error is for
     int samples = 0;
 
     bool is32bitCapped() const override { return false; }
     std::expected<ConnectionMetricsMap, ConnectionMetricsError> read() override {
       ++samples;
-      if (error) return std::unexpected(*error);
+      if (error && failures-- > 0) return std::unexpected(*error);
       return received(100 + static_cast<std::uint64_t>(samples));
     }
   };
@@ -149,6 +152,21 @@ TEST(RememberingMetricsReaderDeathTest, CountersThatWrapCannotStandIn) {
                                           {.clock = clock, .diagnostics = diagnostics});
   };
   EXPECT_DEATH(build(), "32-bit counters were to stand in for adjusted ones");
+}
+
+// Five of 30,000 timelines of two extensions said that the lock file could not be written, since
+// the other one had taken it away.
+TEST_F(RememberingMetricsReaderTest, WhoLosesARaceForTheLockTakesItsSampleOnceMore) {
+  kernel_->setCounters(received(7));
+  failSamples(LockError{LockError::Case::lockFailed,
+                        std::make_error_code(std::errc::no_such_file_or_directory)});
+  recorded_->failures = 1;
+  EXPECT_EQ(walk(), 102U);
+  EXPECT_EQ(diagnostics_.lines(), std::vector<std::string>{});
+  clock_.advance(RememberingMetricsReader::shortestPause);
+  recorded_->failures = 2;
+  EXPECT_EQ(walk(), 7U) << "no folder, rather than a race";
+  EXPECT_EQ(diagnostics_.lines().size(), 1U);
 }
 
 class LeavingOutMetricsReaderTest : public RememberingMetricsReaderTest {
