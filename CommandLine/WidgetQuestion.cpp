@@ -26,15 +26,6 @@
 namespace lanternfold {
 namespace {
 
-std::string namesOf(const std::vector<WidgetFamily>& offered) {
-  std::string names;
-  for (const WidgetFamily family : offered) {
-    if (!names.empty()) names += " or ";
-    names += widgetFamilyName(family);
-  }
-  return names;
-}
-
 std::string namesOf(const std::vector<WidgetKind>& kinds) {
   std::string names;
   for (std::size_t index = 0; index < kinds.size(); ++index) {
@@ -50,11 +41,11 @@ std::expected<WidgetFamily, CommandFailure> familyOf(const WidgetOptions& option
   const auto family = widgetFamilyOfName(*options.family);
   if (!family) {
     return std::unexpected(badArguments("unknown family " + inQuotes(*options.family) + "; use " +
-                                        namesOf(widget.families)));
+                                        widgetFamilyNames(widget.families)));
   }
   if (std::ranges::find(widget.families, *family) != widget.families.end()) return *family;
   return std::unexpected(badArguments(widget.kind + " has no " + *options.family + " family; use " +
-                                      namesOf(widget.families)));
+                                      widgetFamilyNames(widget.families)));
 }
 
 std::optional<CommandFailure> faultOfAdapter(const WidgetOptions& options) {

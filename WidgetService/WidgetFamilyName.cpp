@@ -23,6 +23,15 @@ std::string_view widgetFamilyName(WidgetFamily family) {
   return found->second;
 }
 
+std::string widgetFamilyNames(const std::vector<WidgetFamily>& families) {
+  std::string text;
+  for (const WidgetFamily family : families) {
+    if (!text.empty()) text += " or ";
+    text += widgetFamilyName(family);
+  }
+  return text;
+}
+
 std::optional<WidgetFamily> widgetFamilyOfName(std::string_view name) {
   const auto* const found = std::ranges::find(names, name, &Named::second);
   if (found == names.end()) return std::nullopt;

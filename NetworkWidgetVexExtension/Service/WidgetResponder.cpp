@@ -24,15 +24,6 @@ std::unexpected<ServiceError> invalid(std::string message) {
   return std::unexpected(ServiceError{ServiceErrorCode::invalidParams, std::move(message)});
 }
 
-std::string namesOf(const std::vector<WidgetFamily>& families) {
-  std::string names;
-  for (const WidgetFamily family : families) {
-    if (!names.empty()) names += ", ";
-    names += widgetFamilyName(family);
-  }
-  return names;
-}
-
 }  // namespace
 
 std::string serviceResultJson(const ServiceResult& result) {
@@ -94,7 +85,7 @@ std::expected<const Widget*, ServiceError> WidgetResponder::widgetFor(const Entr
   }
   const auto& families = widget->description.supportedFamilies;
   if (std::ranges::find(families, call.request.family) == families.end()) {
-    return invalid("params.family: " + call.kind + " comes in " + namesOf(families));
+    return invalid("params.family: " + call.kind + " comes in " + widgetFamilyNames(families));
   }
   return &*widget;
 }

@@ -20,5 +20,10 @@ TEST(WidgetFamilyName, NoneOfAnyOtherText) {
   EXPECT_EQ(widgetFamilyOfName("extraLarge"), std::nullopt);
 }
 
+TEST(WidgetFamilyNameTest, SeveralAreNamedInTheirOrder) {
+  EXPECT_EQ(widgetFamilyNames({WidgetFamily::small, WidgetFamily::medium}), "small or medium");
+  EXPECT_EQ(widgetFamilyNames({WidgetFamily::large}), "large");
+}
+
 }  // namespace
 }  // namespace lanternfold
