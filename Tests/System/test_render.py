@@ -121,7 +121,7 @@ class FiguresTest(RenderTest):
         self.make_two_adapters()
         words = self.words_of_missing("gone")
         self.assertIn("gone", words)
-        self.assertIn("present", " ".join(words))
+        self.assertIn("cannot be read", " ".join(words))
         self.assert_nothing_of(words, "eth", "192.0.2.", "198.51.100.", "0a:00:")
         absent = self.draw_and_read_errors("card.svg", "--adapter", "gone")[0].read_bytes()
         for adapter in ("eth0", "eth1"):
