@@ -42,8 +42,9 @@ TEST_F(GroupUserDefaultsTest, ASuiteThatCannotBeOpenedIsStoodInForByTheStandardO
 
 TEST_F(GroupUserDefaultsTest, NothingIsOpenedBeforeItIsAskedFor) {
   suites_.setRefusing(true);
+  GroupUserDefaults madeWhileRefused(suites_, "a.group", diagnostics_);
   suites_.setRefusing(false);
-  ofGroup_.set("key", PropertyListValue(std::string("group")));
+  madeWhileRefused.set("key", PropertyListValue(std::string("group")));
   EXPECT_EQ(textIn(*suites_.suite("a.group")), "group");
 }
 
