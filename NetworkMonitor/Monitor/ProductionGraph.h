@@ -28,10 +28,10 @@ struct ProductionSurroundings {
 };
 
 /// A monitor of this machine, not yet started, everything in it made afresh; only what the pieces
-/// keep on the disk outlives it. `appGroupId` is the group whose folder and settings they share,
-/// none for those that belong to no group. `skipGeoIP` switches the look-up of provider and country
-/// off. There is no cellular provider. A service that gives no answer is a line among the
-/// diagnostics. Main queue.
+/// keep on the disk, and in `heldLocks`, outlives it. `appGroupId` is the group whose folder and
+/// settings they share, none for those that belong to no group. `skipGeoIP` switches the look-up of
+/// provider and country off. There is no cellular provider. A service that gives no answer is a
+/// line among the diagnostics. Main queue.
 [[nodiscard]] std::shared_ptr<NetworkStateMonitor> makeNetworkStateMonitor(
     const std::optional<std::string>& appGroupId, bool skipGeoIP,
     const ProductionSurroundings& surroundings);
