@@ -70,7 +70,7 @@ const Dimensions& LayoutPass::settled(LayoutNode& node, const ProposedSize& offe
   static const Dimensions none;
   steps_.take(1);
   if (const Dimensions* known = node.dimensions.find(offer)) return *known;
-  if (steps_.haveRunOut()) return none;
+  if (steps_.haveRunOut() && !node.children.empty()) return none;
   Dimensions found;
   if (node.text != nullptr) {
     found = textDimensions(node, offer);
@@ -78,7 +78,6 @@ const Dimensions& LayoutPass::settled(LayoutNode& node, const ProposedSize& offe
     Arrangement arrangement = arrange(node, offer);
     found = {arrangement.size, std::move(arrangement.guides)};
   }
-  if (steps_.haveRunOut()) return none;
   return node.dimensions.add(offer, std::move(found));
 }
 

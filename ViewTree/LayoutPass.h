@@ -3,9 +3,10 @@
 //
 // An archive from outside may be made so that every level asks the next several new questions. So
 // each question, and each text in proportion to its length, is a step, and there are
-// `mostLayoutSteps` of them, many times what a full widget takes. A view that was not measured
-// before they ran out takes no room and shows nothing, and neither does what stands in it; what was
-// measured is placed as ever. The same view in the same size always ends the same.
+// `mostLayoutSteps` of them, many times what a full widget takes. When they have run out, a view
+// with children that was not asked this before takes no room and shows none of them, and a text
+// that was not measured before shows nothing; all else is placed as ever. The same view in the same
+// size always ends the same.
 #pragma once
 
 #include <cstddef>
