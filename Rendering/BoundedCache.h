@@ -1,6 +1,6 @@
-// What is dear to make and asked for again, kept in bounded room: two generations of at most so many
-// values each. When the young one is full it becomes the old one, whose values are dropped unless
-// they are asked for meanwhile.
+// What is dear to make and asked for again, kept in bounded room: two generations of at most so
+// many values each. When the young one is full it becomes the old one, whose values are dropped
+// unless they are asked for meanwhile.
 //
 // Used by: what draws, each on its own thread.
 #pragma once

@@ -18,8 +18,10 @@ bool drawsPixels(cairo_surface_t* target) {
     case CAIRO_SURFACE_TYPE_PDF:
     case CAIRO_SURFACE_TYPE_PS:
     case CAIRO_SURFACE_TYPE_SVG:
-    case CAIRO_SURFACE_TYPE_RECORDING: return false;
-    default: return true;
+    case CAIRO_SURFACE_TYPE_RECORDING:
+      return false;
+    default:
+      return true;
   }
 }
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <glib.h>
 #include <utility>
 
-#include <glib.h>
 #include <pango/pango.h>
 
 namespace lanternfold {

@@ -7,6 +7,7 @@
 #include <librsvg/rsvg.h>
 
 #include "Rendering/AssetFile.h"
+#include "ViewTree/DisplayableText.h"
 
 namespace lanternfold {
 namespace {
@@ -79,8 +80,8 @@ SvgHandle SvgAssets::load(const std::string& name) {
 
 void SvgAssets::reportOnce(const std::string& name, std::string_view reason) {
   if (!reported_.insert(name).second || !report_) return;
-  report_("cannot draw the picture " + (folder_ / (name + ".svg")).string() + ": " +
-          std::string(reason));
+  const std::string file = displayableText((folder_ / (name + ".svg")).string());
+  report_("cannot draw the picture " + file + ": " + std::string(reason));
 }
 
 }  // namespace lanternfold

@@ -1,11 +1,11 @@
 #include "Rendering/TextLines.h"
 
+#include <fontconfig/fontconfig.h>
+#include <hb-ot.h>
 #include <string>
 #include <utility>
 
 #include <cairo.h>
-#include <fontconfig/fontconfig.h>
-#include <hb-ot.h>
 #include <pango/pangocairo.h>
 
 #include "Rendering/BoundedCache.h"

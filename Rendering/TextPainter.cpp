@@ -8,6 +8,8 @@
 #include <cairo.h>
 #include <pango/pangocairo.h>
 
+#include "Rendering/CairoColour.h"
+
 namespace lanternfold {
 namespace {
 
@@ -17,10 +19,6 @@ constexpr int places = 4;
 constexpr double widestImage = 32'000;
 /// Above this size a letter's place to the pixel is good enough.
 constexpr double largestPlacedPixels = 96;
-
-void setColour(cairo_t* surface, const Rgba& colour) {
-  cairo_set_source_rgba(surface, colour.red, colour.green, colour.blue, colour.alpha);
-}
 
 /// The rows of an image of one byte a pixel.
 struct Coverage {

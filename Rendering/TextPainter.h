@@ -1,5 +1,5 @@
-// Paints set lines. On pixels each letter stands at its place to a quarter of a pixel, so that words
-// are spaced evenly however small; in a file of vectors letters stay letters.
+// Paints set lines. On pixels each letter stands at its place to a quarter of a pixel, so that
+// words are spaced evenly however small; in a file of vectors letters stay letters.
 #pragma once
 
 #include <string_view>

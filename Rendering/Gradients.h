@@ -1,0 +1,32 @@
+// Gradients from top to bottom, built once for each pair of colours and then stretched.
+#pragma once
+
+#include <cstddef>
+
+#include "Rendering/BoundedCache.h"
+#include "Rendering/CairoHandles.h"
+#include "ViewTree/DrawList.h"
+
+namespace lanternfold {
+
+/// Used on one thread.
+class Gradients {
+ public:
+  /// Fills `frame`, which may be another one than the gradient's own, with its colours.
+  void fill(cairo_t* surface, const Rect& frame, const FillLinearGradient& gradient);
+
+ private:
+  struct Key {
+    Rgba start;
+    Rgba end;
+    friend bool operator==(const Key&, const Key&) = default;
+  };
+  struct KeyHash {
+    std::size_t operator()(const Key& key) const;
+  };
+
+  static constexpr std::size_t patternsKept = 16;
+  BoundedCache<Key, CairoPattern, KeyHash, std::equal_to<>> patterns_{patternsKept};
+};
+
+}  // namespace lanternfold
