@@ -12,6 +12,7 @@ namespace {
 
 /// Larger drawings are made anew each time: 512 by 512 pixels are a megabyte.
 constexpr double largestKeptPixels = 512 * 512;
+constexpr double largestKeptSide = 4096;
 /// Of these, a generation.
 constexpr std::size_t drawingsKept = 16;
 
@@ -31,7 +32,9 @@ void paintStandIn(cairo_t* surface, const Rect& frame, const Rgba& colour) {
 }
 
 bool isKept(const DeviceGrid& grid, const Rect& pixels) {
-  return grid.hasPixels() && pixels.size.width * pixels.size.height <= largestKeptPixels;
+  const auto [width, height] = pixels.size;
+  return grid.hasPixels() && width <= largestKeptSide && height <= largestKeptSide &&
+         width * height <= largestKeptPixels;
 }
 
 }  // namespace

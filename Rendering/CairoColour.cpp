@@ -13,9 +13,14 @@ double component(double value) {
 
 }  // namespace
 
+Rgba drawableColour(const Rgba& colour) {
+  return {component(colour.red), component(colour.green), component(colour.blue),
+          component(colour.alpha)};
+}
+
 void setColour(cairo_t* surface, const Rgba& colour) {
-  cairo_set_source_rgba(surface, component(colour.red), component(colour.green),
-                        component(colour.blue), component(colour.alpha));
+  const Rgba drawn = drawableColour(colour);
+  cairo_set_source_rgba(surface, drawn.red, drawn.green, drawn.blue, drawn.alpha);
 }
 
 }  // namespace lanternfold

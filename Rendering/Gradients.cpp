@@ -1,8 +1,11 @@
 #include "Rendering/Gradients.h"
 
 #include <functional>
+#include <utility>
 
 #include <cairo.h>
+
+#include "Rendering/CairoColour.h"
 
 namespace lanternfold {
 namespace {
@@ -10,9 +13,11 @@ namespace {
 /// From the colour at 0 to that at 1, downwards.
 CairoPattern makePattern(const Rgba& start, const Rgba& end) {
   CairoPattern pattern(cairo_pattern_create_linear(0, 0, 0, 1));
-  cairo_pattern_add_color_stop_rgba(pattern.get(), 0, start.red, start.green, start.blue,
-                                    start.alpha);
-  cairo_pattern_add_color_stop_rgba(pattern.get(), 1, end.red, end.green, end.blue, end.alpha);
+  for (const auto& [place, colour] : {std::pair(0.0, start), std::pair(1.0, end)}) {
+    const Rgba drawn = drawableColour(colour);
+    cairo_pattern_add_color_stop_rgba(pattern.get(), place, drawn.red, drawn.green, drawn.blue,
+                                      drawn.alpha);
+  }
   return pattern;
 }
 
@@ -28,16 +33,12 @@ std::size_t Gradients::KeyHash::operator()(const Key& key) const {
   return hash;
 }
 
-void Gradients::fill(cairo_t* surface, const Rect& frame, const FillLinearGradient& gradient) {
-  const Key key{gradient.start, gradient.end};
-  const CairoPattern* pattern = patterns_.find(key);
-  if (pattern == nullptr) {
-    pattern = &patterns_.keep(key, makePattern(gradient.start, gradient.end));
-  }
-  const Rect& whole = gradient.frame;
+void Gradients::fill(cairo_t* surface, const Rect& frame, const Rgba& start, const Rgba& end) {
+  const CairoPattern* pattern = patterns_.find(Key{start, end});
+  if (pattern == nullptr) pattern = &patterns_.keep({start, end}, makePattern(start, end));
   cairo_matrix_t stretch;
-  cairo_matrix_init_scale(&stretch, 1, 1 / whole.size.height);
-  cairo_matrix_translate(&stretch, 0, -whole.top());
+  cairo_matrix_init_scale(&stretch, 1, 1 / frame.size.height);
+  cairo_matrix_translate(&stretch, 0, -frame.top());
   cairo_pattern_set_matrix(pattern->get(), &stretch);
   cairo_set_source(surface, pattern->get());
   cairo_rectangle(surface, frame.left(), frame.top(), frame.size.width, frame.size.height);

@@ -5,15 +5,16 @@
 
 #include "Rendering/BoundedCache.h"
 #include "Rendering/CairoHandles.h"
-#include "ViewTree/DrawList.h"
+#include "ViewTree/Colour.h"
+#include "ViewTree/Geometry.h"
 
 namespace lanternfold {
 
 /// Used on one thread.
 class Gradients {
  public:
-  /// Fills `frame`, which may be another one than the gradient's own, with its colours.
-  void fill(cairo_t* surface, const Rect& frame, const FillLinearGradient& gradient);
+  /// Fills `frame`, from its top to its bottom.
+  void fill(cairo_t* surface, const Rect& frame, const Rgba& start, const Rgba& end);
 
  private:
   struct Key {

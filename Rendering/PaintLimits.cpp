@@ -11,6 +11,10 @@ bool isDrawable(const Rect& frame) {
          frame.size.width > 0 && frame.size.height > 0;
 }
 
+bool isNearOrigin(const Rect& frame, double farthest) {
+  return nearOrigin(frame, farthest) == frame;
+}
+
 Rect nearOrigin(const Rect& frame, double farthest) {
   const auto near = [farthest](double edge) { return std::clamp(edge, -farthest, farthest); };
   const Point origin{near(frame.left()), near(frame.top())};

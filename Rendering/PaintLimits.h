@@ -17,6 +17,9 @@ inline constexpr double farthestPixel = 1e6;
 /// Whether `frame` has a size and its numbers are numbers.
 [[nodiscard]] bool isDrawable(const Rect& frame);
 
+/// Whether all of `frame` is no further from the origin than `farthest`.
+[[nodiscard]] bool isNearOrigin(const Rect& frame, double farthest);
+
 /// `frame` with its edges no further from the origin than `farthest`.
 [[nodiscard]] Rect nearOrigin(const Rect& frame, double farthest);
 

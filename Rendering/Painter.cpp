@@ -35,7 +35,7 @@ class CommandPainter {
 
   void operator()(const DrawText& command) {
     const Font& font = command.font;
-    if (!takesPlace(command.frame)) return;
+    if (!takesPlaceWhole(command.frame)) return;
     const TextLine& line = painter_.texts_.line(command.text, font);
     const LineMetrics metrics = painter_.texts_.metrics(font);
     const double above = (command.frame.size.height - metrics.height) / 2;
@@ -48,18 +48,18 @@ class CommandPainter {
   }
 
   void operator()(const DrawSymbol& command) {
-    if (takesPlace(command.frame)) painter_.assets_.paint(surface_, grid(), command);
+    if (takesPlaceWhole(command.frame)) painter_.assets_.paint(surface_, grid(), command);
   }
 
   void operator()(const DrawImage& command) {
-    if (takesPlace(command.frame)) painter_.assets_.paint(surface_, grid(), command);
+    if (takesPlaceWhole(command.frame)) painter_.assets_.paint(surface_, grid(), command);
   }
 
   void operator()(const StrokeCircle& command) {
-    if (!takesPlace(command.frame)) return;
+    if (!takesPlaceWhole(command.frame)) return;
     const Rect frame = grid().aligned(command.frame);
     const double radius = (std::min(frame.size.width, frame.size.height) - command.lineWidth) / 2;
-    if (!(radius > 0) || radius * grid().scale() > farthestPixel) return;
+    if (!(radius > 0) || !(command.lineWidth > 0)) return;
     setColour(surface_, command.colour);
     cairo_set_line_width(surface_, command.lineWidth);
     cairo_set_line_cap(surface_, CAIRO_LINE_CAP_BUTT);
@@ -80,7 +80,7 @@ class CommandPainter {
 
   void operator()(const FillLinearGradient& command) {
     if (!takesPlace(command.frame)) return;
-    painter_.gradients_.fill(surface_, reachable(command.frame), command);
+    painter_.gradients_.fill(surface_, reachable(command.frame), command.start, command.end);
   }
 
   void operator()(const BeginClip& command) {
@@ -121,9 +121,14 @@ class CommandPainter {
     return isWithinBudget_ && area > 0;
   }
 
-  /// `frame` between pixels, and within what can be drawn.
+  /// The same, for what cannot be drawn in part.
+  [[nodiscard]] bool takesPlaceWhole(const Rect& frame) {
+    return isNearOrigin(frame, farthestPixel / grid().scale()) && takesPlace(frame);
+  }
+
+  /// `frame` within what can be drawn, and between pixels.
   [[nodiscard]] Rect reachable(const Rect& frame) const {
-    return nearOrigin(grid().aligned(frame), farthestPixel / grid().scale());
+    return grid().aligned(nearOrigin(frame, farthestPixel / grid().scale()));
   }
 
   Painter& painter_;

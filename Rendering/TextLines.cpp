@@ -9,7 +9,9 @@
 #include <pango/pangocairo.h>
 
 #include "Rendering/BoundedCache.h"
+#include "Rendering/IsolatedAddresses.h"
 #include "Rendering/MissingGlyphs.h"
+#include "ViewTree/DisplayableText.h"
 
 namespace lanternfold {
 namespace {
@@ -35,6 +37,12 @@ std::string_view boundedText(std::string_view text) {
   std::size_t end = maximumLineBytes;
   while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
   return text.substr(0, end);
+}
+
+/// As pango takes it: valid, without an end in its midst.
+std::string shownText(std::string_view text) {
+  const bool isValid = g_utf8_validate_len(text.data(), text.size(), nullptr) == TRUE;
+  return isolatedAddresses(isValid ? text : displayableText(text));
 }
 
 std::size_t characterCount(std::string_view text) {
@@ -161,7 +169,7 @@ struct TextLines::State {
       line.width = static_cast<double>(characterCount(text)) * standInAdvance * font.size;
       return line;
     }
-    line.layout = makeLayout(text, font);
+    line.layout = makeLayout(shownText(text), font);
     PangoRectangle ink{};
     PangoRectangle logical{};
     pango_layout_line_get_extents(line.line(), &ink, &logical);
