@@ -46,6 +46,7 @@ inline constexpr NumberRule extentRule{0, largestArchivedLength};
 inline constexpr NumberRule unboundedExtentRule{0, largestArchivedLength, std::nullopt, true};
 inline constexpr NumberRule fractionRule{0, 1};
 inline constexpr CountRule lineLimitRule{mostArchivedLines};
+inline constexpr CountRule columnsRule{mostGridColumns};
 
 // The names of the cases, in their order.
 inline constexpr std::array<std::string_view, 2> truncationNames = {"middle", "tail"};
@@ -207,6 +208,18 @@ struct ArchivedNode<WholeRowsNode> : ArchivedStack {
   static void visit(Visitor& members, Node& node) {
     members.numbers("spacings", node.spacings, lengthRule);
     members.choice("alignment", node.alignment, horizontalNames, HorizontalAlignment::centre);
+  }
+};
+
+template <>
+struct ArchivedNode<WholeGridNode> : ArchivedStack {
+  static constexpr std::string_view type = "wholeGrid";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.count("columns", node.columns, columnsRule);
+    members.number("columnSpacing", node.columnSpacing, lengthRule.unless(0));
+    members.number("rowSpacing", node.rowSpacing, lengthRule.unless(0));
+    members.alignment("alignment", node.alignment);
   }
 };
 

@@ -75,6 +75,11 @@ View wholeRows(HorizontalAlignment alignment, std::vector<double> spacings,
   return {WholeRowsNode{std::move(spacings), alignment}, std::move(rows), std::nullopt};
 }
 
+View wholeGrid(const WholeGridNode& grid, std::vector<View> cells) {
+  if (grid.columns == 0) fatalError("a grid of views was made without a column");
+  return {grid, std::move(cells), std::nullopt};
+}
+
 View button(std::string intent, View face) {
   return around(ButtonNode{std::move(intent)}, std::move(face));
 }

@@ -5,6 +5,7 @@
 #include <utility>
 #include <variant>
 
+#include "ViewTree/GridLayout.h"
 #include "ViewTree/LayoutArithmetic.h"
 #include "ViewTree/ViewMeasurer.h"
 
@@ -71,6 +72,8 @@ class Placement {
       placeColumn(view.children, *column, placed, offer);
     } else if (const auto* rows = std::get_if<WholeRowsNode>(&node)) {
       placed.children.push_back(placeRows(view, *rows, placed.frame, offer));
+    } else if (const auto* grid = std::get_if<WholeGridNode>(&node)) {
+      placeGrid(view.children, *grid, placed, offer);
     } else if (const auto* layers = std::get_if<ZStackNode>(&node)) {
       for (const View& child : view.children) {
         placed.children.push_back(placeAligned(child, placed.frame, layers->alignment, offer));
@@ -134,6 +137,26 @@ class Placement {
     placed.accessibleDescription = accessibleDescription(shown.rows, context_.drawingTime);
     placeColumn(shown.rows, column, placed, offer);
     return placed;
+  }
+
+  /// Row by row, each as the stack that it is.
+  void placeGrid(std::span<const View> cells, const WholeGridNode& grid, LaidOutView& placed,
+                 const ProposedSize& offer) {
+    const Point origin = placed.frame.origin;
+    for (const GridRow& row : planGrid(grid, cells, offer, measurer_).rows) {
+      const std::span<const View> cellsOfRow = cells.subspan(row.first, row.count);
+      const Size whole{placed.frame.size.width, row.height};
+      const Rect area{{origin.x, origin.y + row.top}, whole};
+      LaidOutView line = unfilled(HStackNode{grid.alignment.vertical, row.spacing}, area);
+      line.accessibleDescription = accessibleDescription(cellsOfRow, context_.drawingTime);
+      Rect cell{area.origin, {row.cellWidth, row.height}};
+      for (const View& content : cellsOfRow) {
+        line.children.push_back(
+            placeAligned(content, cell, grid.alignment, {row.cellWidth, row.height}));
+        cell.origin.x += row.cellWidth + row.spacing;
+      }
+      placed.children.push_back(std::move(line));
+    }
   }
 
   const LayoutContext& context_;

@@ -115,6 +115,18 @@ struct WholeRowsNode {
   friend bool operator==(const WholeRowsNode&, const WholeRowsNode&) = default;
 };
 
+/// Cells in rows of `columns` each, from the leading end and from the top; those of a last row that
+/// is not full share its width. None of the rows is cut. How they share the room, and which of them
+/// are shown, says `planGrid` (ViewTree/GridLayout.h).
+struct WholeGridNode {
+  std::size_t columns = 1;  ///< at least one
+  double columnSpacing = 0;
+  double rowSpacing = 0;
+  /// Where a cell stands that takes less than its share of the width or its row's height.
+  Alignment alignment = topLeading;
+  friend bool operator==(const WholeGridNode&, const WholeGridNode&) = default;
+};
+
 /// One dimension of a frame: a fixed length, or bounds and an ideal, each optional.
 struct FrameLength {
   std::optional<double> fixed;
@@ -190,14 +202,16 @@ struct LayoutPriorityNode {
   friend bool operator==(const LayoutPriorityNode&, const LayoutPriorityNode&) = default;
 };
 
-using ViewNode = std::variant<TextNode, DrawingTimeNode, SymbolNode, ImageNode, CircleNode,
-                              RoundedRectangleNode, LinearGradientNode, EmptyNode, HStackNode,
-                              VStackNode, ZStackNode, FirstThatFitsNode, WholeRowsNode, FrameNode,
-                              PaddingNode, OffsetNode, BackgroundNode, OpacityNode, ForegroundNode,
-                              ClipNode, ColourSchemeNode, ButtonNode, LinkNode, LayoutPriorityNode>;
+using ViewNode =
+    std::variant<TextNode, DrawingTimeNode, SymbolNode, ImageNode, CircleNode, RoundedRectangleNode,
+                 LinearGradientNode, EmptyNode, HStackNode, VStackNode, ZStackNode,
+                 FirstThatFitsNode, WholeRowsNode, WholeGridNode, FrameNode, PaddingNode,
+                 OffsetNode, BackgroundNode, OpacityNode, ForegroundNode, ClipNode,
+                 ColourSchemeNode, ButtonNode, LinkNode, LayoutPriorityNode>;
 
-/// A node and its children. Stacks and rows have any number, a choice at least one, a background
-/// two, every other modifier one, the rest none; the functions that make views keep to that.
+/// A node and its children. Stacks, rows and grids have any number, a choice at least one, a
+/// background two, every other modifier one, the rest none; the functions that make views keep to
+/// that.
 struct View {
   ViewNode node;
   std::vector<View> children;

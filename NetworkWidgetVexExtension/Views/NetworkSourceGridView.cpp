@@ -31,7 +31,9 @@ View noSource(const WidgetEnvironment& environment) {
   FrameNode whole;
   whole.width.maximum = unlimited;
   whole.height.maximum = unlimited;
-  return text(environment.strings.localized("No source"), {NetworkWidgetDefaultStyle(environment).firstValueFont}).frame(whole);
+  return text(environment.strings.localized("No source"),
+              {NetworkWidgetDefaultStyle(environment).firstValueFont})
+      .frame(whole);
 }
 
 }  // namespace

@@ -129,7 +129,8 @@ std::optional<Rect> gradientFrame(const LaidOutView& view) {
 // The logo, wider than a narrow card, once pushed the gradient out of the picture.
 TEST_P(CardSweep, TheBackgroundAlwaysFillsThePicture) {
   for (int width = 0; width <= widestSweep; ++width) {
-    ASSERT_EQ(gradientFrame(card(width)), (Rect{{0, 0}, {static_cast<double>(width), widgetSize(GetParam().family).height}}));
+    ASSERT_EQ(gradientFrame(card(width)),
+              (Rect{{0, 0}, {static_cast<double>(width), widgetSize(GetParam().family).height}}));
   }
 }
 

@@ -38,6 +38,7 @@ inline std::vector<View> viewsOfEveryKind() {
       zstack(bottomLeading, two()),
       firstThatFits(FitAxes::horizontal, two()),
       wholeRows(HorizontalAlignment::leading, {9, 4, 1}, two()),
+      wholeGrid({2, 8, -5, bottomLeading}, two()),
       word().frame(frame),
       word().padding({1, -2, 3, 4}),
       word().offset(40, -40),
