@@ -12,7 +12,9 @@ bool isDrawable(const Rect& frame) {
 }
 
 bool isNearOrigin(const Rect& frame, double farthest) {
-  return nearOrigin(frame, farthest) == frame;
+  const auto isNear = [farthest](double edge) { return std::abs(edge) <= farthest; };
+  return isNear(frame.left()) && isNear(frame.top()) && isNear(frame.right()) &&
+         isNear(frame.bottom());
 }
 
 Rect nearOrigin(const Rect& frame, double farthest) {

@@ -157,6 +157,13 @@ TEST(PaintLimits, ClampEdgesNotSizes) {
   EXPECT_EQ(nearOrigin({{1, 2}, {3, 1}}, 5), (Rect{{1, 2}, {3, 1}}));
 }
 
+TEST(PaintLimits, KnowAFrameWhoseSumsAreRounded) {
+  EXPECT_TRUE(isNearOrigin({{102.3, 45.2}, {95.4, 9.7}}, 1e6));
+  EXPECT_TRUE(isNearOrigin({{0.1, 0.2}, {0.3, 0.7}}, 1e6));
+  EXPECT_FALSE(isNearOrigin({{999'999, 0}, {2, 1}}, 1e6));
+  EXPECT_FALSE(isNearOrigin({{0, -1e9}, {2, 1}}, 1e6));
+}
+
 TEST(PaintLimits, OfABudgetAreItsCoats) {
   PaintBudget budget(10);
   EXPECT_TRUE(budget.spend(10 * maximumCoats));
