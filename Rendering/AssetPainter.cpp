@@ -13,6 +13,8 @@ namespace {
 /// Larger drawings are made anew each time: 512 by 512 pixels are a megabyte.
 constexpr double largestKeptPixels = 512 * 512;
 constexpr double largestKeptSide = 4096;
+/// Larger drawings are cut down to it, in pixels.
+constexpr double largestSide = 16'384;
 /// Of these, a generation.
 constexpr std::size_t drawingsKept = 16;
 
@@ -29,6 +31,12 @@ void paintStandIn(cairo_t* surface, const Rect& frame, const Rgba& colour) {
   cairo_line_to(surface, right, bottom);
   cairo_stroke(surface);
   cairo_restore(surface);
+}
+
+/// `frame` with sides that librsvg can draw.
+Rect bounded(const Rect& frame, const DeviceGrid& grid) {
+  const auto side = [&](double length) { return std::min(length, largestSide / grid.scale()); };
+  return {frame.origin, {side(frame.size.width), side(frame.size.height)}};
 }
 
 bool isKept(const DeviceGrid& grid, const Rect& pixels) {
@@ -54,7 +62,7 @@ void AssetPainter::paint(cairo_t* surface, const DeviceGrid& grid, const DrawSym
   const Rect frame = grid.aligned(symbol.frame);
   const Rect pixels = roundedOut(grid.toPixels(frame));
   if (!isKept(grid, pixels)) {
-    paintLines(surface, frame, symbol.name, symbol.colour, symbol.strength);
+    paintLines(surface, bounded(frame, grid), symbol.name, symbol.colour, symbol.strength);
     return;
   }
   cairo_surface_t* const shape =
@@ -76,7 +84,7 @@ void AssetPainter::paint(cairo_t* surface, const DeviceGrid& grid, const DrawIma
   const Rect pixels = roundedOut(grid.toPixels(frame));
   const Rgba white{1, 1, 1, image.opacity};
   if (!isKept(grid, pixels)) {
-    paintLines(surface, frame, image.name, white, std::nullopt);
+    paintLines(surface, bounded(frame, grid), image.name, white, std::nullopt);
     return;
   }
   cairo_surface_t* const picture =
@@ -105,22 +113,21 @@ cairo_surface_t* AssetPainter::drawing(const Key& key) {
 
 void AssetPainter::paintLines(cairo_t* surface, const Rect& frame, const std::string& name,
                               const Rgba& colour, std::optional<double> strength) {
-  if (!assets_.has(name)) {
+  // On a surface of its own: a drawing that fails in its midst would leave the context behind as it
+  // then was.
+  const cairo_rectangle_t extents{frame.left(), frame.top(), frame.size.width, frame.size.height};
+  const CairoSurface lines(cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, &extents));
+  const CairoContext context(cairo_create(lines.get()));
+  if (!assets_.draw(context.get(), name, frame, colour, strength)) {
     paintStandIn(surface, frame, colour);
     return;
   }
   cairo_save(surface);
+  cairo_set_source_surface(surface, lines.get(), 0, 0);
   cairo_rectangle(surface, frame.left(), frame.top(), frame.size.width, frame.size.height);
   cairo_clip(surface);
-  const bool isTranslucent = colour.alpha < 1;
-  if (isTranslucent) cairo_push_group(surface);
-  const bool drawn = assets_.draw(surface, name, frame, colour, strength);
-  if (isTranslucent) {
-    cairo_pop_group_to_source(surface);
-    cairo_paint_with_alpha(surface, colour.alpha);
-  }
+  cairo_paint_with_alpha(surface, colour.alpha);
   cairo_restore(surface);
-  if (!drawn) paintStandIn(surface, frame, colour);
 }
 
 }  // namespace lanternfold

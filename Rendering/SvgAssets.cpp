@@ -27,10 +27,10 @@ std::string styleSheet(const Rgba& colour, std::optional<double> strength) {
   std::string sheet = "svg{color:rgb(" + std::to_string(byteOf(colour.red)) + ',' +
                       std::to_string(byteOf(colour.green)) + ',' +
                       std::to_string(byteOf(colour.blue)) + ")}";
-  if (!strength) return sheet;
+  // Every level is named each time: a drawing remembers what it was told before.
   for (int level = 1; level <= levels; ++level) {
-    const bool isReached = *strength * levels > level - 1;
-    if (!isReached) sheet += ".level" + std::to_string(level) + "{opacity:0.3}";
+    const bool isLit = !strength || *strength * levels > level - 1;
+    sheet += ".level" + std::to_string(level) + (isLit ? "{opacity:1}" : "{opacity:0.3}");
   }
   return sheet;
 }

@@ -68,11 +68,18 @@ TEST_F(HostileDrawList, WithAFrameOfAnyNumbersIsDrawn) {
                                     1e18, -1e300, infinite, -infinite, std::nan("")};
   for (const double one : numbers) {
     for (const double other : numbers) {
+      SCOPED_TRACE(testing::Message() << one << " and " << other);
       paint(everyCommand({{one, other}, {20, 20}}));
       paint(everyCommand({{0, 0}, {one, other}}));
       paint(everyCommand({{one, one}, {other, other}}));
     }
   }
+}
+
+// librsvg would leave a clip behind.
+TEST_F(HostileDrawList, WithASymbolAsThinAsAHairIsDrawn) {
+  paint({DrawSymbol{{{0, 0}, {1e-300, 1e5}}, "wifi", blue, 0.5}});
+  paint({DrawSymbol{{{0, 0}, {1e5, 1e-300}}, "wifi", blue, 0.5}});
 }
 
 TEST_F(HostileDrawList, WithARectangleFarBeyondThePictureFillsIt) {
