@@ -23,6 +23,8 @@ ChosenTypefaces::ChosenTypefaces(const std::vector<std::string>& folders)
     : before_(FcConfigReference(nullptr)) {
   std::string xml = "<?xml version=\"1.0\"?><!DOCTYPE fontconfig SYSTEM \"fonts.dtd\"><fontconfig>";
   for (const std::string& folder : folders) xml += "<dir>" + folder + "</dir>";
+  // Without this rule emoji, which are bitmaps, keep the size in which they are stored.
+  xml += "<include>/usr/share/fontconfig/conf.avail/10-scale-bitmap-fonts.conf</include>";
   xml += "<cachedir>" + testing::TempDir() + "lanternfold-fontconfig</cachedir></fontconfig>";
   FcConfig* const chosen = FcConfigCreate();
   const auto* const bytes = reinterpret_cast<const FcChar8*>(xml.c_str());

@@ -42,7 +42,7 @@ TEST_F(TextPainterTest, PaintsTheLettersBesideAnEmojiAsWithoutIt) {
       difference += std::abs((alone.at(x, y) >> 24U) / 255.0 - (beside.at(x, y) >> 24U) / 255.0);
     }
   }
-  EXPECT_LT(difference, 0.05 * alone.coverage());
+  EXPECT_LT(difference, 0.02 * alone.coverage());
 }
 
 TEST_F(TextPainterTest, GivesEmojiTheTextsOpacity) {
