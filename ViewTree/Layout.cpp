@@ -5,6 +5,7 @@
 #include <utility>
 #include <variant>
 
+#include "ViewTree/AccessoryRow.h"
 #include "ViewTree/GridLayout.h"
 #include "ViewTree/LayoutArithmetic.h"
 #include "ViewTree/ViewMeasurer.h"
@@ -74,6 +75,8 @@ class Placement {
       placed.children.push_back(placeRows(view, *rows, placed.frame, offer));
     } else if (const auto* grid = std::get_if<WholeGridNode>(&node)) {
       placeGrid(view.children, *grid, placed, offer);
+    } else if (const auto* parts = std::get_if<AccessoryRowNode>(&node)) {
+      placeAccessoryRow(view, *parts, placed, offer);
     } else if (const auto* layers = std::get_if<ZStackNode>(&node)) {
       for (const View& child : view.children) {
         placed.children.push_back(placeAligned(child, placed.frame, layers->alignment, offer));
@@ -112,6 +115,20 @@ class Placement {
       placed.children.push_back(
           place(children[index], {next.x, next.y + down}, plan.offers[index]));
       next.x += size.width + plan.spacing;
+    }
+  }
+
+  void placeAccessoryRow(const View& view, const AccessoryRowNode& row, LaidOutView& placed,
+                         const ProposedSize& offer) {
+    const AccessoryRowPlan plan = planAccessoryRow(view, offer, measurer_);
+    Point next = placed.frame.origin;
+    for (std::size_t part = 0; part < plan.offers.size(); ++part) {
+      if (!plan.offers[part]) continue;
+      const View& child = view.children[part];
+      const Size size = measurer_.measure(child, *plan.offers[part]);
+      const double down = alignedOffset(row.alignment, placed.frame.size.height, size.height);
+      placed.children.push_back(place(child, {next.x, next.y + down}, *plan.offers[part]));
+      next.x += size.width + row.spacing;
     }
   }
 

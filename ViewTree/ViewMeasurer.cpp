@@ -5,6 +5,7 @@
 #include <variant>
 
 #include "Support/TextPlaceholders.h"
+#include "ViewTree/AccessoryRow.h"
 #include "ViewTree/GridLayout.h"
 #include "ViewTree/LayoutArithmetic.h"
 
@@ -90,6 +91,9 @@ Size ViewMeasurer::computed(const View& view, const ProposedSize& offer) {
   }
   if (const auto* grid = std::get_if<WholeGridNode>(&node)) {
     return planGrid(*grid, view.children, offer, *this).size;
+  }
+  if (std::holds_alternative<AccessoryRowNode>(node)) {
+    return planAccessoryRow(view, offer, *this).size;
   }
   if (std::holds_alternative<ZStackNode>(node)) return layeredSize(view, offer);
   if (std::holds_alternative<FirstThatFitsNode>(node)) return measure(chosen(view, offer), offer);
