@@ -113,21 +113,29 @@ cairo_surface_t* AssetPainter::drawing(const Key& key) {
 
 void AssetPainter::paintLines(cairo_t* surface, const Rect& frame, const std::string& name,
                               const Rgba& colour, std::optional<double> strength) {
-  // On a surface of its own: a drawing that fails in its midst would leave the context behind as it
-  // then was.
-  const cairo_rectangle_t extents{frame.left(), frame.top(), frame.size.width, frame.size.height};
-  const CairoSurface lines(cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, &extents));
-  const CairoContext context(cairo_create(lines.get()));
-  if (!assets_.draw(context.get(), name, frame, colour, strength)) {
+  if (!canDraw(name, frame, colour, strength)) {
     paintStandIn(surface, frame, colour);
     return;
   }
   cairo_save(surface);
-  cairo_set_source_surface(surface, lines.get(), 0, 0);
   cairo_rectangle(surface, frame.left(), frame.top(), frame.size.width, frame.size.height);
   cairo_clip(surface);
-  cairo_paint_with_alpha(surface, colour.alpha);
+  if (colour.alpha < 1) cairo_push_group(surface);
+  const bool drawn = assets_.draw(surface, name, frame, colour, strength);
+  if (colour.alpha < 1) {
+    cairo_pop_group_to_source(surface);
+    cairo_paint_with_alpha(surface, colour.alpha);
+  }
   cairo_restore(surface);
+  if (!drawn) paintStandIn(surface, frame, colour);
+}
+
+bool AssetPainter::canDraw(const std::string& name, const Rect& frame, const Rgba& colour,
+                           std::optional<double> strength) {
+  const cairo_rectangle_t extents{frame.left(), frame.top(), frame.size.width, frame.size.height};
+  const CairoSurface trial(cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, &extents));
+  const CairoContext context(cairo_create(trial.get()));
+  return assets_.draw(context.get(), name, frame, colour, strength);
 }
 
 }  // namespace lanternfold

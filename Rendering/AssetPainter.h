@@ -46,6 +46,10 @@ class AssetPainter {
   void paintLines(cairo_t* surface, const Rect& frame, const std::string& name, const Rgba& colour,
                   std::optional<double> strength);
 
+  /// Tries it out, since a drawing that fails in its midst leaves a context as it then was.
+  [[nodiscard]] bool canDraw(const std::string& name, const Rect& frame, const Rgba& colour,
+                             std::optional<double> strength);
+
   SvgAssets assets_;
   BoundedCache<Key, CairoSurface, KeyHash, std::equal_to<>> drawings_;
 };

@@ -1,6 +1,11 @@
 #include "Rendering/PictureFile.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <string_view>
 #include <utility>
 
 #include <cairo-pdf.h>
@@ -31,6 +36,25 @@ CairoSurface makeSurface(PictureFormat format, Size pixels, std::string& bytes) 
   }
   return CairoSurface(cairo_image_surface_create(
       CAIRO_FORMAT_ARGB32, static_cast<int>(pixels.width), static_cast<int>(pixels.height)));
+}
+
+/// An SVG with its surfaces numbered from 0: cairo goes on counting from the last picture. Numbers
+/// stand behind the quotation mark or the hash that begins a name.
+std::string renumbered(const std::string& svg) {
+  constexpr std::string_view prefix = "surface";
+  std::string result;
+  std::map<std::string, std::size_t, std::less<>> numbers;
+  std::size_t copied = 0;
+  for (std::size_t at = svg.find(prefix); at != std::string::npos; at = svg.find(prefix, at + 1)) {
+    const std::size_t digits = at + prefix.size();
+    const std::size_t end = std::min(svg.find_first_not_of("0123456789", digits), svg.size());
+    const bool isName = at > 0 && (svg[at - 1] == '"' || svg[at - 1] == '#') && end > digits;
+    if (!isName) continue;
+    const auto number = numbers.emplace(svg.substr(digits, end - digits), numbers.size()).first;
+    result.append(svg, copied, digits - copied).append(std::to_string(number->second));
+    copied = end;
+  }
+  return result.append(svg, copied);
 }
 
 }  // namespace
@@ -67,7 +91,7 @@ std::expected<std::string, std::string> PictureFile::finish() {
     return std::unexpected(std::string("the picture cannot be drawn: ") +
                            cairo_status_to_string(status));
   }
-  return std::move(*bytes_);
+  return format_ == PictureFormat::svg ? renumbered(*bytes_) : std::move(*bytes_);
 }
 
 }  // namespace lanternfold

@@ -2,11 +2,14 @@
 #include <string>
 #include <vector>
 
+#include <cairo.h>
 #include <gtest/gtest.h>
+#include <librsvg/rsvg.h>
 
 #include "NetworkWidgetVexExtension/Views/NetworkAdapterWidgetEntryView.h"
 #include "Rendering/PictureRenderer.h"
 #include "Tests/NetworkWidgetVexExtension/CardStates.h"
+#include "Tests/Rendering/PaintedPixels.h"
 #include "Tests/Rendering/Picture.h"
 #include "ViewTree/Elements.h"
 
@@ -154,6 +157,63 @@ TEST(PictureRenderer, WritesScalableFormats) {
   EXPECT_THAT(pdf, testing::HasSubstr("%%EOF"));
 }
 
+/// An SVG as another program would show it.
+PaintedPixels shownSvg(const std::string& svg, std::size_t width, std::size_t height) {
+  const auto* const bytes = reinterpret_cast<const guint8*>(svg.data());
+  const SvgHandle handle(rsvg_handle_new_from_data(bytes, svg.size(), nullptr));
+  return PaintedPixels(width, height, 1, [&](cairo_t* surface) {
+    const RsvgRectangle whole{0, 0, static_cast<double>(width), static_cast<double>(height)};
+    EXPECT_EQ(rsvg_handle_render_document(handle.get(), surface, &whole, nullptr), TRUE);
+  });
+}
+
+TEST(PictureRenderer, WritesAnSvgThatLooksTheSame) {
+  const Picture png = decodedPng(rendered(cardOf(placeholderEntry()), mediumRequest()));
+  PictureRequest request = mediumRequest();
+  request.format = PictureFormat::svg;
+  const PaintedPixels svg =
+      shownSvg(rendered(cardOf(placeholderEntry()), request), png.width, png.height);
+  double difference = 0;  // in greens, which have most of the brightness
+  for (std::size_t y = 0; y < png.height; ++y) {
+    for (std::size_t x = 0; x < png.width; ++x) {
+      const auto green = [](std::uint32_t pixel) {
+        return static_cast<double>((pixel >> 8U) & 0xFFU);
+      };
+      difference += std::abs(green(png.at(x, y)) - green(svg.at(x, y)));
+    }
+  }
+  // A symbol or a text that is missing makes ten times as much.
+  EXPECT_LT(difference / static_cast<double>(png.width * png.height), 2.5);
+}
+
+TEST(PictureRenderer, GivesAPdfItsTitle) {
+  PictureRequest request = mediumRequest();
+  request.format = PictureFormat::pdf;
+  EXPECT_THAT(rendered(emptyView(), request), testing::Not(testing::HasSubstr("/Title")));
+  request.title = "Network Adapter";
+  EXPECT_THAT(rendered(emptyView(), request), testing::HasSubstr("/Title (Network Adapter)"));
+}
+
+TEST(PictureRenderer, MirrorsTheLayoutAndNotTheTexts) {
+  PictureRequest request = mediumRequest();
+  const View row = hstack(VerticalAlignment::centre, 0,
+                          {text("192.168.0.1", {{13}}), emptyView().frame(200, 20)});
+  const Picture leftToRight = decodedPng(rendered(row, request));
+  request.direction = LayoutDirection::rightToLeft;
+  const Picture rightToLeft = decodedPng(rendered(row, request));
+  const auto firstInk = [](const Picture& picture) {
+    std::size_t first = picture.width;
+    for (std::size_t y = 0; y < picture.height; ++y) {
+      for (std::size_t x = 0; x < first; ++x) {
+        if (picture.at(x, y) >> 24U > 128) first = x;
+      }
+    }
+    return first;
+  };
+  EXPECT_NEAR(static_cast<double>(firstInk(rightToLeft)),
+              static_cast<double>(firstInk(leftToRight)) + 200, 1);
+}
+
 TEST(PictureRenderer, RefusesAbsurdSizes) {
   PictureRequest request = mediumRequest();
   for (const double scale : {0.0, -1.0, std::numeric_limits<double>::infinity(),
@@ -173,8 +233,17 @@ TEST(PictureRenderer, RefusesAbsurdSizes) {
 }
 
 TEST(PictureRenderer, DrawsTheSamePictureEveryTime) {
-  EXPECT_TRUE(rendered(cardOf(longEntry()), mediumRequest()) ==
-              rendered(cardOf(longEntry()), mediumRequest()));
+  for (const PictureFormat format : {PictureFormat::png, PictureFormat::svg, PictureFormat::pdf}) {
+    PictureRequest request = mediumRequest();
+    request.format = format;
+    const std::string first = rendered(cardOf(longEntry()), request);
+    EXPECT_TRUE(rendered(cardOf(longEntry()), request) == first);
+    PictureRenderer renderer({assets, {}});
+    for (int again = 0; again < 3; ++again) {
+      EXPECT_TRUE(renderer.picture(cardOf(longEntry()), request) == first)
+          << static_cast<int>(format) << " " << again;
+    }
+  }
 }
 
 }  // namespace
