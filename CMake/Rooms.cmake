@@ -14,6 +14,7 @@ pkg_check_modules(udev REQUIRED IMPORTED_TARGET libudev)
 pkg_check_modules(pangocairo REQUIRED IMPORTED_TARGET pangocairo)
 pkg_check_modules(icu REQUIRED IMPORTED_TARGET icu-i18n icu-uc)
 pkg_check_modules(glib REQUIRED IMPORTED_TARGET glib-2.0)
+pkg_check_modules(fontconfig REQUIRED IMPORTED_TARGET fontconfig)
 pkg_check_modules(rsvg REQUIRED IMPORTED_TARGET librsvg-2.0)
 pkg_check_modules(sqlite REQUIRED IMPORTED_TARGET sqlite3)
 pkg_check_modules(curl REQUIRED IMPORTED_TARGET libcurl)
@@ -53,7 +54,8 @@ lanternfold_room(PlatformLinux USES NetworkMonitor/Metrics Platform Support
                            PkgConfig::curl PkgConfig::gio nlohmann_json::nlohmann_json resolv Threads::Threads)
 lanternfold_room(PlatformDarwin USES Platform Support)
 lanternfold_room(Rendering USES ViewTree Support
-                 LIBRARIES PkgConfig::pangocairo PkgConfig::rsvg PkgConfig::cairo_surfaces)
+                 LIBRARIES PkgConfig::pangocairo PkgConfig::fontconfig PkgConfig::rsvg
+                           PkgConfig::cairo_surfaces nlohmann_json::nlohmann_json)
 lanternfold_room(Wiring USES NetworkWidgetVexExtension WidgetService PlatformLinux NetworkMonitor
                              NetBase Platform Support
                  LIBRARIES CLI11::CLI11 PkgConfig::glib Threads::Threads)
