@@ -20,7 +20,16 @@
 
 namespace lanternfold {
 
-enum class ArchivedChildren { none, one, two, atLeastOne, any };
+/// The numbers are in their order.
+enum class ArchivedChildren { none, one, two, three, atLeastOne, any };
+
+/// How many children there must be; none for a kind that leaves it open.
+[[nodiscard]] constexpr std::optional<std::size_t> exactCount(ArchivedChildren children) {
+  if (children == ArchivedChildren::atLeastOne || children == ArchivedChildren::any) {
+    return std::nullopt;
+  }
+  return static_cast<std::size_t>(children);
+}
 
 /// What a number may be, and what it is when it is not there.
 struct NumberRule {
@@ -231,6 +240,18 @@ struct ArchivedNode<WholeGridNode> : ArchivedStack {
     members.number("columnSpacing", node.columnSpacing, lengthRule.unless(0));
     members.number("rowSpacing", node.rowSpacing, lengthRule.unless(0));
     members.alignment("alignment", node.alignment);
+  }
+};
+
+template <>
+struct ArchivedNode<AccessoryRowNode> : ArchivedKind<ArchivedChildren::three> {
+  static constexpr std::string_view type = "accessoryRow";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.choice("alignment", node.alignment, verticalNames, VerticalAlignment::centre);
+    members.number("spacing", node.spacing, lengthRule.unless(0));
+    members.number("besideLeading", node.besideLeading, extentRule.unless(0));
+    members.number("besideBoth", node.besideBoth, extentRule.unless(0));
   }
 };
 

@@ -53,6 +53,7 @@ struct Arranging {
 [[nodiscard]] Arrangement arranged(const FirstThatFitsNode& node, const Arranging& view);
 [[nodiscard]] Arrangement arranged(const WholeRowsNode& node, const Arranging& view);
 [[nodiscard]] Arrangement arranged(const WholeGridNode& node, const Arranging& view);
+[[nodiscard]] Arrangement arranged(const AccessoryRowNode& node, const Arranging& view);
 
 // One child, and what stands around or behind it.
 [[nodiscard]] Arrangement arranged(const FrameNode& node, const Arranging& view);

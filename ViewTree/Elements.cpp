@@ -80,6 +80,17 @@ View wholeGrid(const WholeGridNode& grid, std::vector<View> cells) {
   return {grid, std::move(cells), std::nullopt};
 }
 
+View accessoryRow(const AccessoryRowNode& row, View leading, View content, View trailing) {
+  if (row.besideBoth < row.besideLeading) {
+    fatalError("a content was to have less room beside two accessories than beside one");
+  }
+  std::vector<View> parts;
+  parts.push_back(std::move(leading));
+  parts.push_back(std::move(content));
+  parts.push_back(std::move(trailing));
+  return {row, std::move(parts), std::nullopt};
+}
+
 View button(std::string intent, View face) {
   return around(ButtonNode{std::move(intent)}, std::move(face));
 }

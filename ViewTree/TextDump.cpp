@@ -92,6 +92,11 @@ struct Describer {
               dumped(node.columnSpacing) + ' ' + dumped(node.rowSpacing) + ' ' +
               name(node.alignment);
   }
+  void operator()(const AccessoryRowNode& node) {
+    kind = "accessory-row";
+    figures = ' ' + name(node.alignment) + " spacing " + dumped(node.spacing) + " beside " +
+              dumped(node.besideLeading) + ' ' + dumped(node.besideBoth);
+  }
   void operator()(const FrameNode& node) {
     kind = "frame";
     figures = dumpedLength("width", node.width) + dumpedLength("height", node.height) + ' ' +

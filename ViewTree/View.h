@@ -127,6 +127,18 @@ struct WholeGridNode {
   friend bool operator==(const WholeGridNode&, const WholeGridNode&) = default;
 };
 
+/// A content between two accessories that step aside, the trailing one first, where the content
+/// would get too little room. What it loses to an accessory in a wider row it does not get in a
+/// narrower one, so that it never shows less in more room: without the trailing accessory it is
+/// offered `besideBoth` at the most, without both `besideLeading`. An empty view is no accessory.
+struct AccessoryRowNode {
+  VerticalAlignment alignment = VerticalAlignment::centre;
+  double spacing = 0;
+  double besideLeading = 0;  ///< the content's least width beside the leading accessory
+  double besideBoth = 0;     ///< its least width beside both, not below the other one
+  friend bool operator==(const AccessoryRowNode&, const AccessoryRowNode&) = default;
+};
+
 /// One dimension of a frame: a fixed length, or bounds and an ideal, each optional.
 struct FrameLength {
   std::optional<double> fixed;
@@ -214,16 +226,17 @@ struct VerticalGuideNode {
   friend bool operator==(const VerticalGuideNode&, const VerticalGuideNode&) = default;
 };
 
-using ViewNode = std::variant<TextNode, DrawingTimeNode, SymbolNode, ImageNode, CircleNode,
-                              RoundedRectangleNode, LinearGradientNode, EmptyNode, HStackNode,
-                              VStackNode, ZStackNode, FirstThatFitsNode, WholeRowsNode,
-                              WholeGridNode, FrameNode, PaddingNode, OffsetNode, BackgroundNode,
-                              OpacityNode, ForegroundNode, ClipNode, ColourSchemeNode, ButtonNode,
-                              LinkNode, LayoutPriorityNode, HorizontalGuideNode, VerticalGuideNode>;
+using ViewNode =
+    std::variant<TextNode, DrawingTimeNode, SymbolNode, ImageNode, CircleNode, RoundedRectangleNode,
+                 LinearGradientNode, EmptyNode, HStackNode, VStackNode, ZStackNode,
+                 FirstThatFitsNode, WholeRowsNode, WholeGridNode, AccessoryRowNode, FrameNode,
+                 PaddingNode, OffsetNode, BackgroundNode, OpacityNode, ForegroundNode, ClipNode,
+                 ColourSchemeNode, ButtonNode, LinkNode, LayoutPriorityNode, HorizontalGuideNode,
+                 VerticalGuideNode>;
 
-/// A node and its children. Stacks, rows and grids have any number, a choice at least one, a
-/// background two, every other modifier one, the rest none; the functions that make views keep to
-/// that.
+/// A node and its children. Stacks, rows and grids have any number, a choice at least one, a row of
+/// a content and its accessories three, a background two, every other modifier one, the rest none;
+/// the functions that make views keep to that.
 struct View {
   ViewNode node;
   std::vector<View> children;
