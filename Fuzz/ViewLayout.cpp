@@ -27,6 +27,7 @@ class SquareLetters final : public lanternfold::TextMeasurer {
                                           const lanternfold::Font& font) const override {
     return {static_cast<double>(text.size()) * font.size, font.size};
   }
+  [[nodiscard]] double baseline(const lanternfold::Font& font) const override { return font.size; }
 };
 
 struct Picture {

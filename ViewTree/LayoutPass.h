@@ -23,7 +23,8 @@ inline constexpr std::size_t mostLayoutSteps = 1'000'000;
 
 class LayoutPass {
  public:
-  explicit LayoutPass(const LayoutContext& context);
+  /// `root` is the view that is laid out, of which all others are parts.
+  LayoutPass(const View& root, const LayoutContext& context);
 
   [[nodiscard]] Size measure(LayoutNode& node, const ProposedSize& offer);
   /// The same with the guides that are moved.
@@ -43,6 +44,7 @@ class LayoutPass {
                                        std::span<const PlacedChild> children, Point origin);
 
   const LayoutContext& context_;
+  bool asksForBaselines_;
   LayoutSteps steps_;
   RememberingTextMeasurer texts_;
 };

@@ -101,6 +101,70 @@ TEST(Guides, OfWhatStandsBehindAreThoseOfTheContent) {
             (Frames{{{0, 4}, {10, 2}}, {{0, 0}, {10, 10}}}));
 }
 
+/// 0.9 of the size above its baseline.
+View letters(double size) { return text("ab", {{size}}); }
+
+TEST(FirstTextBaseline, AlignsTextsOfDifferentSizes) {
+  const View row =
+      hstack(VerticalAlignment::firstTextBaseline, 0, {letters(20), letters(10), box(4, 15)});
+  // The baseline stands at 18; a view without a text stands on it.
+  EXPECT_EQ(framesIn(row), (Frames{{{0, 0}, {20, 24}}, {{20, 9}, {10, 12}}, {{30, 3}, {4, 15}}}));
+  EXPECT_EQ(laidOut(row, {100, 100}).frame.size, (Size{34, 24}));
+}
+
+TEST(FirstTextBaseline, OfATightLineIsHigher) {
+  const View tight = text("ab", {{10, FontWeight::regular, FontLeading::tight}});
+  EXPECT_EQ(framesIn(hstack(VerticalAlignment::firstTextBaseline, 0, {letters(10), tight})),
+            (Frames{{{0, 0}, {10, 12}}, {{10, 1}, {10, 10}}}));
+}
+
+TEST(FirstTextBaseline, OfSeveralLinesIsThatOfTheFirst) {
+  const View paragraph = text("ab cd", {{10}, Truncation::tail, 1, 2}).frame(10, 24);
+  EXPECT_EQ(framesIn(hstack(VerticalAlignment::firstTextBaseline, 0, {letters(20), paragraph})),
+            (Frames{{{0, 0}, {20, 24}}, {{20, 9}, {10, 24}}}));
+}
+
+TEST(FirstTextBaseline, OfAShrunkenTextStandsWhereItIsPainted) {
+  // A font of 5 in a line of 12: the line of 6 begins at 3, its baseline 4.5 below.
+  const View shrunken = text("abcd", {{10}, Truncation::tail, 0.5}).frame(10, 12);
+  EXPECT_EQ(framesIn(hstack(VerticalAlignment::firstTextBaseline, 0, {letters(10), shrunken}))
+                .back()
+                .top(),
+            1.5);
+}
+
+TEST(FirstTextBaseline, OfStacksIsThatOfTheTopmostText) {
+  const View column =
+      vstack(HorizontalAlignment::leading, 1, {box(5, 6), letters(10), letters(10)});
+  // 6 and 1 above the text, 9 to its baseline: 16 of 18 are wanted.
+  EXPECT_EQ(
+      framesIn(hstack(VerticalAlignment::firstTextBaseline, 0, {letters(20), column})).back().top(),
+      2);
+  const View layers = zstack(topLeading, {letters(20), letters(10)});
+  EXPECT_EQ(
+      framesIn(hstack(VerticalAlignment::firstTextBaseline, 0, {letters(20), layers})).back().top(),
+      9);
+}
+
+TEST(FirstTextBaseline, ComesThroughModifiersRowsAndGrids) {
+  for (const View& view :
+       {letters(10).padding({3, 0, 0, 0}).foreground(Colour::white()),
+        wholeRows(HorizontalAlignment::leading, {0}, {letters(10)}).padding({3, 0, 0, 0}),
+        wholeGrid({1, 0, 0, topLeading}, {letters(10)}).padding({3, 0, 0, 0}),
+        firstThatFits(FitAxes::both, {letters(10).padding({3, 0, 0, 0})}),
+        letters(10).background(letters(40)).padding({3, 0, 0, 0})}) {
+    EXPECT_EQ(
+        framesIn(hstack(VerticalAlignment::firstTextBaseline, 0, {letters(20), view})).back().top(),
+        6);
+  }
+}
+
+TEST(FirstTextBaseline, MayBeMoved) {
+  const View moved = letters(20).alignmentGuide(VerticalAlignment::firstTextBaseline, -3);
+  EXPECT_EQ(framesIn(hstack(VerticalAlignment::firstTextBaseline, 0, {letters(20), moved})),
+            (Frames{{{0, 0}, {20, 24}}, {{20, 3}, {20, 24}}}));
+}
+
 TEST(Guides, BetweenUnlimitedLengthsStayNumbers) {
   const Dimensions endless{{unlimited, unlimited}, {}};
   const GuidePosition middle = positionOf(VerticalAlignment::centre, endless);

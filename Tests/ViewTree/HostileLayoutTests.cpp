@@ -27,6 +27,10 @@ class CountingTextMeasurer final : public TextMeasurer {
     return measurer_.measure(text, font);
   }
 
+  [[nodiscard]] double baseline(const Font& font) const override {
+    return measurer_.baseline(font);
+  }
+
   [[nodiscard]] std::size_t texts() const { return texts_; }
   [[nodiscard]] std::size_t bytes() const { return bytes_; }
 
