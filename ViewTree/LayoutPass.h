@@ -19,7 +19,7 @@
 
 namespace lanternfold {
 
-inline constexpr std::size_t mostLayoutSteps = 1'000'000;
+inline constexpr std::size_t mostLayoutSteps = 250'000;
 
 class LayoutPass {
  public:
