@@ -22,6 +22,7 @@
 #include "PlatformLinux/System/UdevHardwareDatabase.h"
 #include "PlatformLinux/Url/CurlUrlSessions.h"
 #include "Wiring/DataFolders.h"
+#include "Wiring/DistinctDiagnosticLog.h"
 #include "Wiring/FileDescriptorLimit.h"
 #include "Wiring/FileSoleRecorder.h"
 #include "Wiring/LinuxMainLoop.h"
@@ -40,17 +41,22 @@ constexpr int descriptorsOfACommand = 32;
 // queues, which finish the works that are running, before what those use.
 struct LinuxMachine::Parts {
   explicit Parts(const MachineOptions& options)
-      : diagnostics(options.diagnostics == DiagnosticsTarget::standardError ? stderr : stdout,
+      : diagnosticStream(options.diagnostics == DiagnosticsTarget::standardError ? stderr : stdout,
                     options.whenDiagnosticsStall == WhenDiagnosticsStall::loseLine
                         ? StreamDiagnosticLog::WhenFull::loseLine
                         : StreamDiagnosticLog::WhenFull::wait),
+        diagnostics(options.repeatedDiagnostics == RepeatedDiagnostics::dropped
+                        ? static_cast<DiagnosticLog&>(distinctDiagnostics)
+                        : diagnosticStream),
         dataDirectory(options.dataFolder),
         urlSessions(eventLoop, dispatch,
                     {.userAgent = std::string(programName) + "/" LANTERNFOLD_VERSION,
                      .certificateAuthoritiesFile = options.certificateAuthoritiesFile,
                      .proxies = proxyEnvironmentOfProcess()}) {}
 
-  StreamDiagnosticLog diagnostics;
+  StreamDiagnosticLog diagnosticStream;
+  DistinctDiagnosticLog distinctDiagnostics{diagnosticStream};
+  DiagnosticLog& diagnostics;
   SystemClock clock;
   GettextStringTable strings{"lanternfold", translationsFolder()};
   GettextStringTable mainBundleStrings{"lanternfold-main", translationsFolder()};

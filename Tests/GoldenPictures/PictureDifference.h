@@ -1,0 +1,55 @@
+// How different two pictures look: the measure by which golden pictures are compared.
+//
+// Two known measures, because each is blind to what the other sees. Structure: the structural
+// similarity index (SSIM) of the lightness, which falls where a text moves by a pixel or a row is
+// missing, and hardly notices how the edges of letters are smoothed. Colour: the CIE76 difference
+// of colours averaged over small windows, where smoothing averages out; 2.3 is what a person just
+// notices.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Tests/Rendering/Picture.h"
+
+namespace lanternfold {
+
+/// The side of the windows that are judged, in pixels; they overlap by half.
+inline constexpr std::size_t judgedWindow = 32;
+
+/// What blessed pictures and new ones may differ by in their worst window.
+struct PictureTolerance {
+  double colourDifference = 1.5;  ///< CIE76, at most
+  double similarity = 0.8;        ///< mean SSIM, 1 for the same, at least
+};
+
+/// One window that was judged.
+struct WindowDifference {
+  std::size_t x = 0;  ///< its left and its upper edge, in pixels
+  std::size_t y = 0;
+  double colourDifference = 0;
+  double similarity = 1;
+
+  [[nodiscard]] bool exceeds(const PictureTolerance& tolerance) const {
+    return colourDifference > tolerance.colourDifference || similarity < tolerance.similarity;
+  }
+};
+
+/// Every window of two pictures of the same size, composited on a mid grey so that transparency
+/// counts.
+[[nodiscard]] std::vector<WindowDifference> windowDifferences(const Picture& one,
+                                                              const Picture& other);
+
+/// A sentence on how they differ, worst place first; none when they look the same. Pictures of
+/// different sizes always differ.
+[[nodiscard]] std::optional<std::string> describedDifference(
+    const Picture& blessed, const Picture& actual, const PictureTolerance& tolerance = {});
+
+/// `actual` faded, with the windows that exceed the tolerance in red. Pictures of different sizes
+/// are shown from their common corner, what only one of them has in red.
+[[nodiscard]] Picture differencePicture(const Picture& blessed, const Picture& actual,
+                                        const PictureTolerance& tolerance = {});
+
+}  // namespace lanternfold
