@@ -88,6 +88,15 @@ class CommandPainter {
     cairo_fill(surface_);
   }
 
+  void operator()(const BeginClip& command) {
+    cairo_save(surface_);
+    cairo_new_path(surface_);
+    addRoundedRectangle(surface_, command.frame, command.cornerRadius);
+    cairo_clip(surface_);
+  }
+
+  void operator()(const EndClip&) { cairo_restore(surface_); }
+
  private:
   cairo_t* surface_;
   AssetFolder& assets_;

@@ -4,12 +4,14 @@
 // Read by: the encoder and the decoder, each with a visitor that has
 //   text(name, std::string&)            url(name, std::string&)
 //   number(name, double&, NumberRule)   optionalNumber(name, std::optional<double>&, NumberRule)
+//   count(name, std::size_t&, CountRule)
 //   numbers(name, std::vector<double>&, NumberRule)
 //   choice(name, Enumeration&, names, standard)
 //   alignment(name, Alignment&)         colour(name, Colour&)
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <optional>
 #include <string_view>
 
@@ -32,15 +34,23 @@ struct NumberRule {
   }
 };
 
+/// What a whole number may be from 1, and what it is when it is not there.
+struct CountRule {
+  std::size_t most = 0;
+  std::size_t standard = 1;
+};
+
 /// In either direction, as spacings and offsets go.
 inline constexpr NumberRule lengthRule{-largestArchivedLength, largestArchivedLength};
 inline constexpr NumberRule extentRule{0, largestArchivedLength};
 inline constexpr NumberRule unboundedExtentRule{0, largestArchivedLength, std::nullopt, true};
 inline constexpr NumberRule fractionRule{0, 1};
+inline constexpr CountRule lineLimitRule{mostArchivedLines};
 
 // The names of the cases, in their order.
 inline constexpr std::array<std::string_view, 2> truncationNames = {"middle", "tail"};
 inline constexpr std::array<std::string_view, 2> fontWeightNames = {"regular", "bold"};
+inline constexpr std::array<std::string_view, 2> colourSchemeNames = {"light", "dark"};
 inline constexpr std::array<std::string_view, 2> fontLeadingNames = {"standard", "tight"};
 inline constexpr std::array<std::string_view, 3> fitAxesNames = {"horizontal", "vertical", "both"};
 inline constexpr std::array<std::string_view, 3> horizontalNames = {"leading", "centre",
@@ -83,6 +93,8 @@ struct ArchivedNode<TextNode> : ArchivedLeaf {
     visitFont(members, node.font);
     members.choice("truncation", node.truncation, truncationNames, Truncation::tail);
     members.number("minimumScale", node.minimumScale, fractionRule.unless(1));
+    members.count("lineLimit", node.lineLimit, lineLimitRule);
+    members.choice("alignment", node.alignment, horizontalNames, HorizontalAlignment::leading);
   }
 };
 
@@ -103,6 +115,7 @@ struct ArchivedNode<SymbolNode> : ArchivedLeaf {
   static void visit(Visitor& members, Node& node) {
     members.text("name", node.name);
     members.optionalNumber("pointSize", node.pointSize, extentRule);
+    members.optionalNumber("strength", node.strength, fractionRule);
   }
 };
 
@@ -261,6 +274,24 @@ struct ArchivedNode<ForegroundNode> : ArchivedModifier {
   template <typename Visitor, typename Node>
   static void visit(Visitor& members, Node& node) {
     members.colour("colour", node.colour);
+  }
+};
+
+template <>
+struct ArchivedNode<ClipNode> : ArchivedModifier {
+  static constexpr std::string_view type = "clip";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.number("cornerRadius", node.cornerRadius, extentRule.unless(0));
+  }
+};
+
+template <>
+struct ArchivedNode<ColourSchemeNode> : ArchivedModifier {
+  static constexpr std::string_view type = "colourScheme";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.choice("scheme", node.scheme, colourSchemeNames, ColourScheme::light);
   }
 };
 

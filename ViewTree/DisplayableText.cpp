@@ -1,10 +1,8 @@
 #include "ViewTree/DisplayableText.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <optional>
-#include <vector>
 
 namespace lanternfold {
 namespace {
@@ -53,38 +51,6 @@ bool isDirectionalOverride(char32_t value) {
   return (value >= 0x202A && value <= 0x202E) || (value >= 0x2066 && value <= 0x2069);
 }
 
-/// Whether a cut before this character would tear it from the one it belongs to.
-bool joinsThePrevious(char32_t value) {
-  return (value >= 0x0300 && value <= 0x036F) || (value >= 0xFE00 && value <= 0xFE0F) ||
-         (value >= 0x1F3FB && value <= 0x1F3FF) || (value >= 0x20D0 && value <= 0x20FF) ||
-         value == 0x200D;
-}
-
-/// The offsets at which `text` may be cut, 0 and its end included.
-std::vector<std::size_t> cutPositions(std::string_view text) {
-  std::vector<std::size_t> positions{0};
-  bool joining = false;
-  std::size_t offset = 0;
-  while (offset < text.size()) {
-    const Character character = firstCharacter(text.substr(offset)).value_or(Character{0xFFFD, 1});
-    const bool joins = joining || joinsThePrevious(character.value);
-    if (!joins && offset != 0) positions.push_back(offset);
-    joining = character.value == 0x200D;
-    offset += character.length;
-  }
-  if (!text.empty()) positions.push_back(text.size());
-  return positions;
-}
-
-/// `kept` characters of the text and an ellipsis in place of the others.
-std::string withEllipsis(std::string_view text, const std::vector<std::size_t>& cuts,
-                         Truncation truncation, std::size_t kept) {
-  const std::size_t atTheEnd = truncation == Truncation::middle ? kept / 2 : 0;
-  const std::size_t head = cuts[kept - atTheEnd];
-  const std::size_t tail = cuts[cuts.size() - 1 - atTheEnd];
-  return std::string(text.substr(0, head)).append(ellipsis).append(text.substr(tail));
-}
-
 }  // namespace
 
 std::string displayableText(std::string_view text) {
@@ -105,24 +71,6 @@ std::string displayableText(std::string_view text) {
     ++count;
   }
   return shown;
-}
-
-std::string shortenedText(std::string_view text, Truncation truncation, double width,
-                          const std::function<double(std::string_view)>& widthOf) {
-  if (widthOf(text) <= width) return std::string(text);
-  if (widthOf(ellipsis) > width) return {};
-  const std::vector<std::size_t> cuts = cutPositions(text);
-  std::size_t fits = 0;
-  std::size_t tooMany = cuts.size() - 1;
-  while (tooMany - fits > 1) {
-    const std::size_t middle = fits + (tooMany - fits) / 2;
-    if (widthOf(withEllipsis(text, cuts, truncation, middle)) <= width) {
-      fits = middle;
-    } else {
-      tooMany = middle;
-    }
-  }
-  return withEllipsis(text, cuts, truncation, fits);
 }
 
 }  // namespace lanternfold

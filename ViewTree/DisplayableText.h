@@ -1,14 +1,11 @@
-// Making texts fit to show: UTF-8 that is valid, one line, bounded; and shortening them to a width.
+// Making texts fit to show: UTF-8 that is valid, one line, bounded.
 //
-// Pure functions. Used by: the functions that make views, the layout.
+// Pure functions. Used by: the functions that make views, the archive.
 #pragma once
 
 #include <cstddef>
-#include <functional>
 #include <string>
 #include <string_view>
-
-#include "ViewTree/View.h"
 
 namespace lanternfold {
 
@@ -19,11 +16,5 @@ inline constexpr std::size_t maximumShownCharacters = 512;
 /// control character or line separator a space, and directional overrides vanish, so that a name
 /// from outside cannot turn round the texts beside it.
 [[nodiscard]] std::string displayableText(std::string_view text);
-
-/// The longest form of `text` whose width is at most `width`: the text itself, or as many of its
-/// characters as go beside an ellipsis, or nothing. `text` is valid UTF-8; `widthOf` measures a
-/// text and grows with its length.
-[[nodiscard]] std::string shortenedText(std::string_view text, Truncation truncation, double width,
-                                        const std::function<double(std::string_view)>& widthOf);
 
 }  // namespace lanternfold

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -15,7 +16,7 @@
 
 namespace lanternfold {
 
-/// One line in the middle of the frame's height.
+/// One line in the middle of the frame's height, from the frame's left side.
 struct DrawText {
   Rect frame;
   std::string text;  ///< plain, one line, never markup
@@ -28,6 +29,7 @@ struct DrawSymbol {
   Rect frame;
   std::string name;
   Rgba colour;
+  std::optional<double> strength;  ///< 0 to 1, of a symbol that shows one
   friend bool operator==(const DrawSymbol&, const DrawSymbol&) = default;
 };
 
@@ -62,18 +64,31 @@ struct FillLinearGradient {
   friend bool operator==(const FillLinearGradient&, const FillLinearGradient&) = default;
 };
 
+/// Nothing is drawn outside the rounded rectangle until the `EndClip` that belongs to it.
+struct BeginClip {
+  Rect frame;
+  double cornerRadius = 0;
+  friend bool operator==(const BeginClip&, const BeginClip&) = default;
+};
+
+/// Ends the last clip that was begun and has not ended.
+struct EndClip {
+  friend bool operator==(const EndClip&, const EndClip&) = default;
+};
+
 using DrawCommand = std::variant<DrawText, DrawSymbol, DrawImage, StrokeCircle,
-                                 FillRoundedRectangle, FillLinearGradient>;
+                                 FillRoundedRectangle, FillLinearGradient, BeginClip, EndClip>;
+/// Clips are nested: each that is begun ends, and none ends that was not begun.
 using DrawList = std::vector<DrawCommand>;
 
 struct DrawContext {
   const ColourPalette& palette;
-  ColourScheme scheme = ColourScheme::light;
+  ColourScheme scheme = ColourScheme::light;  ///< where the view does not say another one
   /// Told, in a line each, of colours that the palette lacks; a mid grey stands in for them.
   std::function<void(std::string_view)> report;
 };
 
-/// Nodes without an area or without opacity are left out.
+/// Nodes without an area or without opacity are left out, and clips around nothing.
 [[nodiscard]] DrawList makeDrawList(const LaidOutView& view, const DrawContext& context);
 
 }  // namespace lanternfold

@@ -20,17 +20,22 @@ View around(ViewNode node, View content) {
 }  // namespace
 
 View text(std::string_view content, const TextStyle& style) {
-  return leaf(TextNode{displayableText(content), style.font, style.truncation, style.minimumScale});
+  return leaf(TextNode{displayableText(content), style.font, style.truncation, style.minimumScale,
+                       style.lineLimit, style.alignment});
 }
 
 View drawingTime(std::string_view format, const Font& font) {
   return leaf(DrawingTimeNode{displayableText(format), font});
 }
 
-View symbol(std::string name) { return leaf(SymbolNode{std::move(name), std::nullopt}); }
+View symbol(std::string name) { return symbol(std::move(name), SymbolStyle{}); }
 
 View symbol(std::string name, double pointSize) {
-  return leaf(SymbolNode{std::move(name), pointSize});
+  return symbol(std::move(name), SymbolStyle{pointSize, std::nullopt});
+}
+
+View symbol(std::string name, const SymbolStyle& style) {
+  return leaf(SymbolNode{std::move(name), style.pointSize, style.strength});
 }
 
 View image(std::string name) { return leaf(ImageNode{std::move(name)}); }

@@ -2,6 +2,8 @@
 // are no UTF-8, control characters and unbounded length never reach the layout.
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,6 +16,14 @@ struct TextStyle {
   Font font;
   Truncation truncation = Truncation::tail;
   double minimumScale = 1;
+  /// Above 1 the text wraps: `minimumScale` is for single lines.
+  std::size_t lineLimit = 1;
+  HorizontalAlignment alignment = HorizontalAlignment::leading;
+};
+
+struct SymbolStyle {
+  std::optional<double> pointSize;  ///< absent: as large as its frame allows
+  std::optional<double> strength;   ///< 0 to 1, of a symbol that shows one
 };
 
 [[nodiscard]] View text(std::string_view content, const TextStyle& style);
@@ -21,6 +31,7 @@ struct TextStyle {
 [[nodiscard]] View drawingTime(std::string_view format, const Font& font);
 [[nodiscard]] View symbol(std::string name);
 [[nodiscard]] View symbol(std::string name, double pointSize);
+[[nodiscard]] View symbol(std::string name, const SymbolStyle& style);
 [[nodiscard]] View image(std::string name);
 [[nodiscard]] View circle(double lineWidth);
 [[nodiscard]] View roundedRectangle(double cornerRadius, Colour fill);

@@ -1,25 +1,62 @@
 #include "ViewTree/FittedText.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <string_view>
 
-#include "ViewTree/DisplayableText.h"
+#include "ViewTree/ShortenedText.h"
 
 namespace lanternfold {
+namespace {
 
-FittedText fittedText(const TextNode& node, std::optional<double> width,
+/// Room for heights that are equal but for rounding.
+constexpr double tolerance = 0.001;
+
+/// How many lines of `height` have room in what is offered.
+std::size_t linesWithin(const TextNode& node, double height, std::optional<double> offered) {
+  if (node.lineLimit <= 1 || !offered || height <= 0) return node.lineLimit;
+  const double room = (*offered + tolerance) / height;
+  if (room >= static_cast<double>(node.lineLimit)) return node.lineLimit;
+  return room < 1 ? 1 : static_cast<std::size_t>(room);
+}
+
+void wrap(const TextNode& node, double width, std::size_t lineLimit, const TextWidth& widthOf,
+          FittedText& fitted) {
+  const std::vector<WrappedLine> lines =
+      wrappedText(node.text, node.truncation, width, lineLimit, widthOf);
+  fitted.lines.clear();
+  for (const WrappedLine& line : lines) fitted.lines.push_back({line.text, 0});
+  fitted.text = node.text.substr(0, lines.back().start) + lines.back().text;
+}
+
+}  // namespace
+
+FittedText fittedText(const TextNode& node, const ProposedSize& offer,
                       const TextMeasurer& measurer) {
-  FittedText fitted{node.text, node.font, measurer.measure(node.text, node.font)};
-  if (!width || fitted.size.width <= *width) return fitted;
-  if (node.minimumScale < 1) {
+  const Size whole = measurer.measure(node.text, node.font);
+  FittedText fitted{node.text, {{node.text, whole.width}}, node.font, whole};
+  if (!offer.width || whole.width <= *offer.width) return fitted;
+  if (node.lineLimit <= 1 && node.minimumScale < 1) {
     // A little less than the ratio says, because letters do not scale to the last bit.
-    const double scale = std::max(node.minimumScale, 0.99 * *width / fitted.size.width);
+    const double scale = std::max(node.minimumScale, 0.99 * *offer.width / whole.width);
     fitted.font.size = node.font.size * scale;
   }
-  fitted.text = shortenedText(node.text, node.truncation, *width, [&](std::string_view text) {
+  const auto widthOf = [&](std::string_view text) {
     return measurer.measure(text, fitted.font).width;
-  });
-  fitted.size.width = measurer.measure(fitted.text, fitted.font).width;
+  };
+  const std::size_t limit = linesWithin(node, whole.height, offer.height);
+  if (limit <= 1) {
+    fitted.text = shortenedText(node.text, node.truncation, *offer.width, widthOf);
+    fitted.lines = {{fitted.text, 0}};
+  } else {
+    wrap(node, *offer.width, limit, widthOf, fitted);
+  }
+  fitted.size.width = 0;
+  for (FittedLine& line : fitted.lines) {
+    line.width = widthOf(line.text);
+    fitted.size.width = std::max(fitted.size.width, line.width);
+  }
+  fitted.size.height = whole.height * static_cast<double>(fitted.lines.size());
   return fitted;
 }
 

@@ -57,6 +57,9 @@ struct ProposedSize {
 enum class HorizontalAlignment { leading, centre, trailing };
 enum class VerticalAlignment { top, centre, bottom };
 
+/// Where a line of the user's language begins; leading is that side.
+enum class LayoutDirection { leftToRight, rightToLeft };
+
 struct Alignment {
   HorizontalAlignment horizontal = HorizontalAlignment::centre;
   VerticalAlignment vertical = VerticalAlignment::centre;

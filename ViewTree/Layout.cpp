@@ -18,13 +18,11 @@ class Placement {
 
   /// `view` with its top left corner at `origin`, for what its parent offers it.
   LaidOutView place(const View& view, Point origin, const ProposedSize& offer) {
-    LaidOutView placed{view.node, {origin, measurer_.measure(view, offer)},          {},
-                       {},        accessibleDescription(view, context_.drawingTime), {}};
+    LaidOutView placed = unfilled(view.node, {origin, measurer_.measure(view, offer)});
+    placed.accessibleDescription = accessibleDescription(view, context_.drawingTime);
     if (std::holds_alternative<TextNode>(view.node) ||
         std::holds_alternative<DrawingTimeNode>(view.node)) {
-      FittedText shown = measurer_.shownText(view, offer);
-      placed.shownText = std::move(shown.text);
-      placed.shownFont = shown.font;
+      placeText(view, placed, offer);
     } else if (!view.children.empty()) {
       placeChildren(view, placed, offer);
     }
@@ -42,6 +40,27 @@ class Placement {
   }
 
  private:
+  static LaidOutView unfilled(ViewNode node, const Rect& frame) {
+    return {std::move(node), frame, {}, {}, {}, {}, {}};
+  }
+
+  void placeText(const View& view, LaidOutView& placed, const ProposedSize& offer) {
+    FittedText fitted = measurer_.shownText(view, offer);
+    const auto* words = std::get_if<TextNode>(&view.node);
+    const HorizontalAlignment alignment =
+        words != nullptr ? words->alignment : HorizontalAlignment::leading;
+    const Rect& frame = placed.frame;
+    const double height = frame.size.height / static_cast<double>(fitted.lines.size());
+    double top = frame.top();
+    for (FittedLine& line : fitted.lines) {
+      const double left = frame.left() + alignedOffset(alignment, frame.size.width, line.width);
+      placed.shownLines.push_back({std::move(line.text), {{left, top}, {line.width, height}}});
+      top += height;
+    }
+    placed.shownText = std::move(fitted.text);
+    placed.shownFont = fitted.font;
+  }
+
   void placeChildren(const View& view, LaidOutView& placed, const ProposedSize& offer) {
     const ViewNode& node = view.node;
     const View& only = view.children.front();
@@ -111,8 +130,8 @@ class Placement {
                         const ProposedSize& offer) {
     const ShownRows shown = measurer_.shownRows(view, offer);
     const VStackNode column{rows.alignment, shown.spacing};
-    LaidOutView placed{
-        column, frame, {}, {}, accessibleDescription(shown.rows, context_.drawingTime), {}};
+    LaidOutView placed = unfilled(column, frame);
+    placed.accessibleDescription = accessibleDescription(shown.rows, context_.drawingTime);
     placeColumn(shown.rows, column, placed, offer);
     return placed;
   }
@@ -121,11 +140,21 @@ class Placement {
   ViewMeasurer measurer_;
 };
 
+void mirror(LaidOutView& view, double width) {
+  const auto mirrorFrame = [width](Rect& frame) { frame.origin.x = width - frame.right(); };
+  mirrorFrame(view.frame);
+  for (ShownLine& line : view.shownLines) mirrorFrame(line.frame);
+  for (LaidOutView& child : view.children) mirror(child, width);
+}
+
 }  // namespace
 
 LaidOutView layOut(const View& view, Size size, const LayoutContext& context) {
   Placement placement(context);
-  return placement.placeAligned(view, {{0, 0}, size}, centred, {size.width, size.height});
+  LaidOutView laidOut =
+      placement.placeAligned(view, {{0, 0}, size}, centred, {size.width, size.height});
+  if (context.direction == LayoutDirection::rightToLeft) mirror(laidOut, size.width);
+  return laidOut;
 }
 
 }  // namespace lanternfold

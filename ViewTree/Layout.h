@@ -13,12 +13,22 @@
 
 namespace lanternfold {
 
+/// A line of a text in its place.
+struct ShownLine {
+  std::string text;
+  Rect frame;
+
+  friend bool operator==(const ShownLine&, const ShownLine&) = default;
+};
+
 /// One view in its place; `frame` is in the coordinates of the whole picture.
 struct LaidOutView {
   ViewNode node;
   Rect frame;
   /// What a text shows, shortened to its place; empty for every other node.
   std::string shownText;
+  /// The lines of such a text, from the top.
+  std::vector<ShownLine> shownLines;
   /// The font a text is shown in: the node's, or smaller when it had to shrink.
   Font shownFont;
   std::string accessibleDescription;
@@ -31,6 +41,9 @@ struct LayoutContext {
   const TextMeasurer& measurer;
   /// The time of drawing, formatted for the user.
   std::string drawingTime;
+  /// From right to left the finished layout is that of a mirror: leading is the right side, and
+  /// what an offset moves goes the other way. Texts and pictures are placed so, not turned.
+  LayoutDirection direction = LayoutDirection::leftToRight;
 };
 
 /// Lays `view` out in the middle of a picture of `size`, which it is offered whole.

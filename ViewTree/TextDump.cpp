@@ -34,6 +34,10 @@ std::string dumpedLength(const char* dimension, const FrameLength& length) {
   return text;
 }
 
+std::string dumpedStrength(const std::optional<double>& strength) {
+  return strength ? " strength " + dumped(*strength) : "";
+}
+
 /// A node's kind and its own figures.
 struct Describer {
   std::string kind;
@@ -41,12 +45,14 @@ struct Describer {
 
   void operator()(const TextNode& node) {
     kind = "text";
-    figures = node.truncation == Truncation::middle ? " middle" : "";
+    if (node.truncation == Truncation::middle) figures += " middle";
+    if (node.lineLimit != 1) figures += " lines " + std::to_string(node.lineLimit);
+    if (node.alignment != HorizontalAlignment::leading) figures += ' ' + name(node.alignment);
   }
   void operator()(const DrawingTimeNode&) { kind = "drawing-time"; }
   void operator()(const SymbolNode& node) {
     kind = "symbol";
-    figures = ' ' + node.name;
+    figures = ' ' + node.name + dumpedStrength(node.strength);
   }
   void operator()(const ImageNode& node) {
     kind = "image";
@@ -106,6 +112,14 @@ struct Describer {
     kind = "foreground";
     figures = ' ' + dumped(node.colour);
   }
+  void operator()(const ClipNode& node) {
+    kind = "clip";
+    figures = " radius " + dumped(node.cornerRadius);
+  }
+  void operator()(const ColourSchemeNode& node) {
+    kind = "colour-scheme";
+    figures = node.scheme == ColourScheme::light ? " light" : " dark";
+  }
   void operator()(const ButtonNode& node) {
     kind = "button";
     figures = ' ' + node.intent;
@@ -126,7 +140,10 @@ void addNode(const LaidOutView& view, std::size_t depth, std::string& dump) {
   dump +=
       std::string(depth * 2, ' ') + describer.kind + ' ' + dumped(view.frame) + describer.figures;
   if (!view.shownText.empty()) {
-    dump += ' ' + dumped(view.shownFont) + ' ' + quoted(view.shownText);
+    dump += ' ' + dumped(view.shownFont);
+    for (const ShownLine& line : view.shownLines) {
+      dump += (&line == &view.shownLines.front() ? " " : " / ") + quoted(line.text);
+    }
   }
   if (view.accessibleDescription != view.shownText) {
     dump += " -- " + quoted(view.accessibleDescription);
@@ -141,7 +158,8 @@ struct CommandDescriber {
            dumped(command.font) + ' ' + quoted(command.text);
   }
   std::string operator()(const DrawSymbol& command) const {
-    return "symbol " + dumped(command.frame) + ' ' + dumped(command.colour) + ' ' + command.name;
+    return "symbol " + dumped(command.frame) + ' ' + dumped(command.colour) + ' ' + command.name +
+           dumpedStrength(command.strength);
   }
   std::string operator()(const DrawImage& command) const {
     return "image " + dumped(command.frame) + ' ' + command.name + " opacity " +
@@ -159,6 +177,10 @@ struct CommandDescriber {
     return "linear-gradient " + dumped(command.frame) + ' ' + dumped(command.start) + " to " +
            dumped(command.end);
   }
+  std::string operator()(const BeginClip& command) const {
+    return "clip " + dumped(command.frame) + " radius " + dumped(command.cornerRadius);
+  }
+  std::string operator()(const EndClip&) const { return "end-clip"; }
 };
 
 }  // namespace
@@ -171,7 +193,12 @@ std::string textDump(const LaidOutView& view) {
 
 std::string textDump(const DrawList& list) {
   std::string dump;
-  for (const DrawCommand& command : list) dump += std::visit(CommandDescriber{}, command) + '\n';
+  std::size_t clips = 0;
+  for (const DrawCommand& command : list) {
+    if (std::holds_alternative<EndClip>(command) && clips > 0) --clips;
+    dump += std::string(clips * 2, ' ') + std::visit(CommandDescriber{}, command) + '\n';
+    if (std::holds_alternative<BeginClip>(command)) ++clips;
+  }
   return dump;
 }
 

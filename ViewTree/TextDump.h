@@ -9,11 +9,11 @@
 
 namespace lanternfold {
 
-/// Each line: indentation by depth, kind, "x,y widthxheight", the node's own figures, the text in
-/// quotes, and the accessible description after "--" where it differs from the text.
+/// Each line: indentation by depth, kind, "x,y widthxheight", the node's own figures, the lines of
+/// a text in quotes, and the accessible description after "--" where it differs from the text.
 [[nodiscard]] std::string textDump(const LaidOutView& view);
 
-/// Each line: kind, place, colours as #RRGGBBAA, figures, text.
+/// Each line: kind, place, colours as #RRGGBBAA, figures, text; what a clip cuts stands indented.
 [[nodiscard]] std::string textDump(const DrawList& list);
 
 }  // namespace lanternfold

@@ -48,6 +48,14 @@ View View::foreground(Colour colour) && {
   return modified(ForegroundNode{std::move(colour)}, std::move(*this));
 }
 
+View View::clipped(double cornerRadius) && {
+  return modified(ClipNode{cornerRadius}, std::move(*this));
+}
+
+View View::colourScheme(ColourScheme scheme) && {
+  return modified(ColourSchemeNode{scheme}, std::move(*this));
+}
+
 View View::layoutPriority(double priority) && {
   return modified(LayoutPriorityNode{priority}, std::move(*this));
 }

@@ -4,6 +4,7 @@
 // Made by: the extension. Read by: the layout.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <span>
 #include <string>
@@ -21,11 +22,15 @@ namespace lanternfold {
 enum class Truncation { middle, tail };
 
 struct TextNode {
-  std::string text;  ///< one line of valid UTF-8
+  std::string text;  ///< one paragraph of valid UTF-8
   Font font;
   Truncation truncation = Truncation::tail;
-  /// How far the font may shrink before the text is shortened: 1 for not at all.
+  /// How far the font of a single line may shrink before the text is shortened: 1 for not at all.
   double minimumScale = 1;
+  /// The lines into which the text may be broken where it is too wide, the last of them shortened.
+  std::size_t lineLimit = 1;
+  /// Where shorter lines stand among longer ones.
+  HorizontalAlignment alignment = HorizontalAlignment::leading;
   friend bool operator==(const TextNode&, const TextNode&) = default;
 };
 
@@ -40,6 +45,8 @@ struct DrawingTimeNode {
 struct SymbolNode {
   std::string name;
   std::optional<double> pointSize;
+  /// Of a symbol that shows one: 0 to 1, how many of its bars are lit.
+  std::optional<double> strength;
   friend bool operator==(const SymbolNode&, const SymbolNode&) = default;
 };
 
@@ -153,6 +160,18 @@ struct ForegroundNode {
   friend bool operator==(const ForegroundNode&, const ForegroundNode&) = default;
 };
 
+/// Cuts off what the child draws outside its frame, whose corners are rounded.
+struct ClipNode {
+  double cornerRadius = 0;
+  friend bool operator==(const ClipNode&, const ClipNode&) = default;
+};
+
+/// Everything below is painted in this scheme, whatever that of the picture.
+struct ColourSchemeNode {
+  ColourScheme scheme = ColourScheme::light;
+  friend bool operator==(const ColourSchemeNode&, const ColourSchemeNode&) = default;
+};
+
 /// The child is the button's face; a press performs the intent of that name.
 struct ButtonNode {
   std::string intent;
@@ -175,7 +194,7 @@ using ViewNode = std::variant<TextNode, DrawingTimeNode, SymbolNode, ImageNode, 
                               RoundedRectangleNode, LinearGradientNode, EmptyNode, HStackNode,
                               VStackNode, ZStackNode, FirstThatFitsNode, WholeRowsNode, FrameNode,
                               PaddingNode, OffsetNode, BackgroundNode, OpacityNode, ForegroundNode,
-                              ButtonNode, LinkNode, LayoutPriorityNode>;
+                              ClipNode, ColourSchemeNode, ButtonNode, LinkNode, LayoutPriorityNode>;
 
 /// A node and its children. Stacks and rows have any number, a choice at least one, a background
 /// two, every other modifier one, the rest none; the functions that make views keep to that.
@@ -193,6 +212,8 @@ struct View {
   [[nodiscard]] View background(View behind, Alignment alignment = centred) &&;
   [[nodiscard]] View opacity(double light, double dark) &&;
   [[nodiscard]] View foreground(Colour colour) &&;
+  [[nodiscard]] View clipped(double cornerRadius) &&;
+  [[nodiscard]] View colourScheme(ColourScheme scheme) &&;
   [[nodiscard]] View layoutPriority(double priority) &&;
   /// The name is made fit to show, as texts are.
   [[nodiscard]] View accessible(std::string_view name) &&;

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <optional>
 #include <utility>
@@ -56,6 +57,16 @@ class ArchiveReader {
                       const NumberRule& rule) {
     const ArchiveValue* const value = find(*object_, name);
     if (value != nullptr) number = numberOf(*value, name, rule);
+  }
+
+  void count(std::string_view name, std::size_t& count, const CountRule& rule) {
+    const ArchiveValue* const value = find(*object_, name);
+    count = rule.standard;
+    if (value == nullptr) return;
+    const double number = numberOf(*value, name, {1, static_cast<double>(rule.most)});
+    if (fault_) return;
+    if (number != std::floor(number)) return fail(name, "It is not a whole number.");
+    count = static_cast<std::size_t>(number);
   }
 
   void numbers(std::string_view name, std::vector<double>& numbers, const NumberRule& rule) {

@@ -63,6 +63,13 @@ class ArchiveWriter {
     if (value) number(name, *value, rule);
   }
 
+  void count(std::string_view name, std::size_t value, const CountRule& rule) {
+    const std::size_t bounded = std::clamp(value, std::size_t{1}, rule.most);
+    if (bounded == rule.standard) return;
+    member(name);
+    json_ += std::to_string(bounded);
+  }
+
   void numbers(std::string_view name, const std::vector<double>& values, const NumberRule& rule) {
     member(name);
     json_ += '[';

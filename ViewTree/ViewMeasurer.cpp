@@ -97,11 +97,12 @@ Size ViewMeasurer::computed(const View& view, const ProposedSize& offer) {
 
 FittedText ViewMeasurer::shownText(const View& view, const ProposedSize& offer) const {
   if (const auto* time = std::get_if<DrawingTimeNode>(&view.node)) {
-    const TextNode node{fillPlaceholders(time->format, {context_.drawingTime}), time->font,
-                        Truncation::tail, 1};
-    return fittedText(node, offer.width, context_.measurer);
+    TextNode node;
+    node.text = fillPlaceholders(time->format, {context_.drawingTime});
+    node.font = time->font;
+    return fittedText(node, offer, context_.measurer);
   }
-  return fittedText(std::get<TextNode>(view.node), offer.width, context_.measurer);
+  return fittedText(std::get<TextNode>(view.node), offer, context_.measurer);
 }
 
 const View& ViewMeasurer::chosen(const View& choice, const ProposedSize& offer) {

@@ -18,8 +18,7 @@ SourceListItem networkRow(const WlanInterface& wlan, const StringTable& strings)
     return {.label = interface.name, .value = wlan.currentNetwork->ssid, .labelRequired = true};
   }
   if (interface.supportsIPv4 || interface.supportsIPv6) {
-    return {.label = strings.localized("SSID"),
-            .value = strings.localized("SSID Unvailable, location access needed")};
+    return {.label = strings.localized("SSID"), .value = withheldNameText(strings)};
   }
   return {
       .label = interface.name, .value = strings.localized("Not connected"), .labelRequired = true};
@@ -45,6 +44,10 @@ void appendNetworkRows(SourceList& rows, const WlanNetwork& network, const Strin
 }
 
 }  // namespace
+
+std::string withheldNameText(const StringTable& strings) {
+  return strings.localized("SSID Unvailable, location access needed");
+}
 
 SourceList WlanInterface::listRepresentation(const StringTable&) const { return {}; }
 

@@ -32,6 +32,9 @@ struct WlanInterface {
   return wlan.interface.metrics;
 }
 
+/// What stands in place of a network's name that may not be shown.
+[[nodiscard]] std::string withheldNameText(const StringTable& strings);
+
 static_assert(NetworkSource<WlanInterface>);
 
 }  // namespace lanternfold

@@ -30,7 +30,7 @@ View BandwidthMonitorEntryView::body(const WidgetEnvironment& environment) const
   column.push_back(gauge());
   View tile = vstack(HorizontalAlignment::centre, 0, std::move(column))
                   .frame(whole)
-                  .padding(contentPadding)
+                  .padding(NetworkWidgetDefaultStyle(environment).padding)
                   .background(roundedRectangle(0, Colour::named(accentColour)))
                   .foreground(Colour::white());
   return link(bandwidthMonitorUrl, std::move(tile))

@@ -17,13 +17,14 @@ constexpr double rowsBesideIcon = 40;
 }  // namespace
 
 View MissingAdapterView::body(const WidgetEnvironment& environment) const {
+  const TextStyle style{.font = NetworkWidgetDefaultStyle(environment).valueFont, .lineLimit = 2};
   const auto line = [&](const char* key) {
-    return text(environment.strings.localized(key), {valueFont});
+    return text(environment.strings.localized(key), style);
   };
   std::vector<View> lines;
   lines.push_back(
       SourceListItemView{{name, environment.strings.localized("Not available"), true}, true}
-          .body());
+          .body(environment));
   lines.push_back(line("It is gone, or cannot be read now."));
   lines.push_back(line("Its card comes back with it."));
   FrameNode rows;
@@ -32,7 +33,7 @@ View MissingAdapterView::body(const WidgetEnvironment& environment) const {
   rows.alignment = topLeading;
   View explanation = vstack(HorizontalAlignment::leading, 4, std::move(lines)).frame(rows);
   std::vector<View> parts;
-  parts.push_back(NetworkSourceIconView{NetworkSourceCategory::other()}.body().opacity(0.5, 0.5));
+  parts.push_back(NetworkSourceIconView{NetworkSourceCategory::other()}.body(environment).opacity(0.5, 0.5));
   parts.push_back(explanation);
   std::vector<View> choices;
   choices.push_back(hstack(VerticalAlignment::centre, 5, std::move(parts)));

@@ -24,11 +24,12 @@ View card(const AdapterChoice& choice, const WidgetEnvironment& environment) {
 
 }  // namespace
 
-View NetworkAdapterWidgetEntryView::body(const WidgetEnvironment& environment) const {
+View NetworkAdapterWidgetEntryView::body(const WidgetEnvironment& outer) const {
+  WidgetEnvironment environment = outer;
+  environment.showsTimestamp = entry.configuration.showTimestamp.value_or(false);
   const AdapterChoice choice = chooseAdapter(entry.configuration, entry.networkState.others,
                                              environment.preferredInterfaceNames);
-  return networkWidget(card(choice, environment), entry.configuration.showTimestamp.value_or(false),
-                       environment);
+  return networkWidget(card(choice, environment), environment);
 }
 
 }  // namespace lanternfold

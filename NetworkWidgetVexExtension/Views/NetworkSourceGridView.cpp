@@ -21,11 +21,17 @@ NetworkSourceView sourceView(const NetworkSourceGridView& grid, const AnyNetwork
   return {NetworkSourceView::Direction::horizontal, source, rowLimit, !grid.hideBytesMeters};
 }
 
+/// Narrow, and hardly varying: cards that share a widget should not look as if they were of two.
+std::vector<double> spacingsBesideOthers(DisplayMode mode) {
+  return mode == DisplayMode::large ? std::vector<double>{5, 3, 2, 1}
+                                    : std::vector<double>{3, 2, 1};
+}
+
 View noSource(const WidgetEnvironment& environment) {
   FrameNode whole;
   whole.width.maximum = unlimited;
   whole.height.maximum = unlimited;
-  return text(environment.strings.localized("No source"), {firstValueFont}).frame(whole);
+  return text(environment.strings.localized("No source"), {NetworkWidgetDefaultStyle(environment).firstValueFont}).frame(whole);
 }
 
 }  // namespace
@@ -37,8 +43,10 @@ std::optional<DisplayMode> NetworkSourceGridView::displayModeOf(int rawValue) {
   return std::nullopt;
 }
 
-View NetworkSourceGridView::body(const WidgetEnvironment& environment) const {
-  if (sources.empty()) return noSource(environment);
+View NetworkSourceGridView::body(const WidgetEnvironment& outer) const {
+  if (sources.empty()) return noSource(outer);
+  WidgetEnvironment environment = outer;
+  if (sources.size() > 1) environment.rowSpacings = spacingsBesideOthers(displayMode);
   std::vector<View> cards;
   cards.reserve(sources.size());
   for (const AnyNetworkSource& source : sources) {

@@ -1,5 +1,7 @@
 #include "NetworkWidgetVexExtension/Views/NetworkSourceIconView.h"
 
+#include <algorithm>
+
 #include "ViewTree/Elements.h"
 
 namespace lanternfold {
@@ -11,8 +13,18 @@ std::string symbolNameOf(NetworkSourceCategory category) {
   return "bolt.circle";
 }
 
-View NetworkSourceIconView::body() const {
-  return symbol(symbolNameOf(sourceCategory)).frame(18, 18);
+double strengthOf(std::int64_t signalDbm) {
+  constexpr double weakestDbm = -100;
+  constexpr double strongestDbm = -50;
+  const double share =
+      (static_cast<double>(signalDbm) - weakestDbm) / (strongestDbm - weakestDbm);
+  return std::clamp(share, 0.0, 1.0);
+}
+
+View NetworkSourceIconView::body(const WidgetEnvironment& environment) const {
+  SymbolStyle style;
+  if (sourceCategory == NetworkSourceCategory::wlan()) style.strength = environment.signalStrength;
+  return symbol(symbolNameOf(sourceCategory), style).frame(18, 18);
 }
 
 }  // namespace lanternfold

@@ -26,6 +26,9 @@ std::vector<AnyNetworkSource> sourcesOf(const NetworkState& state,
   if (shown.contains(NetworkSourceCategory::wlan()) && state.wlan) {
     sources.emplace_back(*state.wlan);
   }
+  if (shown.contains(NetworkSourceCategory::cellular()) && state.cellular) {
+    sources.emplace_back(*state.cellular);
+  }
   const bool isFull =
       environment.widgetFamily == WidgetFamily::small && sources.size() >= sourcesOfASmallWidget;
   if (isFull || !shown.contains(NetworkSourceCategory::other())) return sources;
@@ -35,12 +38,13 @@ std::vector<AnyNetworkSource> sourcesOf(const NetworkState& state,
 
 }  // namespace
 
-View NetworkStateWidgetEntryView::body(const WidgetEnvironment& environment) const {
+View NetworkStateWidgetEntryView::body(const WidgetEnvironment& outer) const {
+  WidgetEnvironment environment = outer;
+  environment.showsTimestamp = entry.configuration.showTimestamp.value_or(false);
   NetworkSourceGridView grid;
   grid.sources = sourcesOf(entry.networkState, environment);
   grid.displayMode = displayModeOf(environment.widgetFamily);
-  return networkWidget(grid.body(environment), entry.configuration.showTimestamp.value_or(false),
-                       environment);
+  return networkWidget(grid.body(environment), environment);
 }
 
 }  // namespace lanternfold

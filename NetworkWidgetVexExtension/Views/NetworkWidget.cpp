@@ -10,12 +10,12 @@
 
 namespace lanternfold {
 
-View networkWidget(View content, bool showTimestamp, const WidgetEnvironment& environment) {
+View networkWidget(View content, const WidgetEnvironment& environment) {
   std::vector<View> layers;
-  layers.push_back(networkWidgetDefaultStyle(std::move(content)));
+  layers.push_back(NetworkWidgetDefaultStyle(environment).body(std::move(content)));
   layers.push_back(refreshButtonInCorner(environment));
   return zstack(topCentre, std::move(layers))
-      .background(BackgroundView{showTimestamp}.body(environment));
+      .background(BackgroundView{environment.showsTimestamp}.body(environment));
 }
 
 NetworkSourceGridView::DisplayMode displayModeOf(WidgetFamily family) {

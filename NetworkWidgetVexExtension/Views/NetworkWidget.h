@@ -7,8 +7,8 @@
 
 namespace lanternfold {
 
-[[nodiscard]] View networkWidget(View content, bool showTimestamp,
-                                 const WidgetEnvironment& environment);
+/// With the time of drawing where the environment says so.
+[[nodiscard]] View networkWidget(View content, const WidgetEnvironment& environment);
 
 /// How a widget of this family shows its sources.
 [[nodiscard]] NetworkSourceGridView::DisplayMode displayModeOf(WidgetFamily family);

@@ -1,14 +1,20 @@
 #include "NetworkWidgetVexExtension/Views/SourceListItemView.h"
 
+#include <cstddef>
 #include <utility>
 #include <vector>
 
-#include "NetworkWidgetVexExtension/Views/SentenceView.h"
+#include "NetworkMonitor/Model/WlanInterface.h"
 #include "NetworkWidgetVexExtension/Views/SimpleLabelView.h"
 #include "NetworkWidgetVexExtension/Views/WidgetStyle.h"
 #include "ViewTree/Elements.h"
 
 namespace lanternfold {
+namespace {
+
+constexpr std::size_t linesOfASentence = 4;
+
+}  // namespace
 
 Truncation truncationOf(std::string_view value) {
   const std::string_view firstWord = value.substr(0, value.find(' '));
@@ -20,9 +26,14 @@ Truncation truncationOf(std::string_view value) {
   return isDotted || isColonSeparated ? Truncation::middle : Truncation::tail;
 }
 
-View SourceListItemView::body() const {
-  const TextStyle style{isFirstItem ? firstValueFont : valueFont, truncationOf(item.value)};
-  View value = text(item.value, style);
+View SourceListItemView::body(const WidgetEnvironment& environment) const {
+  const NetworkWidgetDefaultStyle style(environment);
+  TextStyle valueStyle{isFirstItem ? style.firstValueFont : style.valueFont,
+                       truncationOf(item.value), smallestValueScale};
+  if (item.value == withheldNameText(environment.strings)) {
+    valueStyle.lineLimit = linesOfASentence;
+  }
+  View value = text(item.value, valueStyle);
   if (item.label.empty()) return value;
   View label = SimpleLabelView{item.label}.body().layoutPriority(1);
   if (item.value.empty()) return label;
@@ -33,8 +44,7 @@ View SourceListItemView::body() const {
   if (item.labelRequired) return whole;
   std::vector<View> choices;
   choices.push_back(std::move(whole));
-  choices.push_back(isSentence(item.value) ? SentenceView{item.value, style}.body()
-                                           : std::move(value));
+  choices.push_back(std::move(value));
   return firstThatFits(FitAxes::horizontal, std::move(choices));
 }
 

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "NetworkMonitor/Model/SourceListItem.h"
+#include "NetworkWidgetVexExtension/Views/WidgetEnvironment.h"
 #include "ViewTree/View.h"
 
 namespace lanternfold {
@@ -13,8 +14,9 @@ struct SourceListItemView {
   bool isFirstItem = false;
 
   /// A label or value that is empty is left out. A label that is not required goes when the whole
-  /// row has no room.
-  [[nodiscard]] View body() const;
+  /// row has no room. What the system itself has to say in place of a value stands on several lines
+  /// where it needs them.
+  [[nodiscard]] View body(const WidgetEnvironment& environment) const;
 };
 
 /// Where `value` may be shortened: an address in the middle, because both of its ends tell it from

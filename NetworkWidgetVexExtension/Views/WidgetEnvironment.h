@@ -3,6 +3,7 @@
 // Made by: `makeWidgetEnvironment`, for each entry that is drawn. Read by: every view's `body`.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -42,6 +43,13 @@ struct WidgetEnvironment {
   std::vector<std::string> preferredInterfaceNames = {};
   /// Whether the system draws buttons in widgets; one that does not shows no refresh button.
   bool supportsButtons = true;
+  /// Whether the background shows the time of drawing, which needs room below the rows.
+  bool showsTimestamp = false;
+  /// The space between a source's rows where they all have room, and where they have less and less;
+  /// set by the grid, so that the sources of a widget look alike.
+  std::vector<double> rowSpacings = {12, 9, 6, 4, 2, 1};
+  /// How well the Wi-Fi network is received, 0 to 1; absent without one. Set by the source's view.
+  std::optional<double> signalStrength = {};
 };
 
 /// `strings` outlives the environment.

@@ -2,10 +2,40 @@
 
 #include <utility>
 
-namespace lanternfold {
+#include "NetworkWidgetVexExtension/Views/RefreshButton.h"
 
-View networkWidgetDefaultStyle(View content) {
-  return std::move(content).padding(contentPadding).foreground(Colour::named(foregroundColour));
+namespace lanternfold {
+namespace {
+
+/// Values of a small widget are set smaller, so that an address fits beside its label.
+double valueSize(WidgetFamily family) {
+  switch (family) {
+    case WidgetFamily::small:
+      return 11;
+    case WidgetFamily::medium:
+      return 12;
+    case WidgetFamily::large:
+      return 13;
+  }
+  return 12;
+}
+
+/// What surrounds a widget's content. The last row stays above the line of the time of drawing.
+EdgeInsets contentPadding(const WidgetEnvironment& environment) {
+  const double side = environment.widgetFamily == WidgetFamily::small ? 14 : 16;
+  const double timestamp = refreshButtonInset + refreshButtonSide + 1;
+  return {side, side, environment.showsTimestamp ? timestamp : side, side};
+}
+
+}  // namespace
+
+NetworkWidgetDefaultStyle::NetworkWidgetDefaultStyle(const WidgetEnvironment& environment)
+    : padding(contentPadding(environment)),
+      valueFont{valueSize(environment.widgetFamily), FontWeight::regular},
+      firstValueFont{valueSize(environment.widgetFamily), FontWeight::bold} {}
+
+View NetworkWidgetDefaultStyle::body(View content) const {
+  return std::move(content).padding(padding).foreground(Colour::named(foregroundColour));
 }
 
 }  // namespace lanternfold

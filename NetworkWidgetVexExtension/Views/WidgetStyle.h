@@ -1,21 +1,21 @@
-// The measures and fonts that the widgets' views share.
+// The measures, fonts and colours that the widgets' views share.
 #pragma once
 
+#include <vector>
+
+#include "NetworkWidgetVexExtension/Views/WidgetEnvironment.h"
 #include "ViewTree/TextMeasurer.h"
 #include "ViewTree/View.h"
 
 namespace lanternfold {
 
-/// What surrounds a widget's content.
-inline constexpr double contentPadding = 16;
 /// How far the refresh button stands from the widget's corner.
 inline constexpr double refreshButtonInset = 8;
 
 inline constexpr Font smallFont{8, FontWeight::regular};
 inline constexpr Font smallBoldFont{8, FontWeight::bold};
-inline constexpr Font valueFont{13, FontWeight::regular};
-/// The first row stands out by weight, never by size.
-inline constexpr Font firstValueFont{13, FontWeight::bold};
+/// How far a value may shrink before it is shortened.
+inline constexpr double smallestValueScale = 0.85;
 
 /// The names of the colour pairs that the views use.
 inline constexpr const char* gradientStartColour = "BackgroundGradientStart";
@@ -24,7 +24,17 @@ inline constexpr const char* accentColour = "AccentColor";
 inline constexpr const char* foregroundColour = "Foreground";
 inline constexpr const char* labelColour = "LabelForeground";
 
-/// The style of a widget's content: foreground colour and padding.
-[[nodiscard]] View networkWidgetDefaultStyle(View content);
+/// The style of a widget's content, as its family and its corner allow.
+struct NetworkWidgetDefaultStyle {
+  EdgeInsets padding;
+  Font valueFont;
+  /// The first row stands out by weight, never by size.
+  Font firstValueFont;
+
+  explicit NetworkWidgetDefaultStyle(const WidgetEnvironment& environment);
+
+  /// `content` in the style's padding and foreground colour.
+  [[nodiscard]] View body(View content) const;
+};
 
 }  // namespace lanternfold

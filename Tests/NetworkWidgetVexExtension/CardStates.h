@@ -1,37 +1,24 @@
-// The states of the widgets' cards that several tests look at.
+// Every widget, in every family, in every state that tests look at.
 #pragma once
 
+#include <array>
 #include <functional>
 #include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "NetworkWidgetVexExtension/Views/BandwidthMonitorEntryView.h"
 #include "NetworkWidgetVexExtension/Views/NetworkAdapterWidgetEntryView.h"
 #include "NetworkWidgetVexExtension/Views/NetworkStateWidgetEntryView.h"
+#include "Tests/NetworkWidgetVexExtension/SampleStates.h"
 #include "Tests/Support/FakeStringTable.h"
 #include "Tests/Support/MetricTextMeasurer.h"
 #include "ViewTree/Layout.h"
 
 namespace lanternfold {
 
-inline NetworkAdapterEntry placeholderEntry() {
-  return {{}, NetworkState::placeholder(true, FakeStringTable()), {}};
-}
-
-inline BasicInterface sampleInterface(std::string name = "eth0") {
-  BasicInterface interface;
-  interface.active = true;
-  interface.displayName = "Virtio network device";
-  interface.name = std::move(name);
-  interface.type = InterfaceType::ethernet;
-  interface.supportsIPv4 = true;
-  interface.IPv4 = {{"172.17.30.214", "255.255.0.0", "172.17.0.1", "172.17.0.1/16"}};
-  interface.hwAddress = "02:42:AC:11:1E:D6";
-  interface.metrics.recvBytes = 987'654'321;
-  interface.metrics.sentBytes = 848;
-  return interface;
-}
+inline NetworkAdapterEntry placeholderEntry() { return {{}, placeholderState(), {}}; }
 
 inline NetworkAdapterEntry entryOf(std::vector<BasicInterface> interfaces) {
   NetworkAdapterEntry entry = placeholderEntry();
@@ -39,11 +26,7 @@ inline NetworkAdapterEntry entryOf(std::vector<BasicInterface> interfaces) {
   return entry;
 }
 
-inline NetworkAdapterEntry longEntry() {
-  BasicInterface interface = sampleInterface("enp0s31f6u1u2u3");
-  interface.displayName = "Realtek Semiconductor RTL8125 2.5 Gigabit Ethernet Controller (rev 05)";
-  return entryOf({interface});
-}
+inline NetworkAdapterEntry longEntry() { return {{}, longState(), {}}; }
 
 /// Inactive, without addresses and counters.
 inline NetworkAdapterEntry bareEntry() {
@@ -68,57 +51,24 @@ inline NetworkAdapterEntry timestampEntry() {
   return entry;
 }
 
-inline NetworkStateEntry wlanPlaceholderEntry() {
+inline NetworkStateEntry stateEntry(NetworkState state, bool showTimestamp = false) {
   return {.date = {},
-          .networkState = NetworkState::placeholder(true, FakeStringTable()),
-          .configuration = {},
+          .networkState = std::move(state),
+          .configuration = {.showTimestamp = showTimestamp},
           .isSnapshot = true};
-}
-
-/// Joined, but the user has not allowed that the network's name is shown.
-inline NetworkStateEntry wlanWithheldEntry() {
-  NetworkStateEntry entry = wlanPlaceholderEntry();
-  entry.networkState.wlan->currentNetwork.reset();
-  return entry;
-}
-
-inline NetworkStateEntry wlanNotConnectedEntry() {
-  NetworkStateEntry entry = wlanWithheldEntry();
-  WlanInterface& wlan = *entry.networkState.wlan;
-  wlan.interface.name = "wlp0s20f3";
-  wlan.interface.active = false;
-  wlan.interface.supportsIPv4 = false;
-  wlan.interface.IPv4.clear();
-  wlan.interface.metrics = {};
-  return entry;
-}
-
-/// The longest name that a network can have.
-inline NetworkStateEntry wlanLongEntry() {
-  NetworkStateEntry entry = wlanPlaceholderEntry();
-  WlanInterface& wlan = *entry.networkState.wlan;
-  wlan.interface.name = "wlx0123456789ab";
-  wlan.currentNetwork->ssid = "<b>Caf\u00e9 & \"Bar\"</b> WWWWWWWWWWW";
-  wlan.currentNetwork->metrics->security = "WPA Enterprise Mixed";
-  wlan.currentNetwork->metrics->channel = "149 (5GHz, 160MHz)";
-  return entry;
-}
-
-inline NetworkStateEntry wlanMissingEntry() {
-  NetworkStateEntry entry = wlanPlaceholderEntry();
-  entry.networkState.wlan.reset();
-  return entry;
 }
 
 struct CardState {
   std::string name;
   WidgetFamily family;
   std::function<View(const StringTable&)> view;
+  LayoutDirection direction = LayoutDirection::leftToRight;
 
   [[nodiscard]] LaidOutView laidOut(double width) const {
     const FakeStringTable strings;
     const MetricTextMeasurer measurer;
-    return layOut(view(strings), {width, widgetSize(family).height}, {measurer, "Today, 10:30"});
+    return layOut(view(strings), {width, widgetSize(family).height},
+                  {.measurer = measurer, .drawingTime = "Today, 10:30", .direction = direction});
   }
   [[nodiscard]] LaidOutView laidOut() const { return laidOut(widgetSize(family).width); }
 
@@ -132,33 +82,100 @@ inline CardState adapterCard(std::string name, NetworkAdapterEntry entry) {
           }};
 }
 
-inline CardState wlanCard(std::string name, WidgetFamily family, NetworkStateEntry entry) {
-  return {std::move(name), family, [family, entry = std::move(entry)](const StringTable& strings) {
-            return NetworkStateWidgetEntryView{entry}.body(
-                {.strings = strings,
-                 .widgetFamily = family,
-                 .shownCategories = NetworkSourceCategory::wlan()});
+/// A widget of the network's state, called by its categories.
+struct StateWidget {
+  const char* name;
+  NetworkSourceCategory categories;
+  std::vector<std::pair<const char*, WidgetFamily>> families;
+};
+
+inline std::vector<StateWidget> stateWidgets() {
+  using enum WidgetFamily;
+  return {{"panoramic",
+           NetworkSourceCategory::all(),
+           {{"small", small}, {"medium", medium}, {"large", large}}},
+          {"internet", NetworkSourceCategory::internet(), {{"small", small}, {"medium", medium}}},
+          {"wlan", NetworkSourceCategory::wlan(), {{"small", small}, {"medium", medium}}}};
+}
+
+inline CardState stateCard(const StateWidget& widget, WidgetFamily family, std::string name,
+                           NetworkStateEntry entry) {
+  return {std::move(name), family,
+          [family, categories = widget.categories,
+           entry = std::move(entry)](const StringTable& strings) {
+            return NetworkStateWidgetEntryView{entry}.body({.strings = strings,
+                                                            .widgetFamily = family,
+                                                            .shownCategories = categories});
           }};
 }
 
+/// A state, and the categories in which it differs from the placeholder's.
+struct SampleState {
+  const char* name;
+  NetworkState network;
+  NetworkSourceCategory differing;
+};
+
+inline std::vector<SampleState> sampleStates() {
+  const auto internet = NetworkSourceCategory::internet();
+  const auto wlan = NetworkSourceCategory::wlan();
+  const auto cellular = NetworkSourceCategory::cellular();
+  const auto other = NetworkSourceCategory::other();
+  const auto all = NetworkSourceCategory::all();
+  return {{"placeholder", placeholderState(), all},
+          {"initial", initialState(), all},
+          {"no_wifi", noWifiState(), wlan},
+          {"withheld", withheldState(), wlan},
+          {"not_connected", notConnectedState(), wlan},
+          {"cellular", cellularState(), cellular},
+          {"five_adapters", adaptersState(5), other},
+          {"twelve_adapters", adaptersState(12), other},
+          {"long", longState(), internet.unionWith(wlan).unionWith(other)}};
+}
+
+inline std::vector<CardState> stateWidgetCards() {
+  std::vector<CardState> cards;
+  for (const StateWidget& widget : stateWidgets()) {
+    for (const auto& [familyName, family] : widget.families) {
+      const std::string prefix = std::string(widget.name) + '_' + familyName + '_';
+      for (const SampleState& state : sampleStates()) {
+        if (state.differing.isDisjoint(widget.categories)) continue;
+        cards.push_back(
+            stateCard(widget, family, prefix + state.name, stateEntry(state.network)));
+      }
+      cards.push_back(
+          stateCard(widget, family, prefix + "timestamp", stateEntry(placeholderState(), true)));
+      cards.push_back(
+          stateCard(widget, family, prefix + "right_to_left", stateEntry(placeholderState())));
+      cards.back().direction = LayoutDirection::rightToLeft;
+    }
+  }
+  return cards;
+}
+
+inline std::vector<CardState> adapterCards() {
+  std::vector<CardState> cards;
+  for (const SampleState& state : sampleStates()) {
+    if (!state.differing.contains(NetworkSourceCategory::other())) continue;
+    cards.push_back(
+        adapterCard(std::string("adapter_medium_") + state.name, {{}, state.network, {}}));
+  }
+  cards.push_back(adapterCard("adapter_medium_right_to_left", placeholderEntry()));
+  cards.back().direction = LayoutDirection::rightToLeft;
+  cards.push_back(adapterCard("adapter_medium_bare", bareEntry()));
+  cards.push_back(adapterCard("adapter_medium_gone", goneEntry()));
+  cards.push_back(adapterCard("adapter_medium_timestamp", timestampEntry()));
+  return cards;
+}
+
 inline std::vector<CardState> cardStates() {
-  using enum WidgetFamily;
-  return {adapterCard("placeholder", placeholderEntry()),
-          adapterCard("long", longEntry()),
-          adapterCard("bare", bareEntry()),
-          adapterCard("gone", goneEntry()),
-          adapterCard("none", entryOf({})),
-          adapterCard("timestamp", timestampEntry()),
-          wlanCard("wlan_small", small, wlanPlaceholderEntry()),
-          wlanCard("wlan_medium", medium, wlanPlaceholderEntry()),
-          wlanCard("wlan_small_long", small, wlanLongEntry()),
-          wlanCard("wlan_medium_long", medium, wlanLongEntry()),
-          wlanCard("wlan_small_withheld", small, wlanWithheldEntry()),
-          wlanCard("wlan_medium_withheld", medium, wlanWithheldEntry()),
-          wlanCard("wlan_small_not_connected", small, wlanNotConnectedEntry()),
-          wlanCard("wlan_medium_not_connected", medium, wlanNotConnectedEntry()),
-          wlanCard("wlan_small_missing", small, wlanMissingEntry()),
-          wlanCard("wlan_medium_missing", medium, wlanMissingEntry())};
+  std::vector<CardState> cards = stateWidgetCards();
+  for (CardState& card : adapterCards()) cards.push_back(std::move(card));
+  cards.push_back({"bandwidth_small", WidgetFamily::small, [](const StringTable& strings) {
+                     return BandwidthMonitorEntryView{}.body(
+                         {.strings = strings, .widgetFamily = WidgetFamily::small});
+                   }});
+  return cards;
 }
 
 }  // namespace lanternfold

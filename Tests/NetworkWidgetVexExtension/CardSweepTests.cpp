@@ -2,6 +2,8 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -30,39 +32,59 @@ std::string firstStray(const LaidOutView& view) {
   return "";
 }
 
-/// A shortened text shows all its bytes but the three of the ellipsis.
-double shownBytes(const LaidOutView& view, const std::string& whole) {
-  const std::size_t ellipsis = view.shownText.empty() || view.shownText == whole ? 0 : 3;
-  return static_cast<double>(view.shownText.size() - ellipsis);
-}
-
-/// The sentence that `view` shows on several lines, none for another view; where its lines break
-/// depends on the width.
-std::optional<std::string> sentenceOnLines(const LaidOutView& view) {
-  if (view.accessibleDescription.empty() || view.children.size() < 2) return std::nullopt;
-  std::string sentence;
-  for (const LaidOutView& child : view.children) {
-    const auto* line = std::get_if<TextNode>(&child.node);
-    if (line == nullptr) return std::nullopt;
-    sentence.append(sentence.empty() ? "" : " ").append(line->text);
+/// How much is shown of a text: the characters that are not behind an ellipsis or on no line.
+double shownCharacters(const LaidOutView& view) {
+  std::string shown;
+  for (const ShownLine& line : view.shownLines) shown += line.text;
+  const std::string ellipsis = "\u2026";
+  if (const auto cut = shown.find(ellipsis); cut != std::string::npos) {
+    shown.erase(cut, ellipsis.size());
   }
-  return sentence;
+  // A space at which a line is broken is not shown, and nobody misses it.
+  std::erase(shown, ' ');
+  return static_cast<double>(shown.size());
 }
 
 /// How much is shown of each text and symbol, by what it says whole.
 void addShown(const LaidOutView& view, std::map<std::string, double>& shown) {
-  if (const auto sentence = sentenceOnLines(view)) {
-    for (const LaidOutView& line : view.children) {
-      shown[*sentence] += shownBytes(line, std::get<TextNode>(line.node).text);
-    }
-    return;
-  }
   if (const auto* symbol = std::get_if<SymbolNode>(&view.node)) {
     shown[symbol->name] += view.frame.size.width;
   } else if (const auto* whole = std::get_if<TextNode>(&view.node)) {
-    shown[whole->text] += shownBytes(view, whole->text);
+    shown[whole->text] += shownCharacters(view);
   }
   for (const LaidOutView& child : view.children) addShown(child, shown);
+}
+
+/// The frames of the lines of text, and of the symbols, that are shown. Tight lines are left out:
+/// they stack closer than their frames.
+void addInk(const LaidOutView& view, std::vector<std::pair<std::string, Rect>>& ink) {
+  if (std::holds_alternative<SymbolNode>(view.node)) ink.emplace_back("a symbol", view.frame);
+  if (view.shownFont.leading == FontLeading::standard) {
+    for (const ShownLine& line : view.shownLines) {
+      if (!line.text.empty()) ink.emplace_back(line.text, line.frame);
+    }
+  }
+  for (const LaidOutView& child : view.children) addInk(child, ink);
+}
+
+bool overlap(const Rect& one, const Rect& other) {
+  constexpr double tolerance = 0.01;
+  return one.left() < other.right() - tolerance && other.left() < one.right() - tolerance &&
+         one.top() < other.bottom() - tolerance && other.top() < one.bottom() - tolerance;
+}
+
+/// The first two pieces that stand on one another; "" when none do.
+std::string firstOverlap(const LaidOutView& view) {
+  std::vector<std::pair<std::string, Rect>> ink;
+  addInk(view, ink);
+  for (std::size_t index = 0; index < ink.size(); ++index) {
+    for (std::size_t before = 0; before < index; ++before) {
+      if (overlap(ink[index].second, ink[before].second)) {
+        return ink[before].first + " under " + ink[index].first;
+      }
+    }
+  }
+  return "";
 }
 
 class CardSweep : public testing::TestWithParam<CardState> {
@@ -73,6 +95,13 @@ class CardSweep : public testing::TestWithParam<CardState> {
 TEST_P(CardSweep, NothingLeavesItsParent) {
   for (int width = 0; width <= widestSweep; ++width) {
     ASSERT_EQ(firstStray(card(width)), "") << "at width " << width;
+  }
+}
+
+// The time of drawing once stood on the last row of a full card.
+TEST_P(CardSweep, NothingStandsOnAnything) {
+  for (int width = 0; width <= widestSweep; ++width) {
+    ASSERT_EQ(firstOverlap(card(width)), "") << "at width " << width;
   }
 }
 
@@ -100,7 +129,7 @@ std::optional<Rect> gradientFrame(const LaidOutView& view) {
 // The logo, wider than a narrow card, once pushed the gradient out of the picture.
 TEST_P(CardSweep, TheBackgroundAlwaysFillsThePicture) {
   for (int width = 0; width <= widestSweep; ++width) {
-    ASSERT_EQ(gradientFrame(card(width)), (Rect{{0, 0}, {static_cast<double>(width), 170}}));
+    ASSERT_EQ(gradientFrame(card(width)), (Rect{{0, 0}, {static_cast<double>(width), widgetSize(GetParam().family).height}}));
   }
 }
 

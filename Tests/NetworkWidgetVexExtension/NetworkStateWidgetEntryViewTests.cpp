@@ -21,7 +21,7 @@ BasicInterface wired(std::string name) {
 }
 
 NetworkStateEntry entryWith(std::vector<BasicInterface> others) {
-  NetworkStateEntry entry = wlanPlaceholderEntry();
+  NetworkStateEntry entry = stateEntry(placeholderState());
   entry.networkState.others = std::move(others);
   return entry;
 }
@@ -29,7 +29,7 @@ NetworkStateEntry entryWith(std::vector<BasicInterface> others) {
 /// The symbols and titles of the sources, in their order of drawing.
 void addSources(const LaidOutView& view, std::vector<std::string>& sources) {
   const bool isSource = std::holds_alternative<FirstThatFitsNode>(view.node);
-  for (const char* title : {"Internet", "Wi-Fi", "Port en1", "Port en2", "Port en3"}) {
+  for (const char* title : {"Internet", "Wi-Fi", "Cellular", "Port en1", "Port en2", "Port en3"}) {
     if (isSource && view.accessibleDescription == title) sources.emplace_back(title);
   }
   for (const LaidOutView& child : view.children) addSources(child, sources);
@@ -51,6 +51,15 @@ std::vector<std::string> shownBy(const NetworkStateEntry& entry, WidgetFamily fa
 TEST(NetworkStateWidgetEntryView, ShowsTheInternetThenWifiThenTheInterfaces) {
   EXPECT_THAT(shownBy(entryWith({wired("en1"), wired("en2")}), WidgetFamily::medium),
               ElementsAre("Internet", "Wi-Fi", "Port en1", "Port en2"));
+}
+
+TEST(NetworkStateWidgetEntryView, ShowsACellularSourceAfterWifi) {
+  NetworkStateEntry entry = stateEntry(cellularState());
+  entry.networkState.others = {wired("en1")};
+  EXPECT_THAT(shownBy(entry, WidgetFamily::medium),
+              ElementsAre("Internet", "Wi-Fi", "Cellular", "Port en1"));
+  entry.networkState.wlan.reset();
+  EXPECT_THAT(shownBy(entry, WidgetFamily::small), ElementsAre("Internet", "Cellular"));
 }
 
 TEST(NetworkStateWidgetEntryView, AddsNoInterfaceToTwoSourcesInASmallWidget) {
@@ -80,24 +89,57 @@ TEST(NetworkStateWidgetEntryView, ShowsTheCategoriesOfItsWidgetOnly) {
 
 TEST(NetworkStateWidgetEntryView, SaysNoSourceOnAMachineWithoutWifi) {
   for (const CardState& card : cardStates()) {
-    if (!card.name.ends_with("_missing")) continue;
+    if (!card.name.starts_with("wlan") || !card.name.ends_with("_no_wifi")) continue;
     EXPECT_THAT(textDump(card.laidOut()), HasSubstr("\"No source\"")) << card.name;
   }
 }
 
 /// Every piece of text that is shown, in its order.
 void addTexts(const LaidOutView& view, std::string& texts) {
-  if (!view.shownText.empty()) texts += view.shownText + ' ';
+  for (const ShownLine& line : view.shownLines) texts += line.text + ' ';
   for (const LaidOutView& child : view.children) addTexts(child, texts);
+}
+
+std::string textsOf(const std::string& card) {
+  std::string texts;
+  for (const CardState& state : cardStates()) {
+    if (state.name == card) addTexts(state.laidOut(), texts);
+  }
+  return texts;
 }
 
 // The sentence was once cut after "location".
 TEST(NetworkStateWidgetEntryView, SaysWholeThatTheNameIsWithheldAndWhatIsMissing) {
   for (const CardState& card : cardStates()) {
     if (!card.name.ends_with("_withheld")) continue;
-    std::string texts;
-    addTexts(card.laidOut(), texts);
-    EXPECT_THAT(texts, HasSubstr("SSID Unvailable, location access needed")) << card.name;
+    EXPECT_THAT(textsOf(card.name), HasSubstr("SSID Unvailable, location access needed"))
+        << card.name;
+  }
+}
+
+// The provider's name once stood on several lines, cut amid its words, in place of its addresses.
+TEST(NetworkStateWidgetEntryView, ShortensALongProvidersNameAndKeepsTheRows) {
+  for (const char* card : {"internet_small_long", "internet_medium_long"}) {
+    const std::string texts = textsOf(card);
+    EXPECT_THAT(texts, HasSubstr("Deutsche Glas")) << card;
+    EXPECT_THAT(texts, HasSubstr("\u2026")) << card;
+    EXPECT_THAT(texts, HasSubstr("212.212.212.212 (IT)")) << card;
+    EXPECT_THAT(texts, HasSubstr("Connected via Ethernet")) << card;
+  }
+}
+
+TEST(NetworkStateWidgetEntryView, IsNotTouchedByWhatItsCategoriesLeaveOut) {
+  for (const StateWidget& widget : stateWidgets()) {
+    for (const auto& [familyName, family] : widget.families) {
+      const CardState placeholder =
+          stateCard(widget, family, familyName, stateEntry(placeholderState()));
+      for (const SampleState& state : sampleStates()) {
+        if (!state.differing.isDisjoint(widget.categories)) continue;
+        EXPECT_EQ(stateCard(widget, family, state.name, stateEntry(state.network)).laidOut(),
+                  placeholder.laidOut())
+            << widget.name << ' ' << familyName << ' ' << state.name;
+      }
+    }
   }
 }
 

@@ -28,33 +28,33 @@ std::string linesOf(const std::string& card) {
 }
 
 TEST(WidgetPlainText, OfAnAdapterIsItsRowsAndItsMeters) {
-  EXPECT_EQ(linesOf("long"),
+  EXPECT_EQ(linesOf("adapter_medium_long"),
             "enp0s31f6u1u2u3 | Realtek Semiconductor RTL8125 2.5 Gigabit Ethernet Controller "
             "(rev 05)\n"
-            "IP | 172.17.30.214\n"
-            "Router | 172.17.0.1/16\n"
+            "IP | 192.168.100.200\n"
+            "Router | 192.168.100.129/25\n"
             "MAC | 02:42:ac:11:1e:d6\n"
             "Received | 941.9 MB\n"
             "Sent | 0.8 KB\n");
-  EXPECT_EQ(linesOf("bare"), "eth0 | Virtio network device\nReceived | 0 KB\nSent | 0 KB\n");
+  EXPECT_EQ(linesOf("adapter_medium_bare"), "eth0 | Virtio network device\n");
 }
 
 TEST(WidgetPlainText, SaysWhatIsMissing) {
-  EXPECT_EQ(linesOf("none"), "No source\n");
-  EXPECT_EQ(linesOf("gone"),
+  EXPECT_EQ(linesOf("adapter_medium_initial"), "No source\n");
+  EXPECT_EQ(linesOf("adapter_medium_gone"),
             "en5 | Not available\n"
             "It is gone, or cannot be read now.\n"
             "Its card comes back with it.\n");
-  EXPECT_EQ(linesOf("wlan_small_missing"), "No source\n");
+  EXPECT_EQ(linesOf("wlan_small_no_wifi"), "No source\n");
 }
 
 TEST(WidgetPlainText, EndsWithTheTimestampWhereThereIsOne) {
-  EXPECT_TRUE(linesOf("timestamp").ends_with("\nLast update Today, 10:30\n"))
-      << linesOf("timestamp");
+  EXPECT_TRUE(linesOf("adapter_medium_timestamp").ends_with("\nLast update Today, 10:30\n"))
+      << linesOf("adapter_medium_timestamp");
 }
 
 TEST(WidgetPlainText, OfWifiIsItsRowsAndItsMeters) {
-  EXPECT_EQ(linesOf("wlan_medium"),
+  EXPECT_EQ(linesOf("wlan_medium_placeholder"),
             "en0 | Home Network\n"
             "IP | 192.168.0.8\n"
             "Router | 192.168.0.1/24\n"
@@ -71,7 +71,7 @@ TEST(WidgetPlainText, OfWifiIsItsRowsAndItsMeters) {
 
 TEST(WidgetPlainText, OfAStateIsSourceAfterSource) {
   const FakeStringTable strings;
-  const NetworkStateEntry entry = wlanPlaceholderEntry();
+  const NetworkStateEntry entry = stateEntry(placeholderState());
   EXPECT_EQ(linesOf(NetworkStateWidgetEntryView{entry}.body({strings})),
             "ISP | Your ISP Name\n"
             "IP - COUNTRY | 12.34.56.78 (IT)\n"

@@ -12,7 +12,6 @@
 #include "NetworkWidgetVexExtension/Views/NetworkSourceListView.h"
 #include "NetworkWidgetVexExtension/Views/NetworkSourceView.h"
 #include "NetworkWidgetVexExtension/Views/RefreshButton.h"
-#include "NetworkWidgetVexExtension/Views/SentenceView.h"
 #include "NetworkWidgetVexExtension/Views/SimpleLabelView.h"
 #include "NetworkWidgetVexExtension/Views/SourceListItemView.h"
 #include "NetworkWidgetVexExtension/Views/WidgetStyle.h"
@@ -59,8 +58,29 @@ TEST(NetworkSourceIconView, ShowsTheBoltForAnUnknownCategory) {
 }
 
 TEST(NetworkSourceIconView, Is18PointsSquare) {
-  EXPECT_THAT(dumpOf(NetworkSourceIconView{NetworkSourceCategory::wlan()}.body()),
+  EXPECT_THAT(dumpOf(NetworkSourceIconView{NetworkSourceCategory::wlan()}.body(environment)),
               HasSubstr("18x18 width 18 height 18"));
+}
+
+TEST(NetworkSourceIconView, ShowsHowWellTheNetworkIsReceived) {
+  EXPECT_EQ(strengthOf(-20), 1);
+  EXPECT_EQ(strengthOf(-50), 1);
+  EXPECT_EQ(strengthOf(-75), 0.5);
+  EXPECT_EQ(strengthOf(-100), 0);
+  EXPECT_EQ(strengthOf(-120), 0);
+}
+
+TEST(NetworkSourceView, HandsTheSignalOfItsNetworkToTheIcon) {
+  const auto dump = [](const AnyNetworkSource& source) {
+    return dumpOf(NetworkSourceView{NetworkSourceView::Direction::horizontal, source, 8, false}
+                      .body(environment));
+  };
+  WlanInterface wlan = *placeholderState().wlan;
+  wlan.currentNetwork->metrics->rssi = -60;
+  EXPECT_THAT(dump(wlan), HasSubstr("wifi strength 0.8"));
+  wlan.currentNetwork.reset();
+  EXPECT_THAT(dump(wlan), Not(HasSubstr("strength")));
+  EXPECT_THAT(dump(placeholderState().internet), Not(HasSubstr("strength")));
 }
 
 TEST(SimpleLabelView, IsSmallBoldTextOnATranslucentRoundedRectangle) {
@@ -73,25 +93,25 @@ TEST(SimpleLabelView, IsSmallBoldTextOnATranslucentRoundedRectangle) {
 }
 
 TEST(SourceListItemView, SpacesLabelAndValueBy4) {
-  EXPECT_THAT(dumpOf(SourceListItemView{{"IP", "10.0.0.1", false}, false}.body()),
+  EXPECT_THAT(dumpOf(SourceListItemView{{"IP", "10.0.0.1", false}, false}.body(environment)),
               HasSubstr("centre spacing 4"));
 }
 
 TEST(SourceListItemView, FirstItemStandsOutByWeightNotBySize) {
   const SourceListItem item{"en0", "Adapter", true};
-  EXPECT_THAT(dumpOf(SourceListItemView{item, true}.body()), HasSubstr("13 bold \"Adapter\""));
-  EXPECT_THAT(dumpOf(SourceListItemView{item, false}.body()), HasSubstr("13 \"Adapter\""));
+  EXPECT_THAT(dumpOf(SourceListItemView{item, true}.body(environment)), HasSubstr("12 bold \"Adapter\""));
+  EXPECT_THAT(dumpOf(SourceListItemView{item, false}.body(environment)), HasSubstr("12 \"Adapter\""));
 }
 
 TEST(SourceListItemView, ShowsLabelAndValueOnlyWhenPresent) {
-  EXPECT_THAT(dumpOf(SourceListItemView{{"", "Adapter", true}, false}.body()),
+  EXPECT_THAT(dumpOf(SourceListItemView{{"", "Adapter", true}, false}.body(environment)),
               Not(HasSubstr("rounded-rectangle")));
-  EXPECT_EQ(occurrences(dumpOf(SourceListItemView{{"en0", "", true}, false}.body()), " text "), 1U);
+  EXPECT_EQ(occurrences(dumpOf(SourceListItemView{{"en0", "", true}, false}.body(environment)), " text "), 1U);
 }
 
 TEST(SourceListItemView, DropsALabelForLackOfRoomOnlyWhenItIsNotRequired) {
   const auto row = [](bool required) {
-    return dumpOf(SourceListItemView{{"Router", "192.168.0.1", required}, false}.body(), {80, 20});
+    return dumpOf(SourceListItemView{{"Router", "192.168.0.1", required}, false}.body(environment), {60, 20});
   };
   EXPECT_THAT(row(false), Not(HasSubstr("\"Router\"\n")));
   EXPECT_THAT(row(false), HasSubstr("\"192.168.0.1\"\n"));
@@ -109,20 +129,20 @@ TEST(SourceListItemView, ShortensAddressesInTheMiddleAndNamesAtTheEnd) {
   }
 }
 
-TEST(SentenceView, BreaksBetweenWordsIntoTheFewestLinesThatFit) {
-  const View view = SentenceView{"one two three four", {valueFont}}.body();
-  const std::string oneLine = dumpOf(view, {400, 100});
-  EXPECT_THAT(oneLine, HasSubstr("\"one two three four\""));
-  const std::string twoLines = dumpOf(view, {90, 100});
-  EXPECT_THAT(twoLines, HasSubstr("\"one two\""));
-  EXPECT_THAT(twoLines, HasSubstr("\"three four\""));
-  EXPECT_THAT(dumpOf(view, {40, 100}), HasSubstr("\"two\"")) << "a line for each word";
+TEST(SourceListItemView, BreaksTheSystemsOwnSentenceIntoLines) {
+  const SourceListItem item{"SSID", withheldNameText(strings), false};
+  const std::string dump = dumpOf(SourceListItemView{item, true}.body(environment), {140, 100});
+  EXPECT_THAT(dump, HasSubstr("\"SSID Unvailable,\""));
+  EXPECT_THAT(dump, HasSubstr("\"location access\""));
+  EXPECT_THAT(dump, HasSubstr("\"needed\""));
 }
 
-TEST(SentenceView, TakesNamesForNames) {
-  EXPECT_TRUE(isSentence("SSID Unvailable, location access needed"));
-  EXPECT_FALSE(isSentence("Your ISP Name"));
-  EXPECT_FALSE(isSentence(""));
+TEST(SourceListItemView, ShrinksAValueALittleBeforeItIsShortened) {
+  const SourceListItem item{"", "192.168.0.1/24", false};  // 84 points wide
+  EXPECT_THAT(dumpOf(SourceListItemView{item, false}.body(environment), {75, 20}),
+              HasSubstr("\"192.168.0.1/24\"\n"));
+  EXPECT_THAT(dumpOf(SourceListItemView{item, false}.body(environment), {70, 20}),
+              HasSubstr("\u2026"));
 }
 
 TEST(NetworkSourceListView, ShowsAtMostRowLimitRows) {
@@ -139,7 +159,7 @@ TEST(NetworkSourceListView, ShowsAtMostRowLimitRows) {
 TEST(NetworkSourceListView, IsTopLeadingInAllTheWidthThereIs) {
   const NetworkSourceListView list{topLeading, sampleInterface(), 1};
   EXPECT_THAT(dumpOf(list.body(environment)),
-              HasSubstr("340x15.6 max-width unlimited top-leading"));
+              HasSubstr("340x14.4 max-width unlimited top-leading"));
   EXPECT_THAT(dumpOf(list.body(environment)), HasSubstr("top spacing 5"));
 }
 
@@ -167,6 +187,18 @@ TEST(NetworkSourceView, ShowsMetersOnlyWhereWanted) {
   };
   EXPECT_EQ(circles(true), 2U);
   EXPECT_EQ(circles(false), 0U);
+}
+
+TEST(NetworkSourceView, ShowsNoMetersOfCountersThatNobodyHasRead) {
+  BasicInterface adapter = sampleInterface();
+  const auto circles = [&] {
+    const NetworkSourceView view{NetworkSourceView::Direction::horizontal, adapter, 8, true};
+    return occurrences(dumpOf(view.body(environment)), "circle ");
+  };
+  adapter.metrics = ConnectionMetrics::initial(1500);
+  EXPECT_EQ(circles(), 2U) << "nothing has passed yet";
+  adapter.metrics = ConnectionMetrics::empty();
+  EXPECT_EQ(circles(), 0U);
 }
 
 TEST(NetworkSourceGridView, HasItsModesByRawValue) {

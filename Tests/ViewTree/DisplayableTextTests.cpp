@@ -37,50 +37,5 @@ TEST(DisplayableText, IsBounded) {
   EXPECT_EQ(shown, std::string(maximumShownCharacters, 'x') + "\u2026");
 }
 
-std::string shortened(std::string_view text, Truncation truncation, double width) {
-  const auto widthOf = [](std::string_view measured) {
-    std::size_t characters = 0;
-    for (const char byte : measured) characters += (byte & 0xC0) != 0x80 ? 1U : 0U;
-    return static_cast<double>(characters);
-  };
-  return shortenedText(text, truncation, width, widthOf);
-}
-
-TEST(ShortenedText, IsTheTextWhereItFits) {
-  EXPECT_EQ(shortened("adapter", Truncation::tail, 7), "adapter");
-}
-
-TEST(ShortenedText, EndsInAnEllipsis) {
-  EXPECT_EQ(shortened("Ethernet Adapter", Truncation::tail, 9), "Ethernet\u2026");
-}
-
-TEST(ShortenedText, KeepsBothEndsWhenShortenedInTheMiddle) {
-  EXPECT_EQ(shortened("ab:cd:ef:12:34:57", Truncation::middle, 9), "ab:c\u20264:57");
-  EXPECT_EQ(shortened("ab:cd:ef:12:34:57", Truncation::middle, 8), "ab:c\u2026:57");
-}
-
-TEST(ShortenedText, VanishesWhereNotEvenTheEllipsisFits) {
-  EXPECT_EQ(shortened("abc", Truncation::tail, 0.5), "");
-  EXPECT_EQ(shortened("abc", Truncation::tail, 1), "\u2026");
-}
-
-TEST(ShortenedText, NeverTearsACharacterApart) {
-  EXPECT_EQ(shortened("\u00e9\u00e9\u00e9\u00e9", Truncation::tail, 3), "\u00e9\u00e9\u2026");
-  // A letter and the accent that combines with it go or stay together.
-  EXPECT_EQ(shortened("ae\u0301z", Truncation::tail, 3), "a\u2026");
-}
-
-TEST(ShortenedText, NeverShowsLessInMoreRoom) {
-  for (const Truncation truncation : {Truncation::middle, Truncation::tail}) {
-    std::size_t before = 0;
-    for (double width = 0; width < 20; width += 0.5) {
-      const std::size_t now = shortened("ab:cd:ef:12:34:57", truncation, width).size();
-      // The ellipsis has three bytes, which the last character that takes its place has not.
-      EXPECT_GE(now + 2, before) << width;
-      before = now;
-    }
-  }
-}
-
 }  // namespace
 }  // namespace lanternfold

@@ -51,6 +51,52 @@ TEST(DrawList, OfALinkIsThatOfItsContent) {
             "circle 0,0 20x12 #000000FF line 2\n");
 }
 
+TEST(DrawList, ClipsWhatStandsInsideAClip) {
+  EXPECT_EQ(dumpOf(zstack(centred, {circle(1), circle(2).clipped(4), circle(3)})),
+            "circle 0,0 20x12 #FFFFFFFF line 1\n"
+            "clip 0,0 20x12 radius 4\n"
+            "  circle 0,0 20x12 #FFFFFFFF line 2\n"
+            "end-clip\n"
+            "circle 0,0 20x12 #FFFFFFFF line 3\n");
+}
+
+TEST(DrawList, NestsClips) {
+  EXPECT_EQ(dumpOf(circle(1).clipped(2).padding(1).clipped(4)),
+            "clip 0,0 20x12 radius 4\n"
+            "  clip 1,1 18x10 radius 2\n"
+            "    circle 1,1 18x10 #FFFFFFFF line 1\n"
+            "  end-clip\n"
+            "end-clip\n");
+}
+
+TEST(DrawList, LeavesOutAClipAroundNothing) {
+  EXPECT_EQ(dumpOf(image("Logo").opacity(0, 0).clipped(4)), "");
+  EXPECT_EQ(dumpOf(image("Logo").frame(5, 5).frame(0, 10).clipped(4)), "");
+}
+
+TEST(DrawList, PaintsWhatHasASchemeOfItsOwnInThat) {
+  const View circles = zstack(centred, {circle(1), circle(2).colourScheme(ColourScheme::light)})
+                           .opacity(1, 0.5)
+                           .colourScheme(ColourScheme::dark)
+                           .foreground(Colour::named("Ink"));
+  EXPECT_EQ(dumpOf(circles),
+            "circle 0,0 20x12 #FFFFFF40 line 1\n"
+            "circle 0,0 20x12 #00000080 line 2\n");
+}
+
+TEST(DrawList, DrawsEveryLineOfAText) {
+  EXPECT_EQ(
+      dumpOf(
+          text("a bcd", {{5}, Truncation::tail, 1, 2, HorizontalAlignment::trailing}).frame(8, 12)),
+      "text 11.3,0 2.5x6 #FFFFFFFF 5 \"a\"\n"
+      "text 6.3,6 7.5x6 #FFFFFFFF 5 \"bcd\"\n");
+}
+
+TEST(DrawList, SaysHowStrongASymbolIs) {
+  EXPECT_EQ(dumpOf(symbol("wifi", SymbolStyle{std::nullopt, 0.25})),
+            "symbol 0,0 20x12 #FFFFFFFF wifi strength 0.3\n");
+}
+
 TEST(DrawList, ReportsAColourThatThePaletteLacksAndDrawsGrey) {
   std::vector<std::string> reports;
   EXPECT_EQ(dumpOf(circle(2).foreground(Colour::named("Rust")), ColourScheme::light, &reports),

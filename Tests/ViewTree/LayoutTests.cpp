@@ -141,6 +141,67 @@ TEST(Layout, ShrinksATextBeforeItShortensIt) {
   EXPECT_EQ(dumpOf(shrinking, {15, 12}), "text 0,0 15x12 5 \"abcde\u2026\" -- \"abcdefgh\"\n");
 }
 
+View paragraph(std::string_view content, std::size_t lineLimit) {
+  return text(content, {{10}, Truncation::tail, 1, lineLimit});
+}
+
+TEST(Layout, BreaksATextIntoLines) {
+  EXPECT_EQ(dumpOf(paragraph("one two three", 3), {40, 40}),
+            "text 2.5,8 35x24 lines 3 10 \"one two\" / \"three\"\n");
+  EXPECT_EQ(dumpOf(paragraph("one two three", 2), {25, 40}),
+            "text 0,8 25x24 lines 2 10 \"one\" / \"two \u2026\" -- \"one two three\"\n");
+}
+
+TEST(Layout, OfATextThatMayWrapIsIdeallyOneLine) {
+  const View choice = firstThatFits(FitAxes::horizontal, {paragraph("one two", 3), word("x")});
+  EXPECT_NE(dumpOf(choice, {35, 40}).find("\"one two\"\n"), std::string::npos);
+  EXPECT_NE(dumpOf(choice, {34, 40}).find("\"x\"\n"), std::string::npos);
+}
+
+TEST(Layout, ShowsNoMoreLinesThanHaveRoom) {
+  EXPECT_EQ(dumpOf(paragraph("one two three", 3), {25, 35}),
+            "text 0,5.5 25x24 lines 3 10 \"one\" / \"two \u2026\" -- \"one two three\"\n");
+  EXPECT_EQ(dumpOf(paragraph("one two three", 3), {25, 5}),
+            "text 0,-3.5 25x12 lines 3 10 \"one \u2026\" -- \"one two three\"\n");
+}
+
+TEST(Layout, DoesNotShrinkATextThatMayWrap) {
+  const View shrinking = text("abcd efgh", {{10}, Truncation::tail, 0.5, 2});
+  EXPECT_EQ(dumpOf(shrinking, {20, 24}), "text 0,0 20x24 lines 2 10 \"abcd\" / \"efgh\"\n");
+}
+
+std::string mirroredDumpOf(const View& view, Size size) {
+  const MetricTextMeasurer measurer;
+  return textDump(layOut(view, size, {measurer, "10:30", LayoutDirection::rightToLeft}));
+}
+
+TEST(Layout, FromRightToLeftIsMirrored) {
+  EXPECT_EQ(mirroredDumpOf(hstack(VerticalAlignment::top, 4, {symbol("globe", 12), word("ab")})
+                               .padding({0, 10, 0, 0})
+                               .frame(fillingFrame(topLeading)),
+                           {60, 12}),
+            "frame 0,0 60x12 max-width unlimited max-height unlimited top-leading -- \"ab\"\n"
+            "  padding 24,0 36x12 0 10 0 0 -- \"ab\"\n"
+            "    hstack 24,0 26x12 top spacing 4 -- \"ab\"\n"
+            "      symbol 38,0 12x12 globe\n"
+            "      text 24,0 10x12 10 \"ab\"\n");
+}
+
+TEST(Layout, FromRightToLeftMovesTheOtherWay) {
+  EXPECT_EQ(mirroredDumpOf(word("ab").offset(40, -40), {10, 12}),
+            "offset 0,0 10x12 40,-40 -- \"ab\"\n"
+            "  text -40,-40 10x12 10 \"ab\"\n");
+}
+
+TEST(Layout, FromRightToLeftPutsShorterLinesOfATextAtTheRight) {
+  const MetricTextMeasurer measurer;
+  const LaidOutView view =
+      layOut(paragraph("one two three", 3), {40, 24}, {measurer, "", LayoutDirection::rightToLeft});
+  EXPECT_EQ(view.frame, (Rect{{2.5, 0}, {35, 24}}));
+  EXPECT_EQ(view.shownLines, (std::vector<ShownLine>{{"one two", {{2.5, 0}, {35, 12}}},
+                                                     {"three", {{12.5, 12}, {25, 12}}}}));
+}
+
 TEST(Layout, FillsTheTimeOfDrawingIn) {
   EXPECT_EQ(dumpOf(drawingTime("at %@", {10}), {40, 12}),
             "drawing-time 0,0 40x12 10 \"at 10:30\"\n");

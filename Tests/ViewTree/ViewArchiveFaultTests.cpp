@@ -136,6 +136,9 @@ INSTANTIATE_TEST_SUITE_P(
         BadMember{R"({"type":"foreground","colour":{"name":1}})", {"root.colour.name", noText}},
         BadMember{R"({"type":"wholeRows","spacings":1})", {"root.spacings", "It is not a list."}},
         BadMember{R"({"type":"wholeRows","spacings":[]})", {"root.spacings", "It is empty."}},
+        BadMember{R"({"type":"colourScheme","scheme":"sepia"})", {"root.scheme", noWord}},
+        BadMember{R"({"type":"text","text":"a","fontSize":1,"lineLimit":"2"})",
+                  {"root.lineLimit", noNumber}},
         BadMember{R"({"type":"link","url":"example.net"})", {"root.url", "It is not a URL."}},
         BadMember{R"({"type":"link","url":"a:\u001b"})", {"root.url", "It is not a URL."}}));
 
@@ -160,7 +163,16 @@ INSTANTIATE_TEST_SUITE_P(
         BadMember{R"({"type":"text","text":"a","fontSize":-1})", {"root.fontSize", tooSmall}},
         BadMember{R"({"type":"text","text":"a","fontSize":1,"minimumScale":1.5})",
                   {"root.minimumScale", tooLarge}},
-        BadMember{R"({"type":"opacity","light":-0.1,"dark":1})", {"root.light", tooSmall}}));
+        BadMember{R"({"type":"opacity","light":-0.1,"dark":1})", {"root.light", tooSmall}},
+        BadMember{R"({"type":"symbol","name":"wifi","strength":1.01})",
+                  {"root.strength", tooLarge}},
+        BadMember{R"({"type":"text","text":"a","fontSize":1,"lineLimit":0})",
+                  {"root.lineLimit", tooSmall}},
+        BadMember{R"({"type":"text","text":"a","fontSize":1,"lineLimit":1001})",
+                  {"root.lineLimit", tooLarge}},
+        BadMember{R"({"type":"text","text":"a","fontSize":1,"lineLimit":1.5})",
+                  {"root.lineLimit", "It is not a whole number."}},
+        BadMember{R"({"type":"clip","cornerRadius":-1})", {"root.cornerRadius", tooSmall}}));
 
 const char* const child = R"({"type":"empty"})";
 

@@ -50,6 +50,11 @@ TEST(View, SaysTheContentOfALink) {
   EXPECT_EQ(accessibleDescription(link("app:x", text("Open", {})), ""), "Open");
 }
 
+TEST(View, SaysWhatStandsInAClipOrAScheme) {
+  EXPECT_EQ(accessibleDescription(text("a", {}).clipped(3).colourScheme(ColourScheme::dark), ""),
+            "a");
+}
+
 TEST(View, SaysAllRows) {
   const View rows = wholeRows(HorizontalAlignment::leading, {1}, {text("a", {}), text("b", {})});
   EXPECT_EQ(accessibleDescription(rows, ""), "a, b");
