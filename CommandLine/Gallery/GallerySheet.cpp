@@ -18,12 +18,12 @@ constexpr Font productFont{.size = 14};
 constexpr Font nameFont{.size = 12, .weight = FontWeight::bold};
 constexpr Font familyFont{.size = 12};
 
-/// What `count` cells with the gaps between them take up.
-constexpr double extent(std::size_t count, double gap) {
-  return static_cast<double>(count) * (Measures::cell + gap) - gap;
+/// Where the cells of a column or a row begin, from the beginning of the grid.
+constexpr double begin(std::size_t index, double gap) {
+  return static_cast<double>(index) * (Measures::cell + gap);
 }
 
-constexpr double gridWidth = extent(Measures::columns, Measures::columnGap);
+constexpr double gridWidth = begin(Measures::columns, Measures::columnGap) - Measures::columnGap;
 constexpr double halfWidth = gridWidth + 2 * Measures::margin;
 
 CardSpan spanOf(WidgetFamily family) {
@@ -65,17 +65,14 @@ View splitLine(View leading, View trailing, double width, double height) {
 
 /// A soft shadow of layers, each a little larger than the one upon it.
 View shadow(Size card, const GalleryColours& colours) {
-  constexpr int layers = 9;
-  constexpr double growth = 2.5;
-  constexpr double drop = 7;
   std::vector<View> rectangles;
-  for (int layer = layers; layer > 0; --layer) {
-    const double more = layer * growth;
+  for (int layer = Measures::shadowLayers; layer > 0; --layer) {
+    const double more = layer * Measures::shadowLayerGrowth;
     rectangles.push_back(
         roundedRectangle(widgetCornerRadius + more, {colours.shadow, colours.shadowLayerOpacity})
             .frame(card.width + 2 * more, card.height + 2 * more));
   }
-  return zstack(centred, std::move(rectangles)).offset(0, drop);
+  return zstack(centred, std::move(rectangles)).offset(0, Measures::shadowDrop);
 }
 
 View caption(const GalleryCard& card, double width, const GalleryColours& colours,
@@ -106,25 +103,20 @@ View placed(View content, double leading, double top) {
 View heading(const GalleryColours& colours, const StringTable& strings) {
   const bool isLight = colours.scheme == ColourScheme::light;
   const std::string name = isLight ? strings.localized("Light") : strings.localized("Dark");
-  return splitLine(
-      text(name, {.font = headingFont}).foreground({colours.text}),
-      text(productName, {.font = productFont}).foreground({colours.secondaryText}), gridWidth,
-      headingFont.size * 1.25);
+  return splitLine(text(name, {.font = headingFont}).foreground({colours.text}),
+                   text(productName, {.font = productFont}).foreground({colours.secondaryText}),
+                   gridWidth, headingFont.size * 1.25);
 }
 
 View half(const std::vector<GalleryCard>& cards, const CardGrid& grid, double height,
           const GalleryColours& colours, const StringTable& strings) {
   std::vector<View> pieces;
-  pieces.push_back(placed(heading(colours, strings), Measures::margin,
-                          Measures::headingHeight - headingFont.size / 2));
+  pieces.push_back(placed(heading(colours, strings), Measures::margin, Measures::headingTop));
   for (std::size_t index = 0; index < cards.size(); ++index) {
     const CardPlace& place = grid.places[index];
-    pieces.push_back(placed(
-        cardWithCaption(cards[index], colours, strings),
-        Measures::margin +
-            static_cast<double>(place.column) * (Measures::cell + Measures::columnGap),
-        Measures::headingHeight + headingFont.size + Measures::headingGap +
-            static_cast<double>(place.row) * (Measures::cell + Measures::rowGap)));
+    pieces.push_back(placed(cardWithCaption(cards[index], colours, strings),
+                            Measures::margin + begin(place.column, Measures::columnGap),
+                            Measures::gridTop + begin(place.row, Measures::rowGap)));
   }
   return zstack(topLeading, std::move(pieces))
       .frame(halfWidth, height, topLeading)
@@ -137,9 +129,8 @@ GallerySheet makeGallerySheet(const std::vector<GalleryCard>& cards, const Strin
   std::vector<CardSpan> spans;
   for (const GalleryCard& card : cards) spans.push_back(spanOf(card.family));
   const CardGrid grid = placeCards(spans, Measures::columns);
-  const double height = Measures::headingHeight + headingFont.size + Measures::headingGap +
-                        static_cast<double>(grid.rows) * (Measures::cell + Measures::rowGap) +
-                        Measures::margin / 2;
+  const double height =
+      Measures::gridTop + begin(grid.rows, Measures::rowGap) + Measures::bottomMargin;
   std::vector<View> halves;
   for (const GalleryColours* colours : {&lightGalleryColours(), &darkGalleryColours()}) {
     halves.push_back(half(cards, grid, height, *colours, strings));

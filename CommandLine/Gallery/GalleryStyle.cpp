@@ -17,8 +17,8 @@ const GalleryColours& lightGalleryColours() {
                                           .wallpaperBottom = opaque(0xDDE5EF),
                                           .text = opaque(0x162236),
                                           .secondaryText = opaque(0x53627A),
-                                          .shadow = opaque(0x14284A),
-                                          .shadowLayerOpacity = 0.022};
+                                          .shadow = opaque(0x1B3050),
+                                          .shadowLayerOpacity = 0.02};
   return colours;
 }
 

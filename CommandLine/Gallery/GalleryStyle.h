@@ -19,9 +19,13 @@ struct GalleryMeasures {
   static constexpr double columnGap = 24;
   static constexpr double rowGap = 42;  ///< holds the captions
   static constexpr double margin = 64;
-  static constexpr double headingHeight = 72;
-  static constexpr double headingGap = 28;
-  static constexpr double captionGap = 9;  ///< between a card and its caption
+  static constexpr double headingTop = 56;
+  static constexpr double gridTop = 126;
+  static constexpr double bottomMargin = 32;  ///< below the last captions
+  static constexpr double captionGap = 9;     ///< between a card and its caption
+  static constexpr int shadowLayers = 8;
+  static constexpr double shadowLayerGrowth = 1.75;  ///< each way, of a layer over the one upon it
+  static constexpr double shadowDrop = 6;
 };
 
 /// What one half of the sheet is painted in.

@@ -9,14 +9,20 @@
 namespace lanternfold {
 namespace {
 
-/// The side of a window over which one SSIM value is computed, and the step to the next.
-constexpr std::size_t similarityWindow = 8;
-constexpr std::size_t similarityStep = 4;
+/// The side of a patch over which one SSIM value is computed, and the step to the next.
+constexpr std::size_t patch = 8;
+constexpr std::size_t patchStep = 4;
+/// A patch with less variance of lightness in both pictures has no structure; its colour is judged.
+constexpr double leastVariance = 25;
+/// As if there were so many patches at least: a single one, which touches the edge of a letter, is
+/// chance.
+constexpr std::size_t leastPatches = 8;
 
-/// SSIM of the lightness in the window at x, y.
-double similarityAt(const LabPlanes& one, const LabPlanes& other, std::size_t x, std::size_t y) {
-  const std::size_t right = std::min(x + similarityWindow, one.width);
-  const std::size_t bottom = std::min(y + similarityWindow, one.height);
+/// SSIM of the lightness in the patch at x, y; none where there is no structure.
+std::optional<double> similarityAt(const LabPlanes& one, const LabPlanes& other, std::size_t x,
+                                   std::size_t y) {
+  const std::size_t right = std::min(x + patch, one.width);
+  const std::size_t bottom = std::min(y + patch, one.height);
   double sum1 = 0;
   double sum2 = 0;
   double squares1 = 0;
@@ -42,6 +48,7 @@ double similarityAt(const LabPlanes& one, const LabPlanes& other, std::size_t x,
   const double variance1 = squares1 / count - mean1 * mean1;
   const double variance2 = squares2 / count - mean2 * mean2;
   const double covariance = products / count - mean1 * mean2;
+  if (std::max(variance1, variance2) < leastVariance) return std::nullopt;
   return (2 * mean1 * mean2 + stabiliser1) * (2 * covariance + stabiliser2) /
          ((mean1 * mean1 + mean2 * mean2 + stabiliser1) * (variance1 + variance2 + stabiliser2));
 }
@@ -54,17 +61,20 @@ std::vector<std::size_t> beginnings(std::size_t length, std::size_t size, std::s
   return all;
 }
 
+/// Of the patches of `window` that have structure.
 double meanSimilarity(const LabPlanes& one, const LabPlanes& other, const WindowDifference& window,
                       std::size_t right, std::size_t bottom) {
-  double sum = 0;
+  double lost = 0;
   std::size_t count = 0;
-  for (const std::size_t y : beginnings(bottom - window.y, similarityWindow, similarityStep)) {
-    for (const std::size_t x : beginnings(right - window.x, similarityWindow, similarityStep)) {
-      sum += similarityAt(one, other, window.x + x, window.y + y);
+  for (const std::size_t y : beginnings(bottom - window.y, patch, patchStep)) {
+    for (const std::size_t x : beginnings(right - window.x, patch, patchStep)) {
+      const auto similarity = similarityAt(one, other, window.x + x, window.y + y);
+      if (!similarity) continue;
+      lost += 1 - *similarity;
       ++count;
     }
   }
-  return sum / static_cast<double>(count);
+  return 1 - lost / static_cast<double>(std::max(count, leastPatches));
 }
 
 Lab meanColour(const LabPlanes& planes, const WindowDifference& window, std::size_t right,
@@ -125,8 +135,8 @@ Picture fadedOver(const Picture& blessed, const Picture& actual) {
                  .pixels = {}};
   for (std::size_t y = 0; y < result.height; ++y) {
     for (std::size_t x = 0; x < result.width; ++x) {
-      const bool isInBoth = x < std::min(blessed.width, actual.width) &&
-                            y < std::min(blessed.height, actual.height);
+      const bool isInBoth =
+          x < std::min(blessed.width, actual.width) && y < std::min(blessed.height, actual.height);
       result.pixels.push_back(isInBoth ? faded(actual.at(x, y)) : red);
     }
   }
