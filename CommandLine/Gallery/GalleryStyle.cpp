@@ -16,7 +16,7 @@ const GalleryColours& lightGalleryColours() {
                                           .wallpaperTop = opaque(0xF6F8FB),
                                           .wallpaperBottom = opaque(0xDDE5EF),
                                           .text = opaque(0x162236),
-                                          .secondaryText = opaque(0x53627A),
+                                          .secondaryText = opaque(0x3F4C61),
                                           .shadow = opaque(0x1B3050),
                                           .shadowLayerOpacity = 0.02};
   return colours;
