@@ -1,4 +1,4 @@
-#include "Tests/GoldenPictures/LabPlanes.h"
+#include "Tests/Pictures/LabPlanes.h"
 
 #include <array>
 #include <cmath>
