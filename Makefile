@@ -31,10 +31,10 @@ test-quick: ## The same without sanitizers and system tests
 test-one: ## Build and run the tests whose names match (FILTER=REGEX, PRESET=dev)
 	@Scripts/test-one "$(FILTER)" "$(PRESET)"
 
-golden: ## Compare with the golden files (FILTER=REGEX)
+golden: ## Compare with the golden texts and pictures (FILTER=REGEX)
 	@Scripts/golden "$(FILTER)"
 
-golden-update: ## Write the golden files anew (FILTER=REGEX)
+golden-update: ## Write the golden texts and pictures anew (FILTER=REGEX)
 	@Scripts/golden --update "$(FILTER)"
 
 fuzz-smoke: ## Run every fuzz target for a few seconds (SECONDS_EACH=10)

@@ -20,7 +20,7 @@ struct TextPainting {
   double cornerRadius = 22;
 
   friend void PrintTo(const TextPainting& painting, std::ostream* stream) {
-    *stream << painting.size << " pixels on red " << painting.top.red;
+    *stream << painting.size << " pixels on blue " << painting.top.blue;
   }
 };
 

@@ -11,6 +11,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// The system's own rule that makes colour glyphs, which are bitmaps of one size, as large as the
+/// letters beside them.
+constexpr const char* glyphScaling = "/usr/share/fontconfig/conf.avail/10-scale-bitmap-fonts.conf";
+
 /// Has every picture of this program drawn with the pinned fonts, in one language and time zone,
 /// before anything has looked for a font.
 class PinnedSurroundings final : public testing::Environment {
@@ -55,8 +59,9 @@ std::string fontConfiguration(const fs::path& cacheFolder) {
     accepted += "      <glob>" + std::string(font.file) + "</glob>\n";
   }
   return "<?xml version=\"1.0\"?>\n<!DOCTYPE fontconfig SYSTEM \"fonts.dtd\">\n<fontconfig>\n" +
-         folders + "  <cachedir>" + cacheFolder.string() +
-         "</cachedir>\n  <selectfont>\n    <rejectfont>\n      <glob>*</glob>\n    </rejectfont>\n"
+         folders + "  <cachedir>" + cacheFolder.string() + "</cachedir>\n  <include>" +
+         glyphScaling +
+         "</include>\n  <selectfont>\n    <rejectfont>\n      <glob>*</glob>\n    </rejectfont>\n"
          "    <acceptfont>\n" +
          accepted + "    </acceptfont>\n  </selectfont>\n</fontconfig>\n";
 }

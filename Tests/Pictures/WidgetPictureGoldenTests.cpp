@@ -119,7 +119,7 @@ TEST_P(WidgetPictureGolden, LooksAsBlessed) {
   expectGoldenPicture(GoldenPictures::ofThisTree(), GetParam().name, drawn(GetParam()));
 }
 
-INSTANTIATE_TEST_SUITE_P(Pictures, WidgetPictureGolden, testing::ValuesIn(widgetPictures()),
+INSTANTIATE_TEST_SUITE_P(Widgets, WidgetPictureGolden, testing::ValuesIn(widgetPictures()),
                          [](const auto& picture) { return picture.param.name; });
 
 }  // namespace
