@@ -11,7 +11,7 @@ SIGNATURE = b"\x89PNG\r\n\x1a\n"
 def png_size(contents):
     """Width and height; an AssertionError when anything of the file is missing or damaged."""
     assert contents.startswith(SIGNATURE), "no PNG signature"
-    at, kinds, pixels, size = len(SIGNATURE), [], b"", None
+    at, kinds, pixels, size, samples = len(SIGNATURE), [], b"", None, None
     while at < len(contents):
         length, kind = struct.unpack_from(">I4s", contents, at)
         data = contents[at + 8:at + 8 + length]
@@ -20,12 +20,13 @@ def png_size(contents):
         kinds.append(kind)
         if kind == b"IHDR":
             size = struct.unpack_from(">II", data)
+            samples = {2: 3, 6: 4}[data[9]]  # bytes a pixel: without transparency three
         if kind == b"IDAT":
             pixels += data
         at += 12 + length
     assert (kinds[0], kinds[-1]) == (b"IHDR", b"IEND"), "not whole"
     rows = zlib.decompress(pixels)
-    assert len(rows) == size[1] * (1 + 4 * size[0]), "rows are missing"
+    assert len(rows) == size[1] * (1 + samples * size[0]), "rows are missing"
     return size
 
 
