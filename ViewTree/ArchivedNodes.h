@@ -20,7 +20,16 @@
 
 namespace lanternfold {
 
-enum class ArchivedChildren { none, one, two, atLeastOne, any };
+/// The numbers are in their order.
+enum class ArchivedChildren { none, one, two, three, atLeastOne, any };
+
+/// How many children there must be; none for a kind that leaves it open.
+[[nodiscard]] constexpr std::optional<std::size_t> exactCount(ArchivedChildren children) {
+  if (children == ArchivedChildren::atLeastOne || children == ArchivedChildren::any) {
+    return std::nullopt;
+  }
+  return static_cast<std::size_t>(children);
+}
 
 /// What a number may be, and what it is when it is not there.
 struct NumberRule {
@@ -46,6 +55,7 @@ inline constexpr NumberRule extentRule{0, largestArchivedLength};
 inline constexpr NumberRule unboundedExtentRule{0, largestArchivedLength, std::nullopt, true};
 inline constexpr NumberRule fractionRule{0, 1};
 inline constexpr CountRule lineLimitRule{mostArchivedLines};
+inline constexpr CountRule columnsRule{mostGridColumns};
 
 // The names of the cases, in their order.
 inline constexpr std::array<std::string_view, 2> truncationNames = {"middle", "tail"};
@@ -207,6 +217,30 @@ struct ArchivedNode<WholeRowsNode> : ArchivedStack {
   static void visit(Visitor& members, Node& node) {
     members.numbers("spacings", node.spacings, lengthRule);
     members.choice("alignment", node.alignment, horizontalNames, HorizontalAlignment::centre);
+  }
+};
+
+template <>
+struct ArchivedNode<WholeGridNode> : ArchivedStack {
+  static constexpr std::string_view type = "wholeGrid";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.count("columns", node.columns, columnsRule);
+    members.number("columnSpacing", node.columnSpacing, lengthRule.unless(0));
+    members.number("rowSpacing", node.rowSpacing, lengthRule.unless(0));
+    members.alignment("alignment", node.alignment);
+  }
+};
+
+template <>
+struct ArchivedNode<AccessoryRowNode> : ArchivedKind<ArchivedChildren::three> {
+  static constexpr std::string_view type = "accessoryRow";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.choice("alignment", node.alignment, verticalNames, VerticalAlignment::centre);
+    members.number("spacing", node.spacing, lengthRule.unless(0));
+    members.number("besideLeading", node.besideLeading, extentRule.unless(0));
+    members.number("besideBoth", node.besideBoth, extentRule.unless(0));
   }
 };
 

@@ -75,6 +75,22 @@ View wholeRows(HorizontalAlignment alignment, std::vector<double> spacings,
   return {WholeRowsNode{std::move(spacings), alignment}, std::move(rows), std::nullopt};
 }
 
+View wholeGrid(const WholeGridNode& grid, std::vector<View> cells) {
+  if (grid.columns == 0) fatalError("a grid of views was made without a column");
+  return {grid, std::move(cells), std::nullopt};
+}
+
+View accessoryRow(const AccessoryRowNode& row, View leading, View content, View trailing) {
+  if (row.besideBoth < row.besideLeading) {
+    fatalError("a content was to have less room beside two accessories than beside one");
+  }
+  std::vector<View> parts;
+  parts.push_back(std::move(leading));
+  parts.push_back(std::move(content));
+  parts.push_back(std::move(trailing));
+  return {row, std::move(parts), std::nullopt};
+}
+
 View button(std::string intent, View face) {
   return around(ButtonNode{std::move(intent)}, std::move(face));
 }

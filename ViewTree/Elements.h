@@ -48,6 +48,12 @@ struct SymbolStyle {
 /// is room for; at least one spacing, the widest first.
 [[nodiscard]] View wholeRows(HorizontalAlignment alignment, std::vector<double> spacings,
                              std::vector<View> rows);
+/// `cells` row by row, as many whole rows as there is room for; at least one column.
+[[nodiscard]] View wholeGrid(const WholeGridNode& grid, std::vector<View> cells);
+/// `content` between `leading` and `trailing`; an empty view is no accessory. Stops the program
+/// when `row.besideBoth` is below `row.besideLeading`.
+[[nodiscard]] View accessoryRow(const AccessoryRowNode& row, View leading, View content,
+                                View trailing);
 [[nodiscard]] View button(std::string intent, View face);
 /// `content` as a link; `content` alone when `url` is none that a link may have.
 [[nodiscard]] View link(std::string url, View content);

@@ -5,6 +5,8 @@
 #include <utility>
 #include <variant>
 
+#include "ViewTree/AccessoryRow.h"
+#include "ViewTree/GridLayout.h"
 #include "ViewTree/LayoutArithmetic.h"
 #include "ViewTree/ViewMeasurer.h"
 
@@ -71,6 +73,10 @@ class Placement {
       placeColumn(view.children, *column, placed, offer);
     } else if (const auto* rows = std::get_if<WholeRowsNode>(&node)) {
       placed.children.push_back(placeRows(view, *rows, placed.frame, offer));
+    } else if (const auto* grid = std::get_if<WholeGridNode>(&node)) {
+      placeGrid(view.children, *grid, placed, offer);
+    } else if (const auto* parts = std::get_if<AccessoryRowNode>(&node)) {
+      placeAccessoryRow(view, *parts, placed, offer);
     } else if (const auto* layers = std::get_if<ZStackNode>(&node)) {
       for (const View& child : view.children) {
         placed.children.push_back(placeAligned(child, placed.frame, layers->alignment, offer));
@@ -112,6 +118,20 @@ class Placement {
     }
   }
 
+  void placeAccessoryRow(const View& view, const AccessoryRowNode& row, LaidOutView& placed,
+                         const ProposedSize& offer) {
+    const AccessoryRowPlan plan = planAccessoryRow(view, offer, measurer_);
+    Point next = placed.frame.origin;
+    for (std::size_t part = 0; part < plan.offers.size(); ++part) {
+      if (!plan.offers[part]) continue;
+      const View& child = view.children[part];
+      const Size size = measurer_.measure(child, *plan.offers[part]);
+      const double down = alignedOffset(row.alignment, placed.frame.size.height, size.height);
+      placed.children.push_back(place(child, {next.x, next.y + down}, *plan.offers[part]));
+      next.x += size.width + row.spacing;
+    }
+  }
+
   void placeColumn(std::span<const View> children, const VStackNode& column, LaidOutView& placed,
                    const ProposedSize& offer) {
     const StackPlan plan = measurer_.planStack(children, Axis::vertical, column.spacing, offer);
@@ -134,6 +154,26 @@ class Placement {
     placed.accessibleDescription = accessibleDescription(shown.rows, context_.drawingTime);
     placeColumn(shown.rows, column, placed, offer);
     return placed;
+  }
+
+  /// Row by row, each as the stack that it is.
+  void placeGrid(std::span<const View> cells, const WholeGridNode& grid, LaidOutView& placed,
+                 const ProposedSize& offer) {
+    const Point origin = placed.frame.origin;
+    for (const GridRow& row : planGrid(grid, cells, offer, measurer_).rows) {
+      const std::span<const View> cellsOfRow = cells.subspan(row.first, row.count);
+      const Size whole{placed.frame.size.width, row.height};
+      const Rect area{{origin.x, origin.y + row.top}, whole};
+      LaidOutView line = unfilled(HStackNode{grid.alignment.vertical, row.spacing}, area);
+      line.accessibleDescription = accessibleDescription(cellsOfRow, context_.drawingTime);
+      Rect cell{area.origin, {row.cellWidth, row.height}};
+      for (const View& content : cellsOfRow) {
+        line.children.push_back(
+            placeAligned(content, cell, grid.alignment, {row.cellWidth, row.height}));
+        cell.origin.x += row.cellWidth + row.spacing;
+      }
+      placed.children.push_back(std::move(line));
+    }
   }
 
   const LayoutContext& context_;

@@ -27,7 +27,9 @@ class PlainTextMaker {
     if (std::holds_alternative<ButtonNode>(view.node)) return {};
     if (std::holds_alternative<FirstThatFitsNode>(view.node)) return rows(view.children.front());
     Rows own = ownRows(view);
-    if (view.accessibleName) own = named(*view.accessibleName, own);
+    // The name of such a row stands in place of a title, which its content tells by itself.
+    const bool hasTitle = std::holds_alternative<AccessoryRowNode>(view.node);
+    if (view.accessibleName && !hasTitle) own = named(*view.accessibleName, own);
     if (const auto* link = std::get_if<LinkNode>(&view.node)) own.push_back({link->url});
     return own;
   }

@@ -85,6 +85,17 @@ struct Describer {
   }
   void operator()(const FirstThatFitsNode&) { kind = "first-that-fits"; }
   void operator()(const WholeRowsNode&) { kind = "whole-rows"; }
+  void operator()(const WholeGridNode& node) {
+    kind = "whole-grid";
+    figures = " columns " + std::to_string(node.columns) + " spacing " +
+              dumped(node.columnSpacing) + ' ' + dumped(node.rowSpacing) + ' ' +
+              name(node.alignment);
+  }
+  void operator()(const AccessoryRowNode& node) {
+    kind = "accessory-row";
+    figures = ' ' + name(node.alignment) + " spacing " + dumped(node.spacing) + " beside " +
+              dumped(node.besideLeading) + ' ' + dumped(node.besideBoth);
+  }
   void operator()(const FrameNode& node) {
     kind = "frame";
     figures = dumpedLength("width", node.width) + dumpedLength("height", node.height) + ' ' +

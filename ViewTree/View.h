@@ -115,6 +115,30 @@ struct WholeRowsNode {
   friend bool operator==(const WholeRowsNode&, const WholeRowsNode&) = default;
 };
 
+/// Cells in rows of `columns` each, from the leading end and from the top; those of a last row that
+/// is not full share its width. None of the rows is cut. How they share the room, and which of them
+/// are shown, says `planGrid` (ViewTree/GridLayout.h).
+struct WholeGridNode {
+  std::size_t columns = 1;  ///< at least one
+  double columnSpacing = 0;
+  double rowSpacing = 0;
+  /// Where a cell stands that takes less than its share of the width or its row's height.
+  Alignment alignment = topLeading;
+  friend bool operator==(const WholeGridNode&, const WholeGridNode&) = default;
+};
+
+/// A content between two accessories that step aside, the trailing one first, where the content
+/// would get too little room. What it loses to an accessory in a wider row it does not get in a
+/// narrower one, so that it never shows less in more room. How wide the parts are says
+/// `planAccessoryRow` (ViewTree/AccessoryRow.h).
+struct AccessoryRowNode {
+  VerticalAlignment alignment = VerticalAlignment::centre;
+  double spacing = 0;
+  double besideLeading = 0;  ///< the content's least width beside the leading accessory
+  double besideBoth = 0;     ///< its least width beside both, not below the other one
+  friend bool operator==(const AccessoryRowNode&, const AccessoryRowNode&) = default;
+};
+
 /// One dimension of a frame: a fixed length, or bounds and an ideal, each optional.
 struct FrameLength {
   std::optional<double> fixed;
@@ -190,14 +214,16 @@ struct LayoutPriorityNode {
   friend bool operator==(const LayoutPriorityNode&, const LayoutPriorityNode&) = default;
 };
 
-using ViewNode = std::variant<TextNode, DrawingTimeNode, SymbolNode, ImageNode, CircleNode,
-                              RoundedRectangleNode, LinearGradientNode, EmptyNode, HStackNode,
-                              VStackNode, ZStackNode, FirstThatFitsNode, WholeRowsNode, FrameNode,
-                              PaddingNode, OffsetNode, BackgroundNode, OpacityNode, ForegroundNode,
-                              ClipNode, ColourSchemeNode, ButtonNode, LinkNode, LayoutPriorityNode>;
+using ViewNode =
+    std::variant<TextNode, DrawingTimeNode, SymbolNode, ImageNode, CircleNode, RoundedRectangleNode,
+                 LinearGradientNode, EmptyNode, HStackNode, VStackNode, ZStackNode,
+                 FirstThatFitsNode, WholeRowsNode, WholeGridNode, AccessoryRowNode, FrameNode,
+                 PaddingNode, OffsetNode, BackgroundNode, OpacityNode, ForegroundNode, ClipNode,
+                 ColourSchemeNode, ButtonNode, LinkNode, LayoutPriorityNode>;
 
-/// A node and its children. Stacks and rows have any number, a choice at least one, a background
-/// two, every other modifier one, the rest none; the functions that make views keep to that.
+/// A node and its children. Stacks, rows and grids have any number, a choice at least one, a row of
+/// a content and its accessories three, a background two, every other modifier one, the rest none;
+/// the functions that make views keep to that.
 struct View {
   ViewNode node;
   std::vector<View> children;

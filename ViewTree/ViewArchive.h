@@ -19,6 +19,7 @@ inline constexpr std::size_t longestArchivedText = std::size_t{64} * 1024;      
 inline constexpr std::size_t deepestArchivedNode = 64;  ///< nodes from the root, itself included
 inline constexpr std::size_t mostArchivedNodes = 10'000;
 inline constexpr std::size_t mostRowSpacings = 16;
+inline constexpr std::size_t mostGridColumns = 16;
 inline constexpr std::size_t mostArchivedLines = 1000;  ///< of a text
 /// Points of any length, in both directions.
 inline constexpr double largestArchivedLength = 100'000;

@@ -134,13 +134,12 @@ class ArchiveWriter {
 
   void children(const View& view, ArchivedChildren allowed, std::size_t depth) {
     if (allowed == ArchivedChildren::none || depth == deepestArchivedNode) return;
-    const bool isModifier = allowed == ArchivedChildren::one || allowed == ArchivedChildren::two;
-    std::size_t needed = 0;
-    if (allowed != ArchivedChildren::any) needed = allowed == ArchivedChildren::two ? 2 : 1;
+    const std::optional<std::size_t> exact = exactCount(allowed);
+    const std::size_t needed = exact.value_or(allowed == ArchivedChildren::atLeastOne ? 1 : 0);
     if (view.children.empty() && needed == 0) return;
     member("children");
     json_ += '[';
-    const std::size_t most = isModifier ? needed : view.children.size();
+    const std::size_t most = exact.value_or(view.children.size());
     for (std::size_t index = 0; index < std::max(most, needed); ++index) {
       if (index >= needed && !hasRoom()) break;
       if (json_.back() != '[') json_ += ',';

@@ -5,6 +5,8 @@
 #include <variant>
 
 #include "Support/TextPlaceholders.h"
+#include "ViewTree/AccessoryRow.h"
+#include "ViewTree/GridLayout.h"
 #include "ViewTree/LayoutArithmetic.h"
 
 namespace lanternfold {
@@ -73,7 +75,8 @@ Size ViewMeasurer::computed(const View& view, const ProposedSize& offer) {
   if (view.children.empty()) {
     const bool isStack =
         std::holds_alternative<HStackNode>(node) || std::holds_alternative<VStackNode>(node) ||
-        std::holds_alternative<ZStackNode>(node) || std::holds_alternative<WholeRowsNode>(node);
+        std::holds_alternative<ZStackNode>(node) || std::holds_alternative<WholeRowsNode>(node) ||
+        std::holds_alternative<WholeGridNode>(node);
     return isStack ? Size{} : filling(offer);
   }
   if (const auto* row = std::get_if<HStackNode>(&node)) {
@@ -85,6 +88,12 @@ Size ViewMeasurer::computed(const View& view, const ProposedSize& offer) {
   if (std::holds_alternative<WholeRowsNode>(node)) {
     const ShownRows shown = shownRows(view, offer);
     return stackSize(shown.rows, Axis::vertical, shown.spacing, offer);
+  }
+  if (const auto* grid = std::get_if<WholeGridNode>(&node)) {
+    return planGrid(*grid, view.children, offer, *this).size;
+  }
+  if (std::holds_alternative<AccessoryRowNode>(node)) {
+    return planAccessoryRow(view, offer, *this).size;
   }
   if (std::holds_alternative<ZStackNode>(node)) return layeredSize(view, offer);
   if (std::holds_alternative<FirstThatFitsNode>(node)) return measure(chosen(view, offer), offer);
@@ -192,8 +201,9 @@ Size ViewMeasurer::paddedSize(const View& view, const EdgeInsets& insets,
                               const ProposedSize& offer) {
   const PaddingPlan plan = planPadding(insets, offer);
   const Size child = measure(view.children.front(), plan.offer);
-  return {child.width + plan.insets.leading + plan.insets.trailing,
-          child.height + plan.insets.top + plan.insets.bottom};
+  const EdgeInsets& taken = plan.insets;
+  return {paddedLength(child.width, {taken.leading, taken.trailing}, plan.offer.width, offer.width),
+          paddedLength(child.height, {taken.top, taken.bottom}, plan.offer.height, offer.height)};
 }
 
 }  // namespace lanternfold

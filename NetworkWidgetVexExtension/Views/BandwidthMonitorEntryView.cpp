@@ -12,6 +12,7 @@ namespace {
 /// The main application's bandwidth monitor in its mini mode.
 constexpr const char* bandwidthMonitorUrl = "net.quernaple.LanternfoldX://bandwidth-monitor?mini=1";
 constexpr double gaugeWidth = 80;
+constexpr double tilePadding = 16;
 
 /// A template image: drawn in the foreground colour, as large as its frame allows.
 View gauge() {
@@ -30,7 +31,7 @@ View BandwidthMonitorEntryView::body(const WidgetEnvironment& environment) const
   column.push_back(gauge());
   View tile = vstack(HorizontalAlignment::centre, 0, std::move(column))
                   .frame(whole)
-                  .padding(NetworkWidgetDefaultStyle(environment).padding)
+                  .padding(tilePadding)
                   .background(roundedRectangle(0, Colour::named(accentColour)))
                   .foreground(Colour::white());
   return link(bandwidthMonitorUrl, std::move(tile))

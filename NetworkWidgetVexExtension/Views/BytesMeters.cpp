@@ -42,6 +42,8 @@ std::vector<View> meters(const std::vector<BytesMeterFigure>& figures,
 
 }  // namespace
 
+double bytesMeterSide(BytesCircularMeter::Size size) { return measuresOf(size).side; }
+
 View BytesCircularMeter::body(const WidgetEnvironment& environment) const {
   const ByteCountFormatter formatter(
       ByteCountStyle::binaryFromKilobytes,

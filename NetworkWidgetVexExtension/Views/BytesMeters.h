@@ -21,7 +21,7 @@ struct BytesMeterFigure {
 };
 
 struct BytesCircularMeter {
-  enum class Size { automatic, small, large };
+  using Size = BytesCircularMeterSize;
 
   BytesMeterFigure metrics;
   Size size = Size::automatic;
@@ -42,6 +42,9 @@ struct VBytesMeters {
 
   [[nodiscard]] View body(const WidgetEnvironment& environment) const;
 };
+
+/// The side of a meter's frame, in points.
+[[nodiscard]] double bytesMeterSide(BytesCircularMeter::Size size);
 
 /// Received, then sent bytes.
 [[nodiscard]] std::vector<BytesMeterFigure> bytesMeterFigures(const ConnectionMetrics& metrics,

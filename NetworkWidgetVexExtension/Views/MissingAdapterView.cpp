@@ -23,24 +23,17 @@ View MissingAdapterView::body(const WidgetEnvironment& environment) const {
   };
   std::vector<View> lines;
   lines.push_back(
-      SourceListItemView{{name, environment.strings.localized("Not available"), true}, true}
-          .body(environment));
+      SourceListItemView{{name, environment.strings.localized("Not available"), true}, true}.body(
+          environment));
   lines.push_back(line("It is gone, or cannot be read now."));
   lines.push_back(line("Its card comes back with it."));
   FrameNode rows;
-  rows.width.ideal = rowsBesideIcon;
   rows.width.maximum = unlimited;
   rows.alignment = topLeading;
-  View explanation = vstack(HorizontalAlignment::leading, 4, std::move(lines)).frame(rows);
-  std::vector<View> parts;
-  parts.push_back(NetworkSourceIconView{NetworkSourceCategory::other()}.body(environment).opacity(0.5, 0.5));
-  parts.push_back(explanation);
-  std::vector<View> choices;
-  choices.push_back(hstack(VerticalAlignment::centre, 5, std::move(parts)));
-  FrameNode alone;
-  alone.width.maximum = rowsBesideIcon;
-  choices.push_back(std::move(explanation).frame(alone));
-  return firstThatFits(FitAxes::horizontal, std::move(choices));
+  return accessoryRow(
+      {VerticalAlignment::centre, 5, rowsBesideIcon, rowsBesideIcon},
+      NetworkSourceIconView{NetworkSourceCategory::other()}.body(environment).opacity(0.5, 0.5),
+      vstack(HorizontalAlignment::leading, 4, std::move(lines)).frame(rows), emptyView());
 }
 
 }  // namespace lanternfold

@@ -27,6 +27,7 @@ View card(const AdapterChoice& choice, const WidgetEnvironment& environment) {
 View NetworkAdapterWidgetEntryView::body(const WidgetEnvironment& outer) const {
   WidgetEnvironment environment = outer;
   environment.showsTimestamp = entry.configuration.showTimestamp.value_or(false);
+  environment.keepsBottomFree = environment.showsTimestamp;
   const AdapterChoice choice = chooseAdapter(entry.configuration, entry.networkState.others,
                                              environment.preferredInterfaceNames);
   return networkWidget(card(choice, environment), environment);

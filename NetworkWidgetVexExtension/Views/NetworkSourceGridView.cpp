@@ -1,8 +1,11 @@
 #include "NetworkWidgetVexExtension/Views/NetworkSourceGridView.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <ranges>
 #include <utility>
 
+#include "NetworkWidgetVexExtension/Views/BytesMeters.h"
 #include "NetworkWidgetVexExtension/Views/NetworkSourceView.h"
 #include "NetworkWidgetVexExtension/Views/WidgetStyle.h"
 #include "ViewTree/Elements.h"
@@ -11,6 +14,16 @@ namespace lanternfold {
 namespace {
 
 using DisplayMode = NetworkSourceGridView::DisplayMode;
+
+/// No widget has room for more.
+constexpr std::size_t mostCards = 24;
+/// More of them are too low for meters of the usual size.
+constexpr std::size_t mostCardsWithLargeMeters = 4;
+/// More of them, in two columns, are too low for any.
+constexpr std::size_t mostCardsWithMeters = 6;
+constexpr double columnSpacing = 8;
+/// About that of a font, as a share of its size.
+constexpr double lineHeight = 1.2;
 
 NetworkSourceView sourceView(const NetworkSourceGridView& grid, const AnyNetworkSource& source) {
   if (grid.displayMode == DisplayMode::accessory) {
@@ -21,17 +34,42 @@ NetworkSourceView sourceView(const NetworkSourceGridView& grid, const AnyNetwork
   return {NetworkSourceView::Direction::horizontal, source, rowLimit, !grid.hideBytesMeters};
 }
 
-/// Narrow, and hardly varying: cards that share a widget should not look as if they were of two.
-std::vector<double> spacingsBesideOthers(DisplayMode mode) {
-  return mode == DisplayMode::large ? std::vector<double>{5, 3, 2, 1}
-                                    : std::vector<double>{3, 2, 1};
+/// What `count` sources that share a widget have in common. Their rows stand close, and hardly
+/// vary: cards of one widget should not look as if they were of two.
+WidgetEnvironment sharedBy(std::size_t count, DisplayMode mode, const WidgetEnvironment& outer) {
+  WidgetEnvironment environment = outer;
+  if (count < 2) return environment;
+  environment.rowSpacings = {3, 2, 1};
+  if (mode == DisplayMode::large)
+    environment.rowSpacings.insert(environment.rowSpacings.begin(), 5);
+  if (count > mostCardsWithLargeMeters) environment.bytesMeterSize = BytesCircularMeterSize::small;
+  return environment;
+}
+
+/// A card of a grid tells at least who it is and its address, and is as high as its meters, whether
+/// it is wide enough for them or not; what has no room for that is left out. In accessory widgets
+/// who it is must do.
+double leastCardHeight(const NetworkSourceGridView& grid, const WidgetEnvironment& environment) {
+  const double row = NetworkWidgetDefaultStyle(environment).valueFont.size * lineHeight;
+  if (grid.displayMode == DisplayMode::accessory) return row;
+  const double rows = 2 * row + environment.rowSpacings.back();
+  return grid.hideBytesMeters ? rows : std::max(rows, bytesMeterSide(environment.bytesMeterSize));
+}
+
+FrameNode atLeastAsHighAs(double height) {
+  FrameNode frame;
+  frame.height.minimum = height;
+  frame.alignment = topLeading;
+  return frame;
 }
 
 View noSource(const WidgetEnvironment& environment) {
   FrameNode whole;
   whole.width.maximum = unlimited;
   whole.height.maximum = unlimited;
-  return text(environment.strings.localized("No source"), {NetworkWidgetDefaultStyle(environment).firstValueFont}).frame(whole);
+  return text(environment.strings.localized("No source"),
+              {NetworkWidgetDefaultStyle(environment).firstValueFont})
+      .frame(whole);
 }
 
 }  // namespace
@@ -45,16 +83,25 @@ std::optional<DisplayMode> NetworkSourceGridView::displayModeOf(int rawValue) {
 
 View NetworkSourceGridView::body(const WidgetEnvironment& outer) const {
   if (sources.empty()) return noSource(outer);
-  WidgetEnvironment environment = outer;
-  if (sources.size() > 1) environment.rowSpacings = spacingsBesideOthers(displayMode);
+  if (displayMode != DisplayMode::large && sources.size() > mostCardsWithMeters &&
+      !hideBytesMeters) {
+    return NetworkSourceGridView{sources, displayMode, true}.body(outer);
+  }
+  const WidgetEnvironment environment = sharedBy(sources.size(), displayMode, outer);
   std::vector<View> cards;
-  cards.reserve(sources.size());
-  for (const AnyNetworkSource& source : sources) {
+  for (const AnyNetworkSource& source : sources | std::views::take(mostCards)) {
     cards.push_back(sourceView(*this, source).body(environment));
   }
   if (cards.size() == 1) return std::move(cards.front());
   const double spacing = displayMode == DisplayMode::large ? 10 : 5;
-  return vstack(HorizontalAlignment::leading, spacing, std::move(cards));
+  if (cards.size() == 2) return vstack(HorizontalAlignment::leading, spacing, std::move(cards));
+  const double leastHeight = leastCardHeight(*this, environment);
+  for (View& card : cards) card = std::move(card).frame(atLeastAsHighAs(leastHeight));
+  return wholeGrid({.columns = displayMode == DisplayMode::large ? 1U : 2U,
+                    .columnSpacing = columnSpacing,
+                    .rowSpacing = spacing,
+                    .alignment = topLeading},
+                   std::move(cards));
 }
 
 }  // namespace lanternfold

@@ -16,8 +16,7 @@ std::string symbolNameOf(NetworkSourceCategory category) {
 double strengthOf(std::int64_t signalDbm) {
   constexpr double weakestDbm = -100;
   constexpr double strongestDbm = -50;
-  const double share =
-      (static_cast<double>(signalDbm) - weakestDbm) / (strongestDbm - weakestDbm);
+  const double share = (static_cast<double>(signalDbm) - weakestDbm) / (strongestDbm - weakestDbm);
   return std::clamp(share, 0.0, 1.0);
 }
 

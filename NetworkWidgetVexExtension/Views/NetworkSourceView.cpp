@@ -32,32 +32,21 @@ bool hasMetrics(const AnyNetworkSource& source) {
   return metricsOf(source) != ConnectionMetrics::empty();
 }
 
-View rowsIn(View rows, FrameLength width) {
-  FrameNode frame;
-  frame.width = width;
-  frame.alignment = topLeading;
-  return std::move(rows).frame(frame);
-}
-
-View sideBySide(NetworkSourceView::Direction direction, View icon, View rows) {
+View oneAboveTheOther(View icon, View rows) {
   std::vector<View> parts;
   parts.push_back(std::move(icon));
   parts.push_back(std::move(rows));
-  return direction == NetworkSourceView::Direction::vertical
-             ? vstack(HorizontalAlignment::leading, spacing, std::move(parts))
-             : hstack(VerticalAlignment::centre, spacing, std::move(parts));
+  return vstack(HorizontalAlignment::leading, spacing, std::move(parts));
 }
 
-/// The meters, smaller ones where the card is too low for them, none where it is lower still.
+/// The meters, none where the card is too low for them.
 View metersOf(const AnyNetworkSource& source, const WidgetEnvironment& environment) {
   const std::vector<BytesMeterFigure> figures =
       bytesMeterFigures(metricsOf(source), environment.strings);
   std::vector<View> choices;
-  for (const auto size : {BytesCircularMeter::Size::automatic, BytesCircularMeter::Size::small}) {
-    choices.push_back(HBytesMeters{figures, size}.body(environment));
-  }
+  choices.push_back(HBytesMeters{figures, environment.bytesMeterSize}.body(environment));
   choices.push_back(emptyView());
-  return firstThatFits(FitAxes::vertical, std::move(choices)).layoutPriority(1);
+  return firstThatFits(FitAxes::vertical, std::move(choices));
 }
 
 }  // namespace
@@ -65,25 +54,16 @@ View metersOf(const AnyNetworkSource& source, const WidgetEnvironment& environme
 View NetworkSourceView::body(const WidgetEnvironment& outer) const {
   WidgetEnvironment environment = outer;
   environment.signalStrength = signalStrengthOf(source);
-  const View icon = NetworkSourceIconView{categoryOf(source)}.body(environment);
-  const View rows = NetworkSourceListView{topLeading, source, rowLimit}.body(environment);
-  std::vector<View> choices;
-  FrameLength width;
-  width.ideal = rowsBesideIcon;
-  if (showBytesMeters && hasMetrics(source)) {
-    FrameLength beside;
-    beside.ideal = rowsBesideMeters;
-    std::vector<View> parts;
-    parts.push_back(sideBySide(direction, icon, rowsIn(rows, beside)));
-    parts.push_back(metersOf(source, environment));
-    choices.push_back(hstack(VerticalAlignment::centre, spacing, std::move(parts)));
-    width.maximum = rowsBesideMeters;
+  View icon = NetworkSourceIconView{categoryOf(source)}.body(environment);
+  View rows = NetworkSourceListView{topLeading, source, rowLimit}.body(environment);
+  View meters = showBytesMeters && hasMetrics(source) ? metersOf(source, environment) : emptyView();
+  if (direction == Direction::vertical) {
+    rows = oneAboveTheOther(std::move(icon), std::move(rows));
+    icon = emptyView();
   }
-  choices.push_back(sideBySide(direction, icon, rowsIn(rows, width)));
-  FrameLength alone;
-  alone.maximum = rowsBesideIcon;
-  choices.push_back(rowsIn(rows, alone));
-  return firstThatFits(FitAxes::horizontal, std::move(choices)).accessible(displayNameOf(source));
+  return accessoryRow({VerticalAlignment::centre, spacing, rowsBesideIcon, rowsBesideMeters},
+                      std::move(icon), std::move(rows), std::move(meters))
+      .accessible(displayNameOf(source));
 }
 
 }  // namespace lanternfold

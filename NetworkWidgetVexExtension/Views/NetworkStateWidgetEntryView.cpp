@@ -43,6 +43,11 @@ View NetworkStateWidgetEntryView::body(const WidgetEnvironment& outer) const {
   environment.showsTimestamp = entry.configuration.showTimestamp.value_or(false);
   NetworkSourceGridView grid;
   grid.sources = sourcesOf(entry.networkState, environment);
+  // The columns of a small widget are too narrow for icons, beside which rows stay clear of the
+  // refresh button.
+  const bool hasNarrowColumns = environment.widgetFamily == WidgetFamily::small &&
+                                grid.sources.size() > sourcesOfASmallWidget;
+  environment.keepsBottomFree = environment.showsTimestamp || hasNarrowColumns;
   grid.displayMode = displayModeOf(environment.widgetFamily);
   return networkWidget(grid.body(environment), environment);
 }

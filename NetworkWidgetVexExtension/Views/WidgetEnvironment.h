@@ -36,6 +36,9 @@ struct PlatformVersionEnvironmentKey {
 /// The first version that has buttons in widgets.
 inline constexpr int platformVersionWithButtons = 14;
 
+/// How large a byte meter is drawn.
+enum class BytesCircularMeterSize { automatic, small, large };
+
 struct WidgetEnvironment {
   const StringTable& strings;
   WidgetFamily widgetFamily = WidgetFamily::medium;
@@ -43,11 +46,15 @@ struct WidgetEnvironment {
   std::vector<std::string> preferredInterfaceNames = {};
   /// Whether the system draws buttons in widgets; one that does not shows no refresh button.
   bool supportsButtons = true;
-  /// Whether the background shows the time of drawing, which needs room below the rows.
+  /// Whether the background shows the time of drawing.
   bool showsTimestamp = false;
+  /// Whether the rows end above the line of the time of drawing and the refresh button.
+  bool keepsBottomFree = false;
   /// The space between a source's rows where they all have room, and where they have less and less;
   /// set by the grid, so that the sources of a widget look alike.
   std::vector<double> rowSpacings = {12, 9, 6, 4, 2, 1};
+  /// Set by the grid, too.
+  BytesCircularMeterSize bytesMeterSize = BytesCircularMeterSize::automatic;
   /// How well the Wi-Fi network is received, 0 to 1; absent without one. Set by the source's view.
   std::optional<double> signalStrength = {};
 };

@@ -20,11 +20,11 @@ double valueSize(WidgetFamily family) {
   return 12;
 }
 
-/// What surrounds a widget's content. The last row stays above the line of the time of drawing.
+/// What surrounds a widget's content.
 EdgeInsets contentPadding(const WidgetEnvironment& environment) {
   const double side = environment.widgetFamily == WidgetFamily::small ? 14 : 16;
-  const double timestamp = refreshButtonInset + refreshButtonSide + 1;
-  return {side, side, environment.showsTimestamp ? timestamp : side, side};
+  const double bottomLine = refreshButtonInset + refreshButtonSide + 1;
+  return {side, side, environment.keepsBottomFree ? bottomLine : side, side};
 }
 
 }  // namespace

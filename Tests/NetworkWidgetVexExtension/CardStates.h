@@ -103,9 +103,8 @@ inline CardState stateCard(const StateWidget& widget, WidgetFamily family, std::
   return {std::move(name), family,
           [family, categories = widget.categories,
            entry = std::move(entry)](const StringTable& strings) {
-            return NetworkStateWidgetEntryView{entry}.body({.strings = strings,
-                                                            .widgetFamily = family,
-                                                            .shownCategories = categories});
+            return NetworkStateWidgetEntryView{entry}.body(
+                {.strings = strings, .widgetFamily = family, .shownCategories = categories});
           }};
 }
 
@@ -140,8 +139,7 @@ inline std::vector<CardState> stateWidgetCards() {
       const std::string prefix = std::string(widget.name) + '_' + familyName + '_';
       for (const SampleState& state : sampleStates()) {
         if (state.differing.isDisjoint(widget.categories)) continue;
-        cards.push_back(
-            stateCard(widget, family, prefix + state.name, stateEntry(state.network)));
+        cards.push_back(stateCard(widget, family, prefix + state.name, stateEntry(state.network)));
       }
       cards.push_back(
           stateCard(widget, family, prefix + "timestamp", stateEntry(placeholderState(), true)));

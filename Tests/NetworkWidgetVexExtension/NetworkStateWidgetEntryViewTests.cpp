@@ -28,7 +28,7 @@ NetworkStateEntry entryWith(std::vector<BasicInterface> others) {
 
 /// The symbols and titles of the sources, in their order of drawing.
 void addSources(const LaidOutView& view, std::vector<std::string>& sources) {
-  const bool isSource = std::holds_alternative<FirstThatFitsNode>(view.node);
+  const bool isSource = std::holds_alternative<AccessoryRowNode>(view.node);
   for (const char* title : {"Internet", "Wi-Fi", "Cellular", "Port en1", "Port en2", "Port en3"}) {
     if (isSource && view.accessibleDescription == title) sources.emplace_back(title);
   }

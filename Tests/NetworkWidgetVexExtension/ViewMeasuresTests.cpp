@@ -72,8 +72,9 @@ TEST(NetworkSourceIconView, ShowsHowWellTheNetworkIsReceived) {
 
 TEST(NetworkSourceView, HandsTheSignalOfItsNetworkToTheIcon) {
   const auto dump = [](const AnyNetworkSource& source) {
-    return dumpOf(NetworkSourceView{NetworkSourceView::Direction::horizontal, source, 8, false}
-                      .body(environment));
+    return dumpOf(
+        NetworkSourceView{NetworkSourceView::Direction::horizontal, source, 8, false}.body(
+            environment));
   };
   WlanInterface wlan = *placeholderState().wlan;
   wlan.currentNetwork->metrics->rssi = -60;
@@ -99,19 +100,24 @@ TEST(SourceListItemView, SpacesLabelAndValueBy4) {
 
 TEST(SourceListItemView, FirstItemStandsOutByWeightNotBySize) {
   const SourceListItem item{"en0", "Adapter", true};
-  EXPECT_THAT(dumpOf(SourceListItemView{item, true}.body(environment)), HasSubstr("12 bold \"Adapter\""));
-  EXPECT_THAT(dumpOf(SourceListItemView{item, false}.body(environment)), HasSubstr("12 \"Adapter\""));
+  EXPECT_THAT(dumpOf(SourceListItemView{item, true}.body(environment)),
+              HasSubstr("12 bold \"Adapter\""));
+  EXPECT_THAT(dumpOf(SourceListItemView{item, false}.body(environment)),
+              HasSubstr("12 \"Adapter\""));
 }
 
 TEST(SourceListItemView, ShowsLabelAndValueOnlyWhenPresent) {
   EXPECT_THAT(dumpOf(SourceListItemView{{"", "Adapter", true}, false}.body(environment)),
               Not(HasSubstr("rounded-rectangle")));
-  EXPECT_EQ(occurrences(dumpOf(SourceListItemView{{"en0", "", true}, false}.body(environment)), " text "), 1U);
+  EXPECT_EQ(
+      occurrences(dumpOf(SourceListItemView{{"en0", "", true}, false}.body(environment)), " text "),
+      1U);
 }
 
 TEST(SourceListItemView, DropsALabelForLackOfRoomOnlyWhenItIsNotRequired) {
   const auto row = [](bool required) {
-    return dumpOf(SourceListItemView{{"Router", "192.168.0.1", required}, false}.body(environment), {60, 20});
+    return dumpOf(SourceListItemView{{"Router", "192.168.0.1", required}, false}.body(environment),
+                  {60, 20});
   };
   EXPECT_THAT(row(false), Not(HasSubstr("\"Router\"\n")));
   EXPECT_THAT(row(false), HasSubstr("\"192.168.0.1\"\n"));

@@ -101,6 +101,84 @@ TEST(FrameExtent, IsIdealWhenAskedForTheIdeal) {
   EXPECT_EQ(frameExtent(frame, std::nullopt, 180), 180);
 }
 
+TEST(FrameExtent, WithAMinimumAloneIsNoLargerThanItsChild) {
+  const FrameLength frame = bounds(20, std::nullopt, std::nullopt);
+  EXPECT_EQ(frameExtent(frame, 90, 30), 30);
+  EXPECT_EQ(frameExtent(frame, 25, 30), 25);
+  EXPECT_EQ(frameExtent(frame, 10, 30), 20);
+}
+
+TEST(FrameExtent, WithAMaximumAloneIsNoSmallerThanItsChild) {
+  const FrameLength frame = bounds(std::nullopt, std::nullopt, 60);
+  EXPECT_EQ(frameExtent(frame, 10, 30), 30);
+  EXPECT_EQ(frameExtent(frame, 40, 30), 40);
+  EXPECT_EQ(frameExtent(frame, 90, 90), 60);
+}
+
+TEST(FrameExtent, OfAnotherDimensionIsThatOfTheChildHoweverLittleIsOffered) {
+  EXPECT_EQ(frameExtent({}, 0, 30), 30);
+  EXPECT_EQ(frameExtent(bounds(std::nullopt, 40, std::nullopt), 0, 30), 30);
+}
+
+TEST(PaddedLength, OfWhatTakesAllIsExactlyWhatIsOffered) {
+  for (double outer = 0; outer < 60; outer += 0.1) {
+    const auto [before, after] = fittingInsets(13.1, 8.3, outer);
+    const double inner = std::max(0.0, outer - before - after);
+    ASSERT_EQ(paddedLength(inner, {before, after}, inner, outer), outer);
+  }
+  EXPECT_EQ(paddedLength(4, {1, 2}, 5, 8), 7);
+  EXPECT_EQ(paddedLength(4, {1, 2}, std::nullopt, std::nullopt), 7);
+}
+
+/// A row of lines 10 high each, of which it shows as many as fit, at least one.
+RowHeight linesOf(int count) {
+  return [count](std::optional<double> offer) {
+    const int shown = offer ? std::clamp(static_cast<int>(*offer / 10), 1, count) : count;
+    return 10.0 * shown;
+  };
+}
+
+std::vector<double> rowHeights(std::optional<double> available, double spacing,
+                               const std::vector<RowHeight>& rows) {
+  std::vector<double> heights = wholeRowOffers(available, spacing, rows);
+  for (std::size_t row = 0; row < heights.size(); ++row) heights[row] = rows[row](heights[row]);
+  return heights;
+}
+
+using Heights = std::vector<double>;
+
+TEST(WholeRowOffers, AreIdealWhereTheyFit) {
+  const std::vector<RowHeight> rows = {linesOf(2), linesOf(4)};
+  EXPECT_EQ(wholeRowOffers(65, 5, rows), (Heights{20, 40}));
+  EXPECT_EQ(wholeRowOffers(std::nullopt, 5, rows), (Heights{20, 40}));
+  EXPECT_EQ(wholeRowOffers(unlimited, 5, rows), (Heights{20, 40}));
+}
+
+TEST(WholeRowOffers, AreEqualAmongRowsThatNeedMore) {
+  EXPECT_EQ(rowHeights(75, 5, {linesOf(9), linesOf(1), linesOf(9)}), (Heights{30, 10, 20}));
+  EXPECT_EQ(rowHeights(80, 5, {linesOf(9), linesOf(1), linesOf(9)}), (Heights{30, 10, 30}));
+}
+
+TEST(WholeRowOffers, AreForAsManyRowsAsFitAtTheLeastTheyTake) {
+  EXPECT_EQ(rowHeights(40, 5, {linesOf(9), linesOf(9), linesOf(9)}), (Heights{10, 10, 10}));
+  EXPECT_EQ(rowHeights(39, 5, {linesOf(9), linesOf(9), linesOf(9)}), (Heights{20, 10}));
+}
+
+TEST(WholeRowOffers, GoToTheFirstRowInAnyCase) {
+  EXPECT_EQ(wholeRowOffers(3, 5, {linesOf(9), linesOf(9)}), Heights{3});
+  EXPECT_TRUE(wholeRowOffers(3, 5, {}).empty());
+}
+
+TEST(WholeRowOffers, HardlyAskRowsThatHaveNoRoom) {
+  int asked = 0;
+  const RowHeight counted = [&](std::optional<double>) {
+    ++asked;
+    return 10.0;
+  };
+  EXPECT_EQ(wholeRowOffers(35, 0, std::vector<RowHeight>(10'000, counted)).size(), 3U);
+  EXPECT_LT(asked, 100);
+}
+
 TEST(FittingInsets, ShrinkInProportionWhenTheyDoNotFit) {
   EXPECT_EQ(fittingInsets(2, 2, 10), (std::pair{2.0, 2.0}));
   EXPECT_EQ(fittingInsets(3, 1, 2), (std::pair{1.5, 0.5}));

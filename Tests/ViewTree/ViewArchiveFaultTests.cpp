@@ -172,6 +172,8 @@ INSTANTIATE_TEST_SUITE_P(
                   {"root.lineLimit", tooLarge}},
         BadMember{R"({"type":"text","text":"a","fontSize":1,"lineLimit":1.5})",
                   {"root.lineLimit", "It is not a whole number."}},
+        BadMember{R"({"type":"wholeGrid","columns":0})", {"root.columns", tooSmall}},
+        BadMember{R"({"type":"wholeGrid","columns":17})", {"root.columns", tooLarge}},
         BadMember{R"({"type":"clip","cornerRadius":-1})", {"root.cornerRadius", tooSmall}}));
 
 const char* const child = R"({"type":"empty"})";

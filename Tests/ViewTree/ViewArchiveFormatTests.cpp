@@ -43,7 +43,7 @@ TEST(ViewArchiveFormat, IsWrittenDownMemberByMember) {
   for (std::sregex_iterator type(fixture.begin(), fixture.end(), types), end; type != end; ++type) {
     told.insert((*type)[1].str());
   }
-  EXPECT_EQ(std::variant_size_v<ViewNode>, 24U) << "a new kind of node has a row in the document";
+  EXPECT_EQ(std::variant_size_v<ViewNode>, 26U) << "a new kind of node has a row in the document";
   EXPECT_GT(told.size(), 50U);
   for (const std::string& name : told) {
     EXPECT_THAT(document, testing::HasSubstr('`' + name + '`'));
@@ -59,6 +59,8 @@ TEST(ViewArchiveFormat, HasTheLimitsThatAreWrittenDown) {
   }
   EXPECT_EQ(mostArchivedNodes, 10'000U);
   EXPECT_THAT(document, testing::HasSubstr("10,000 nodes"));
+  EXPECT_EQ(mostGridColumns, 16U);
+  EXPECT_THAT(document, testing::HasSubstr("1 to 16 |"));
   EXPECT_EQ(mostArchivedLines, 1000U);
   EXPECT_THAT(document, testing::HasSubstr("1 to 1,000"));
   EXPECT_EQ(largestArchivedLength, 100'000);

@@ -38,6 +38,8 @@ inline std::vector<View> viewsOfEveryKind() {
       zstack(bottomLeading, two()),
       firstThatFits(FitAxes::horizontal, two()),
       wholeRows(HorizontalAlignment::leading, {9, 4, 1}, two()),
+      wholeGrid({2, 8, -5, bottomLeading}, two()),
+      accessoryRow({VerticalAlignment::top, 5, 64, 180.5}, circle(1), word(), emptyView()),
       word().frame(frame),
       word().padding({1, -2, 3, 4}),
       word().offset(40, -40),
@@ -64,10 +66,11 @@ class ViewMaker {
     if (auto* words = std::get_if<TextNode>(&view.node))
       *words = std::get<TextNode>(anyText().node);
     const bool isModifier = view.children.size() == 1;
-    const bool hasTwo = std::holds_alternative<BackgroundNode>(view.node);
+    const bool isFixed = std::holds_alternative<BackgroundNode>(view.node) ||
+                         std::holds_alternative<AccessoryRowNode>(view.node);
     const bool isLeaf = view.children.empty();
     if (depth < 2) return isLeaf ? std::move(view) : anyText();
-    if (!isLeaf && !isModifier && !hasTwo) view.children.resize(1 + below(4));
+    if (!isLeaf && !isModifier && !isFixed) view.children.resize(1 + below(4));
     for (View& child : view.children) child = make(depth - 1);
     return view;
   }

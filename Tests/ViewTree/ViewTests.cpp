@@ -70,6 +70,11 @@ TEST(ViewDeathTest, RowsNeedASpacing) {
                "rows of views were made without a spacing");
 }
 
+TEST(ViewDeathTest, AGridNeedsAColumn) {
+  EXPECT_DEATH((void)wholeGrid({0, 0, 0, centred}, {}),
+               "a grid of views was made without a column");
+}
+
 TEST(ViewDeathTest, AChoiceNeedsAView) {
   EXPECT_DEATH((void)firstThatFits(FitAxes::both, {}), "a choice of views was made without a view");
 }
