@@ -1,5 +1,6 @@
 """What a picture that was written says of itself: whether it is whole, its size, its words."""
 
+import re
 import struct
 import subprocess
 import xml.etree.ElementTree
@@ -35,6 +36,15 @@ def svg_size(contents):
     root = xml.etree.ElementTree.fromstring(contents)
     assert root.tag == "{http://www.w3.org/2000/svg}svg", root.tag
     return tuple(float(root.get(name).removesuffix("px")) for name in ("width", "height"))
+
+
+def pdf_places(path):
+    """Of each word of a PDF of one page, by the words: the word, and its box in the page's units."""
+    done = subprocess.run(["pdftotext", "-bbox", str(path), "-"], capture_output=True, timeout=60,
+                          check=True)
+    words = re.findall(r'<word xMin="(.*?)" yMin="(.*?)" xMax="(.*?)" yMax="(.*?)">(.*?)</word>',
+                       done.stdout.decode())
+    return sorted((word, *map(float, box)) for *box, word in words)
 
 
 def pdf_words(path):
