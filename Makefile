@@ -11,7 +11,7 @@ SEED ?=
 SINCE ?=
 
 .DEFAULT_GOAL := help
-.PHONY: help setup build test test-quick test-one golden golden-update fuzz-smoke simulate bench format lint run doctor
+.PHONY: help setup build test test-quick test-one golden golden-update gallery fuzz-smoke simulate bench format lint run doctor
 
 help: ## List these targets
 	@awk -F ':.*## ' '/^[a-z-]+:.*## / { printf "  make %-15s %s\n", $$1, $$2 }' Makefile
@@ -36,6 +36,9 @@ golden: ## Compare with the golden texts and pictures (FILTER=REGEX)
 
 golden-update: ## Write the golden texts and pictures anew (FILTER=REGEX)
 	@Scripts/golden --update "$(FILTER)"
+
+gallery: ## Draw the README's sheet of all widgets anew
+	@Scripts/gallery
 
 fuzz-smoke: ## Run every fuzz target for a few seconds (SECONDS_EACH=10)
 	@Scripts/fuzz-smoke "$(SECONDS_EACH)"

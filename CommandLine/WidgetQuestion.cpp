@@ -140,9 +140,8 @@ std::expected<ServiceResult, CommandFailure> askWidget(const EntryCall& question
     }
     warnOfMissingAdapter(question, machine, console);
   }
-  auto answers =
-      widgetAnswers({&question, 1}, makeWidgetResponder(machine, makeWidgets(machine, monitor)),
-                    machine);
+  auto answers = widgetAnswers(
+      {&question, 1}, makeWidgetResponder(machine, makeWidgets(machine, monitor)), machine);
   if (!answers) return std::unexpected(answers.error());
   return std::move(answers->front());
 }

@@ -42,9 +42,9 @@ constexpr int descriptorsOfACommand = 32;
 struct LinuxMachine::Parts {
   explicit Parts(const MachineOptions& options)
       : diagnosticStream(options.diagnostics == DiagnosticsTarget::standardError ? stderr : stdout,
-                    options.whenDiagnosticsStall == WhenDiagnosticsStall::loseLine
-                        ? StreamDiagnosticLog::WhenFull::loseLine
-                        : StreamDiagnosticLog::WhenFull::wait),
+                         options.whenDiagnosticsStall == WhenDiagnosticsStall::loseLine
+                             ? StreamDiagnosticLog::WhenFull::loseLine
+                             : StreamDiagnosticLog::WhenFull::wait),
         diagnostics(options.repeatedDiagnostics == RepeatedDiagnostics::dropped
                         ? static_cast<DiagnosticLog&>(distinctDiagnostics)
                         : diagnosticStream),

@@ -88,8 +88,7 @@ std::expected<void, CommandFailure> runGallery(const PictureChoice& choice,
   }
   const GallerySheet sheet = makeGallerySheet(cards, machine.mainBundleStrings);
   return writePicture(
-      sheet.view,
-      {.sizePoints = sheet.sizePoints, .scale = choice.scale, .format = choice.format},
+      sheet.view, {.sizePoints = sheet.sizePoints, .scale = choice.scale, .format = choice.format},
       choice.output, machine, console);
 }
 

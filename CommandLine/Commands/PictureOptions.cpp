@@ -71,9 +71,9 @@ std::expected<void, CommandFailure> writePicture(const View& view, PictureReques
                                                  const Machine& machine, const Console& console) {
   request.drawingTime = relativeDateText(machine.platform.clock.now());
   const auto picture = renderPicture(
-      view, request,
-      {.assetFolder = machine.assets,
-       .report = [&console](std::string_view line) { console.errors << line << '\n'; }});
+      view, request, {.assetFolder = machine.assets, .report = [&console](std::string_view line) {
+                        console.errors << line << '\n';
+                      }});
   if (!picture) return std::unexpected(workFailed(picture.error()));
   if (const auto written = writeFileAtomically(output, *picture); !written) {
     return std::unexpected(workFailed(written.error()));

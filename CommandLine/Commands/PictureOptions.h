@@ -16,7 +16,7 @@
 namespace CLI {
 class App;
 class Option;
-}
+}  // namespace CLI
 
 namespace lanternfold {
 

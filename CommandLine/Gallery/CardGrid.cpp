@@ -54,8 +54,9 @@ CardGrid placeCards(std::span<const CardSpan> cards, std::size_t columns) {
   CardGrid grid;
   for (const CardSpan& card : cards) {
     if (card.columns == 0 || card.rows == 0 || card.columns > columns) {
-      fatalError("a card of a grid takes at least a cell each way, and no more columns than "
-                 "there are");
+      fatalError(
+          "a card of a grid takes at least a cell each way, and no more columns than "
+          "there are");
     }
     const CardPlace place = cells.firstFree(card);
     cells.take(place, card);
