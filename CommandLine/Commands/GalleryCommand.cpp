@@ -10,10 +10,15 @@
 #include "CommandLine/KernelAccess.h"
 #include "CommandLine/WidgetAnswers.h"
 #include "NetworkWidgetVexExtension/Bundle/WlanNetworkStateWidget.h"
+#include "Wiring/FileDescriptorLimit.h"
 #include "Wiring/WidgetGraph.h"
 
 namespace lanternfold {
 namespace {
+
+/// More than nine widgets have open at once while services keep them waiting, which is about
+/// thirty.
+constexpr int descriptorsOfAllWidgets = 64;
 
 /// A card of the sheet, and what its widget is asked for.
 struct CardQuestion {
@@ -74,6 +79,7 @@ std::expected<void, CommandFailure> runGallery(const PictureChoice& choice,
   std::vector<Widget> widgets = makeWidgets(machine, monitor);
   std::vector<CardQuestion> questions = questionsFor(widgets, choice.entry);
   if (choice.entry == EntryCall::Kind::timeline) {
+    requireFreeDescriptors(descriptorsOfAllWidgets);
     if (auto truth = keepTruth(questions, machine, console); !truth) return truth;
   }
   std::vector<EntryCall> calls;

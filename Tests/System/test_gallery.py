@@ -1,6 +1,7 @@
 """`lanternfold-widgets gallery`: one sheet with every widget in every size, light and dark."""
 
 import os
+import resource
 import signal
 import subprocess
 import threading
@@ -124,6 +125,14 @@ class ThisMachineTest(GalleryTest):
     def test_a_kernel_that_refuses_netlink(self):
         done = self.gallery("--entry", "timeline", through=[REFUSE_NETLINK])
         self.assert_fails(done, 1, "netlink")
+        self.assertEqual([], self.names_of_sheets())
+
+    def test_few_file_descriptors(self):
+        """Said before anything is opened, so that no file is blamed for it."""
+        limit = (48, 48)
+        done = self.gallery("--entry", "timeline", preexec_fn=lambda: resource.setrlimit(
+            resource.RLIMIT_NOFILE, limit))
+        self.assert_fails(done, 1, "Too many open files")
         self.assertEqual([], self.names_of_sheets())
 
     def test_a_user_without_any_privilege(self):
