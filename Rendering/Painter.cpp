@@ -35,15 +35,15 @@ class CommandPainter {
 
   void operator()(const DrawText& command) {
     const Font& font = command.font;
-    if (!takesPlaceWhole(command.frame)) return;
-    const TextLine& line = painter_.texts_.line(command.text, font);
     const LineMetrics metrics = painter_.texts_.metrics(font);
+    if (metrics.height <= 0 || !takesPlaceWhole(command.frame)) return;
+    const TextLine& line = painter_.texts_.line(command.text, font.weight);
     const double above = (command.frame.size.height - metrics.height) / 2;
     const Point baseline{command.frame.left(), command.frame.top() + above + metrics.baseline};
     if (line.layout) {
-      paintLine(surface_, grid(), line, baseline, command.colour);
+      painter_.textPainter_.paint(surface_, grid(), line, {baseline, font.size, command.colour});
     } else {
-      paintLineStandIn(surface_, line.width, font.size, baseline, command.colour);
+      paintLineStandIn(surface_, line.width * font.size, font.size, baseline, command.colour);
     }
   }
 

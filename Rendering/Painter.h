@@ -12,6 +12,7 @@
 #include "Rendering/CairoHandles.h"
 #include "Rendering/Gradients.h"
 #include "Rendering/TextLines.h"
+#include "Rendering/TextPainter.h"
 #include "ViewTree/DrawList.h"
 
 namespace lanternfold {
@@ -36,6 +37,7 @@ class Painter {
 
   std::function<void(std::string_view)> report_;
   TextLines texts_;
+  TextPainter textPainter_;
   AssetPainter assets_;
   Gradients gradients_;
 };
