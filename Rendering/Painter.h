@@ -42,7 +42,4 @@ class Painter {
   Gradients gradients_;
 };
 
-/// Adds a rectangle with rounded corners to the path; the radius is at most half a side.
-void addRoundedRectangle(cairo_t* surface, const Rect& frame, double cornerRadius);
-
 }  // namespace lanternfold
