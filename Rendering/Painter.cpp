@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <numbers>
 #include <utility>
 #include <variant>
@@ -88,7 +89,8 @@ class CommandPainter {
       return;
     }
     cairo_save(surface_);
-    const RoundedClip clip{reachable(command.frame), command.cornerRadius};
+    const RoundedClip clip =
+        makeRoundedClip(reachable(command.frame), command.cornerRadius, grid().scale());
     addRoundedRectangle(surface_, clip.frame, grid().hasPixels() ? 0 : clip.cornerRadius);
     cairo_clip(surface_);
     clips_.push(clip);
@@ -134,11 +136,12 @@ class CommandPainter {
   }
 
   /// Paints what covers no more than `area`, within the corners of the clips.
-  template <typename Paint>
-  void within(const Rect& area, const Paint& paint) {
-    const bool isClipped = grid().hasPixels() && clips_.clip(surface_, area);
-    paint();
-    if (isClipped) cairo_restore(surface_);
+  void within(const Rect& area, const std::function<void()>& paint) {
+    if (grid().hasPixels()) {
+      clips_.paint(surface_, area, paint);
+    } else {
+      paint();
+    }
   }
 
   /// Whether something of `frame` can be seen and may still be painted.

@@ -8,7 +8,7 @@
 namespace lanternfold {
 namespace {
 
-constexpr RoundedClip clip{{{10, 10}, {100, 50}}, 20};
+const RoundedClip clip = makeRoundedClip({{10, 10}, {100, 50}}, 20, 1);
 
 bool reaches(double left, double top, double right, double bottom) {
   return reachesCorner({{left, top}, {right - left, bottom - top}}, clip);
@@ -47,6 +47,30 @@ TEST(RoundedClips, CutEveryKindOfCommandAtTheCorners) {
     EXPECT_EQ(pixels.at(2, 2) | pixels.at(37, 2) | pixels.at(2, 37) | pixels.at(37, 37), 0U)
         << command.index();
     EXPECT_NE(pixels.at(20, 20), 0U) << command.index();
+  }
+}
+
+// Each piece has a clip of its own: where they meet there may be no seam, and nothing twice.
+TEST(RoundedClips, InPiecesLookLikeOne) {
+  Painter painter("/nowhere", {});
+  for (const double scale : {1.0, 1.5, 2.0, 3.0}) {
+    for (const double radius : {3.0, 7.3, 15.0, 20.0, 100.0}) {
+      const Rect frame{{0, 0}, {40, 30}};
+      const PaintedPixels pieces(40, 30, scale, [&](cairo_t* surface) {
+        painter.paint({BeginClip{frame, radius},
+                       FillLinearGradient{frame, {1, 1, 1, 0.5}, {1, 1, 1, 0.5}}, EndClip{}},
+                      surface);
+      });
+      const PaintedPixels whole(40, 30, scale, [&](cairo_t* surface) {
+        painter.paint({FillRoundedRectangle{frame, radius, {1, 1, 1, 0.5}}}, surface);
+      });
+      for (std::size_t y = 0; y < whole.height(); ++y) {
+        for (std::size_t x = 0; x < whole.width(); ++x) {
+          ASSERT_NEAR(pieces.at(x, y) >> 24U, whole.at(x, y) >> 24U, 6)
+              << scale << " " << radius << ": " << x << " " << y;
+        }
+      }
+    }
   }
 }
 
