@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <span>
 
 #include <cairo.h>
@@ -30,6 +31,14 @@ std::span<std::uint8_t> rowOf(cairo_surface_t* image, std::size_t row) {
           static_cast<std::size_t>(cairo_image_surface_get_width(image))};
 }
 
+/// Adds them up by twos: this is where most of the time of painting a text goes.
+std::uint8_t meanOfFour(std::span<const std::uint8_t, places> four) {
+  std::uint32_t bytes = 0;
+  std::memcpy(&bytes, four.data(), sizeof bytes);
+  const std::uint32_t sums = (bytes & 0x00FF00FFU) + ((bytes >> 8U) & 0x00FF00FFU);
+  return static_cast<std::uint8_t>(((sums & 0xFFFFU) + (sums >> 16U) + 2) / 4);
+}
+
 /// Each pixel of the first ones of `narrow` becomes the mean of the `places` pixels of `wide` at
 /// its place, which are then cleared.
 void takeMeans(cairo_surface_t* wide, cairo_surface_t* narrow, Size pixels) {
@@ -40,9 +49,7 @@ void takeMeans(cairo_surface_t* wide, cairo_surface_t* narrow, Size pixels) {
     const std::span<std::uint8_t> source = rowOf(wide, row).first(width * places);
     const std::span<std::uint8_t> target = rowOf(narrow, row).first(width);
     for (std::size_t column = 0; column < width; ++column) {
-      unsigned sum = places / 2;
-      for (const std::uint8_t each : source.subspan(column * places, places)) sum += each;
-      target[column] = static_cast<std::uint8_t>(sum / places);
+      target[column] = meanOfFour(source.subspan(column * places).first<places>());
     }
     std::ranges::fill(source, std::uint8_t{0});
   }
