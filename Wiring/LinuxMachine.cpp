@@ -24,6 +24,7 @@
 #include "Wiring/DataFolders.h"
 #include "Wiring/FileDescriptorLimit.h"
 #include "Wiring/FileSoleRecorder.h"
+#include "Wiring/LanguageChoice.h"
 #include "Wiring/LinuxMainLoop.h"
 #include "Wiring/LocationSide.h"
 #include "Wiring/ProgramName.h"
@@ -40,7 +41,8 @@ constexpr int descriptorsOfACommand = 32;
 // queues, which finish the works that are running, before what those use.
 struct LinuxMachine::Parts {
   explicit Parts(const MachineOptions& options)
-      : diagnostics(options.diagnostics == DiagnosticsTarget::standardError ? stderr : stdout,
+      : language(options.texts == TextLanguage::users ? chooseUserLanguage() : UserLanguage{}),
+        diagnostics(options.diagnostics == DiagnosticsTarget::standardError ? stderr : stdout,
                     options.whenDiagnosticsStall == WhenDiagnosticsStall::loseLine
                         ? StreamDiagnosticLog::WhenFull::loseLine
                         : StreamDiagnosticLog::WhenFull::wait),
@@ -50,10 +52,11 @@ struct LinuxMachine::Parts {
                      .certificateAuthoritiesFile = options.certificateAuthoritiesFile,
                      .proxies = proxyEnvironmentOfProcess()}) {}
 
+  /// Before anything starts a thread.
+  UserLanguage language;
   StreamDiagnosticLog diagnostics;
   SystemClock clock;
-  GettextStringTable strings{"lanternfold", translationsFolder()};
-  GettextStringTable mainBundleStrings{"lanternfold-main", translationsFolder()};
+  GettextStringTable strings{catalogueDomain(), translationsFolder(), language};
   LinuxNetworkKernel kernel;
   PosixFileSystem fileSystem;
   DataDirectory dataDirectory;
@@ -91,7 +94,8 @@ struct LinuxMachine::Parts {
                                .urlSessions = urlSessions,
                                .locationConsent = consent,
                                .wifiClient = wifiClient},
-                  .mainBundleStrings = mainBundleStrings,
+                  .mainBundleStrings = strings,
+                  .language = language,
                   .metricsReader = std::make_shared<LinuxConnectionMetricsReader>(),
                   .soleRecorder = soleRecorder,
                   .readWifi = [this] { return wifiClient.report(); },

@@ -7,7 +7,7 @@
 #include "CommandLine/AtomicFile.h"
 #include "CommandLine/WidgetQuestion.h"
 #include "Support/FatalError.h"
-#include "Support/RelativeDateText.h"
+#include "Wiring/DrawingLanguage.h"
 #include "Wiring/PrintableText.h"
 
 namespace lanternfold {
@@ -29,7 +29,7 @@ std::expected<void, CommandFailure> runRender(const RenderPlan& plan, const Moni
   const auto answer = askWidget(plan.question, monitor, machine, console);
   if (!answer) return std::unexpected(answer.error());
   PictureRequest request = plan.picture;
-  request.drawingTime = relativeDateText(machine.platform.clock.now());
+  request.drawingTime = drawingTimeText(machine);
   const auto picture = renderPicture(
       viewOf(*answer), request,
       {.assetFolder = machine.assets,

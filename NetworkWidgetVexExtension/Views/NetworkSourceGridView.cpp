@@ -22,6 +22,7 @@ constexpr std::size_t mostCardsWithLargeMeters = 4;
 /// More of them, in two columns, are too low for any.
 constexpr std::size_t mostCardsWithMeters = 6;
 constexpr double columnSpacing = 8;
+constexpr double gridRowSpacing = 8;
 /// About that of a font, as a share of its size.
 constexpr double lineHeight = 1.2;
 
@@ -38,10 +39,11 @@ NetworkSourceView sourceView(const NetworkSourceGridView& grid, const AnyNetwork
 /// vary: cards of one widget should not look as if they were of two.
 WidgetEnvironment sharedBy(std::size_t count, DisplayMode mode, const WidgetEnvironment& outer) {
   WidgetEnvironment environment = outer;
+  environment.hasNarrowCards =
+      outer.widgetFamily == WidgetFamily::small || (count > 2 && mode != DisplayMode::large);
   if (count < 2) return environment;
-  environment.rowSpacings = {3, 2, 1};
-  if (mode == DisplayMode::large)
-    environment.rowSpacings.insert(environment.rowSpacings.begin(), 5);
+  environment.rowSpacings = {2, 1};
+  if (mode == DisplayMode::large) environment.rowSpacings = {5, 3, 2, 1};
   if (count > mostCardsWithLargeMeters) environment.bytesMeterSize = BytesCircularMeterSize::small;
   return environment;
 }
@@ -99,7 +101,7 @@ View NetworkSourceGridView::body(const WidgetEnvironment& outer) const {
   for (View& card : cards) card = std::move(card).frame(atLeastAsHighAs(leastHeight));
   return wholeGrid({.columns = displayMode == DisplayMode::large ? 1U : 2U,
                     .columnSpacing = columnSpacing,
-                    .rowSpacing = spacing,
+                    .rowSpacing = gridRowSpacing,
                     .alignment = topLeading},
                    std::move(cards));
 }

@@ -36,6 +36,14 @@ std::vector<AnyNetworkSource> sourcesOf(const NetworkState& state,
   return sources;
 }
 
+/// Whether something of a widget's last row would come to stand on the refresh button: the rows of
+/// a small widget's columns, which are too narrow for icons beside them, and the icons of a medium
+/// one's third row.
+bool reachesTheButton(std::size_t sources, WidgetFamily family) {
+  if (family == WidgetFamily::small) return sources > 2;
+  return family == WidgetFamily::medium && sources > 4;
+}
+
 }  // namespace
 
 View NetworkStateWidgetEntryView::body(const WidgetEnvironment& outer) const {
@@ -43,11 +51,8 @@ View NetworkStateWidgetEntryView::body(const WidgetEnvironment& outer) const {
   environment.showsTimestamp = entry.configuration.showTimestamp.value_or(false);
   NetworkSourceGridView grid;
   grid.sources = sourcesOf(entry.networkState, environment);
-  // The columns of a small widget are too narrow for icons, beside which rows stay clear of the
-  // refresh button.
-  const bool hasNarrowColumns = environment.widgetFamily == WidgetFamily::small &&
-                                grid.sources.size() > sourcesOfASmallWidget;
-  environment.keepsBottomFree = environment.showsTimestamp || hasNarrowColumns;
+  environment.keepsBottomFree =
+      environment.showsTimestamp || reachesTheButton(grid.sources.size(), environment.widgetFamily);
   grid.displayMode = displayModeOf(environment.widgetFamily);
   return networkWidget(grid.body(environment), environment);
 }

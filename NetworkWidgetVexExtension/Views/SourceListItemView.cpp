@@ -1,6 +1,8 @@
 #include "NetworkWidgetVexExtension/Views/SourceListItemView.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -13,6 +15,26 @@ namespace lanternfold {
 namespace {
 
 constexpr std::size_t linesOfASentence = 4;
+/// Of a long name in a narrow card so many characters are shown at each of its ends.
+constexpr std::size_t shownAtEachEnd = 4;
+
+/// Interfaces that are called after their place or their hardware address have long names, which
+/// would leave no room for the network's.
+bool isLongInterfaceName(std::string_view label) {
+  const auto isGraph = [](char character) { return character > ' ' && character < 0x7F; };
+  return label.size() > 2 * shownAtEachEnd + 2 && std::ranges::all_of(label, isGraph);
+}
+
+View labelOf(const SourceListItem& item, const WidgetEnvironment& environment) {
+  if (!environment.hasNarrowCards || !isLongInterfaceName(item.label)) {
+    return SimpleLabelView{item.label}.body();
+  }
+  const std::string& name = item.label;
+  return SimpleLabelView{name.substr(0, shownAtEachEnd) + "\u2026" +
+                         name.substr(name.size() - shownAtEachEnd)}
+      .body()
+      .accessible(name);
+}
 
 }  // namespace
 
@@ -35,7 +57,7 @@ View SourceListItemView::body(const WidgetEnvironment& environment) const {
   }
   View value = text(item.value, valueStyle);
   if (item.label.empty()) return value;
-  View label = SimpleLabelView{item.label}.body().layoutPriority(1);
+  View label = labelOf(item, environment).layoutPriority(1);
   if (item.value.empty()) return label;
   std::vector<View> parts;
   parts.push_back(std::move(label));

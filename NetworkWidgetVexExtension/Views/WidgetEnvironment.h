@@ -53,7 +53,9 @@ struct WidgetEnvironment {
   /// The space between a source's rows where they all have room, and where they have less and less;
   /// set by the grid, so that the sources of a widget look alike.
   std::vector<double> rowSpacings = {12, 9, 6, 4, 2, 1};
-  /// Set by the grid, too.
+  /// Set by the grid, too: whether its cards are narrow, so that long names of interfaces are
+  /// shortened.
+  bool hasNarrowCards = false;
   BytesCircularMeterSize bytesMeterSize = BytesCircularMeterSize::automatic;
   /// How well the Wi-Fi network is received, 0 to 1; absent without one. Set by the source's view.
   std::optional<double> signalStrength = {};

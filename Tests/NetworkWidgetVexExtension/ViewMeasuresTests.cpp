@@ -151,6 +151,19 @@ TEST(SourceListItemView, ShrinksAValueALittleBeforeItIsShortened) {
               HasSubstr("\u2026"));
 }
 
+TEST(SourceListItemView, ShortensALongNameOfAnInterfaceInANarrowCard) {
+  WidgetEnvironment narrow = environment;
+  narrow.hasNarrowCards = true;
+  const auto dump = [](const char* name, const WidgetEnvironment& in) {
+    return dumpOf(SourceListItemView{{name, "Home", true}, true}.body(in));
+  };
+  EXPECT_THAT(dump("wlx0123456789ab", environment), HasSubstr("\"wlx0123456789ab\"\n"));
+  EXPECT_THAT(dump("wlx0123456789ab", narrow), HasSubstr("8 bold \"wlx0\u202689ab\"\n"));
+  EXPECT_THAT(dump("wlx0123456789ab", narrow), HasSubstr("-- \"wlx0123456789ab, Home\""));
+  EXPECT_THAT(dump("enp0s31f6u", narrow), HasSubstr("\"enp0s31f6u\"\n"));
+  EXPECT_THAT(dump("Carrier 2, data", narrow), HasSubstr("\"Carrier 2, data\"\n"));
+}
+
 TEST(NetworkSourceListView, ShowsAtMostRowLimitRows) {
   const auto rows = [](std::size_t limit) {
     const NetworkSourceListView list{topLeading, sampleInterface(), limit};
