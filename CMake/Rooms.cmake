@@ -55,7 +55,8 @@ lanternfold_room(PlatformLinux USES NetworkMonitor/Metrics Platform Support
 lanternfold_room(PlatformDarwin USES Platform Support)
 lanternfold_room(Rendering USES ViewTree Support
                  LIBRARIES PkgConfig::pangocairo PkgConfig::fontconfig PkgConfig::rsvg
-                           PkgConfig::cairo_surfaces nlohmann_json::nlohmann_json)
+                           PkgConfig::cairo_surfaces PkgConfig::glib
+                           nlohmann_json::nlohmann_json)
 lanternfold_room(Wiring USES NetworkWidgetVexExtension WidgetService ViewTree PlatformLinux
                              NetworkMonitor NetBase Platform Support
                  LIBRARIES CLI11::CLI11 PkgConfig::glib Threads::Threads)
