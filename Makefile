@@ -11,7 +11,7 @@ SEED ?=
 SINCE ?=
 
 .DEFAULT_GOAL := help
-.PHONY: help setup build test test-quick test-one golden golden-update gallery fuzz-smoke simulate bench format lint run doctor
+.PHONY: help setup build test test-quick test-one golden golden-update gallery fuzz-smoke simulate bench format lint run doctor translations
 
 help: ## List these targets
 	@awk -F ':.*## ' '/^[a-z-]+:.*## / { printf "  make %-15s %s\n", $$1, $$2 }' Makefile
@@ -57,6 +57,9 @@ lint: ## Check the format, run clang-tidy over every file (SINCE=REVISION: over 
 
 run: ## Show this machine's adapters and draw the adapter widget
 	@Scripts/run
+
+translations: ## Bring the catalogues of texts up to date with the code
+	@Scripts/translations
 
 doctor: ## Say what is missing and what this machine can do
 	@Scripts/doctor

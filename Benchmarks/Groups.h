@@ -25,6 +25,9 @@ namespace lanternfold {
 /// there can be none.
 [[nodiscard]] std::optional<RatioTable::Table> measureInterfaces(RatioTable& reporter);
 
+/// Widgets laid out and painted, against the same texts by bare pango.
+[[nodiscard]] RatioTable::Table measureDrawing(RatioTable& reporter);
+
 /// View archives and requests of the widget service against the JSON library.
 [[nodiscard]] RatioTable::Table measureService(RatioTable& reporter);
 

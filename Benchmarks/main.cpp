@@ -48,12 +48,14 @@ int main(int argumentCount, char** arguments) {
   const auto metricsFile = lanternfold::measureMetricsFile(reporter);
   const auto sampling = lanternfold::measureSampling(reporter);
   const auto service = lanternfold::measureService(reporter);
+  const auto drawing = lanternfold::measureDrawing(reporter);
   const auto wifi = lanternfold::measureWifi(reporter);
   const auto joinedWifi = lanternfold::measureJoinedWifi(reporter);
   const auto interfaces = lanternfold::measureInterfaces(reporter);
   reporter.print(metricsFile);
   reporter.print(sampling);
   reporter.print(service);
+  reporter.print(drawing);
   reporter.print(wifi);
   for (const auto& table : joinedWifi) reporter.print(table);
   if (interfaces) reporter.print(*interfaces);

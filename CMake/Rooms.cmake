@@ -14,6 +14,7 @@ pkg_check_modules(udev REQUIRED IMPORTED_TARGET libudev)
 pkg_check_modules(pangocairo REQUIRED IMPORTED_TARGET pangocairo)
 pkg_check_modules(icu REQUIRED IMPORTED_TARGET icu-i18n icu-uc)
 pkg_check_modules(glib REQUIRED IMPORTED_TARGET glib-2.0)
+pkg_check_modules(fontconfig REQUIRED IMPORTED_TARGET fontconfig)
 pkg_check_modules(rsvg REQUIRED IMPORTED_TARGET librsvg-2.0)
 pkg_check_modules(sqlite REQUIRED IMPORTED_TARGET sqlite3)
 pkg_check_modules(curl REQUIRED IMPORTED_TARGET libcurl)
@@ -53,9 +54,10 @@ lanternfold_room(PlatformLinux USES NetworkMonitor/Metrics Platform Support
                            PkgConfig::curl PkgConfig::gio nlohmann_json::nlohmann_json resolv Threads::Threads)
 lanternfold_room(PlatformDarwin USES Platform Support)
 lanternfold_room(Rendering USES ViewTree Support
-                 LIBRARIES PkgConfig::pangocairo PkgConfig::rsvg PkgConfig::cairo_surfaces)
-lanternfold_room(Wiring USES NetworkWidgetVexExtension WidgetService PlatformLinux NetworkMonitor
-                             NetBase Platform Support
+                 LIBRARIES PkgConfig::pangocairo PkgConfig::fontconfig PkgConfig::rsvg
+                           PkgConfig::cairo_surfaces nlohmann_json::nlohmann_json)
+lanternfold_room(Wiring USES NetworkWidgetVexExtension WidgetService ViewTree PlatformLinux
+                             NetworkMonitor NetBase Platform Support
                  LIBRARIES CLI11::CLI11 PkgConfig::glib Threads::Threads)
 lanternfold_room(CommandLine USES EchoService Wiring NetworkWidgetVexExtension WidgetService
                                   Rendering PlatformLinux ViewTree NetworkMonitor NetBase Platform
@@ -65,7 +67,8 @@ lanternfold_room(CommandLine USES EchoService Wiring NetworkWidgetVexExtension W
 
 target_compile_definitions(Wiring PRIVATE
   LANTERNFOLD_VERSION="${PROJECT_VERSION}"
-  LANTERNFOLD_SOURCE_ASSETS="${CMAKE_SOURCE_DIR}/Assets")
+  LANTERNFOLD_SOURCE_ASSETS="${CMAKE_SOURCE_DIR}/Assets"
+  LANTERNFOLD_BUILT_TRANSLATIONS="${CMAKE_BINARY_DIR}/Translations")
 lanternfold_room(ExtensionProgram USES Wiring NetworkWidgetVexExtension WidgetService PlatformLinux
                                        NetworkMonitor NetBase Platform Support
                  LIBRARIES CLI11::CLI11)
@@ -80,6 +83,7 @@ target_link_libraries(lanternfold-widget-extension PRIVATE ExtensionProgram)
 
 include(GNUInstallDirs)
 install(TARGETS lanternfold-widgets lanternfold-widget-extension)
+include(Translations)
 install(DIRECTORY Assets DESTINATION "${CMAKE_INSTALL_DATADIR}/lanternfold-widgets")
 # The unit names the program where it is installed, which is known no sooner.
 install(CODE "

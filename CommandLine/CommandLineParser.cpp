@@ -43,6 +43,7 @@ ChosenCommand commandOf(const CommonChoice& common, bool json, std::function<Run
           },
           .machine = {.diagnostics = json ? DiagnosticsTarget::standardError
                                           : DiagnosticsTarget::standardOutput,
+                      .texts = json ? TextLanguage::english : TextLanguage::users,
                       .dataFolder = common.dataFolder,
                       .certificateAuthoritiesFile = common.certificateAuthoritiesFile}};
 }
@@ -229,11 +230,14 @@ Choice chooseTimeline(const WidgetOptions& widget, bool json, const CommonOption
   auto question = widgetQuestion(widget, EntryCall::Kind::timeline);
   if (!question) return std::unexpected(question.error());
   const TimelineOptions options{.question = *std::move(question), .json = json};
-  return commandOf(
+  ChosenCommand command = commandOf(
       *choice, options.json,
       [options, monitor = choice->monitor](const Machine& machine, const Console& console) {
         return runTimeline(options, monitor, machine, console);
       });
+  // A view is for somebody to look at, also when it is handed on as JSON.
+  command.machine.texts = TextLanguage::users;
+  return command;
 }
 
 void addTimeline(CLI::App& app, Choice& choice) {

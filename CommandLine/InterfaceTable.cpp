@@ -3,7 +3,7 @@
 #include <string>
 
 #include "CommandLine/TextTable.h"
-#include "Support/ByteCountFormatter.h"
+#include "Platform/ByteCounts.h"
 
 namespace lanternfold {
 namespace {
@@ -39,8 +39,7 @@ void writeInterfaceTable(const std::vector<BasicInterface>& interfaces, const St
                    {.title = "MAC"},
                    {.title = "Received", .alignment = ColumnAlignment::right},
                    {.title = "Sent", .alignment = ColumnAlignment::right}});
-  const ByteCountFormatter bytes(
-      ByteCountStyle::decimal, [&strings](std::string_view key) { return strings.localized(key); });
+  const ByteCountFormatter bytes = byteCountFormatter(ByteCountStyle::decimal, strings);
   for (const BasicInterface& interface : interfaces) addRows(table, interface, bytes);
   table.write(console.output, console.style);
 }

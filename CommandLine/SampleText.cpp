@@ -9,16 +9,11 @@
 
 #include "CommandLine/DateText.h"
 #include "CommandLine/TextTable.h"
-#include "Support/ByteCountFormatter.h"
+#include "Platform/ByteCounts.h"
 #include "Wiring/PrintableText.h"
 
 namespace lanternfold {
 namespace {
-
-ByteCountFormatter bytesIn(const StringTable& strings) {
-  return {ByteCountStyle::decimal,
-          [&strings](std::string_view key) { return strings.localized(key); }};
-}
 
 /// What an adapter has counted in a span of time.
 struct Traffic {
@@ -140,7 +135,7 @@ bool countsAnything(const ConnectionMetricsMap& metrics,
 
 void writeMetricsTable(const ConnectionMetricsMap& metrics, const StringTable& strings,
                        const Console& console) {
-  const ByteCountFormatter bytes = bytesIn(strings);
+  const ByteCountFormatter bytes = byteCountFormatter(ByteCountStyle::decimal, strings);
   std::vector<CounterColumn> counters;
   for (const CounterColumn& column : counterColumns) {
     if (!column.isOfFaults || countsAnything(metrics, column.member)) counters.push_back(column);
@@ -172,7 +167,8 @@ std::string sampleLine(const RecordedSample& sample, const std::optional<Recorde
          heading(padded(std::string(classText(sample.bandwidthClass)), classWidth),
                  isBusy ? style : TextStyle::plain) +
          "  " + padded(next, intervalWidth) + "  " +
-         trafficText(sample, earlier, isAdapter, bytesIn(strings));
+         trafficText(sample, earlier, isAdapter,
+                     byteCountFormatter(ByteCountStyle::decimal, strings));
 }
 
 }  // namespace lanternfold

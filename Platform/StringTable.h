@@ -16,6 +16,11 @@ class StringTable {
   /// The text of the user's language for `key`, an English text; `key` itself when there is none.
   /// Placeholders ("%@") come back as they stand in the table.
   [[nodiscard]] virtual std::string localized(std::string_view key) const = 0;
+
+  /// `digits` ("1024", "0.25") as the user's language writes the number; as they are in English.
+  [[nodiscard]] virtual std::string localizedDecimal(std::string_view digits) const {
+    return std::string(digits);
+  }
 };
 
 }  // namespace lanternfold

@@ -5,6 +5,7 @@
 #include <memory>
 
 using cairo_t = struct _cairo;
+using cairo_pattern_t = struct _cairo_pattern;
 using cairo_surface_t = struct _cairo_surface;
 using PangoLayout = struct _PangoLayout;
 using RsvgHandle = struct _RsvgHandle;
@@ -13,6 +14,7 @@ namespace lanternfold {
 
 struct CairoRelease {
   void operator()(cairo_t* context) const;
+  void operator()(cairo_pattern_t* pattern) const;
   void operator()(cairo_surface_t* surface) const;
 };
 
@@ -22,6 +24,7 @@ struct ObjectRelease {
 };
 
 using CairoContext = std::unique_ptr<cairo_t, CairoRelease>;
+using CairoPattern = std::unique_ptr<cairo_pattern_t, CairoRelease>;
 using CairoSurface = std::unique_ptr<cairo_surface_t, CairoRelease>;
 using PangoLayoutHandle = std::unique_ptr<PangoLayout, ObjectRelease>;
 using SvgHandle = std::unique_ptr<RsvgHandle, ObjectRelease>;

@@ -1,14 +1,44 @@
-// Paints a draw list with cairo, on whatever surface the context draws to.
+// Paints draw lists with cairo, on whatever surface the context draws to.
+//
+// Made by: whoever draws, once; what is dear to make is kept from one picture to the next, in
+// bounded room.
 #pragma once
 
-#include "Rendering/AssetFolder.h"
+#include <filesystem>
+#include <functional>
+#include <string_view>
+
+#include "Rendering/AssetPainter.h"
 #include "Rendering/CairoHandles.h"
+#include "Rendering/Gradients.h"
+#include "Rendering/TextLines.h"
 #include "ViewTree/DrawList.h"
 
 namespace lanternfold {
 
-/// Paints `list` in order; a unit of `surface` is a point. Used on one thread.
-void paint(const DrawList& list, cairo_t* surface, AssetFolder& assets);
+/// Used on one thread.
+class Painter {
+ public:
+  /// `assets` is the folder of the symbols and the logo. `report` is told in a line each, once,
+  /// what had to be drawn by a stand-in.
+  Painter(std::filesystem::path assets, std::function<void(std::string_view)> report);
+
+  /// Paints `list` in order; a unit of `surface` is a point. Whatever the list holds, the work is
+  /// bounded: what has no size, stands at no place or would make the picture's area be painted over
+  /// and over again is left out. The context is left as it was.
+  void paint(const DrawList& list, cairo_t* surface);
+
+  /// What texts are measured and painted with.
+  [[nodiscard]] TextLines& texts() { return texts_; }
+
+ private:
+  friend class CommandPainter;
+
+  std::function<void(std::string_view)> report_;
+  TextLines texts_;
+  AssetPainter assets_;
+  Gradients gradients_;
+};
 
 /// Adds a rectangle with rounded corners to the path; the radius is at most half a side.
 void addRoundedRectangle(cairo_t* surface, const Rect& frame, double cornerRadius);

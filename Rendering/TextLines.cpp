@@ -1,10 +1,17 @@
 #include "Rendering/TextLines.h"
 
-#include <cmath>
-#include <memory>
+#include <fontconfig/fontconfig.h>
+#include <hb-ot.h>
+#include <string>
+#include <utility>
 
 #include <cairo.h>
 #include <pango/pangocairo.h>
+
+#include "Rendering/BoundedCache.h"
+#include "Rendering/IsolatedAddresses.h"
+#include "Rendering/MissingGlyphs.h"
+#include "ViewTree/DisplayableText.h"
 
 namespace lanternfold {
 namespace {
@@ -14,50 +21,211 @@ constexpr const char* systemFontFamilies = "Inter, Cantarell, Noto Sans, DejaVu 
 /// Where capitals and digits end above the baseline, as a share of the font's size: the middle of
 /// a tight line is the middle of its digits.
 constexpr double capitalHeight = 0.73;
+/// The lines of a few widgets, and what is tried when texts are shortened.
+constexpr std::size_t linesKept = 256;
+
+/// What stands in for a machine without typefaces, as shares of the font's size.
+constexpr LineMetrics standInMetrics{.height = 1.21, .baseline = 0.97};
+constexpr double standInAdvance = 0.55;
+
+double points(int pangoUnits) { return static_cast<double>(pangoUnits) / PANGO_SCALE; }
+
+bool isShowable(const Font& font) { return font.size > 0 && font.size <= largestFontSize; }
+
+std::string_view boundedText(std::string_view text) {
+  if (text.size() <= maximumLineBytes) return text;
+  std::size_t end = maximumLineBytes;
+  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
+  return text.substr(0, end);
+}
+
+/// As pango takes it: valid, without an end in its midst.
+std::string shownText(std::string_view text) {
+  const bool isValid = g_utf8_validate_len(text.data(), text.size(), nullptr) == TRUE;
+  return isolatedAddresses(isValid ? text : displayableText(text));
+}
+
+std::size_t characterCount(std::string_view text) {
+  std::size_t count = 0;
+  for (const char each : text) count += (static_cast<unsigned char>(each) & 0xC0U) != 0x80U;
+  return count;
+}
+
+bool machineHasTypefaces() {
+  FcConfig* const configuration = FcConfigReference(nullptr);
+  bool found = false;
+  for (const FcSetName each : {FcSetSystem, FcSetApplication}) {
+    const FcFontSet* const fonts = FcConfigGetFonts(configuration, each);
+    found = found || (fonts != nullptr && fonts->nfont > 0);
+  }
+  FcConfigDestroy(configuration);
+  return found;
+}
+
+/// Makes texts the same size at every scale of a picture: advances are not hinted, and glyphs stand
+/// at fractions of a pixel. Upright hinting moves no letter sideways and keeps the feet sharp.
+void makeScaleIndependent(PangoContext* context) {
+  cairo_font_options_t* const options = cairo_font_options_create();
+  cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_SLIGHT);
+  cairo_font_options_set_hint_metrics(options, CAIRO_HINT_METRICS_OFF);
+  cairo_font_options_set_antialias(options, CAIRO_ANTIALIAS_GRAY);
+  pango_cairo_context_set_font_options(context, options);
+  cairo_font_options_destroy(options);
+  pango_context_set_round_glyph_positions(context, FALSE);
+  pango_context_set_base_dir(context, PANGO_DIRECTION_LTR);
+}
 
 struct DescriptionRelease {
   void operator()(PangoFontDescription* description) const {
     pango_font_description_free(description);
   }
 };
+using FontDescription = std::unique_ptr<PangoFontDescription, DescriptionRelease>;
 
-double points(int pangoUnits) { return static_cast<double>(pangoUnits) / PANGO_SCALE; }
+FontDescription systemFont(PangoWeight weight) {
+  FontDescription font(pango_font_description_from_string(systemFontFamilies));
+  pango_font_description_set_weight(font.get(), weight);
+  return font;
+}
+
+/// A text in a font; as a view of the text it is looked up, and owning it, kept.
+template <typename Text>
+struct LineKey {
+  Text text;
+  double size = 0;
+  FontWeight weight = FontWeight::regular;
+};
+
+struct LineHash {
+  using is_transparent = void;
+  std::size_t operator()(const auto& key) const {
+    const std::size_t text = std::hash<std::string_view>()(key.text);
+    return text ^ (std::hash<double>()(key.size) * 2 + (key.weight == FontWeight::bold ? 1 : 0));
+  }
+};
+
+struct LineEqual {
+  using is_transparent = void;
+  bool operator()(const auto& one, const auto& other) const {
+    return one.size == other.size && one.weight == other.weight && one.text == other.text;
+  }
+};
 
 }  // namespace
 
-PangoLayoutHandle makeTextLine(PangoContext* context, std::string_view text, const Font& font) {
-  PangoLayoutHandle line(pango_layout_new(context));
-  const std::unique_ptr<PangoFontDescription, DescriptionRelease> description(
-      pango_font_description_from_string(systemFontFamilies));
-  pango_font_description_set_absolute_size(description.get(), font.size * PANGO_SCALE);
-  pango_font_description_set_weight(
-      description.get(), font.weight == FontWeight::bold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
-  pango_layout_set_font_description(line.get(), description.get());
-  pango_layout_set_single_paragraph_mode(line.get(), TRUE);
-  pango_layout_set_text(line.get(), text.data(), static_cast<int>(text.size()));
-  return line;
+PangoLayoutLine* TextLine::line() const { return pango_layout_get_line_readonly(layout.get(), 0); }
+
+bool isColoured(const PangoGlyphItem& part) {
+  hb_face_t* const face = hb_font_get_face(pango_font_get_hb_font(part.item->analysis.font));
+  return hb_ot_color_has_png(face) || hb_ot_color_has_layers(face) || hb_ot_color_has_svg(face);
 }
 
-Size lineSize(PangoLayout* line, const Font& font) {
-  int width = 0;
-  int height = 0;
-  pango_layout_get_size(line, &width, &height);
-  return {points(width), font.leading == FontLeading::tight ? font.size : points(height)};
+struct TextLines::State {
+  explicit State(std::function<void(std::string_view)> report)
+      : missing(std::move(report)), hasTypefaces(machineHasTypefaces()) {
+    if (!hasTypefaces) {
+      missing.missEverything();
+      return;
+    }
+    fontMap.reset(pango_cairo_font_map_new());
+    context.reset(pango_font_map_create_context(fontMap.get()));
+    makeScaleIndependent(context.get());
+    for (const FontWeight weight : {FontWeight::regular, FontWeight::bold}) {
+      metricsOf(weight) = measuredMetrics(weight);
+    }
+  }
+
+  [[nodiscard]] PangoFontDescription* description(FontWeight weight) const {
+    return (weight == FontWeight::bold ? bold : regular).get();
+  }
+
+  [[nodiscard]] LineMetrics& metricsOf(FontWeight weight) {
+    return weight == FontWeight::bold ? boldMetrics : regularMetrics;
+  }
+
+  /// As shares of the font's size, those of a line of its letters.
+  [[nodiscard]] LineMetrics measuredMetrics(FontWeight weight) const {
+    constexpr double size = 1000;
+    const PangoLayoutHandle letters = makeLayout("x", {size, weight});
+    int height = 0;
+    pango_layout_get_size(letters.get(), nullptr, &height);
+    return {points(height) / size, points(pango_layout_get_baseline(letters.get())) / size};
+  }
+
+  [[nodiscard]] PangoLayoutHandle makeLayout(std::string_view text, const Font& font) const {
+    PangoLayoutHandle layout(pango_layout_new(context.get()));
+    PangoFontDescription* const sized = description(font.weight);
+    pango_font_description_set_absolute_size(sized, font.size * PANGO_SCALE);
+    pango_layout_set_font_description(layout.get(), sized);
+    pango_layout_set_single_paragraph_mode(layout.get(), TRUE);
+    pango_layout_set_text(layout.get(), text.data(), static_cast<int>(text.size()));
+    return layout;
+  }
+
+  [[nodiscard]] TextLine setLine(std::string_view text, const Font& font) {
+    TextLine line;
+    if (text.empty() || !isShowable(font)) return line;
+    if (!hasTypefaces) {
+      line.width = static_cast<double>(characterCount(text)) * standInAdvance * font.size;
+      return line;
+    }
+    line.layout = makeLayout(shownText(text), font);
+    PangoRectangle ink{};
+    PangoRectangle logical{};
+    pango_layout_line_get_extents(line.line(), &ink, &logical);
+    line.width = points(logical.width);
+    line.ink = {{points(ink.x), points(ink.y)}, {points(ink.width), points(ink.height)}};
+    if (pango_layout_get_unknown_glyphs_count(line.layout.get()) > 0) reportMissing(line.line());
+    for (const GSList* run = line.line()->runs; run != nullptr; run = run->next) {
+      const auto& part = *static_cast<const PangoGlyphItem*>(run->data);
+      line.hasColouredParts = line.hasColouredParts || isColoured(part);
+    }
+    return line;
+  }
+
+  void reportMissing(PangoLayoutLine* line) {
+    for (const GSList* run = line->runs; run != nullptr; run = run->next) {
+      const PangoGlyphString* glyphs = static_cast<const PangoGlyphItem*>(run->data)->glyphs;
+      for (int index = 0; index < glyphs->num_glyphs; ++index) {
+        const PangoGlyph glyph = glyphs->glyphs[index].glyph;
+        const bool isBox = glyph != PANGO_GLYPH_EMPTY && (glyph & PANGO_GLYPH_UNKNOWN_FLAG) != 0;
+        if (isBox) missing.missCharacter(glyph & ~PANGO_GLYPH_UNKNOWN_FLAG);
+      }
+    }
+  }
+
+  MissingGlyphs missing;
+  bool hasTypefaces;
+  // A map of its own: what is installed later is seen by who begins later.
+  std::unique_ptr<PangoFontMap, ObjectRelease> fontMap;
+  std::unique_ptr<PangoContext, ObjectRelease> context;
+  FontDescription regular = systemFont(PANGO_WEIGHT_NORMAL);
+  FontDescription bold = systemFont(PANGO_WEIGHT_BOLD);
+  LineMetrics regularMetrics = standInMetrics;
+  LineMetrics boldMetrics = standInMetrics;
+  BoundedCache<LineKey<std::string>, TextLine, LineHash, LineEqual> kept{linesKept};
+};
+
+TextLines::TextLines(std::function<void(std::string_view)> report)
+    : state_(std::make_unique<State>(std::move(report))) {}
+
+TextLines::~TextLines() = default;
+
+const TextLine& TextLines::line(std::string_view text, const Font& font) {
+  const std::string_view bounded = boundedText(text);
+  const LineKey<std::string_view> key{bounded, font.size, font.weight};
+  if (const TextLine* const known = state_->kept.find(key)) return *known;
+  return state_->kept.keep({std::string(bounded), font.size, font.weight},
+                           state_->setLine(bounded, font));
 }
 
-double baselineOffset(PangoLayout* line, const Font& font) {
-  if (font.leading == FontLeading::tight) return font.size * (1 + capitalHeight) / 2;
-  return points(pango_layout_get_baseline(line));
-}
-
-void makeScaleIndependent(PangoContext* context) {
-  cairo_font_options_t* options = cairo_font_options_create();
-  cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_NONE);
-  cairo_font_options_set_hint_metrics(options, CAIRO_HINT_METRICS_OFF);
-  cairo_font_options_set_antialias(options, CAIRO_ANTIALIAS_GRAY);
-  pango_cairo_context_set_font_options(context, options);
-  cairo_font_options_destroy(options);
-  pango_context_set_round_glyph_positions(context, FALSE);
+LineMetrics TextLines::metrics(const Font& font) const {
+  if (!isShowable(font)) return {};
+  if (font.leading == FontLeading::tight) {
+    return {font.size, font.size * (1 + capitalHeight) / 2};
+  }
+  const LineMetrics& shares = state_->metricsOf(font.weight);
+  return {shares.height * font.size, shares.baseline * font.size};
 }
 
 }  // namespace lanternfold

@@ -5,6 +5,8 @@
 #include <span>
 #include <utility>
 
+#include "Support/Localizable.h"
+
 namespace lanternfold {
 namespace {
 
@@ -21,22 +23,22 @@ constexpr std::uint64_t powerOf(std::uint64_t base, int exponent) {
 }
 
 constexpr std::array decimalUnits{
-    Unit{"bytes", 1, 0},
-    Unit{"KB", powerOf(1000, 1), 0},
-    Unit{"MB", powerOf(1000, 2), 1},
-    Unit{"GB", powerOf(1000, 3), 2},
-    Unit{"TB", powerOf(1000, 4), 2},
-    Unit{"PB", powerOf(1000, 5), 2},
-    Unit{"EB", powerOf(1000, 6), 2},
+    Unit{localizable("bytes"), 1, 0},
+    Unit{localizable("KB"), powerOf(1000, 1), 0},
+    Unit{localizable("MB"), powerOf(1000, 2), 1},
+    Unit{localizable("GB"), powerOf(1000, 3), 2},
+    Unit{localizable("TB"), powerOf(1000, 4), 2},
+    Unit{localizable("PB"), powerOf(1000, 5), 2},
+    Unit{localizable("EB"), powerOf(1000, 6), 2},
 };
 
 constexpr std::array binaryUnits{
-    Unit{"KB", powerOf(1024, 1), 0},
-    Unit{"MB", powerOf(1024, 2), 1},
-    Unit{"GB", powerOf(1024, 3), 2},
-    Unit{"TB", powerOf(1024, 4), 2},
+    Unit{localizable("KB"), powerOf(1024, 1), 0},
+    Unit{localizable("MB"), powerOf(1024, 2), 1},
+    Unit{localizable("GB"), powerOf(1024, 3), 2},
+    Unit{localizable("TB"), powerOf(1024, 4), 2},
 };
-constexpr Unit partOfKilobyte{"KB", 1024, 1};
+constexpr Unit partOfKilobyte{localizable("KB"), 1024, 1};
 
 /// A count in a unit, as a whole number of the unit's smallest shown fraction.
 struct RoundedCount {
@@ -87,8 +89,9 @@ std::string digitsOf(const RoundedCount& count) {
 
 }  // namespace
 
-ByteCountFormatter::ByteCountFormatter(ByteCountStyle style, Localization localized)
-    : style_(style), localized_(std::move(localized)) {}
+ByteCountFormatter::ByteCountFormatter(ByteCountStyle style, Localization localized,
+                                       DecimalWriting written)
+    : style_(style), localized_(std::move(localized)), written_(std::move(written)) {}
 
 std::string ByteCountFormatter::text(std::uint64_t byteCount) const {
   return number(byteCount) + " " + unit(byteCount);
@@ -96,7 +99,7 @@ std::string ByteCountFormatter::text(std::uint64_t byteCount) const {
 
 std::string ByteCountFormatter::number(std::uint64_t byteCount) const {
   if (byteCount == 0 && style_ == ByteCountStyle::decimal) return localized_("Zero");
-  return digitsOf(rounded(byteCount, style_));
+  return written_(digitsOf(rounded(byteCount, style_)));
 }
 
 std::string ByteCountFormatter::unit(std::uint64_t byteCount) const {

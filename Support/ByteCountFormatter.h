@@ -2,10 +2,9 @@
 //
 // Read by: the hotspot row (text as a whole) and the byte meters (number and unit apart).
 // Exact integer arithmetic throughout; rounding is half to even, and a count that rounds up to a
-// full unit is shown in the next one ("1 GB", never "1000 MB"). A fraction stands behind a point
-// wherever a count is shown, in rows, meters, pictures and JSON alike: the languages' own
-// separators come with the languages. A formatter is a plain value; its operations may be called on
-// any thread if the look-up may.
+// full unit is shown in the next one ("1 GB", never "1000 MB"); what is less than one stays in its
+// unit and is not grouped ("1000 KB" where a unit has 1024 of the one below). A formatter is a
+// plain value; its operations may be called on any thread if the look-ups may.
 #pragma once
 
 #include <cstdint>
@@ -30,11 +29,14 @@ class ByteCountFormatter {
   /// "GB", "TB", "PB" or "EB".
   using Localization = std::function<std::string(std::string_view key)>;
 
-  ByteCountFormatter(ByteCountStyle style, Localization localized);
+  /// Gives a decimal number ("1.2") in the digits and with the separator of the user's language.
+  using DecimalWriting = std::function<std::string(std::string_view digits)>;
+
+  ByteCountFormatter(ByteCountStyle style, Localization localized, DecimalWriting written);
 
   /// Number and unit with a space between them.
   [[nodiscard]] std::string text(std::uint64_t byteCount) const;
-  /// The number without its unit: digits, or the word for zero in the decimal style.
+  /// The number without its unit, or the word for zero in the decimal style.
   [[nodiscard]] std::string number(std::uint64_t byteCount) const;
   /// The unit that `number` of the same count is in.
   [[nodiscard]] std::string unit(std::uint64_t byteCount) const;
@@ -42,6 +44,7 @@ class ByteCountFormatter {
  private:
   ByteCountStyle style_;
   Localization localized_;
+  DecimalWriting written_;
 };
 
 }  // namespace lanternfold

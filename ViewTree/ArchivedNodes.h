@@ -65,11 +65,22 @@ inline constexpr std::array<std::string_view, 2> fontLeadingNames = {"standard",
 inline constexpr std::array<std::string_view, 3> fitAxesNames = {"horizontal", "vertical", "both"};
 inline constexpr std::array<std::string_view, 3> horizontalNames = {"leading", "centre",
                                                                     "trailing"};
-inline constexpr std::array<std::string_view, 3> verticalNames = {"top", "centre", "bottom"};
+inline constexpr std::array<std::string_view, 4> verticalNames = {"top", "centre", "bottom",
+                                                                  "firstTextBaseline"};
 /// Row by row from the top, each from its leading end.
-inline constexpr std::array<std::string_view, 9> alignmentNames = {
-    "topLeading",     "topCentre",     "topTrailing",  "centreLeading", "centre",
-    "centreTrailing", "bottomLeading", "bottomCentre", "bottomTrailing"};
+inline constexpr std::array<std::string_view, 12> alignmentNames = {"topLeading",
+                                                                    "topCentre",
+                                                                    "topTrailing",
+                                                                    "centreLeading",
+                                                                    "centre",
+                                                                    "centreTrailing",
+                                                                    "bottomLeading",
+                                                                    "bottomCentre",
+                                                                    "bottomTrailing",
+                                                                    "firstTextBaselineLeading",
+                                                                    "firstTextBaselineCentre",
+                                                                    "firstTextBaselineTrailing"};
+inline constexpr std::size_t indexOfCentre = 4;
 
 template <ArchivedChildren childrenOfKind>
 struct ArchivedKind {
@@ -353,6 +364,26 @@ struct ArchivedNode<LayoutPriorityNode> : ArchivedModifier {
   template <typename Visitor, typename Node>
   static void visit(Visitor& members, Node& node) {
     members.number("priority", node.priority, lengthRule);
+  }
+};
+
+template <>
+struct ArchivedNode<HorizontalGuideNode> : ArchivedModifier {
+  static constexpr std::string_view type = "horizontalGuide";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.choice("guide", node.guide, horizontalNames, HorizontalAlignment::leading);
+    members.number("by", node.by, lengthRule.unless(0));
+  }
+};
+
+template <>
+struct ArchivedNode<VerticalGuideNode> : ArchivedModifier {
+  static constexpr std::string_view type = "verticalGuide";
+  template <typename Visitor, typename Node>
+  static void visit(Visitor& members, Node& node) {
+    members.choice("guide", node.guide, verticalNames, VerticalAlignment::top);
+    members.number("by", node.by, lengthRule.unless(0));
   }
 };
 

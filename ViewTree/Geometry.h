@@ -55,7 +55,8 @@ struct ProposedSize {
 };
 
 enum class HorizontalAlignment { leading, centre, trailing };
-enum class VerticalAlignment { top, centre, bottom };
+/// The baseline is that of the topmost text, the bottom of a view that shows none.
+enum class VerticalAlignment { top, centre, bottom, firstTextBaseline };
 
 /// Where a line of the user's language begins; leading is that side.
 enum class LayoutDirection { leftToRight, rightToLeft };

@@ -4,11 +4,15 @@
 #include <cmath>
 #include <cstddef>
 #include <numeric>
-#include <span>
 #include <utility>
 
 namespace lanternfold {
 namespace {
+
+/// A gap that two unlimited lengths leave is none.
+double flexibility(const StackMember& member) {
+  return std::isfinite(member.minimum) ? member.maximum - member.minimum : 0;
+}
 
 /// The order in which members are served: by priority, then the least flexible first.
 std::vector<std::size_t> servingOrder(const std::vector<StackMember>& members) {
@@ -18,27 +22,9 @@ std::vector<std::size_t> servingOrder(const std::vector<StackMember>& members) {
     const StackMember& one = members[left];
     const StackMember& other = members[right];
     if (one.priority != other.priority) return one.priority > other.priority;
-    return one.maximum - one.minimum < other.maximum - other.minimum;
+    return flexibility(one) < flexibility(other);
   });
   return order;
-}
-
-/// What members of lower priority than the one at `position` need at least, and how many members
-/// of its own priority, itself included, are still to be served.
-std::pair<double, double> reserveAndSharers(const std::vector<StackMember>& members,
-                                            const std::vector<std::size_t>& order,
-                                            std::size_t position) {
-  double reserve = 0;
-  double sharers = 0;
-  for (std::size_t later = position; later < order.size(); ++later) {
-    const StackMember& member = members[order[later]];
-    if (member.priority < members[order[position]].priority) {
-      reserve += member.minimum;
-    } else {
-      sharers += 1;
-    }
-  }
-  return {reserve, sharers};
 }
 
 /// Room for lengths that are equal but for rounding.
@@ -46,72 +32,94 @@ constexpr double tolerance = 0.001;
 /// How finely the height is found up to which all rows may grow alike, in points.
 constexpr double levelStep = 0.25;
 
-/// The heights of the first rows, each asked by `offerOf`, until they take more than `available`.
+using Heights = std::vector<double>;
+
+double sumOf(const Heights& heights, double spacing) {
+  if (heights.empty()) return 0;
+  return std::accumulate(heights.begin(), heights.end(),
+                         spacing * static_cast<double>(heights.size() - 1));
+}
+
+/// The heights of the first rows for the offers that `offerOf` makes them, until they take more
+/// than `available`.
 template <typename OfferOf>
-std::vector<double> heightsWithin(double available, double spacing, std::span<const RowHeight> rows,
-                                  const OfferOf& offerOf) {
-  std::vector<double> heights;
+Heights heightsWithin(double available, double spacing, std::size_t count,
+                      const RowHeight& heightFor, const OfferOf& offerOf) {
+  Heights heights;
   double sum = -spacing;
-  for (std::size_t row = 0; row < rows.size(); ++row) {
-    const double height = rows[row](offerOf(row));
+  for (std::size_t row = 0; row < count; ++row) {
+    const double height = heightFor(row, offerOf(row));
     sum += spacing + height;
-    if (sum > available + tolerance) break;
+    if (!fits(sum, available)) break;
     heights.push_back(height);
   }
   return heights;
 }
 
-/// Raises the offers of rows as far as all may grow alike, and then, from the first one on, of
-/// those that make something of the next step, as long as it has room.
-std::vector<double> levelledOffers(double available, double spacing,
-                                   std::span<const RowHeight> rows,
-                                   const std::vector<double>& ideals) {
-  std::vector<double> offers(rows.size());
-  const auto raise = [&](std::size_t row, double level) {
-    offers[row] = std::min(level, ideals[row]);
-  };
-  const auto heights = [&] {
-    return heightsWithin(available, spacing, rows, [&](std::size_t row) { return offers[row]; });
-  };
+/// Raises the offers of all rows alike as far as that fits, and then, from the first one on, those
+/// of the rows that make something of the next step, as long as it has room.
+Heights levelledHeights(double available, double spacing, const RowHeight& heightFor,
+                        const Heights& ideals) {
   const auto allAt = [&](double level) {
-    for (std::size_t row = 0; row < rows.size(); ++row) raise(row, level);
-    return heights().size() == rows.size();
+    return heightsWithin(available, spacing, ideals.size(), heightFor,
+                         [&](std::size_t row) { return std::min(level, ideals[row]); });
   };
   double level = 0;
   double tooHigh = std::ranges::max(ideals);
-  if (allAt(tooHigh)) return offers;
+  if (Heights heights = allAt(tooHigh); heights.size() == ideals.size()) return heights;
+  Heights heights = allAt(level);
   while (tooHigh - level > levelStep) {
     const double middle = level + (tooHigh - level) / 2;
-    (allAt(middle) ? level : tooHigh) = middle;
+    Heights raised = allAt(middle);
+    if (raised.size() == ideals.size()) {
+      level = middle;
+      heights = std::move(raised);
+    } else {
+      tooHigh = middle;
+    }
   }
-  (void)allAt(level);
-  for (std::size_t row = 0; row < rows.size(); ++row) {
-    raise(row, tooHigh);
-    if (heights().size() == rows.size()) continue;
-    raise(row, level);
-    break;
+  double sum = sumOf(heights, spacing);
+  for (std::size_t row = 0; row < heights.size(); ++row) {
+    const double more = heightFor(row, std::min(tooHigh, ideals[row])) - heights[row];
+    if (!fits(sum + more, available)) break;
+    sum += more;
+    heights[row] += more;
   }
-  return offers;
-}
-
-double alignedFraction(int position, double outer, double inner) {
-  return (outer - inner) * position / 2;
+  return heights;
 }
 
 }  // namespace
 
-std::vector<std::optional<double>> stackOffers(std::optional<double> available, double spacing,
-                                               const std::vector<StackMember>& members) {
-  std::vector<std::optional<double>> offers(members.size());
-  if (!available || members.empty()) return offers;
-  double remaining = *available - spacing * static_cast<double>(members.size() - 1);
+bool fits(double length, std::optional<double> offered) {
+  return !offered || length <= *offered + tolerance;
+}
+
+std::vector<double> stackOffers(double available, double spacing,
+                                const std::vector<StackMember>& members,
+                                const MemberLength& lengthFor) {
+  std::vector<double> offers(members.size());
+  if (members.empty()) return offers;
+  double remaining = available - spacing * static_cast<double>(members.size() - 1);
   const std::vector<std::size_t> order = servingOrder(members);
-  for (std::size_t position = 0; position < order.size(); ++position) {
-    const auto [reserve, sharers] = reserveAndSharers(members, order, position);
-    const double offer = std::max(0.0, (remaining - reserve) / sharers);
-    offers[order[position]] = offer;
-    const double length = members[order[position]].lengthFor(offer);
-    if (std::isfinite(remaining)) remaining -= length;
+  // What those need at least that are served from a place on; exactly nothing behind the last.
+  std::vector<double> reserves(order.size() + 1);
+  for (std::size_t place = order.size(); place-- > 0;) {
+    reserves[place] = reserves[place + 1] + members[order[place]].minimum;
+  }
+  auto next = order.begin();
+  while (next != order.end()) {
+    // Those of one priority, before all others.
+    const double priority = members[*next].priority;
+    const auto end = std::find_if(next, order.end(), [&](std::size_t member) {
+      return members[member].priority != priority;
+    });
+    const double reserve = reserves[static_cast<std::size_t>(end - order.begin())];
+    for (; next != end; ++next) {
+      const auto sharers = static_cast<double>(end - next);
+      offers[*next] = std::max(0.0, (remaining - reserve) / sharers);
+      const double length = lengthFor(*next, offers[*next]);
+      if (std::isfinite(remaining)) remaining -= length;
+    }
   }
   return offers;
 }
@@ -121,18 +129,18 @@ double fittingSpacing(double spacing, std::size_t count, std::optional<double> a
   return std::min(spacing, std::max(0.0, *available) / static_cast<double>(count - 1));
 }
 
-std::vector<double> wholeRowOffers(std::optional<double> available, double spacing,
-                                   const std::vector<RowHeight>& rows) {
-  if (rows.empty()) return {};
+std::vector<double> wholeRowHeights(std::optional<double> available, double spacing,
+                                    std::size_t count, const RowHeight& heightFor) {
+  if (count == 0) return {};
   const auto ideal = [](std::size_t) { return std::optional<double>(); };
-  std::vector<double> ideals = heightsWithin(available.value_or(unlimited), spacing, rows, ideal);
-  if (ideals.size() == rows.size()) return ideals;
   const auto least = [](std::size_t) { return std::optional<double>(0); };
-  const std::size_t count = heightsWithin(*available, spacing, rows, least).size();
-  if (count == 0) return {std::max(0.0, *available)};
-  while (ideals.size() < count) ideals.push_back(rows[ideals.size()](std::nullopt));
-  ideals.resize(count);
-  return levelledOffers(*available, spacing, std::span(rows).first(count), ideals);
+  Heights ideals = heightsWithin(available.value_or(unlimited), spacing, count, heightFor, ideal);
+  if (ideals.size() == count) return ideals;
+  const std::size_t shown = heightsWithin(*available, spacing, count, heightFor, least).size();
+  if (shown == 0) return {heightFor(0, std::max(0.0, *available))};
+  while (ideals.size() < shown) ideals.push_back(heightFor(ideals.size(), std::nullopt));
+  ideals.resize(shown);
+  return levelledHeights(*available, spacing, heightFor, ideals);
 }
 
 std::optional<double> frameOffer(const FrameLength& frame, std::optional<double> proposal) {
@@ -163,18 +171,15 @@ std::pair<double, double> fittingInsets(double before, double after,
   return {before * share, after * share};
 }
 
+std::optional<double> paddedOffer(std::optional<double> outer, std::pair<double, double> insets) {
+  if (!outer) return std::nullopt;
+  return std::max(0.0, *outer - insets.first - insets.second);
+}
+
 double paddedLength(double child, std::pair<double, double> insets, std::optional<double> inner,
                     std::optional<double> outer) {
-  const bool takesAll = inner && outer && child == *inner;
-  return takesAll ? *outer : child + insets.first + insets.second;
-}
-
-double alignedOffset(HorizontalAlignment alignment, double outer, double inner) {
-  return alignedFraction(static_cast<int>(alignment), outer, inner);
-}
-
-double alignedOffset(VerticalAlignment alignment, double outer, double inner) {
-  return alignedFraction(static_cast<int>(alignment), outer, inner);
+  if (inner && outer && child == *inner) return *outer;
+  return std::max(0.0, child + insets.first + insets.second);
 }
 
 }  // namespace lanternfold

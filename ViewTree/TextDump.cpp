@@ -15,6 +15,7 @@ std::string name(HorizontalAlignment alignment) {
 
 std::string name(VerticalAlignment alignment) {
   if (alignment == VerticalAlignment::top) return "top";
+  if (alignment == VerticalAlignment::firstTextBaseline) return "first-baseline";
   return alignment == VerticalAlignment::centre ? "centre" : "bottom";
 }
 
@@ -138,6 +139,14 @@ struct Describer {
   void operator()(const LinkNode& node) {
     kind = "link";
     figures = ' ' + node.url;
+  }
+  void operator()(const HorizontalGuideNode& node) {
+    kind = "horizontal-guide";
+    figures = ' ' + name(node.guide) + " by " + dumped(node.by);
+  }
+  void operator()(const VerticalGuideNode& node) {
+    kind = "vertical-guide";
+    figures = ' ' + name(node.guide) + " by " + dumped(node.by);
   }
   void operator()(const LayoutPriorityNode& node) {
     kind = "layout-priority";

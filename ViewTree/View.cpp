@@ -14,6 +14,44 @@ View modified(ViewNode node, View content) {
   return {std::move(node), std::move(children), std::nullopt};
 }
 
+/// Gathers what views say, until that is long enough.
+class Describer {
+ public:
+  explicit Describer(const std::string& drawingTime) : drawingTime_(drawingTime) {}
+
+  void add(const View& view) {
+    if (said_.size() >= longestAccessibleDescription) return;
+    if (view.accessibleName) return say(*view.accessibleName);
+    if (const auto* content = std::get_if<TextNode>(&view.node)) return say(content->text);
+    if (const auto* time = std::get_if<DrawingTimeNode>(&view.node)) {
+      return say(fillPlaceholders(time->format, {drawingTime_}));
+    }
+    // The choices of one place all say the same; the richest says it whole.
+    if (std::holds_alternative<FirstThatFitsNode>(view.node)) return add(view.children.front());
+    for (const View& child : view.children) add(child);
+  }
+
+  std::string take() && {
+    if (said_.size() > longestAccessibleDescription) {
+      std::size_t end = longestAccessibleDescription;
+      // Not within a character.
+      while (end > 0 && (static_cast<unsigned char>(said_[end]) & 0xC0U) == 0x80U) --end;
+      said_.resize(end);
+    }
+    return std::move(said_);
+  }
+
+ private:
+  void say(const std::string& words) {
+    if (words.empty()) return;
+    if (!said_.empty()) said_ += ", ";
+    said_ += words;
+  }
+
+  const std::string& drawingTime_;
+  std::string said_;
+};
+
 }  // namespace
 
 View View::frame(double width, double height, Alignment alignment) && {
@@ -60,33 +98,29 @@ View View::layoutPriority(double priority) && {
   return modified(LayoutPriorityNode{priority}, std::move(*this));
 }
 
+View View::alignmentGuide(HorizontalAlignment guide, double by) && {
+  return modified(HorizontalGuideNode{guide, by}, std::move(*this));
+}
+
+View View::alignmentGuide(VerticalAlignment guide, double by) && {
+  return modified(VerticalGuideNode{guide, by}, std::move(*this));
+}
+
 View View::accessible(std::string_view name) && {
   accessibleName = displayableText(name);
   return std::move(*this);
 }
 
 std::string accessibleDescription(const View& view, const std::string& drawingTime) {
-  if (view.accessibleName) return *view.accessibleName;
-  if (const auto* content = std::get_if<TextNode>(&view.node)) return content->text;
-  if (const auto* time = std::get_if<DrawingTimeNode>(&view.node)) {
-    return fillPlaceholders(time->format, {drawingTime});
-  }
-  // The choices of one place all say the same; the richest says it whole.
-  if (std::holds_alternative<FirstThatFitsNode>(view.node)) {
-    return accessibleDescription(view.children.front(), drawingTime);
-  }
-  return accessibleDescription(std::span(view.children), drawingTime);
+  const View* const only = &view;
+  return accessibleDescription(std::span(&only, 1), drawingTime);
 }
 
-std::string accessibleDescription(std::span<const View> views, const std::string& drawingTime) {
-  std::string joined;
-  for (const View& view : views) {
-    const std::string description = accessibleDescription(view, drawingTime);
-    if (description.empty()) continue;
-    if (!joined.empty()) joined += ", ";
-    joined += description;
-  }
-  return joined;
+std::string accessibleDescription(std::span<const View* const> views,
+                                  const std::string& drawingTime) {
+  Describer describer(drawingTime);
+  for (const View* view : views) describer.add(*view);
+  return std::move(describer).take();
 }
 
 }  // namespace lanternfold

@@ -129,8 +129,8 @@ struct WholeGridNode {
 
 /// A content between two accessories that step aside, the trailing one first, where the content
 /// would get too little room. What it loses to an accessory in a wider row it does not get in a
-/// narrower one, so that it never shows less in more room. How wide the parts are says
-/// `planAccessoryRow` (ViewTree/AccessoryRow.h).
+/// narrower one, so that it never shows less in more room: without the trailing accessory it is
+/// offered `besideBoth` at the most, without both `besideLeading`. An empty view is no accessory.
 struct AccessoryRowNode {
   VerticalAlignment alignment = VerticalAlignment::centre;
   double spacing = 0;
@@ -214,12 +214,25 @@ struct LayoutPriorityNode {
   friend bool operator==(const LayoutPriorityNode&, const LayoutPriorityNode&) = default;
 };
 
+/// Moves the line by which the stack around it aligns the child, from where that would be.
+struct HorizontalGuideNode {
+  HorizontalAlignment guide = HorizontalAlignment::leading;
+  double by = 0;  ///< towards the trailing end
+  friend bool operator==(const HorizontalGuideNode&, const HorizontalGuideNode&) = default;
+};
+struct VerticalGuideNode {
+  VerticalAlignment guide = VerticalAlignment::top;
+  double by = 0;  ///< downwards
+  friend bool operator==(const VerticalGuideNode&, const VerticalGuideNode&) = default;
+};
+
 using ViewNode =
     std::variant<TextNode, DrawingTimeNode, SymbolNode, ImageNode, CircleNode, RoundedRectangleNode,
                  LinearGradientNode, EmptyNode, HStackNode, VStackNode, ZStackNode,
                  FirstThatFitsNode, WholeRowsNode, WholeGridNode, AccessoryRowNode, FrameNode,
                  PaddingNode, OffsetNode, BackgroundNode, OpacityNode, ForegroundNode, ClipNode,
-                 ColourSchemeNode, ButtonNode, LinkNode, LayoutPriorityNode>;
+                 ColourSchemeNode, ButtonNode, LinkNode, LayoutPriorityNode, HorizontalGuideNode,
+                 VerticalGuideNode>;
 
 /// A node and its children. Stacks, rows and grids have any number, a choice at least one, a row of
 /// a content and its accessories three, a background two, every other modifier one, the rest none;
@@ -241,18 +254,23 @@ struct View {
   [[nodiscard]] View clipped(double cornerRadius) &&;
   [[nodiscard]] View colourScheme(ColourScheme scheme) &&;
   [[nodiscard]] View layoutPriority(double priority) &&;
+  [[nodiscard]] View alignmentGuide(HorizontalAlignment guide, double by) &&;
+  [[nodiscard]] View alignmentGuide(VerticalAlignment guide, double by) &&;
   /// The name is made fit to show, as texts are.
   [[nodiscard]] View accessible(std::string_view name) &&;
 
   friend bool operator==(const View&, const View&) = default;
 };
 
+/// No description is longer, in bytes; what does not fit is not said.
+inline constexpr std::size_t longestAccessibleDescription = 4096;
+
 /// What a screen reader says of `view`: its accessible name, else its own text, else what its
 /// children say. `drawingTime` stands in for the time in texts that show it. Decorations say
 /// nothing.
 [[nodiscard]] std::string accessibleDescription(const View& view, const std::string& drawingTime);
 /// The same of views that stand together.
-[[nodiscard]] std::string accessibleDescription(std::span<const View> views,
+[[nodiscard]] std::string accessibleDescription(std::span<const View* const> views,
                                                 const std::string& drawingTime);
 
 }  // namespace lanternfold

@@ -89,8 +89,7 @@ class ArchiveReader {
   }
 
   void alignment(std::string_view name, Alignment& alignment) {
-    constexpr std::size_t middle = alignmentNames.size() / 2;
-    const std::size_t index = indexMember(name, alignmentNames, middle);
+    const std::size_t index = indexMember(name, alignmentNames, indexOfCentre);
     alignment = {static_cast<HorizontalAlignment>(index % 3),
                  static_cast<VerticalAlignment>(index / 3)};
   }

@@ -25,6 +25,8 @@ std::filesystem::path assetsFolder() {
                          LANTERNFOLD_SOURCE_ASSETS);
 }
 
-std::filesystem::path translationsFolder() { return installedShareFolder() / "locale"; }
+std::filesystem::path translationsFolder() {
+  return firstThatExists(installedShareFolder() / "locale", LANTERNFOLD_BUILT_TRANSLATIONS);
+}
 
 }  // namespace lanternfold

@@ -1,4 +1,5 @@
-// Where the program's own files are: beside it when it is installed, in the source tree otherwise.
+// Where the program's own files are: beside it when it is installed, in the source or build tree
+// otherwise.
 #pragma once
 
 #include <filesystem>
@@ -8,7 +9,7 @@ namespace lanternfold {
 /// The folder of symbols, logo and colours.
 [[nodiscard]] std::filesystem::path assetsFolder();
 
-/// The folder of compiled message catalogues.
+/// The folder of compiled message catalogues, LANGUAGE/LC_MESSAGES/DOMAIN.mo.
 [[nodiscard]] std::filesystem::path translationsFolder();
 
 }  // namespace lanternfold

@@ -25,6 +25,7 @@
 #include "Wiring/DistinctDiagnosticLog.h"
 #include "Wiring/FileDescriptorLimit.h"
 #include "Wiring/FileSoleRecorder.h"
+#include "Wiring/LanguageChoice.h"
 #include "Wiring/LinuxMainLoop.h"
 #include "Wiring/LocationSide.h"
 #include "Wiring/ProgramName.h"
@@ -41,25 +42,29 @@ constexpr int descriptorsOfACommand = 32;
 // queues, which finish the works that are running, before what those use.
 struct LinuxMachine::Parts {
   explicit Parts(const MachineOptions& options)
-      : diagnosticStream(options.diagnostics == DiagnosticsTarget::standardError ? stderr : stdout,
+      : language(options.texts == TextLanguage::users ? chooseUserLanguage() : UserLanguage{}),
+        diagnosticStream(options.diagnostics == DiagnosticsTarget::standardError ? stderr : stdout,
                          options.whenDiagnosticsStall == WhenDiagnosticsStall::loseLine
                              ? StreamDiagnosticLog::WhenFull::loseLine
                              : StreamDiagnosticLog::WhenFull::wait),
         diagnostics(options.repeatedDiagnostics == RepeatedDiagnostics::dropped
                         ? static_cast<DiagnosticLog&>(distinctDiagnostics)
-                        : diagnosticStream),
+                        : language(options.texts == TextLanguage::users ? chooseUserLanguage()
+                                                                        : UserLanguage{}),
+                    diagnosticStream),
         dataDirectory(options.dataFolder),
         urlSessions(eventLoop, dispatch,
                     {.userAgent = std::string(programName) + "/" LANTERNFOLD_VERSION,
                      .certificateAuthoritiesFile = options.certificateAuthoritiesFile,
                      .proxies = proxyEnvironmentOfProcess()}) {}
 
+  /// Before anything starts a thread.
+  UserLanguage language;
   StreamDiagnosticLog diagnosticStream;
   DistinctDiagnosticLog distinctDiagnostics{diagnosticStream};
   DiagnosticLog& diagnostics;
   SystemClock clock;
-  GettextStringTable strings{"lanternfold", translationsFolder()};
-  GettextStringTable mainBundleStrings{"lanternfold-main", translationsFolder()};
+  GettextStringTable strings{catalogueDomain(), translationsFolder(), language};
   LinuxNetworkKernel kernel;
   PosixFileSystem fileSystem;
   DataDirectory dataDirectory;
@@ -97,7 +102,8 @@ struct LinuxMachine::Parts {
                                .urlSessions = urlSessions,
                                .locationConsent = consent,
                                .wifiClient = wifiClient},
-                  .mainBundleStrings = mainBundleStrings,
+                  .mainBundleStrings = strings,
+                  .language = language,
                   .metricsReader = std::make_shared<LinuxConnectionMetricsReader>(),
                   .soleRecorder = soleRecorder,
                   .readWifi = [this] { return wifiClient.report(); },

@@ -13,6 +13,7 @@
 #include "PlatformLinux/Location/ConsentAuthority.h"
 #include "PlatformLinux/Location/ConsentRecord.h"
 #include "PlatformLinux/Wifi/WifiReport.h"
+#include "Support/UserLanguage.h"
 #include "Wiring/SoleRecorder.h"
 
 namespace lanternfold {
@@ -34,8 +35,10 @@ class MainLoop {
 
 struct Machine {
   Platform platform;
-  /// Texts of the program as a whole, beside those of its modules.
+  /// Texts of the program as a whole, beside those of its modules. One catalogue holds both.
   const StringTable& mainBundleStrings;
+  /// What both tables speak, and in what dates are written and views laid out.
+  UserLanguage language;
   /// Counters of 64 bits, which need no carrying forward.
   std::shared_ptr<ConnectionMetricsReader> metricsReader;
   SoleRecorder& soleRecorder;

@@ -42,6 +42,7 @@ void setUpProcess() {
   reportClosedPipesAsErrors();
   std::setlocale(LC_ALL, "");
   std::setlocale(LC_NUMERIC, "C");
+  std::setlocale(LC_MESSAGES, "C");
 }
 
 TextStyle styleOfStandardOutput() {

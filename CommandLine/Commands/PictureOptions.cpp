@@ -11,7 +11,7 @@
 #include "CommandLine/NamedValue.h"
 #include "CommandLine/PlainNumber.h"
 #include "Support/AsciiCase.h"
-#include "Support/RelativeDateText.h"
+#include "Wiring/DrawingLanguage.h"
 #include "Wiring/PrintableText.h"
 
 namespace lanternfold {
@@ -69,7 +69,8 @@ std::expected<PictureChoice, CommandFailure> checkPictureOptions(const PictureOp
 std::expected<void, CommandFailure> writePicture(const View& view, PictureRequest request,
                                                  const std::filesystem::path& output,
                                                  const Machine& machine, const Console& console) {
-  request.drawingTime = relativeDateText(machine.platform.clock.now());
+  request.direction = layoutDirection(machine);
+  request.drawingTime = drawingTimeText(machine);
   const auto picture = renderPicture(
       view, request, {.assetFolder = machine.assets, .report = [&console](std::string_view line) {
                         console.errors << line << '\n';

@@ -6,7 +6,7 @@
 
 #include "CommandLine/WidgetRows.h"
 #include "Support/FatalError.h"
-#include "Support/RelativeDateText.h"
+#include "Wiring/DrawingLanguage.h"
 
 namespace lanternfold {
 
@@ -21,7 +21,7 @@ std::expected<void, CommandFailure> runTimeline(const TimelineOptions& options,
   }
   const auto* timeline = std::get_if<Timeline<ViewEntry>>(&*answer);
   if (timeline == nullptr) fatalError("a widget answered with something else than a timeline");
-  const std::string drawingTime = relativeDateText(machine.platform.clock.now());
+  const std::string drawingTime = drawingTimeText(machine);
   for (const ViewEntry& entry : timeline->entries) {
     writeWidgetRows(plainTextRows(entry.view, drawingTime), console);
   }

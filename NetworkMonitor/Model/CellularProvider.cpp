@@ -4,7 +4,8 @@
 #include <string_view>
 #include <utility>
 
-#include "Support/ByteCountFormatter.h"
+#include "Platform/ByteCounts.h"
+#include "Support/Localizable.h"
 
 namespace lanternfold {
 namespace {
@@ -23,8 +24,7 @@ SourceListItem carrierRow(const CellularProvider& provider, std::size_t position
 }
 
 SourceListItem hotspotRow(const ConnectionMetrics& metrics, const StringTable& strings) {
-  const ByteCountFormatter formatter(
-      ByteCountStyle::decimal, [&strings](std::string_view key) { return strings.localized(key); });
+  const ByteCountFormatter formatter = byteCountFormatter(ByteCountStyle::decimal, strings);
   return {.label = strings.localized("Hotspot"),
           .value = formatter.text(metrics.totalBytes()),
           .labelRequired = true};
@@ -40,9 +40,10 @@ SourceList CellularProvider::compressedListRepresentation(const StringTable& str
     rows.push_back(carrierRow(*this, position, strings));
   }
   if (carriers.size() == 1) {
-    rows.push_back({.label = strings.localized("VoIP"),
-                    .value = strings.localized(carriers.front().allowsVOIP ? "VoIP Enabled"
-                                                                           : "VoIP Disabled")});
+    rows.push_back(
+        {.label = strings.localized("VoIP"),
+         .value = strings.localized(carriers.front().allowsVOIP ? localizable("VoIP Enabled")
+                                                                : localizable("VoIP Disabled"))});
   }
   if (hotspotMetrics) rows.push_back(hotspotRow(*hotspotMetrics, strings));
   return rows;

@@ -5,6 +5,7 @@
 
 #include "Support/AsciiCase.h"
 #include "Support/FatalError.h"
+#include "Support/Localizable.h"
 #include "Support/TextPlaceholders.h"
 
 namespace lanternfold {
@@ -46,11 +47,11 @@ void appendIPv6Row(SourceList& rows, const InternetInfo& info, const StringTable
 std::string_view connectionName(InterfaceType type) {
   switch (type) {
     case InterfaceType::wlan:
-      return "Wi-Fi";
+      return localizable("Wi-Fi");
     case InterfaceType::ethernet:
-      return "Ethernet";
+      return localizable("Ethernet");
     case InterfaceType::cellular:
-      return "Cellular";
+      return localizable("Cellular");
     case InterfaceType::bluetooth:
     case InterfaceType::unknown:
       break;

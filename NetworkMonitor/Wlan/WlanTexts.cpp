@@ -4,6 +4,8 @@
 #include <array>
 #include <string_view>
 
+#include "Support/Localizable.h"
+
 namespace lanternfold {
 namespace {
 
@@ -17,10 +19,10 @@ struct Row {
 };
 
 constexpr auto interfaceModeTexts = std::to_array<Row<WifiInterfaceMode>>({
-    {WifiInterfaceMode::none, "None", Wording::localised},
-    {WifiInterfaceMode::station, "Station", Wording::localised},
-    {WifiInterfaceMode::ibss, "IBSS", Wording::localised},
-    {WifiInterfaceMode::hostAP, "Host AP", Wording::localised},
+    {WifiInterfaceMode::none, localizable("None"), Wording::localised},
+    {WifiInterfaceMode::station, localizable("Station"), Wording::localised},
+    {WifiInterfaceMode::ibss, localizable("IBSS"), Wording::localised},
+    {WifiInterfaceMode::hostAP, localizable("Host AP"), Wording::localised},
 });
 
 // Intended: later modes have no text.
@@ -34,7 +36,7 @@ constexpr auto phyModeTexts = std::to_array<Row<WifiPhyMode>>({
 
 // Intended: the two modes of opportunistic encryption have no text.
 constexpr auto securityTexts = std::to_array<Row<WifiSecurity>>({
-    {WifiSecurity::none, "None", Wording::localised},
+    {WifiSecurity::none, localizable("None"), Wording::localised},
     {WifiSecurity::wep, "WEP"},
     {WifiSecurity::wpaPersonal, "WPA Personal"},
     {WifiSecurity::wpaPersonalMixed, "WPA Personal Mixed"},

@@ -3,7 +3,7 @@
 #include <string_view>
 #include <utility>
 
-#include "Support/ByteCountFormatter.h"
+#include "Platform/ByteCounts.h"
 #include "ViewTree/Elements.h"
 
 namespace lanternfold {
@@ -45,9 +45,8 @@ std::vector<View> meters(const std::vector<BytesMeterFigure>& figures,
 double bytesMeterSide(BytesCircularMeter::Size size) { return measuresOf(size).side; }
 
 View BytesCircularMeter::body(const WidgetEnvironment& environment) const {
-  const ByteCountFormatter formatter(
-      ByteCountStyle::binaryFromKilobytes,
-      [&](std::string_view key) { return environment.strings.localized(key); });
+  const ByteCountFormatter formatter =
+      byteCountFormatter(ByteCountStyle::binaryFromKilobytes, environment.strings);
   const MeterMeasures measures = measuresOf(size);
   std::vector<View> lines;
   lines.push_back(meterText(metrics.label, measures.labelSize, FontWeight::regular));

@@ -1,11 +1,13 @@
 #include "NetworkWidgetVexExtension/Views/MissingAdapterView.h"
 
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "NetworkWidgetVexExtension/Views/NetworkSourceIconView.h"
 #include "NetworkWidgetVexExtension/Views/SourceListItemView.h"
 #include "NetworkWidgetVexExtension/Views/WidgetStyle.h"
+#include "Support/Localizable.h"
 #include "ViewTree/Elements.h"
 
 namespace lanternfold {
@@ -18,15 +20,15 @@ constexpr double rowsBesideIcon = 40;
 
 View MissingAdapterView::body(const WidgetEnvironment& environment) const {
   const TextStyle style{.font = NetworkWidgetDefaultStyle(environment).valueFont, .lineLimit = 2};
-  const auto line = [&](const char* key) {
+  const auto line = [&](std::string_view key) {
     return text(environment.strings.localized(key), style);
   };
   std::vector<View> lines;
   lines.push_back(
       SourceListItemView{{name, environment.strings.localized("Not available"), true}, true}.body(
           environment));
-  lines.push_back(line("It is gone, or cannot be read now."));
-  lines.push_back(line("Its card comes back with it."));
+  lines.push_back(line(localizable("It is gone, or cannot be read now.")));
+  lines.push_back(line(localizable("Its card comes back with it.")));
   FrameNode rows;
   rows.width.maximum = unlimited;
   rows.alignment = topLeading;

@@ -1,27 +1,37 @@
 #include "PlatformLinux/System/GettextStringTable.h"
 
+#include <cstdlib>
 #include <libintl.h>
 #include <locale.h>
+#include <system_error>
 #include <utility>
 
 namespace lanternfold {
+namespace {
 
-/// The locale of the environment, or C.UTF-8 when it is not installed.
-class GettextStringTable::UserLocale {
+constexpr const char* languageVariable = "LANGUAGE";
+
+std::string variable(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? std::string() : std::string(value);
+}
+
+}  // namespace
+
+/// A locale in which gettext follows LANGUAGE; in plain C it does not.
+class GettextStringTable::CatalogueLocale {
  public:
-  UserLocale() : locale_(newlocale(categories, "", nullptr)) {
-    if (locale_ == nullptr) locale_ = newlocale(categories, "C.UTF-8", nullptr);
-  }
-  ~UserLocale() {
+  CatalogueLocale() : locale_(newlocale(LC_MESSAGES_MASK | LC_CTYPE_MASK, "C.UTF-8", nullptr)) {}
+  ~CatalogueLocale() {
     if (locale_ != nullptr) freelocale(locale_);
   }
-  UserLocale(const UserLocale&) = delete;
-  UserLocale& operator=(const UserLocale&) = delete;
+  CatalogueLocale(const CatalogueLocale&) = delete;
+  CatalogueLocale& operator=(const CatalogueLocale&) = delete;
 
   /// Puts the locale into effect for the calling thread, for as long as the object lives.
   class OnThisThread {
    public:
-    explicit OnThisThread(const UserLocale& locale) : before_(uselocale(locale.locale_)) {}
+    explicit OnThisThread(const CatalogueLocale& locale) : before_(uselocale(locale.locale_)) {}
     ~OnThisThread() { uselocale(before_); }
     OnThisThread(const OnThisThread&) = delete;
     OnThisThread& operator=(const OnThisThread&) = delete;
@@ -31,13 +41,34 @@ class GettextStringTable::UserLocale {
   };
 
  private:
-  static constexpr int categories = LC_MESSAGES_MASK | LC_CTYPE_MASK;
-
   locale_t locale_;  // null leaves the thread's locale as it is
 };
 
-GettextStringTable::GettextStringTable(std::string domain, const std::filesystem::path& directory)
-    : domain_(std::move(domain)), locale_(std::make_unique<UserLocale>()) {
+LocaleEnvironment localeEnvironmentOfProcess() {
+  return {.language = variable(languageVariable),
+          .all = variable("LC_ALL"),
+          .messages = variable("LC_MESSAGES"),
+          .time = variable("LC_TIME"),
+          .numeric = variable("LC_NUMERIC"),
+          .lang = variable("LANG")};
+}
+
+bool hasGettextCatalogue(const std::filesystem::path& directory, const std::string& domain,
+                         const std::string& name) {
+  std::error_code error;
+  return std::filesystem::is_regular_file(directory / name / "LC_MESSAGES" / (domain + ".mo"),
+                                          error);
+}
+
+void makeGettextSpeak(const UserLanguage& language) {
+  if (!language.catalogue.empty()) ::setenv(languageVariable, language.catalogue.c_str(), 1);
+}
+
+GettextStringTable::GettextStringTable(std::string domain, const std::filesystem::path& directory,
+                                       const UserLanguage& language)
+    : domain_(std::move(domain)), decimals_(language.numberLocale) {
+  if (language.catalogue.empty()) return;
+  locale_ = std::make_unique<CatalogueLocale>();
   bindtextdomain(domain_.c_str(), directory.c_str());
   bind_textdomain_codeset(domain_.c_str(), "UTF-8");
 }
@@ -46,10 +77,14 @@ GettextStringTable::~GettextStringTable() = default;
 
 std::string GettextStringTable::localized(std::string_view key) const {
   // The text of the empty key is the catalogue's header; a key with a zero byte cannot be asked.
-  if (key.empty() || key.contains('\0')) return std::string(key);
+  if (locale_ == nullptr || key.empty() || key.contains('\0')) return std::string(key);
   const std::string terminated(key);
-  const UserLocale::OnThisThread scope(*locale_);
+  const CatalogueLocale::OnThisThread scope(*locale_);
   return dgettext(domain_.c_str(), terminated.c_str());
+}
+
+std::string GettextStringTable::localizedDecimal(std::string_view digits) const {
+  return decimals_.text(digits);
 }
 
 }  // namespace lanternfold

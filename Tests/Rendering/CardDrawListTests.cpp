@@ -5,7 +5,7 @@
 
 #include "NetworkWidgetVexExtension/Views/NetworkAdapterWidgetEntryView.h"
 #include "NetworkWidgetVexExtension/Views/WidgetStyle.h"
-#include "Rendering/AssetColours.h"
+#include "Rendering/ColourFile.h"
 #include "Tests/NetworkWidgetVexExtension/CardStates.h"
 #include "Tests/Support/GoldenText.h"
 #include "Tests/Support/MetricTextMeasurer.h"
@@ -14,6 +14,11 @@
 namespace lanternfold {
 namespace {
 
+ColourPalette assetColours() {
+  return readColours(std::filesystem::path(LANTERNFOLD_SOURCE_DIR) / "Assets",
+                     [](std::string_view line) { ADD_FAILURE() << line; });
+}
+
 std::string drawListOf(ColourScheme scheme) {
   const FakeStringTable strings;
   const MetricTextMeasurer measurer;
@@ -21,7 +26,8 @@ std::string drawListOf(ColourScheme scheme) {
   const LaidOutView card =
       layOut(view, widgetSize(WidgetFamily::medium), {measurer, "Today, 10:30"});
   const auto report = [](std::string_view line) { ADD_FAILURE() << line; };
-  return textDump(makeDrawList(card, {assetColours(), scheme, report}));
+  const ColourPalette colours = assetColours();
+  return textDump(makeDrawList(card, {colours, scheme, report}));
 }
 
 std::filesystem::path golden(const char* name) {

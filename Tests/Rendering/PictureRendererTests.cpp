@@ -2,11 +2,14 @@
 #include <string>
 #include <vector>
 
+#include <cairo.h>
 #include <gtest/gtest.h>
+#include <librsvg/rsvg.h>
 
 #include "NetworkWidgetVexExtension/Views/NetworkAdapterWidgetEntryView.h"
 #include "Rendering/PictureRenderer.h"
 #include "Tests/NetworkWidgetVexExtension/CardStates.h"
+#include "Tests/Rendering/PaintedPixels.h"
 #include "Tests/Rendering/Picture.h"
 #include "ViewTree/Elements.h"
 
@@ -81,21 +84,15 @@ TEST(PictureRenderer, RunsTheGradientFromTopToBottomInEachScheme) {
   EXPECT_TRUE(nearly(dark.at(100, 169), 0x182236));
 }
 
-/// How many pixels of the timestamp's place differ from the gradient at their left.
-std::size_t timestampPixels(const NetworkAdapterEntry& entry) {
-  const Picture picture = decodedPng(rendered(cardOf(entry), mediumRequest()));
-  std::size_t count = 0;
-  for (std::size_t y = 146; y < 162; ++y) {
-    for (std::size_t x = 30; x < 140; ++x) {
-      if (picture.at(x, y) != picture.at(250, y)) ++count;
-    }
-  }
-  return count;
-}
-
-TEST(PictureRenderer, ShowsTheTimestampOnlyWhenSwitchedOn) {
-  EXPECT_EQ(timestampPixels(placeholderEntry()), 0U);
-  EXPECT_GT(timestampPixels(timestampEntry()), 100U);
+TEST(PictureRenderer, ShowsTheTimeOfDrawing) {
+  PictureRequest later = mediumRequest();
+  later.drawingTime = "Yesterday, 23:59";
+  const auto differs = [&](const View& view) {
+    return rendered(view, mediumRequest()) != rendered(view, later);
+  };
+  EXPECT_FALSE(differs(cardOf(placeholderEntry())));
+  EXPECT_TRUE(differs(drawingTime("Last update %@", {8})));
+  EXPECT_TRUE(differs(cardOf(timestampEntry())));
 }
 
 TEST(PictureRenderer, DrawsEveryAssetOfTheCard) {
@@ -126,7 +123,7 @@ TEST(PictureRenderer, NeverLeavesTheAssetFolder) {
 TEST(PictureRenderer, DrawsWithoutAnyAsset) {
   std::vector<std::string> reports;
   rendered(cardOf(placeholderEntry()), mediumRequest(), &reports, "/nowhere");
-  EXPECT_EQ(reports.size(), 3U);
+  EXPECT_EQ(reports.size(), 4U);  // the colours, the logo and two symbols
 }
 
 TEST(PictureRenderer, ShowsTextAsItIsAndNeverAsMarkup) {
@@ -160,6 +157,63 @@ TEST(PictureRenderer, WritesScalableFormats) {
   EXPECT_THAT(pdf, testing::HasSubstr("%%EOF"));
 }
 
+/// An SVG as another program would show it.
+PaintedPixels shownSvg(const std::string& svg, std::size_t width, std::size_t height) {
+  const auto* const bytes = reinterpret_cast<const guint8*>(svg.data());
+  const SvgHandle handle(rsvg_handle_new_from_data(bytes, svg.size(), nullptr));
+  return PaintedPixels(width, height, 1, [&](cairo_t* surface) {
+    const RsvgRectangle whole{0, 0, static_cast<double>(width), static_cast<double>(height)};
+    EXPECT_EQ(rsvg_handle_render_document(handle.get(), surface, &whole, nullptr), TRUE);
+  });
+}
+
+TEST(PictureRenderer, WritesAnSvgThatLooksTheSame) {
+  const Picture png = decodedPng(rendered(cardOf(placeholderEntry()), mediumRequest()));
+  PictureRequest request = mediumRequest();
+  request.format = PictureFormat::svg;
+  const PaintedPixels svg =
+      shownSvg(rendered(cardOf(placeholderEntry()), request), png.width, png.height);
+  double difference = 0;  // in greens, which have most of the brightness
+  for (std::size_t y = 0; y < png.height; ++y) {
+    for (std::size_t x = 0; x < png.width; ++x) {
+      const auto green = [](std::uint32_t pixel) {
+        return static_cast<double>((pixel >> 8U) & 0xFFU);
+      };
+      difference += std::abs(green(png.at(x, y)) - green(svg.at(x, y)));
+    }
+  }
+  // A symbol or a text that is missing makes ten times as much.
+  EXPECT_LT(difference / static_cast<double>(png.width * png.height), 2.5);
+}
+
+TEST(PictureRenderer, GivesAPdfItsTitle) {
+  PictureRequest request = mediumRequest();
+  request.format = PictureFormat::pdf;
+  EXPECT_THAT(rendered(emptyView(), request), testing::Not(testing::HasSubstr("/Title")));
+  request.title = "Network Adapter";
+  EXPECT_THAT(rendered(emptyView(), request), testing::HasSubstr("/Title (Network Adapter)"));
+}
+
+TEST(PictureRenderer, MirrorsTheLayoutAndNotTheTexts) {
+  PictureRequest request = mediumRequest();
+  const View row = hstack(VerticalAlignment::centre, 0,
+                          {text("192.168.0.1", {{13}}), emptyView().frame(200, 20)});
+  const Picture leftToRight = decodedPng(rendered(row, request));
+  request.direction = LayoutDirection::rightToLeft;
+  const Picture rightToLeft = decodedPng(rendered(row, request));
+  const auto firstInk = [](const Picture& picture) {
+    std::size_t first = picture.width;
+    for (std::size_t y = 0; y < picture.height; ++y) {
+      for (std::size_t x = 0; x < first; ++x) {
+        if (picture.at(x, y) >> 24U > 128) first = x;
+      }
+    }
+    return first;
+  };
+  EXPECT_NEAR(static_cast<double>(firstInk(rightToLeft)),
+              static_cast<double>(firstInk(leftToRight)) + 200, 1);
+}
+
 TEST(PictureRenderer, RefusesAbsurdSizes) {
   PictureRequest request = mediumRequest();
   for (const double scale : {0.0, -1.0, std::numeric_limits<double>::infinity(),
@@ -179,8 +233,17 @@ TEST(PictureRenderer, RefusesAbsurdSizes) {
 }
 
 TEST(PictureRenderer, DrawsTheSamePictureEveryTime) {
-  EXPECT_EQ(rendered(cardOf(longEntry()), mediumRequest()),
-            rendered(cardOf(longEntry()), mediumRequest()));
+  for (const PictureFormat format : {PictureFormat::png, PictureFormat::svg, PictureFormat::pdf}) {
+    PictureRequest request = mediumRequest();
+    request.format = format;
+    const std::string first = rendered(cardOf(longEntry()), request);
+    EXPECT_TRUE(rendered(cardOf(longEntry()), request) == first);
+    PictureRenderer renderer({assets, {}});
+    for (int again = 0; again < 3; ++again) {
+      EXPECT_TRUE(renderer.picture(cardOf(longEntry()), request) == first)
+          << static_cast<int>(format) << " " << again;
+    }
+  }
 }
 
 }  // namespace

@@ -12,12 +12,14 @@ namespace {
 
 std::string english(std::string_view key) { return std::string(key); }
 
+std::string plain(std::string_view digits) { return std::string(digits); }
+
 std::string decimal(std::uint64_t byteCount) {
-  return ByteCountFormatter(ByteCountStyle::decimal, english).text(byteCount);
+  return ByteCountFormatter(ByteCountStyle::decimal, english, plain).text(byteCount);
 }
 
 std::string binary(std::uint64_t byteCount) {
-  return ByteCountFormatter(ByteCountStyle::binaryFromKilobytes, english).text(byteCount);
+  return ByteCountFormatter(ByteCountStyle::binaryFromKilobytes, english, plain).text(byteCount);
 }
 
 constexpr std::uint64_t largest = std::numeric_limits<std::uint64_t>::max();
@@ -88,7 +90,7 @@ TEST(ByteCountFormatterDecimal, CarriesIntoTheNextUnitWhenRoundingFillsOne) {
 TEST(ByteCountFormatterDecimal, ShowsTheLargestCount) { EXPECT_EQ(decimal(largest), "18.45 EB"); }
 
 TEST(ByteCountFormatterDecimal, GivesTheWordForZeroAndItsUnitApart) {
-  const ByteCountFormatter formatter(ByteCountStyle::decimal, english);
+  const ByteCountFormatter formatter(ByteCountStyle::decimal, english, plain);
   EXPECT_EQ(formatter.number(0), "Zero");
   EXPECT_EQ(formatter.unit(0), "KB");
 }
@@ -139,7 +141,7 @@ TEST(ByteCountFormatterBinary, HasNoUnitBeyondTerabytes) {
 }
 
 TEST(ByteCountFormatterBinary, GivesNumberAndUnitApart) {
-  const ByteCountFormatter formatter(ByteCountStyle::binaryFromKilobytes, english);
+  const ByteCountFormatter formatter(ByteCountStyle::binaryFromKilobytes, english, plain);
   EXPECT_EQ(formatter.number(5 * MiB / 2), "2.5");
   EXPECT_EQ(formatter.unit(5 * MiB / 2), "MB");
   EXPECT_EQ(formatter.number(1023 * KiB + 1023), "1");
@@ -167,18 +169,28 @@ TEST(ByteCountFormatter, AsksTheLookUpForEveryWord) {
     if (key == "KB") return "ko";
     return key == "MB" ? "Mo" : std::string(key);
   };
-  const ByteCountFormatter formatter(ByteCountStyle::decimal, french);
+  const ByteCountFormatter formatter(ByteCountStyle::decimal, french, plain);
   EXPECT_EQ(formatter.text(0), "Zéro ko");
   EXPECT_EQ(formatter.text(1), "1 octet");
   EXPECT_EQ(formatter.text(12), "12 octets");
   EXPECT_EQ(formatter.text(1'200'000), "1.2 Mo");
 }
 
-TEST(ByteCountFormatter, KeepsThePointWhateverTheLanguage) {
-  const auto german = [](std::string_view key) { return key == "." ? "," : std::string(key); };
-  EXPECT_EQ(ByteCountFormatter(ByteCountStyle::decimal, german).number(1'230'000'000), "1.23");
-  EXPECT_EQ(ByteCountFormatter(ByteCountStyle::binaryFromKilobytes, german).number(5 * MiB / 2),
-            "2.5");
+TEST(ByteCountFormatter, WritesNumbersAsTheLanguageDoes) {
+  const auto bracketed = [](std::string_view digits) { return "<" + std::string(digits) + ">"; };
+  const ByteCountFormatter decimals(ByteCountStyle::decimal, english, bracketed);
+  EXPECT_EQ(decimals.text(1'230'000'000), "<1.23> GB");
+  EXPECT_EQ(decimals.number(999), "<999>");
+  EXPECT_EQ(decimals.number(0), "Zero") << "a word is no number";
+  const ByteCountFormatter binaries(ByteCountStyle::binaryFromKilobytes, english, bracketed);
+  EXPECT_EQ(binaries.number(5 * MiB / 2), "<2.5>");
+  EXPECT_EQ(binaries.text(0), "<0> KB");
+}
+
+TEST(ByteCountFormatter, WritesTheExactDigitsOfTheLargestCounts) {
+  EXPECT_EQ(binary(largest - 1), "16777216 TB");
+  EXPECT_EQ(binary(TiB + TiB / 100), "1.01 TB");
+  EXPECT_EQ(binary(123 * TiB + 45 * TiB / 100), "123.45 TB");
 }
 
 }  // namespace

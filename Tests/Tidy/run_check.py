@@ -11,7 +11,7 @@ from pathlib import Path
 from tree import Tree
 
 CHECKS = ["banners", "fixtures", "formatting", "layering", "lengths", "links", "names", "scripts",
-          "words"]
+          "translations", "words"]
 
 
 def findings(name, root):

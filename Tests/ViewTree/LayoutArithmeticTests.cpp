@@ -9,52 +9,68 @@
 namespace lanternfold {
 namespace {
 
-using Offers = std::vector<std::optional<double>>;
+using Offers = std::vector<double>;
 
 /// A member that takes what it is offered between two bounds.
-StackMember flexible(double minimum, double ideal, double maximum, double priority = 0) {
-  return {priority, minimum, maximum, [=](std::optional<double> offer) {
-            return offer ? std::clamp(*offer, minimum, maximum) : ideal;
-          }};
-}
+struct Member {
+  double minimum = 0;
+  double maximum = unlimited;
+  double priority = 0;
+};
 
-StackMember fixed(double length) { return flexible(length, length, length); }
+Member fixed(double length) { return {length, length, 0}; }
 
-TEST(StackOffers, AskForIdealLengthsWithoutABound) {
-  EXPECT_EQ(stackOffers(std::nullopt, 5, {fixed(10), flexible(0, 50, unlimited)}),
-            (Offers{std::nullopt, std::nullopt}));
+Offers offersOf(double available, double spacing, const std::vector<Member>& members) {
+  std::vector<StackMember> asked;
+  for (const Member& member : members) {
+    asked.push_back({member.priority, member.minimum, member.maximum});
+  }
+  return stackOffers(available, spacing, asked, [&](std::size_t member, double offer) {
+    return std::clamp(offer, members[member].minimum, members[member].maximum);
+  });
 }
 
 TEST(StackOffers, ServeTheLeastFlexibleMemberFirst) {
   // The fixed member is offered its half first, although it stands last; the other gets the rest.
-  EXPECT_EQ(stackOffers(100, 0, {flexible(0, 80, unlimited), fixed(18)}), (Offers{82, 50}));
+  EXPECT_EQ(offersOf(100, 0, {{}, fixed(18)}), (Offers{82, 50}));
+}
+
+TEST(StackOffers, AreEqualAmongEquals) {
+  EXPECT_EQ(offersOf(90, 0, {{}, {}, {}}), (Offers{30, 30, 30}));
 }
 
 TEST(StackOffers, TakeTheSpacingOffBeforeSharing) {
-  EXPECT_EQ(stackOffers(100, 10, {flexible(0, 1, unlimited), flexible(0, 1, unlimited)}),
-            (Offers{45, 45}));
+  EXPECT_EQ(offersOf(100, 10, {{}, {}}), (Offers{45, 45}));
+}
+
+TEST(StackOffers, AddANegativeSpacingBeforeSharing) {
+  EXPECT_EQ(offersOf(100, -10, {{}, {}}), (Offers{55, 55}));
 }
 
 TEST(StackOffers, GiveWhatAShortMemberLeavesToTheOthers) {
-  EXPECT_EQ(stackOffers(90, 0, {flexible(0, 10, 10), flexible(0, 500, 500), flexible(0, 400, 400)}),
-            (Offers{30, 40, 40}));
+  EXPECT_EQ(offersOf(90, 0, {{0, 10}, {0, 500}, {0, 400}}), (Offers{30, 40, 40}));
 }
 
 TEST(StackOffers, ServeHigherPrioritiesFirstAndKeepTheOthersMinimum) {
-  EXPECT_EQ(stackOffers(100, 0, {flexible(20, 80, unlimited), flexible(0, 90, 90, 1)}),
-            (Offers{20, 80}));
+  EXPECT_EQ(offersOf(100, 0, {{20, unlimited}, {0, 90, 1}}), (Offers{20, 80}));
 }
 
-TEST(StackOffers, AreNeverNegative) {
-  EXPECT_EQ(stackOffers(10, 0, {fixed(30), flexible(0, 5, unlimited)}), (Offers{5, 0}));
+TEST(StackOffers, ServePrioritiesOneAfterTheOther) {
+  EXPECT_EQ(offersOf(100, 0, {{5, unlimited, -1}, {10, 20, 0}, {0, 40, 2}, {30, unlimited, 0}}),
+            (Offers{5, 27.5, 55, 35}));
 }
+
+TEST(StackOffers, AreNeverNegative) { EXPECT_EQ(offersOf(10, 0, {fixed(30), {}}), (Offers{5, 0})); }
 
 TEST(StackOffers, StayUnlimitedForAllMembersOfAnUnlimitedStack) {
-  EXPECT_EQ(stackOffers(unlimited, 5, {flexible(0, 1, unlimited), flexible(0, 1, unlimited)}),
-            (Offers{unlimited, unlimited}));
+  EXPECT_EQ(offersOf(unlimited, 5, {{}, {}}), (Offers{unlimited, unlimited}));
 }
 
-TEST(StackOffers, OfNoMembersAreNone) { EXPECT_TRUE(stackOffers(100, 5, {}).empty()); }
+TEST(StackOffers, OfNoMembersAreNone) { EXPECT_TRUE(offersOf(100, 5, {}).empty()); }
+
+TEST(StackOffers, OfMembersThatAreAlwaysUnlimitedAreMadeAllTheSame) {
+  EXPECT_EQ(offersOf(100, 0, {{unlimited, unlimited}, fixed(20)}).size(), 2U);
+}
 
 TEST(FittingSpacing, ShrinksWhenTheGapsAloneWouldOverflow) {
   EXPECT_EQ(fittingSpacing(5, 3, 100), 5);
@@ -130,53 +146,57 @@ TEST(PaddedLength, OfWhatTakesAllIsExactlyWhatIsOffered) {
   EXPECT_EQ(paddedLength(4, {1, 2}, std::nullopt, std::nullopt), 7);
 }
 
-/// A row of lines 10 high each, of which it shows as many as fit, at least one.
-RowHeight linesOf(int count) {
-  return [count](std::optional<double> offer) {
-    const int shown = offer ? std::clamp(static_cast<int>(*offer / 10), 1, count) : count;
-    return 10.0 * shown;
-  };
-}
-
-std::vector<double> rowHeights(std::optional<double> available, double spacing,
-                               const std::vector<RowHeight>& rows) {
-  std::vector<double> heights = wholeRowOffers(available, spacing, rows);
-  for (std::size_t row = 0; row < heights.size(); ++row) heights[row] = rows[row](heights[row]);
-  return heights;
-}
-
 using Heights = std::vector<double>;
 
-TEST(WholeRowOffers, AreIdealWhereTheyFit) {
-  const std::vector<RowHeight> rows = {linesOf(2), linesOf(4)};
-  EXPECT_EQ(wholeRowOffers(65, 5, rows), (Heights{20, 40}));
-  EXPECT_EQ(wholeRowOffers(std::nullopt, 5, rows), (Heights{20, 40}));
-  EXPECT_EQ(wholeRowOffers(unlimited, 5, rows), (Heights{20, 40}));
+/// Rows of so many lines each, 10 high, of which they show as many as fit, at least one.
+Heights heightsOf(std::optional<double> available, double spacing, const std::vector<int>& lines) {
+  return wholeRowHeights(
+      available, spacing, lines.size(), [&](std::size_t row, std::optional<double> offer) {
+        const int most = lines[row];
+        return 10.0 * (offer ? std::clamp(static_cast<int>(*offer / 10), 1, most) : most);
+      });
 }
 
-TEST(WholeRowOffers, AreEqualAmongRowsThatNeedMore) {
-  EXPECT_EQ(rowHeights(75, 5, {linesOf(9), linesOf(1), linesOf(9)}), (Heights{30, 10, 20}));
-  EXPECT_EQ(rowHeights(80, 5, {linesOf(9), linesOf(1), linesOf(9)}), (Heights{30, 10, 30}));
+TEST(WholeRowHeights, AreIdealWhereTheyFit) {
+  EXPECT_EQ(heightsOf(65, 5, {2, 4}), (Heights{20, 40}));
+  EXPECT_EQ(heightsOf(std::nullopt, 5, {2, 4}), (Heights{20, 40}));
+  EXPECT_EQ(heightsOf(unlimited, 5, {2, 4}), (Heights{20, 40}));
 }
 
-TEST(WholeRowOffers, AreForAsManyRowsAsFitAtTheLeastTheyTake) {
-  EXPECT_EQ(rowHeights(40, 5, {linesOf(9), linesOf(9), linesOf(9)}), (Heights{10, 10, 10}));
-  EXPECT_EQ(rowHeights(39, 5, {linesOf(9), linesOf(9), linesOf(9)}), (Heights{20, 10}));
+TEST(WholeRowHeights, AreEqualAmongRowsThatNeedMore) {
+  EXPECT_EQ(heightsOf(75, 5, {9, 1, 9}), (Heights{30, 10, 20}));
+  EXPECT_EQ(heightsOf(80, 5, {9, 1, 9}), (Heights{30, 10, 30}));
 }
 
-TEST(WholeRowOffers, GoToTheFirstRowInAnyCase) {
-  EXPECT_EQ(wholeRowOffers(3, 5, {linesOf(9), linesOf(9)}), Heights{3});
-  EXPECT_TRUE(wholeRowOffers(3, 5, {}).empty());
+TEST(WholeRowHeights, AreThoseOfAsManyRowsAsFitAtTheLeastTheyTake) {
+  EXPECT_EQ(heightsOf(40, 5, {9, 9, 9}), (Heights{10, 10, 10}));
+  EXPECT_EQ(heightsOf(39, 5, {9, 9, 9}), (Heights{20, 10}));
 }
 
-TEST(WholeRowOffers, HardlyAskRowsThatHaveNoRoom) {
+TEST(WholeRowHeights, AlwaysHaveTheFirst) {
+  EXPECT_EQ(heightsOf(3, 5, {9, 9}), Heights{10});
+  EXPECT_EQ(heightsOf(0, 5, {9, 9}), Heights{10});
+  EXPECT_TRUE(heightsOf(3, 5, {}).empty());
+}
+
+TEST(WholeRowHeights, AskHardlyForRowsThatHaveNoRoom) {
   int asked = 0;
-  const RowHeight counted = [&](std::optional<double>) {
+  const auto counted = [&](std::size_t, std::optional<double>) {
     ++asked;
     return 10.0;
   };
-  EXPECT_EQ(wholeRowOffers(35, 0, std::vector<RowHeight>(10'000, counted)).size(), 3U);
+  EXPECT_EQ(wholeRowHeights(35, 0, 10'000, counted).size(), 3U);
   EXPECT_LT(asked, 100);
+}
+
+TEST(WholeRowHeights, OfThousandsOfRowsAreFoundInFewQuestions) {
+  std::size_t asked = 0;
+  const auto counted = [&](std::size_t, std::optional<double> offer) {
+    ++asked;
+    return std::clamp(offer.value_or(20), 1.0, 20.0);
+  };
+  EXPECT_EQ(wholeRowHeights(15'000, 0, 10'000, counted).size(), 10'000U);
+  EXPECT_LT(asked, 150'000U);
 }
 
 TEST(FittingInsets, ShrinkInProportionWhenTheyDoNotFit) {
@@ -184,13 +204,6 @@ TEST(FittingInsets, ShrinkInProportionWhenTheyDoNotFit) {
   EXPECT_EQ(fittingInsets(3, 1, 2), (std::pair{1.5, 0.5}));
   EXPECT_EQ(fittingInsets(3, 1, 0), (std::pair{0.0, 0.0}));
   EXPECT_EQ(fittingInsets(3, 1, std::nullopt), (std::pair{3.0, 1.0}));
-}
-
-TEST(AlignedOffset, PlacesAtTheBeginningMiddleOrEnd) {
-  EXPECT_EQ(alignedOffset(HorizontalAlignment::leading, 100, 20), 0);
-  EXPECT_EQ(alignedOffset(HorizontalAlignment::centre, 100, 20), 40);
-  EXPECT_EQ(alignedOffset(HorizontalAlignment::trailing, 100, 20), 80);
-  EXPECT_EQ(alignedOffset(VerticalAlignment::bottom, 100, 120), -20);
 }
 
 }  // namespace

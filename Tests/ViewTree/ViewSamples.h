@@ -51,6 +51,10 @@ inline std::vector<View> viewsOfEveryKind() {
       button("RefreshAppIntent", word()),
       link("https://example.net/a?b=%20#c", word()),
       word().layoutPriority(-1),
+      word().alignmentGuide(HorizontalAlignment::trailing, 2.5),
+      word().alignmentGuide(VerticalAlignment::firstTextBaseline, -2),
+      hstack(VerticalAlignment::firstTextBaseline, 0, two()),
+      zstack({HorizontalAlignment::trailing, VerticalAlignment::firstTextBaseline}, two()),
       word().accessible("says \"this\""),
   };
 }

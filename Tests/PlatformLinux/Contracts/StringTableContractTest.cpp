@@ -20,15 +20,17 @@ class GettextWorld {
   [[nodiscard]] const StringTable& table() const { return table_; }
 
  private:
-  ScopedEnvironment locale_{"LC_ALL", "C.UTF-8"};
   ScopedEnvironment language_{"LANGUAGE", "it"};
   GettextCatalogue catalogue_;
   bool compiled_;
-  GettextStringTable table_{"contract", catalogue_.directory()};
+  GettextStringTable table_{
+      "contract", catalogue_.directory(), {.catalogue = "it", .numberLocale = "it"}};
 };
 
 class FakeWorld {
  public:
+  FakeWorld() { table_.setDecimalSeparator(","); }
+
   [[nodiscard]] bool ready() const { return true; }
   [[nodiscard]] const StringTable& table() const { return table_; }
 
@@ -76,6 +78,11 @@ TYPED_TEST(StringTableContractTest, PlaceholdersComeBackAsTheyStand) {
 TYPED_TEST(StringTableContractTest, UnknownKeyIsItsOwnText) {
   EXPECT_EQ(this->localized("Hotspot"), "Hotspot");
   EXPECT_EQ(this->localized("carrier"), "carrier");
+}
+
+TYPED_TEST(StringTableContractTest, NumbersAreWrittenInTheLanguage) {
+  EXPECT_EQ(this->world.table().localizedDecimal("1.25"), "1,25");
+  EXPECT_EQ(this->world.table().localizedDecimal("1024"), "1024");
 }
 
 TYPED_TEST(StringTableContractTest, EmptyKeyIsEmpty) { EXPECT_EQ(this->localized(""), ""); }

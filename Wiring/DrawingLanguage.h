@@ -1,0 +1,20 @@
+// What the user's language means to a picture.
+//
+// Read by: whatever draws a view or writes it as text. A view itself knows neither: its time of
+// drawing is filled in, and its sides are chosen, when it is drawn.
+#pragma once
+
+#include <string>
+
+#include "ViewTree/Geometry.h"
+#include "Wiring/Machine.h"
+
+namespace lanternfold {
+
+/// "Today, 10:30 AM" in the user's language, region and time zone.
+[[nodiscard]] std::string drawingTimeText(const Machine& machine);
+
+/// From right to left where the user's language is written so.
+[[nodiscard]] LayoutDirection layoutDirection(const Machine& machine);
+
+}  // namespace lanternfold
