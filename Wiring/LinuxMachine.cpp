@@ -49,9 +49,7 @@ struct LinuxMachine::Parts {
                              : StreamDiagnosticLog::WhenFull::wait),
         diagnostics(options.repeatedDiagnostics == RepeatedDiagnostics::dropped
                         ? static_cast<DiagnosticLog&>(distinctDiagnostics)
-                        : language(options.texts == TextLanguage::users ? chooseUserLanguage()
-                                                                        : UserLanguage{}),
-                    diagnosticStream),
+                        : diagnosticStream),
         dataDirectory(options.dataFolder),
         urlSessions(eventLoop, dispatch,
                     {.userAgent = std::string(programName) + "/" LANTERNFOLD_VERSION,
