@@ -172,8 +172,9 @@ class CommandPainter {
   bool isWithinBudget_ = true;
 };
 
-Painter::Painter(std::filesystem::path assets, std::function<void(std::string_view)> report)
-    : report_(report), texts_(report), assets_(std::move(assets), std::move(report)) {}
+Painter::Painter(std::filesystem::path assets, std::function<void(std::string_view)> report,
+                 const std::string& language)
+    : report_(report), texts_(report, language), assets_(std::move(assets), std::move(report)) {}
 
 void Painter::paint(const DrawList& list, cairo_t* surface) {
   cairo_save(surface);

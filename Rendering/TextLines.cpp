@@ -124,7 +124,7 @@ bool isColoured(const PangoGlyphItem& part) {
 }
 
 struct TextLines::State {
-  explicit State(std::function<void(std::string_view)> report)
+  State(std::function<void(std::string_view)> report, const std::string& language)
       : missing(std::move(report)), hasTypefaces(machineHasTypefaces()) {
     if (!hasTypefaces) {
       missing.missEverything();
@@ -133,6 +133,9 @@ struct TextLines::State {
     fontMap.reset(pango_cairo_font_map_new());
     context.reset(pango_font_map_create_context(fontMap.get()));
     makeScaleIndependent(context.get());
+    if (!language.empty()) {
+      pango_context_set_language(context.get(), pango_language_from_string(language.c_str()));
+    }
     for (const FontWeight weight : {FontWeight::regular, FontWeight::bold}) {
       metricsOf(weight) = measuredMetrics(weight);
     }
@@ -206,8 +209,8 @@ struct TextLines::State {
   BoundedCache<LineKey<std::string>, TextLine, LineHash, LineEqual> kept{linesKept};
 };
 
-TextLines::TextLines(std::function<void(std::string_view)> report)
-    : state_(std::make_unique<State>(std::move(report))) {}
+TextLines::TextLines(std::function<void(std::string_view)> report, const std::string& language)
+    : state_(std::make_unique<State>(std::move(report), language)) {}
 
 TextLines::~TextLines() = default;
 

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "Rendering/CairoHandles.h"
@@ -54,8 +55,9 @@ struct LineMetrics {
 class TextLines {
  public:
   /// `report` is told in one line of each script that no typeface has, and when there is no
-  /// typeface at all.
-  explicit TextLines(std::function<void(std::string_view)> report);
+  /// typeface at all. `language` as of `RenderingResources`.
+  explicit TextLines(std::function<void(std::string_view)> report,
+                     const std::string& language = {});
   ~TextLines();
   TextLines(const TextLines&) = delete;
   TextLines& operator=(const TextLines&) = delete;

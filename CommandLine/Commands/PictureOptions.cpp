@@ -72,9 +72,10 @@ std::expected<void, CommandFailure> writePicture(const View& view, PictureReques
   request.drawingTime = drawingTimeText(machine);
   request.direction = layoutDirection(machine);
   const auto picture = renderPicture(
-      view, request, {.assetFolder = machine.assets, .report = [&console](std::string_view line) {
-                        console.errors << line << '\n';
-                      }});
+      view, request,
+      {.assetFolder = machine.assets,
+       .report = [&console](std::string_view line) { console.errors << line << '\n'; },
+       .language = languageTag(machine)});
   if (!picture) return std::unexpected(workFailed(picture.error()));
   if (const auto written = writeFileAtomically(output, *picture); !written) {
     return std::unexpected(workFailed(written.error()));

@@ -106,6 +106,7 @@ std::string drawn(const WidgetPicture& picture) {
                     {.sizePoints = widgetSize(picture.family),
                      .cornerRadiusPoints = widgetCornerRadius,
                      .scheme = picture.scheme,
+                     .direction = picture.direction,
                      .drawingTime = "Today, 10:30"},
                     {.assetFolder = std::filesystem::path(LANTERNFOLD_SOURCE_DIR) / "Assets",
                      .report = [](std::string_view line) { ADD_FAILURE() << line; }});

@@ -62,6 +62,16 @@ TEST_F(TextLinesTest, RunWhereTheFirstLetterSays) {
   EXPECT_EQ(direction(std::string("5 ") + arabic), PANGO_DIRECTION_RTL);
 }
 
+TEST_F(TextLinesTest, OfSharedCharactersAreOfTheUsersLanguage) {
+  const ChosenTypefaces typefaces(manyFolders());
+  for (const std::string language : {"ja", "zh-cn"}) {
+    TextLines lines([](std::string_view line) { ADD_FAILURE() << line; }, language);
+    const TextLine& shown = lines.line("\u76F4", {13});
+    const auto& part = *static_cast<const PangoGlyphItem*>(shown.line()->runs->data);
+    EXPECT_EQ(pango_language_to_string(part.item->analysis.language), language);
+  }
+}
+
 TEST_F(TextLinesTest, WithoutALetterRunToTheRight) {
   choose(manyFolders());
   for (const std::string text : {"192.168.0.1/24", "::1", "12:34:56", "802.11", "-67"}) {
