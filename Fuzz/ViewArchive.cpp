@@ -1,6 +1,5 @@
 // Feeds any text to the decoder of view archives: what it accepts keeps to the limits, is the same
-// view after going there and back, and can be laid out; what it refuses comes with a sentence that
-// a terminal may show.
+// view after going there and back; what it refuses comes with a sentence that a terminal may show.
 #include "ViewTree/ViewArchive.h"
 
 #include <cstddef>
@@ -8,22 +7,9 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "ViewTree/Layout.h"
 #include "ViewTree/PlainText.h"
 
 namespace {
-
-/// Layouts of more take longer than a fuzzer waits.
-constexpr std::size_t mostNodesLaidOut = 300;
-
-/// Every letter is a square.
-class SquareLetters final : public lanternfold::TextMeasurer {
- public:
-  [[nodiscard]] lanternfold::Size measure(std::string_view text,
-                                          const lanternfold::Font& font) const override {
-    return {static_cast<double>(text.size()) * font.size, font.size};
-  }
-};
 
 std::size_t nodesOf(const lanternfold::View& view, std::size_t depth) {
   if (depth > lanternfold::deepestArchivedNode) std::abort();
@@ -47,9 +33,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (nodes > lanternfold::mostArchivedNodes) std::abort();
   if (lanternfold::viewOfArchive(lanternfold::archiveJson(*view)) != *view) std::abort();
   (void)lanternfold::plainTextRows(*view, "10:30");
-  if (nodes <= mostNodesLaidOut) {
-    const SquareLetters measurer;
-    (void)lanternfold::layOut(*view, {364, 170}, {measurer, "10:30"});
-  }
   return 0;
 }

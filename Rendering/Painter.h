@@ -13,6 +13,7 @@
 #include "Rendering/CairoHandles.h"
 #include "Rendering/Gradients.h"
 #include "Rendering/TextLines.h"
+#include "Rendering/TextPainter.h"
 #include "ViewTree/DrawList.h"
 
 namespace lanternfold {
@@ -38,11 +39,9 @@ class Painter {
 
   std::function<void(std::string_view)> report_;
   TextLines texts_;
+  TextPainter textPainter_;
   AssetPainter assets_;
   Gradients gradients_;
 };
-
-/// Adds a rectangle with rounded corners to the path; the radius is at most half a side.
-void addRoundedRectangle(cairo_t* surface, const Rect& frame, double cornerRadius);
 
 }  // namespace lanternfold

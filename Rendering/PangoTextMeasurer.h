@@ -17,6 +17,7 @@ class PangoTextMeasurer final : public TextMeasurer {
   explicit PangoTextMeasurer(TextLines& lines) : lines_(lines) {}
 
   [[nodiscard]] Size measure(std::string_view text, const Font& font) const override;
+  [[nodiscard]] double baseline(const Font& font) const override;
 
  private:
   TextLines& lines_;

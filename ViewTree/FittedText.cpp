@@ -34,7 +34,8 @@ void wrap(const TextNode& node, double width, std::size_t lineLimit, const TextW
 FittedText fittedText(const TextNode& node, const ProposedSize& offer,
                       const TextMeasurer& measurer) {
   const Size whole = measurer.measure(node.text, node.font);
-  FittedText fitted{node.text, {{node.text, whole.width}}, node.font, whole};
+  FittedText fitted{
+      node.text, {{node.text, whole.width}}, node.font, whole, measurer.baseline(node.font)};
   if (!offer.width || whole.width <= *offer.width) return fitted;
   if (node.lineLimit <= 1 && node.minimumScale < 1) {
     // A little less than the ratio says, because letters do not scale to the last bit.
@@ -56,6 +57,9 @@ FittedText fittedText(const TextNode& node, const ProposedSize& offer,
     line.width = widthOf(line.text);
     fitted.size.width = std::max(fitted.size.width, line.width);
   }
+  // A smaller font stands in the middle of the line.
+  const double height = measurer.measure(fitted.lines.front().text, fitted.font).height;
+  fitted.firstBaseline = (whole.height - height) / 2 + measurer.baseline(fitted.font);
   fitted.size.height = whole.height * static_cast<double>(fitted.lines.size());
   return fitted;
 }

@@ -22,6 +22,7 @@ struct FittedText {
   /// As wide as the widest line, and so many lines high: a line is always as high as the whole text
   /// in its own font, so that rows stay where they are when a text shrinks or loses characters.
   Size size;
+  double firstBaseline = 0;  ///< below the top
 };
 
 /// An absent length asks for what the text takes by itself. There are never more lines than have

@@ -16,7 +16,7 @@ void mirror(LaidOutView& view, double width) {
 
 LaidOutView layOut(const View& view, Size size, const LayoutContext& context) {
   LayoutNode node = makeLayoutNode(view, context.drawingTime);
-  LayoutPass pass(context);
+  LayoutPass pass(view, context);
   const ProposedSize offer{size.width, size.height};
   const Size own = pass.measure(node, offer);
   const Point origin{(size.width - own.width) / 2, (size.height - own.height) / 2};

@@ -15,6 +15,25 @@ LaidOutView unfilled(ViewNode node, const Rect& frame) {
   return {std::move(node), frame, {}, {}, {}, {}, {}};
 }
 
+/// Whether anything in `view` is aligned by the baselines of its texts; nobody else asks for them.
+bool isAlignedByBaseline(const View& view) {
+  constexpr VerticalAlignment baseline = VerticalAlignment::firstTextBaseline;
+  const bool isAligned = std::visit(
+      [](const auto& node) {
+        if constexpr (requires { node.alignment.vertical; }) {
+          return node.alignment.vertical == baseline;
+        } else if constexpr (requires { node.alignment == baseline; }) {
+          return node.alignment == baseline;
+        } else if constexpr (requires { node.guide == baseline; }) {
+          return node.guide == baseline;
+        } else {
+          return false;
+        }
+      },
+      view.node);
+  return isAligned || std::ranges::any_of(view.children, isAlignedByBaseline);
+}
+
 /// The size of what fills whatever it is offered.
 Size filling(const ProposedSize& offer) {
   return {offer.width.value_or(idealSide), offer.height.value_or(idealSide)};
@@ -55,8 +74,11 @@ struct Arranger {
 
 }  // namespace
 
-LayoutPass::LayoutPass(const LayoutContext& context)
-    : context_(context), steps_(mostLayoutSteps), texts_(context.measurer, steps_) {}
+LayoutPass::LayoutPass(const View& root, const LayoutContext& context)
+    : context_(context),
+      asksForBaselines_(isAlignedByBaseline(root)),
+      steps_(mostLayoutSteps),
+      texts_(context.measurer, steps_) {}
 
 Size LayoutPass::measure(LayoutNode& node, const ProposedSize& offer) {
   return settled(node, offer).size;
@@ -70,7 +92,7 @@ const Dimensions& LayoutPass::settled(LayoutNode& node, const ProposedSize& offe
   static const Dimensions none;
   steps_.take(1);
   if (const Dimensions* known = node.dimensions.find(offer)) return *known;
-  if (steps_.haveRunOut()) return none;
+  if (steps_.haveRunOut() && !node.children.empty()) return none;
   Dimensions found;
   if (node.text != nullptr) {
     found = textDimensions(node, offer);
@@ -78,12 +100,16 @@ const Dimensions& LayoutPass::settled(LayoutNode& node, const ProposedSize& offe
     Arrangement arrangement = arrange(node, offer);
     found = {arrangement.size, std::move(arrangement.guides)};
   }
-  if (steps_.haveRunOut()) return none;
   return node.dimensions.add(offer, std::move(found));
 }
 
 Dimensions LayoutPass::textDimensions(LayoutNode& node, const ProposedSize& offer) {
-  return {fitted(node, offer).size, {}};
+  const FittedText& text = fitted(node, offer);
+  Dimensions dimensions{text.size, {}};
+  if (asksForBaselines_) {
+    moveGuide(dimensions.guides, VerticalAlignment::firstTextBaseline, text.firstBaseline);
+  }
+  return dimensions;
 }
 
 const FittedText& LayoutPass::fitted(LayoutNode& node, const ProposedSize& offer) {

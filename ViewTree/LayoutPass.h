@@ -3,9 +3,10 @@
 //
 // An archive from outside may be made so that every level asks the next several new questions. So
 // each question, and each text in proportion to its length, is a step, and there are
-// `mostLayoutSteps` of them, many times what a full widget takes. A view that was not measured
-// before they ran out takes no room and shows nothing, and neither does what stands in it; what was
-// measured is placed as ever. The same view in the same size always ends the same.
+// `mostLayoutSteps` of them, many times what a full widget takes. When they have run out, a view
+// with children that was not asked this before takes no room and shows none of them, and a text
+// that was not measured before shows nothing; all else is placed as ever. The same view in the same
+// size always ends the same.
 #pragma once
 
 #include <cstddef>
@@ -18,11 +19,12 @@
 
 namespace lanternfold {
 
-inline constexpr std::size_t mostLayoutSteps = 1'000'000;
+inline constexpr std::size_t mostLayoutSteps = 250'000;
 
 class LayoutPass {
  public:
-  explicit LayoutPass(const LayoutContext& context);
+  /// `root` is the view that is laid out, of which all others are parts.
+  LayoutPass(const View& root, const LayoutContext& context);
 
   [[nodiscard]] Size measure(LayoutNode& node, const ProposedSize& offer);
   /// The same with the guides that are moved.
@@ -42,6 +44,7 @@ class LayoutPass {
                                        std::span<const PlacedChild> children, Point origin);
 
   const LayoutContext& context_;
+  bool asksForBaselines_;
   LayoutSteps steps_;
   RememberingTextMeasurer texts_;
 };

@@ -32,6 +32,9 @@ class RememberingTextMeasurer final : public TextMeasurer {
 
   /// Without a step left no text but the empty one has a place that is wide enough.
   [[nodiscard]] Size measure(std::string_view text, const Font& font) const override;
+  [[nodiscard]] double baseline(const Font& font) const override {
+    return measurer_.baseline(font);
+  }
 
  private:
   struct Key {

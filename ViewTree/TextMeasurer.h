@@ -31,6 +31,9 @@ class TextMeasurer {
   virtual ~TextMeasurer() = default;
 
   [[nodiscard]] virtual Size measure(std::string_view text, const Font& font) const = 0;
+
+  /// How far below the top of a line in `font` its baseline stands, whatever the text says.
+  [[nodiscard]] virtual double baseline(const Font& font) const = 0;
 };
 
 }  // namespace lanternfold

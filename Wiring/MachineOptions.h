@@ -15,17 +15,17 @@ enum class DiagnosticsTarget { standardOutput, standardError };
 /// What a program does while nobody reads its diagnostics and no more of them can be kept.
 enum class WhenDiagnosticsStall { wait, loseLine };
 
-/// What becomes of a line of diagnostics that says what an earlier one has said.
-enum class RepeatedDiagnostics { written, dropped };
-
 /// In which language records hold their texts: what a script reads is the same for every user.
 enum class TextLanguage { users, english };
+
+/// What becomes of a line of diagnostics that says what an earlier one has said.
+enum class RepeatedDiagnostics { written, dropped };
 
 struct MachineOptions {
   DiagnosticsTarget diagnostics = DiagnosticsTarget::standardOutput;
   WhenDiagnosticsStall whenDiagnosticsStall = WhenDiagnosticsStall::wait;
-  RepeatedDiagnostics repeatedDiagnostics = RepeatedDiagnostics::written;
   TextLanguage texts = TextLanguage::users;
+  RepeatedDiagnostics repeatedDiagnostics = RepeatedDiagnostics::written;
   /// Where everything is kept; the user's own data folder when it is not given.
   std::optional<std::filesystem::path> dataFolder;
   /// Certificates in PEM to trust; the system's when it is not given.

@@ -69,8 +69,8 @@ std::expected<PictureChoice, CommandFailure> checkPictureOptions(const PictureOp
 std::expected<void, CommandFailure> writePicture(const View& view, PictureRequest request,
                                                  const std::filesystem::path& output,
                                                  const Machine& machine, const Console& console) {
-  request.direction = layoutDirection(machine);
   request.drawingTime = drawingTimeText(machine);
+  request.direction = layoutDirection(machine);
   const auto picture = renderPicture(
       view, request,
       {.assetFolder = machine.assets,

@@ -106,6 +106,12 @@ TEST_F(GalleryCommandTest, WritesSvgAndPdf) {
   EXPECT_EQ(drawn("sheet.pdf").substr(0, 5), "%PDF-");
 }
 
+TEST_F(GalleryCommandTest, ALanguageFromRightToLeftMirrorsTheSheet) {
+  const std::string usual = drawn("sheet.png", {"--scale", "1"});
+  fake_.machine.language.isRightToLeft = true;
+  EXPECT_FALSE(drawn("sheet.png", {"--scale", "1"}) == usual);
+}
+
 TEST_F(GalleryCommandTest, SamplesNeedNoMachineAndAskNobody) {
   fake_.kernel.fail(FakeNetworkKernel::Table::addressEntries, NetworkKernelError::refused);
   fake_.wifi.refuse(NetworkKernelError::refused);

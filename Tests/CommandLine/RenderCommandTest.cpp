@@ -104,6 +104,12 @@ TEST_F(RenderCommandTest, TheSchemesDiffer) {
   EXPECT_NE(rendered(options("light.png")), rendered(dark));
 }
 
+TEST_F(RenderCommandTest, ALanguageFromRightToLeftMirrorsThePicture) {
+  const std::string usual = rendered(options("usual.png"));
+  fake_.machine.language.isRightToLeft = true;
+  EXPECT_FALSE(rendered(options("mirrored.png")) == usual);
+}
+
 TEST_F(RenderCommandTest, AnAdapterThatIsGoneNeverShowsAnotherOne) {
   auto gone = options("gone.png");
   gone.widget.adapter = "en7";

@@ -9,7 +9,7 @@ import threading
 from extension_test import ADDRESS, FAMILIES, MAC, ExtensionTest
 from internet_test import environment
 from namespaces import mount, unmount
-from pictures import pdf_words, png_size, svg_size
+from pictures import pdf_places, pdf_words, png_size, svg_size
 from program import AS_NOBODY, PROGRAM, install, run
 from web_servers import LONGEST_PLAY_SECONDS, WebServer, address_of, answer, provider_of
 
@@ -28,7 +28,7 @@ class GalleryTest(ExtensionTest):
 
     def gallery(self, *arguments, services=None, **options):
         return run("gallery", *arguments, *self.options(**(services or {})),
-                   **{"env": environment(), "cwd": self.sheets} | options)
+                   **{"env": environment(LC_ALL="C.UTF-8"), "cwd": self.sheets} | options)
 
     def drawn(self, name, *arguments, **options):
         """The path of a sheet; the command says where it is and nothing else."""
@@ -85,6 +85,16 @@ class SampleTest(GalleryTest):
             cards = sum(family in families for families in FAMILIES.values())
             self.assertEqual(2 * cards, words.count(family.capitalize()), family)
         self.assertEqual((1, 1), (words.count("Light"), words.count("Dark")))
+
+    def test_a_language_from_right_to_left_mirrors_the_sheet(self):
+        """Seen by the product's name, which is the same in every language."""
+        for language, lefts in (("en", (683, 1563)), ("ar", (64, 944))):
+            path = self.drawn("sheet.pdf", "--scale", "1", env=environment(
+                LC_ALL="", LANG="en_GB.UTF-8", LANGUAGE=language))
+            begins = [left for word, left, *_ in pdf_places(path) if word == "Lanternfold"]
+            for begin, left in zip(begins, lefts, strict=True):
+                self.assertLess(abs(begin - left), 40, language)
+            self.assertEqual(language == "en", "Small" in pdf_words(path))
 
     def test_samples_are_the_same_on_every_machine_byte_for_byte_and_tell_nothing_of_this_one(self):
         for name in ("sheet.png", "sheet.svg", "sheet.pdf"):
