@@ -11,7 +11,7 @@ SEED ?=
 SINCE ?=
 
 .DEFAULT_GOAL := help
-.PHONY: help setup build test test-quick test-one golden golden-update fuzz-smoke simulate bench format lint run doctor translations
+.PHONY: help setup build test test-quick test-one golden golden-update gallery fuzz-smoke simulate bench format lint run doctor translations
 
 help: ## List these targets
 	@awk -F ':.*## ' '/^[a-z-]+:.*## / { printf "  make %-15s %s\n", $$1, $$2 }' Makefile
@@ -31,11 +31,14 @@ test-quick: ## The same without sanitizers and system tests
 test-one: ## Build and run the tests whose names match (FILTER=REGEX, PRESET=dev)
 	@Scripts/test-one "$(FILTER)" "$(PRESET)"
 
-golden: ## Compare with the golden files (FILTER=REGEX)
+golden: ## Compare with the golden texts and pictures (FILTER=REGEX)
 	@Scripts/golden "$(FILTER)"
 
-golden-update: ## Write the golden files anew (FILTER=REGEX)
+golden-update: ## Write the golden texts and pictures anew (FILTER=REGEX)
 	@Scripts/golden --update "$(FILTER)"
+
+gallery: ## Draw the README's sheet of all widgets anew
+	@Scripts/gallery
 
 fuzz-smoke: ## Run every fuzz target for a few seconds (SECONDS_EACH=10)
 	@Scripts/fuzz-smoke "$(SECONDS_EACH)"

@@ -4,7 +4,6 @@
 #include <utility>
 #include <variant>
 
-#include "NetworkWidgetVexExtension/Views/BandwidthMonitorEntryView.h"
 #include "NetworkWidgetVexExtension/Views/NetworkAdapterWidgetEntryView.h"
 #include "NetworkWidgetVexExtension/Views/NetworkStateWidgetEntryView.h"
 #include "Platform/StringTable.h"
@@ -46,9 +45,6 @@ std::vector<DrawnWidget> drawnWidgets() {
   widgets.push_back(
       {"adapter, medium", medium,
        NetworkAdapterWidgetEntryView{adapter}.body({.strings = strings, .widgetFamily = medium})});
-  widgets.push_back(
-      {"bandwidth monitor, small", small,
-       BandwidthMonitorEntryView{}.body({.strings = strings, .widgetFamily = small})});
   return widgets;
 }
 

@@ -1,4 +1,4 @@
-// The views that the benchmarks draw: the placeholder of every widget in every family.
+// The views that the benchmarks draw: the placeholder of every widget with texts in every family.
 #pragma once
 
 #include <string>

@@ -19,7 +19,8 @@ pkg_check_modules(rsvg REQUIRED IMPORTED_TARGET librsvg-2.0)
 pkg_check_modules(sqlite REQUIRED IMPORTED_TARGET sqlite3)
 pkg_check_modules(curl REQUIRED IMPORTED_TARGET libcurl)
 pkg_check_modules(gio REQUIRED IMPORTED_TARGET gio-2.0)
-pkg_check_modules(cairo_surfaces REQUIRED IMPORTED_TARGET cairo-pdf cairo-svg cairo-png)
+pkg_check_modules(cairo_surfaces REQUIRED IMPORTED_TARGET cairo-pdf cairo-svg)
+pkg_check_modules(png REQUIRED IMPORTED_TARGET libpng)
 
 function(lanternfold_room name)
   cmake_parse_arguments(ROOM "" "" "USES;LIBRARIES" ${ARGN})
@@ -55,7 +56,8 @@ lanternfold_room(PlatformLinux USES NetworkMonitor/Metrics Platform Support
 lanternfold_room(PlatformDarwin USES Platform Support)
 lanternfold_room(Rendering USES ViewTree Support
                  LIBRARIES PkgConfig::pangocairo PkgConfig::fontconfig PkgConfig::rsvg
-                           PkgConfig::cairo_surfaces nlohmann_json::nlohmann_json)
+                           PkgConfig::cairo_surfaces PkgConfig::png PkgConfig::glib
+                           nlohmann_json::nlohmann_json)
 lanternfold_room(Wiring USES NetworkWidgetVexExtension WidgetService ViewTree PlatformLinux
                              NetworkMonitor NetBase Platform Support
                  LIBRARIES CLI11::CLI11 PkgConfig::glib Threads::Threads)

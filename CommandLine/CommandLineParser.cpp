@@ -9,8 +9,10 @@
 #include <CLI/CLI.hpp>
 
 #include "CommandLine/Commands/EchoServiceCommand.h"
+#include "CommandLine/Commands/GalleryCommand.h"
 #include "CommandLine/Commands/InterfacesCommand.h"
 #include "CommandLine/Commands/LocationCommand.h"
+#include "CommandLine/Commands/PictureOptions.h"
 #include "CommandLine/Commands/RecordCommand.h"
 #include "CommandLine/Commands/RenderCommand.h"
 #include "CommandLine/Commands/StateCommand.h"
@@ -178,21 +180,48 @@ void addRender(CLI::App& app, Choice& choice) {
   command->add_option("--scheme", options->scheme, "light (the default) or dark")
       ->option_text("SCHEME")
       ->type_name("light or dark");
-  command->add_option("--scale", options->scale, "Pixels a point, 0.5 to 8; default 2")
-      ->option_text("N")
-      ->type_name(scaleValues);
   command
-      ->add_option("--entry", options->entry,
+      ->add_option("--entry", options->picture.entry,
                    "timeline (this machine, the default), or samples: snapshot, which keeps "
                    "--adapter and --show-timestamp, and placeholder, which does not")
       ->option_text("ENTRY")
       ->type_name("placeholder, snapshot or timeline");
-  command->add_option("-o,--output", options->output, "The file to write: *.png, *.svg or *.pdf")
-      ->option_text("FILE")
-      ->type_name("a file's name that ends in .png, .svg or .pdf")
-      ->required();
+  addPictureOptions(*command, options->picture)->required();
   addCommonOptions(*command, *common);
   command->callback([options, common, &choice] { choice = chooseRender(*options, *common); });
+}
+
+Choice chooseGallery(const PictureOptions& options, const CommonOptions& common) {
+  const auto choice = checkCommonOptions(common);
+  if (!choice) return std::unexpected(choice.error());
+  auto picture = checkPictureOptions(options);
+  if (!picture) return std::unexpected(picture.error());
+  ChosenCommand chosen = commandOf(*choice, /*json=*/false,
+                                   [picture = *std::move(picture), monitor = choice->monitor](
+                                       const Machine& machine, const Console& console) {
+                                     return runGallery(picture, monitor, machine, console);
+                                   });
+  // All its widgets meet the same faults.
+  chosen.machine.repeatedDiagnostics = RepeatedDiagnostics::dropped;
+  return chosen;
+}
+
+void addGallery(CLI::App& app, Choice& choice) {
+  auto options = std::make_shared<PictureOptions>(defaultGalleryOptions());
+  auto common = std::make_shared<CommonOptions>();
+  CLI::App* command = app.add_subcommand(
+      "gallery", "Draw every widget in every size, light and dark, into one PNG, SVG or PDF file");
+  command
+      ->add_option("--entry", options->entry,
+                   "placeholder (the default) or snapshot, which are samples, or timeline: this "
+                   "machine")
+      ->option_text("ENTRY")
+      ->type_name("placeholder, snapshot or timeline");
+  addPictureOptions(*command, *options)
+      ->description("The file to write: *.png, *.svg or *.pdf; default " +
+                    options->output.string());
+  addCommonOptions(*command, *common);
+  command->callback([options, common, &choice] { choice = chooseGallery(*options, *common); });
 }
 
 Choice chooseTimeline(const WidgetOptions& widget, bool json, const CommonOptions& common) {
@@ -339,6 +368,7 @@ ParsedCommandLine parseCommandLine(std::span<const std::string> arguments) {
   addState(app, choice);
   addRecord(app, choice);
   addRender(app, choice);
+  addGallery(app, choice);
   addTimeline(app, choice);
   addWifi(app, choice);
   addLocation(app, choice);

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "Wiring/ProgramName.h"
+
 namespace lanternfold {
 namespace {
 
@@ -39,6 +41,10 @@ std::expected<void, CommandFailure> requireReadableKernel(const Machine& machine
 
 CommandFailure unreadableWifi(NetworkKernelError error) {
   return workFailed("cannot read this machine's Wi-Fi: " + reasonAndRemedy(error));
+}
+
+void sayWifiIsLeftOut(const CommandFailure& failure, const Console& console) {
+  console.errors << programName << ": Wi-Fi is left out: " << failure.sentence << '\n';
 }
 
 std::expected<void, CommandFailure> requireReadableWifi(const Machine& machine) {

@@ -16,6 +16,9 @@ namespace lanternfold {
 /// That the Wi-Fi cannot be read, and what to do.
 [[nodiscard]] CommandFailure unreadableWifi(NetworkKernelError error);
 
+/// A line among the errors: what is shown lacks the Wi-Fi because of `failure`.
+void sayWifiIsLeftOut(const CommandFailure& failure, const Console& console);
+
 /// The same for a state without Wi-Fi: nothing when there is none indeed.
 [[nodiscard]] std::expected<void, CommandFailure> requireReadableWifi(const Machine& machine);
 

@@ -1,18 +1,15 @@
 #include "CommandLine/WidgetQuestion.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cstddef>
-#include <functional>
-#include <memory>
 #include <string_view>
 #include <utility>
-#include <variant>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
 #include "CommandLine/KernelAccess.h"
+#include "CommandLine/WidgetAnswers.h"
 #include "NetworkWidgetVexExtension/Bundle/NetworkAdapterWidget.h"
 #include "NetworkWidgetVexExtension/Bundle/NetworkWidgetBundle.h"
 #include "NetworkWidgetVexExtension/Bundle/PanoramicNetworkStateWidget.h"
@@ -72,7 +69,7 @@ std::expected<void, CommandFailure> requireTruth(const std::string& kind, const 
   if (wifi) return {};
   const CommandFailure failure = unreadableWifi(wifi.error());
   if (!isPanoramic) return std::unexpected(failure);
-  console.errors << programName << ": Wi-Fi is left out: " << failure.sentence << '\n';
+  sayWifiIsLeftOut(failure, console);
   return {};
 }
 
@@ -87,32 +84,6 @@ void warnOfMissingAdapter(const EntryCall& question, const Machine& machine,
   console.errors << programName << ": no adapter is called " << inQuotes(name)
                  << ", and the card says so; \"" << programName
                  << " interfaces --prefix en\" lists the adapters\n";
-}
-
-std::expected<ServiceResult, CommandFailure> answerTo(const EntryCall& call,
-                                                      const WidgetResponder& responder,
-                                                      const Machine& machine) {
-  constexpr std::chrono::seconds limit{30};
-  // Shared with an answer that comes after the limit.
-  struct Wait {
-    std::optional<WidgetResponder::Answer> answer;
-    bool isLoopRunning = false;
-  };
-  const auto wait = std::make_shared<Wait>();
-  responder.respond(call,
-                    [wait, loop = std::ref(machine.mainLoop)](WidgetResponder::Answer answer) {
-                      wait->answer = std::move(answer);
-                      if (wait->isLoopRunning) loop.get().stop();
-                    });
-  if (!wait->answer) {
-    wait->isLoopRunning = true;
-    machine.mainLoop.runFor(limit);
-    wait->isLoopRunning = false;
-  }
-  const auto& answer = wait->answer;
-  if (!answer) return std::unexpected(workFailed("this machine's state is not known after 30 s"));
-  if (!*answer) return std::unexpected(workFailed(answer->error().message));
-  return **answer;
 }
 
 }  // namespace
@@ -169,7 +140,10 @@ std::expected<ServiceResult, CommandFailure> askWidget(const EntryCall& question
     }
     warnOfMissingAdapter(question, machine, console);
   }
-  return answerTo(question, makeWidgetResponder(machine, makeWidgets(machine, monitor)), machine);
+  auto answers = widgetAnswers(
+      {&question, 1}, makeWidgetResponder(machine, makeWidgets(machine, monitor)), machine);
+  if (!answers) return std::unexpected(answers.error());
+  return std::move(answers->front());
 }
 
 }  // namespace lanternfold

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <numbers>
 #include <utility>
 #include <variant>
@@ -12,6 +13,7 @@
 #include "Rendering/CairoColour.h"
 #include "Rendering/DeviceGrid.h"
 #include "Rendering/PaintLimits.h"
+#include "Rendering/RoundedClips.h"
 #include "Rendering/TextPainter.h"
 
 namespace lanternfold {
@@ -35,52 +37,50 @@ class CommandPainter {
 
   void operator()(const DrawText& command) {
     const Font& font = command.font;
-    if (!takesPlaceWhole(command.frame)) return;
-    const TextLine& line = painter_.texts_.line(command.text, font);
+    const Rect& frame = command.frame;
     const LineMetrics metrics = painter_.texts_.metrics(font);
-    const double above = (command.frame.size.height - metrics.height) / 2;
-    const Point baseline{command.frame.left(), command.frame.top() + above + metrics.baseline};
-    if (line.layout) {
-      paintLine(surface_, grid(), line, baseline, command.colour);
-    } else {
-      paintLineStandIn(surface_, line.width, font.size, baseline, command.colour);
-    }
+    if (metrics.height <= 0 || !takesPlaceWhole(frame)) return;
+    const TextLine& line = painter_.texts_.line(command.text, font.weight);
+    const double above = (frame.size.height - metrics.height) / 2;
+    const Point baseline{frame.left(), frame.top() + above + metrics.baseline};
+    // Letters reach a little out of their frame.
+    const Rect around{{frame.left() - font.size, frame.top() - font.size},
+                      {std::max(frame.size.width, line.width * font.size) + 2 * font.size,
+                       frame.size.height + 2 * font.size}};
+    within(around, [&] {
+      if (line.layout) {
+        painter_.textPainter_.paint(surface_, grid(), line, {baseline, font.size, command.colour});
+      } else {
+        paintLineStandIn(surface_, line.width * font.size, font.size, baseline, command.colour);
+      }
+    });
   }
 
-  void operator()(const DrawSymbol& command) {
-    if (takesPlaceWhole(command.frame)) painter_.assets_.paint(surface_, grid(), command);
-  }
-
-  void operator()(const DrawImage& command) {
-    if (takesPlaceWhole(command.frame)) painter_.assets_.paint(surface_, grid(), command);
-  }
+  void operator()(const DrawSymbol& command) { paintAsset(command); }
+  void operator()(const DrawImage& command) { paintAsset(command); }
 
   void operator()(const StrokeCircle& command) {
     if (!takesPlaceWhole(command.frame)) return;
     const Rect frame = grid().aligned(command.frame);
     const double radius = (std::min(frame.size.width, frame.size.height) - command.lineWidth) / 2;
     if (!(radius > 0) || !(command.lineWidth > 0)) return;
-    setColour(surface_, command.colour);
-    cairo_set_line_width(surface_, command.lineWidth);
-    cairo_set_line_cap(surface_, CAIRO_LINE_CAP_BUTT);
-    cairo_set_line_join(surface_, CAIRO_LINE_JOIN_MITER);
-    cairo_set_miter_limit(surface_, 10);
-    cairo_new_sub_path(surface_);
-    cairo_arc(surface_, (frame.left() + frame.right()) / 2, (frame.top() + frame.bottom()) / 2,
-              radius, 0, 2 * std::numbers::pi);
-    cairo_stroke(surface_);
+    within(frame, [&] { strokeCircle(frame, radius, command); });
   }
 
   void operator()(const FillRoundedRectangle& command) {
     if (!takesPlace(command.frame)) return;
-    setColour(surface_, command.colour);
-    addRoundedRectangle(surface_, reachable(command.frame), command.cornerRadius);
-    cairo_fill(surface_);
+    const Rect frame = reachable(command.frame);
+    within(frame, [&] {
+      setColour(surface_, command.colour);
+      addRoundedRectangle(surface_, frame, command.cornerRadius);
+      cairo_fill(surface_);
+    });
   }
 
   void operator()(const FillLinearGradient& command) {
     if (!takesPlace(command.frame)) return;
-    painter_.gradients_.fill(surface_, reachable(command.frame), command.start, command.end);
+    const Rect frame = reachable(command.frame);
+    within(frame, [&] { painter_.gradients_.fill(surface_, frame, command.start, command.end); });
   }
 
   void operator()(const BeginClip& command) {
@@ -89,8 +89,11 @@ class CommandPainter {
       return;
     }
     cairo_save(surface_);
-    addRoundedRectangle(surface_, reachable(command.frame), command.cornerRadius);
+    const RoundedClip clip =
+        makeRoundedClip(reachable(command.frame), command.cornerRadius, grid().scale());
+    addRoundedRectangle(surface_, clip.frame, grid().hasPixels() ? 0 : clip.cornerRadius);
     cairo_clip(surface_);
+    clips_.push(clip);
     grids_.emplace_back(surface_);
   }
 
@@ -99,6 +102,7 @@ class CommandPainter {
       --clipsLeftOut_;
     } else if (grids_.size() > 1) {
       cairo_restore(surface_);
+      clips_.pop();
       grids_.pop_back();
     }
   }
@@ -111,6 +115,34 @@ class CommandPainter {
 
  private:
   [[nodiscard]] const DeviceGrid& grid() const { return grids_.back(); }
+
+  template <typename Command>
+  void paintAsset(const Command& command) {
+    if (!takesPlaceWhole(command.frame)) return;
+    within(grid().aligned(command.frame),
+           [&] { painter_.assets_.paint(surface_, grid(), command); });
+  }
+
+  void strokeCircle(const Rect& frame, double radius, const StrokeCircle& command) {
+    setColour(surface_, command.colour);
+    cairo_set_line_width(surface_, command.lineWidth);
+    cairo_set_line_cap(surface_, CAIRO_LINE_CAP_BUTT);
+    cairo_set_line_join(surface_, CAIRO_LINE_JOIN_MITER);
+    cairo_set_miter_limit(surface_, 10);
+    cairo_new_sub_path(surface_);
+    cairo_arc(surface_, (frame.left() + frame.right()) / 2, (frame.top() + frame.bottom()) / 2,
+              radius, 0, 2 * std::numbers::pi);
+    cairo_stroke(surface_);
+  }
+
+  /// Paints what covers no more than `area`, within the corners of the clips.
+  void within(const Rect& area, const std::function<void()>& paint) {
+    if (grid().hasPixels()) {
+      clips_.paint(surface_, area, paint);
+    } else {
+      paint();
+    }
+  }
 
   /// Whether something of `frame` can be seen and may still be painted.
   [[nodiscard]] bool takesPlace(const Rect& frame) {
@@ -134,13 +166,15 @@ class CommandPainter {
   Painter& painter_;
   cairo_t* surface_;
   std::vector<DeviceGrid> grids_;
+  RoundedClips clips_;
   std::size_t clipsLeftOut_ = 0;
   PaintBudget budget_;
   bool isWithinBudget_ = true;
 };
 
-Painter::Painter(std::filesystem::path assets, std::function<void(std::string_view)> report)
-    : report_(report), texts_(report), assets_(std::move(assets), std::move(report)) {}
+Painter::Painter(std::filesystem::path assets, std::function<void(std::string_view)> report,
+                 const std::string& language)
+    : report_(report), texts_(report, language), assets_(std::move(assets), std::move(report)) {}
 
 void Painter::paint(const DrawList& list, cairo_t* surface) {
   cairo_save(surface);
@@ -153,22 +187,6 @@ void Painter::paint(const DrawList& list, cairo_t* surface) {
   }
   painter.finish();
   cairo_restore(surface);
-}
-
-void addRoundedRectangle(cairo_t* surface, const Rect& frame, double cornerRadius) {
-  const double radius =
-      std::clamp(cornerRadius, 0.0, std::min(frame.size.width, frame.size.height) / 2);
-  if (!(radius > 0)) {
-    cairo_rectangle(surface, frame.left(), frame.top(), frame.size.width, frame.size.height);
-    return;
-  }
-  constexpr double quarter = std::numbers::pi / 2;
-  cairo_new_sub_path(surface);
-  cairo_arc(surface, frame.right() - radius, frame.top() + radius, radius, -quarter, 0);
-  cairo_arc(surface, frame.right() - radius, frame.bottom() - radius, radius, 0, quarter);
-  cairo_arc(surface, frame.left() + radius, frame.bottom() - radius, radius, quarter, 2 * quarter);
-  cairo_arc(surface, frame.left() + radius, frame.top() + radius, radius, 2 * quarter, 3 * quarter);
-  cairo_close_path(surface);
 }
 
 }  // namespace lanternfold

@@ -6,12 +6,14 @@
 
 #include <filesystem>
 #include <functional>
+#include <string>
 #include <string_view>
 
 #include "Rendering/AssetPainter.h"
 #include "Rendering/CairoHandles.h"
 #include "Rendering/Gradients.h"
 #include "Rendering/TextLines.h"
+#include "Rendering/TextPainter.h"
 #include "ViewTree/DrawList.h"
 
 namespace lanternfold {
@@ -20,8 +22,9 @@ namespace lanternfold {
 class Painter {
  public:
   /// `assets` is the folder of the symbols and the logo. `report` is told in a line each, once,
-  /// what had to be drawn by a stand-in.
-  Painter(std::filesystem::path assets, std::function<void(std::string_view)> report);
+  /// what had to be drawn by a stand-in. `language` as of `RenderingResources`.
+  Painter(std::filesystem::path assets, std::function<void(std::string_view)> report,
+          const std::string& language = {});
 
   /// Paints `list` in order; a unit of `surface` is a point. Whatever the list holds, the work is
   /// bounded: what has no size, stands at no place or would make the picture's area be painted over
@@ -36,11 +39,9 @@ class Painter {
 
   std::function<void(std::string_view)> report_;
   TextLines texts_;
+  TextPainter textPainter_;
   AssetPainter assets_;
   Gradients gradients_;
 };
-
-/// Adds a rectangle with rounded corners to the path; the radius is at most half a side.
-void addRoundedRectangle(cairo_t* surface, const Rect& frame, double cornerRadius);
 
 }  // namespace lanternfold

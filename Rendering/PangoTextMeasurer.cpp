@@ -5,7 +5,7 @@
 namespace lanternfold {
 
 Size PangoTextMeasurer::measure(std::string_view text, const Font& font) const {
-  return {lines_.line(text, font).width, lines_.metrics(font).height};
+  return {lines_.width(text, font), lines_.metrics(font).height};
 }
 
 double PangoTextMeasurer::baseline(const Font& font) const { return lines_.metrics(font).baseline; }

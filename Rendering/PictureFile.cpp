@@ -12,6 +12,8 @@
 #include <cairo-svg.h>
 #include <cairo.h>
 
+#include "Rendering/PngImage.h"
+
 namespace lanternfold {
 namespace {
 
@@ -82,16 +84,23 @@ PictureFile::PictureFile(PictureFormat format, Size pixels, const std::string& t
 }
 
 std::expected<std::string, std::string> PictureFile::finish() {
-  if (format_ == PictureFormat::png) {
-    cairo_surface_write_to_png_stream(surface_.get(), append, bytes_.get());
-  }
-  cairo_surface_finish(surface_.get());
+  if (format_ != PictureFormat::png) cairo_surface_finish(surface_.get());
   const cairo_status_t status = cairo_surface_status(surface_.get());
   if (status != CAIRO_STATUS_SUCCESS) {
     return std::unexpected(std::string("the picture cannot be drawn: ") +
                            cairo_status_to_string(status));
   }
-  return format_ == PictureFormat::svg ? renumbered(*bytes_) : std::move(*bytes_);
+  switch (format_) {
+    case PictureFormat::svg:
+      return renumbered(*bytes_);
+    case PictureFormat::pdf:
+      return std::move(*bytes_);
+    case PictureFormat::png:
+      break;
+  }
+  std::expected<std::string, std::string> png = pngOf(surface_.get());
+  if (!png) return std::unexpected("the picture cannot be written: " + png.error());
+  return png;
 }
 
 }  // namespace lanternfold

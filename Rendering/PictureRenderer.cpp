@@ -13,7 +13,7 @@ namespace lanternfold {
 PictureRenderer::PictureRenderer(RenderingResources resources)
     : report_(std::move(resources.report)),
       colours_(readColours(resources.assetFolder, report_)),
-      painter_(std::move(resources.assetFolder), report_),
+      painter_(std::move(resources.assetFolder), report_, resources.language),
       measurer_(painter_.texts()) {}
 
 std::expected<std::string, std::string> PictureRenderer::picture(const View& view,

@@ -38,6 +38,9 @@ struct RenderingResources {
   std::filesystem::path assetFolder;
   /// Told, a line each, what had to be drawn by a stand-in.
   std::function<void(std::string_view)> report;
+  /// In which the user reads, as "ja" or "zh-CN": of the characters that languages share and write
+  /// differently it takes that language's. The environment's when it is empty.
+  std::string language = {};
 };
 
 /// Draws any number of pictures; typefaces, colours and symbols are looked for once. Used on one

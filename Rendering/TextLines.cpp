@@ -28,7 +28,10 @@ constexpr std::size_t linesKept = 256;
 constexpr LineMetrics standInMetrics{.height = 1.21, .baseline = 0.97};
 constexpr double standInAdvance = 0.55;
 
-double points(int pangoUnits) { return static_cast<double>(pangoUnits) / PANGO_SCALE; }
+/// As a share of the font's size.
+double ems(int pangoUnits) {
+  return static_cast<double>(pangoUnits) / PANGO_SCALE / TextLine::layoutFontSize;
+}
 
 bool isShowable(const Font& font) { return font.size > 0 && font.size <= largestFontSize; }
 
@@ -85,14 +88,14 @@ using FontDescription = std::unique_ptr<PangoFontDescription, DescriptionRelease
 FontDescription systemFont(PangoWeight weight) {
   FontDescription font(pango_font_description_from_string(systemFontFamilies));
   pango_font_description_set_weight(font.get(), weight);
+  pango_font_description_set_absolute_size(font.get(), TextLine::layoutFontSize * PANGO_SCALE);
   return font;
 }
 
-/// A text in a font; as a view of the text it is looked up, and owning it, kept.
+/// A text of a weight; as a view of the text it is looked up, and owning it, kept.
 template <typename Text>
 struct LineKey {
   Text text;
-  double size = 0;
   FontWeight weight = FontWeight::regular;
 };
 
@@ -100,14 +103,14 @@ struct LineHash {
   using is_transparent = void;
   std::size_t operator()(const auto& key) const {
     const std::size_t text = std::hash<std::string_view>()(key.text);
-    return text ^ (std::hash<double>()(key.size) * 2 + (key.weight == FontWeight::bold ? 1 : 0));
+    return key.weight == FontWeight::bold ? ~text : text;
   }
 };
 
 struct LineEqual {
   using is_transparent = void;
   bool operator()(const auto& one, const auto& other) const {
-    return one.size == other.size && one.weight == other.weight && one.text == other.text;
+    return one.weight == other.weight && one.text == other.text;
   }
 };
 
@@ -121,7 +124,7 @@ bool isColoured(const PangoGlyphItem& part) {
 }
 
 struct TextLines::State {
-  explicit State(std::function<void(std::string_view)> report)
+  State(std::function<void(std::string_view)> report, const std::string& language)
       : missing(std::move(report)), hasTypefaces(machineHasTypefaces()) {
     if (!hasTypefaces) {
       missing.missEverything();
@@ -130,6 +133,9 @@ struct TextLines::State {
     fontMap.reset(pango_cairo_font_map_new());
     context.reset(pango_font_map_create_context(fontMap.get()));
     makeScaleIndependent(context.get());
+    if (!language.empty()) {
+      pango_context_set_language(context.get(), pango_language_from_string(language.c_str()));
+    }
     for (const FontWeight weight : {FontWeight::regular, FontWeight::bold}) {
       metricsOf(weight) = measuredMetrics(weight);
     }
@@ -145,36 +151,33 @@ struct TextLines::State {
 
   /// As shares of the font's size, those of a line of its letters.
   [[nodiscard]] LineMetrics measuredMetrics(FontWeight weight) const {
-    constexpr double size = 1000;
-    const PangoLayoutHandle letters = makeLayout("x", {size, weight});
+    const PangoLayoutHandle letters = makeLayout("x", weight);
     int height = 0;
     pango_layout_get_size(letters.get(), nullptr, &height);
-    return {points(height) / size, points(pango_layout_get_baseline(letters.get())) / size};
+    return {ems(height), ems(pango_layout_get_baseline(letters.get()))};
   }
 
-  [[nodiscard]] PangoLayoutHandle makeLayout(std::string_view text, const Font& font) const {
+  [[nodiscard]] PangoLayoutHandle makeLayout(std::string_view text, FontWeight weight) const {
     PangoLayoutHandle layout(pango_layout_new(context.get()));
-    PangoFontDescription* const sized = description(font.weight);
-    pango_font_description_set_absolute_size(sized, font.size * PANGO_SCALE);
-    pango_layout_set_font_description(layout.get(), sized);
+    pango_layout_set_font_description(layout.get(), description(weight));
     pango_layout_set_single_paragraph_mode(layout.get(), TRUE);
     pango_layout_set_text(layout.get(), text.data(), static_cast<int>(text.size()));
     return layout;
   }
 
-  [[nodiscard]] TextLine setLine(std::string_view text, const Font& font) {
+  [[nodiscard]] TextLine setLine(std::string_view text, FontWeight weight) {
     TextLine line;
-    if (text.empty() || !isShowable(font)) return line;
+    if (text.empty()) return line;
     if (!hasTypefaces) {
-      line.width = static_cast<double>(characterCount(text)) * standInAdvance * font.size;
+      line.width = static_cast<double>(characterCount(text)) * standInAdvance;
       return line;
     }
-    line.layout = makeLayout(shownText(text), font);
+    line.layout = makeLayout(shownText(text), weight);
     PangoRectangle ink{};
     PangoRectangle logical{};
     pango_layout_line_get_extents(line.line(), &ink, &logical);
-    line.width = points(logical.width);
-    line.ink = {{points(ink.x), points(ink.y)}, {points(ink.width), points(ink.height)}};
+    line.width = ems(logical.width);
+    line.ink = {{ems(ink.x), ems(ink.y)}, {ems(ink.width), ems(ink.height)}};
     if (pango_layout_get_unknown_glyphs_count(line.layout.get()) > 0) reportMissing(line.line());
     for (const GSList* run = line.line()->runs; run != nullptr; run = run->next) {
       const auto& part = *static_cast<const PangoGlyphItem*>(run->data);
@@ -206,17 +209,20 @@ struct TextLines::State {
   BoundedCache<LineKey<std::string>, TextLine, LineHash, LineEqual> kept{linesKept};
 };
 
-TextLines::TextLines(std::function<void(std::string_view)> report)
-    : state_(std::make_unique<State>(std::move(report))) {}
+TextLines::TextLines(std::function<void(std::string_view)> report, const std::string& language)
+    : state_(std::make_unique<State>(std::move(report), language)) {}
 
 TextLines::~TextLines() = default;
 
-const TextLine& TextLines::line(std::string_view text, const Font& font) {
+const TextLine& TextLines::line(std::string_view text, FontWeight weight) {
   const std::string_view bounded = boundedText(text);
-  const LineKey<std::string_view> key{bounded, font.size, font.weight};
+  const LineKey<std::string_view> key{bounded, weight};
   if (const TextLine* const known = state_->kept.find(key)) return *known;
-  return state_->kept.keep({std::string(bounded), font.size, font.weight},
-                           state_->setLine(bounded, font));
+  return state_->kept.keep({std::string(bounded), weight}, state_->setLine(bounded, weight));
+}
+
+double TextLines::width(std::string_view text, const Font& font) {
+  return isShowable(font) ? line(text, font.weight).width * font.size : 0;
 }
 
 LineMetrics TextLines::metrics(const Font& font) const {

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "Rendering/CairoHandles.h"
@@ -24,13 +25,18 @@ inline constexpr std::size_t maximumLineBytes = 8192;
 /// A font that is larger, or not above 0, shows nothing.
 inline constexpr double largestFontSize = 20'000;
 
-/// One line in its place, in points from the left end of its baseline.
+/// One line, measured from the left end of its baseline in units of its font's size: the same for
+/// all sizes, since nothing of it is rounded to pixels. A font of its own for every size that a
+/// shrinking text passes through would cost more than all else.
 struct TextLine {
   /// Null when there is nothing to show, or no typeface at all to show it with.
   PangoLayoutHandle layout;
   double width = 0;
   Rect ink;  ///< what the glyphs cover
   bool hasColouredParts = false;
+
+  /// The size of the layout's font.
+  static constexpr double layoutFontSize = 64;
 
   /// The layout's only line; asked for only when there is a layout.
   [[nodiscard]] PangoLayoutLine* line() const;
@@ -49,17 +55,22 @@ struct LineMetrics {
 class TextLines {
  public:
   /// `report` is told in one line of each script that no typeface has, and when there is no
-  /// typeface at all.
-  explicit TextLines(std::function<void(std::string_view)> report);
+  /// typeface at all. `language` as of `RenderingResources`.
+  explicit TextLines(std::function<void(std::string_view)> report,
+                     const std::string& language = {});
   ~TextLines();
   TextLines(const TextLines&) = delete;
   TextLines& operator=(const TextLines&) = delete;
 
-  /// `text` in `font`; invalid UTF-8 shows replacement characters, markup is never interpreted. A
-  /// text whose first letter is of a script written from right to left runs that way; every other
-  /// one, that without a letter included, from left to right. The line stands until the next call.
-  [[nodiscard]] const TextLine& line(std::string_view text, const Font& font);
+  /// `text` in the system font; invalid UTF-8 shows replacement characters, markup is never
+  /// interpreted. A text whose first letter is of a script written from right to left runs that
+  /// way; every other one, that without a letter included, from left to right. The line stands
+  /// until the next call.
+  [[nodiscard]] const TextLine& line(std::string_view text, FontWeight weight);
 
+  /// How wide `text` is, in points.
+  [[nodiscard]] double width(std::string_view text, const Font& font);
+  /// All zero for a font that shows nothing.
   [[nodiscard]] LineMetrics metrics(const Font& font) const;
 
  private:

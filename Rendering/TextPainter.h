@@ -11,10 +11,31 @@
 
 namespace lanternfold {
 
-/// Paints `line` from `baseline`, its left end, in points; on pixels that is moved to the nearest
-/// row. Emoji keep their own colours and take the colour's opacity.
-void paintLine(cairo_t* surface, const DeviceGrid& grid, const TextLine& line, Point baseline,
-               const Rgba& colour);
+/// How and where a line is painted.
+struct LinePlace {
+  Point baseline;  ///< its left end, in points
+  double fontSize = 0;
+  Rgba colour;
+};
+
+/// Paints lines, with a scratch image that it keeps. Used on one thread.
+class TextPainter {
+ public:
+  /// On pixels the baseline is moved to the nearest row. Emoji keep their own colours and take the
+  /// opacity of the line's.
+  void paint(cairo_t* surface, const DeviceGrid& grid, const TextLine& line,
+             const LinePlace& place);
+
+ private:
+  /// Covers `area` of the target with the plain parts of `line`.
+  void paintCoverage(cairo_t* surface, const DeviceGrid& grid, const TextLine& line, Point baseline,
+                     double fontPixels, const Rect& area);
+  void makeRoom(Size pixels);
+
+  CairoSurface wide_;     // four pixels for one of the target
+  CairoSurface narrow_;   // one for one
+  CairoContext context_;  // of the wide one
+};
 
 /// What stands in for a line that no typeface can show: a bar as long as it would be.
 void paintLineStandIn(cairo_t* surface, double width, double fontSize, Point baseline,

@@ -14,6 +14,9 @@ namespace lanternfold {
 /// "Today, 10:30 AM" in the user's language, region and time zone.
 [[nodiscard]] std::string drawingTimeText(const Machine& machine);
 
+/// The language's tag, "en" or "zh-CN", for the choice among the characters that languages share.
+[[nodiscard]] std::string languageTag(const Machine& machine);
+
 /// From right to left where the user's language is written so.
 [[nodiscard]] LayoutDirection layoutDirection(const Machine& machine);
 

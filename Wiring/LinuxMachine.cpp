@@ -22,6 +22,7 @@
 #include "PlatformLinux/System/UdevHardwareDatabase.h"
 #include "PlatformLinux/Url/CurlUrlSessions.h"
 #include "Wiring/DataFolders.h"
+#include "Wiring/DistinctDiagnosticLog.h"
 #include "Wiring/FileDescriptorLimit.h"
 #include "Wiring/FileSoleRecorder.h"
 #include "Wiring/LanguageChoice.h"
@@ -42,10 +43,13 @@ constexpr int descriptorsOfACommand = 32;
 struct LinuxMachine::Parts {
   explicit Parts(const MachineOptions& options)
       : language(options.texts == TextLanguage::users ? chooseUserLanguage() : UserLanguage{}),
-        diagnostics(options.diagnostics == DiagnosticsTarget::standardError ? stderr : stdout,
-                    options.whenDiagnosticsStall == WhenDiagnosticsStall::loseLine
-                        ? StreamDiagnosticLog::WhenFull::loseLine
-                        : StreamDiagnosticLog::WhenFull::wait),
+        diagnosticStream(options.diagnostics == DiagnosticsTarget::standardError ? stderr : stdout,
+                         options.whenDiagnosticsStall == WhenDiagnosticsStall::loseLine
+                             ? StreamDiagnosticLog::WhenFull::loseLine
+                             : StreamDiagnosticLog::WhenFull::wait),
+        diagnostics(options.repeatedDiagnostics == RepeatedDiagnostics::dropped
+                        ? static_cast<DiagnosticLog&>(distinctDiagnostics)
+                        : diagnosticStream),
         dataDirectory(options.dataFolder),
         urlSessions(eventLoop, dispatch,
                     {.userAgent = std::string(programName) + "/" LANTERNFOLD_VERSION,
@@ -54,7 +58,9 @@ struct LinuxMachine::Parts {
 
   /// Before anything starts a thread.
   UserLanguage language;
-  StreamDiagnosticLog diagnostics;
+  StreamDiagnosticLog diagnosticStream;
+  DistinctDiagnosticLog distinctDiagnostics{diagnosticStream};
+  DiagnosticLog& diagnostics;
   SystemClock clock;
   GettextStringTable strings{catalogueDomain(), translationsFolder(), language};
   LinuxNetworkKernel kernel;

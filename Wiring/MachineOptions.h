@@ -18,10 +18,14 @@ enum class WhenDiagnosticsStall { wait, loseLine };
 /// In which language records hold their texts: what a script reads is the same for every user.
 enum class TextLanguage { users, english };
 
+/// What becomes of a line of diagnostics that says what an earlier one has said.
+enum class RepeatedDiagnostics { written, dropped };
+
 struct MachineOptions {
   DiagnosticsTarget diagnostics = DiagnosticsTarget::standardOutput;
   WhenDiagnosticsStall whenDiagnosticsStall = WhenDiagnosticsStall::wait;
   TextLanguage texts = TextLanguage::users;
+  RepeatedDiagnostics repeatedDiagnostics = RepeatedDiagnostics::written;
   /// Where everything is kept; the user's own data folder when it is not given.
   std::optional<std::filesystem::path> dataFolder;
   /// Certificates in PEM to trust; the system's when it is not given.

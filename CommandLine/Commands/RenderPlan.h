@@ -5,31 +5,23 @@
 #include <filesystem>
 #include <string>
 
+#include "CommandLine/Commands/PictureOptions.h"
 #include "CommandLine/WidgetQuestion.h"
-#include "NetworkMonitor/Model/NetworkSourceCategory.h"
-#include "NetworkWidgetVexExtension/Intents/AdapterConfigurationIntent.h"
-#include "NetworkWidgetVexExtension/Intents/ConfigurationIntent.h"
 #include "Rendering/PictureRenderer.h"
-#include "WidgetService/WidgetFamily.h"
 #include "Wiring/Console.h"
 
 namespace lanternfold {
-
-/// What `--scale` takes.
-inline constexpr const char* scaleValues = "a number from 0.5 to 8, such as 2 or 1.5";
 
 /// As they stand on the command line, not yet checked.
 struct RenderOptions {
   WidgetOptions widget;
   std::string scheme = "light";
-  std::string scale = "2";  ///< pixels a point
-  std::string entry = "timeline";
-  std::filesystem::path output;
+  PictureOptions picture{.entry = "timeline", .output = {}};
 };
 
 struct RenderPlan {
   EntryCall question;
-  /// Whole but for the time of drawing.
+  /// Whole but for what is known only when it is drawn.
   PictureRequest picture;
   std::filesystem::path output;
 };

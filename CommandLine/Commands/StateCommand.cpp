@@ -50,7 +50,7 @@ std::expected<void, CommandFailure> requireTruth(const NetworkState& state,
   if (!options.categories.contains(NetworkSourceCategory::wlan()) || state.wlan) return {};
   auto readable = requireReadableWifi(machine);
   if (readable || !options.isWifiOptional) return readable;
-  console.errors << programName << ": Wi-Fi is left out: " << readable.error().sentence << '\n';
+  sayWifiIsLeftOut(readable.error(), console);
   return {};
 }
 

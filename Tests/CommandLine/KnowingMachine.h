@@ -70,10 +70,17 @@ class KnowingMachine {
         {"location", "deny"},
         {"wifi", "--bogus"},
     };
+    constexpr const char* entries[] = {"timeline", "snapshot", "placeholder"};
+    for (const char* entry : entries) {
+      for (const char* ending : {".svg", ".png"}) {
+        all.push_back({"gallery", "--entry", entry, "--scale", "0.5", "--output",
+                       folder_ / ("gallery-" + std::string(entry) + ending)});
+      }
+    }
     for (const auto& [kind, family] : widgets()) {
       all.push_back({"timeline", kind, "--family", family});
       all.push_back({"timeline", kind, "--family", family, "--show-timestamp", "--json"});
-      for (const char* entry : {"timeline", "snapshot", "placeholder"}) {
+      for (const char* entry : entries) {
         for (const char* ending : {".svg", ".png"}) {
           const std::string picture = kind + "-" + family + "-" + entry + ending;
           all.push_back({"render", kind, "--family", family, "--entry", entry, "--scale", "1",

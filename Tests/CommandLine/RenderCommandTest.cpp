@@ -24,7 +24,7 @@ class RenderCommandTest : public testing::Test {
   RenderOptions options(const std::string& fileName) const {
     RenderOptions options;
     options.widget.kind = "NetworkAdapterWidget";
-    options.output = folder_ / fileName;
+    options.picture.output = folder_ / fileName;
     return options;
   }
   std::expected<void, CommandFailure> render(const RenderOptions& options) {
@@ -36,7 +36,7 @@ class RenderCommandTest : public testing::Test {
   std::string rendered(const RenderOptions& options) {
     const auto result = render(options);
     EXPECT_TRUE(result) << (result ? "" : result.error().sentence);
-    std::ifstream stream(options.output, std::ios::binary);
+    std::ifstream stream(options.picture.output, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
   }
 
@@ -61,7 +61,7 @@ TEST_F(RenderCommandTest, WritesAPngOfTheMediumFamilyAtTheScaleGiven) {
   for (const std::string text : {"0.5", "1", "2.0", "3"}) {
     const double scale = std::stod(text);
     auto options = this->options("card.png");
-    options.scale = text;
+    options.picture.scale = text;
     const std::string picture = rendered(options);
     ASSERT_GT(picture.size(), 24U);
     EXPECT_EQ(picture.substr(0, 8), "\x89PNG\r\n\x1a\n");
@@ -104,6 +104,12 @@ TEST_F(RenderCommandTest, TheSchemesDiffer) {
   EXPECT_NE(rendered(options("light.png")), rendered(dark));
 }
 
+TEST_F(RenderCommandTest, ALanguageFromRightToLeftMirrorsThePicture) {
+  const std::string usual = rendered(options("usual.png"));
+  fake_.machine.language.isRightToLeft = true;
+  EXPECT_FALSE(rendered(options("mirrored.png")) == usual);
+}
+
 TEST_F(RenderCommandTest, AnAdapterThatIsGoneNeverShowsAnotherOne) {
   auto gone = options("gone.png");
   gone.widget.adapter = "en7";
@@ -117,7 +123,7 @@ TEST_F(RenderCommandTest, AnAdapterThatIsGoneNeverShowsAnotherOne) {
 TEST_F(RenderCommandTest, PlaceholdersNeedNoKernel) {
   fake_.kernel.fail(FakeNetworkKernel::Table::addressEntries, NetworkKernelError::refused);
   auto sample = options("sample.png");
-  sample.entry = "placeholder";
+  sample.picture.entry = "placeholder";
   const std::string first = rendered(sample);
   EXPECT_EQ(rendered(sample), first);
   EXPECT_FALSE(render(options("card.png"))) << "this machine's card needs it";
@@ -149,7 +155,7 @@ TEST_F(RenderCommandTest, EveryWidgetHasAPictureInEachOfItsSizes) {
       auto sample = options("sample.svg");
       sample.widget.kind = kind;
       sample.widget.family = family;
-      sample.entry = "snapshot";
+      sample.picture.entry = "snapshot";
       EXPECT_EQ(rendered(sample).substr(0, 5), "<?xml") << kind << ", " << family;
     }
   }
@@ -164,7 +170,7 @@ TEST_F(RenderCommandTest, TheAdapterWidgetRecordsWithoutAnApplicationGroup) {
 
 TEST_F(RenderCommandTest, APlaceholderIsNoSample) {
   RenderOptions placeholder = options("adapter.svg");
-  placeholder.entry = "placeholder";
+  placeholder.picture.entry = "placeholder";
   (void)rendered(placeholder);
   EXPECT_EQ(fake_.fileSystem.stepCount(), 0U);
 }

@@ -25,7 +25,7 @@ class RenderWifiTest : public testing::Test {
   RenderOptions options(const std::string& fileName) const {
     RenderOptions options;
     options.widget.kind = "WlanNetworkStateWidget";
-    options.output = folder_.path() / fileName;
+    options.picture.output = folder_.path() / fileName;
     return options;
   }
   std::expected<void, CommandFailure> render(const RenderOptions& options) {
@@ -37,7 +37,7 @@ class RenderWifiTest : public testing::Test {
   std::string rendered(const RenderOptions& options) {
     const auto result = render(options);
     EXPECT_TRUE(result) << (result ? "" : result.error().sentence);
-    std::ifstream stream(options.output, std::ios::binary);
+    std::ifstream stream(options.picture.output, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
   }
   std::string sentenceOf(const RenderOptions& options) {

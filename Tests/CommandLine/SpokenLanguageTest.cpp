@@ -58,6 +58,12 @@ TEST_F(SpokenLanguageTest, PicturesFollowTheDirectionOfTheLanguage) {
   EXPECT_EQ(layoutDirection(fake_.machine), LayoutDirection::rightToLeft);
 }
 
+TEST_F(SpokenLanguageTest, PicturesAreToldWhichLanguagesCharactersToShow) {
+  EXPECT_EQ(languageTag(fake_.machine), "en");
+  fake_.machine.language.catalogue = "zh_CN";
+  EXPECT_EQ(languageTag(fake_.machine), "zh-CN");
+}
+
 TEST_F(SpokenLanguageTest, ByteCountsOfTheTableHaveTheSeparatorOfTheLanguage) {
   fake_.strings.setDecimalSeparator(",");
   fake_.addEthernet("en0", {192, 168, 1, 20});

@@ -17,6 +17,7 @@ class PaintedPixels {
                 const std::function<void(cairo_t*)>& paint);
 
   [[nodiscard]] std::size_t width() const { return width_; }
+  [[nodiscard]] std::size_t height() const { return pixels_.size() / width_; }
   /// 0xAARRGGBB, colour multiplied by alpha.
   [[nodiscard]] std::uint32_t at(std::size_t x, std::size_t y) const {
     return pixels_.at(y * width_ + x);

@@ -27,7 +27,7 @@ class TextLinesTest : public testing::Test {
         std::make_unique<TextLines>([this](std::string_view line) { reports_.emplace_back(line); });
   }
 
-  const TextLine& line(std::string_view text) { return lines_->line(text, {13}); }
+  const TextLine& line(std::string_view text) { return lines_->line(text, FontWeight::regular); }
 
   PangoDirection direction(std::string_view text) {
     return static_cast<PangoDirection>(line(text).line()->resolved_dir);
@@ -60,6 +60,16 @@ TEST_F(TextLinesTest, RunWhereTheFirstLetterSays) {
   EXPECT_EQ(direction(arabic), PANGO_DIRECTION_RTL);
   EXPECT_EQ(direction(std::string("eth0 ") + arabic), PANGO_DIRECTION_LTR);
   EXPECT_EQ(direction(std::string("5 ") + arabic), PANGO_DIRECTION_RTL);
+}
+
+TEST_F(TextLinesTest, OfSharedCharactersAreOfTheUsersLanguage) {
+  const ChosenTypefaces typefaces(manyFolders());
+  for (const std::string language : {"ja", "zh-cn"}) {
+    TextLines lines([](std::string_view line) { ADD_FAILURE() << line; }, language);
+    const TextLine& shown = lines.line("\u76F4", {13});
+    const auto& part = *static_cast<const PangoGlyphItem*>(shown.line()->runs->data);
+    EXPECT_EQ(pango_language_to_string(part.item->analysis.language), language);
+  }
 }
 
 TEST_F(TextLinesTest, WithoutALetterRunToTheRight) {
@@ -112,7 +122,7 @@ TEST_F(TextLinesTest, OfAMachineWithoutTypefacesHaveRoomForABar) {
   choose({});
   EXPECT_THAT(reports_, ElementsAre(HasSubstr("no typeface is installed")));
   EXPECT_EQ(line("abcd").layout, nullptr);
-  EXPECT_GT(line("abcd").width, 13);
+  EXPECT_GT(line("abcd").width, 1);
   EXPECT_EQ(line("\u7DB2\u7D61").width, line("ab").width);
   EXPECT_GT(lines_->metrics({13}).height, lines_->metrics({13}).baseline);
   EXPECT_GT(lines_->metrics({13}).baseline, 0);
@@ -130,8 +140,7 @@ TEST_F(TextLinesTest, AreCutWhenTheyAreTooLong) {
 TEST_F(TextLinesTest, OfAFontWithoutASizeShowNothing) {
   choose(manyFolders());
   for (const double size : {0.0, -1.0, 1e9, std::nan(""), HUGE_VAL}) {
-    EXPECT_EQ(lines_->line("abc", {size}).layout, nullptr) << size;
-    EXPECT_EQ(lines_->line("abc", {size}).width, 0) << size;
+    EXPECT_EQ(lines_->width("abc", {size}), 0) << size;
     EXPECT_EQ(lines_->metrics({size}).height, 0) << size;
   }
 }

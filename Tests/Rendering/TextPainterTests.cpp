@@ -18,12 +18,14 @@ class TextPainterTest : public testing::Test {
   PaintedPixels painted(std::string_view text, const Rgba& colour = white, double scale = 1,
                         Point baseline = {2, 14}, double size = 13) {
     return PaintedPixels(120, 20, scale, [&](cairo_t* surface) {
-      paintLine(surface, DeviceGrid(surface), lines_.line(text, {size}), baseline, colour);
+      painter_.paint(surface, DeviceGrid(surface), lines_.line(text, FontWeight::regular),
+                     {baseline, size, colour});
     });
   }
 
   ChosenTypefaces typefaces_{manyFolders()};
   TextLines lines_{[](std::string_view line) { ADD_FAILURE() << line; }};
+  TextPainter painter_;
 };
 
 TEST_F(TextPainterTest, PaintsEmojiInTheirOwnColours) {
@@ -35,7 +37,7 @@ TEST_F(TextPainterTest, PaintsEmojiInTheirOwnColours) {
 TEST_F(TextPainterTest, PaintsTheLettersBesideAnEmojiAsWithoutIt) {
   const PaintedPixels alone = painted("Home ");
   const PaintedPixels beside = painted(std::string("Home ") + rocket);
-  const auto end = static_cast<std::size_t>(lines_.line("Home", {13}).width) + 3;
+  const auto end = static_cast<std::size_t>(lines_.width("Home", {13})) + 3;
   double difference = 0;  // a letter at another quarter of a pixel
   for (std::size_t y = 0; y < 20; ++y) {
     for (std::size_t x = 0; x < end; ++x) {

@@ -5,8 +5,9 @@ import tempfile
 import time
 from pathlib import Path
 
+from extension_test import ADAPTER, BANDWIDTH, FAMILIES
 from namespaces import NamespaceTest, ip
-from pictures import pdf_words, png_size, svg_size
+from pictures import pdf_places, pdf_words, png_size, svg_size
 from program import run
 
 WIDTH_POINTS, HEIGHT_POINTS = 364, 170
@@ -91,6 +92,89 @@ class FormatTest(RenderTest):
     def test_an_older_picture_is_replaced(self):
         (self.folder / "card.png").write_text("x" * 1_000_000)
         self.assertEqual((728, 340), png_size(self.draw("card.png").read_bytes()))
+
+
+class EveryWidgetTest(RenderTest):
+    """All widgets in all their sizes, as samples."""
+
+    SIZES = {"small": (170, 170), "medium": (364, 170), "large": (364, 382)}
+
+    def pictures(self):
+        for kind, families in FAMILIES.items():
+            for family in families:
+                yield kind, family
+
+    def draw_sample(self, name, kind, family, *arguments):
+        path = self.folder / name
+        done = run("render", kind, "--family", family, "--entry", "snapshot", *arguments, "-o",
+                   str(path))
+        self.assertEqual((0, f"Wrote {path}\n", ""),
+                         (done.returncode, done.stdout.decode(), done.stderr.decode()))
+        return path
+
+    def test_every_format_has_the_size_of_the_family(self):
+        for kind, family in self.pictures():
+            width, height = self.SIZES[family]
+            for scheme in ("light", "dark"):
+                picture = (kind, family, "--scheme", scheme, "--scale", "3")
+                self.assertEqual((3 * width, 3 * height),
+                                 png_size(self.draw_sample("a.png", *picture).read_bytes()))
+                self.assertEqual((3 * width, 3 * height),
+                                 svg_size(self.draw_sample("a.svg", *picture).read_bytes()))
+                words = pdf_words(self.draw_sample("a.pdf", *picture))
+                self.assertEqual(kind == BANDWIDTH, not words, f"{kind}, {family}: {words}")
+
+    def test_the_layout_is_the_same_at_every_scale(self):
+        for kind, family in self.pictures():
+            usual = pdf_places(self.draw_sample("a.pdf", kind, family, "--scale", "1"))
+            for scale in (0.5, 3, 8):
+                places = pdf_places(self.draw_sample("a.pdf", kind, family, "--scale", str(scale)))
+                self.assertEqual([word for word, *_ in usual], [word for word, *_ in places])
+                for (word, *box), (_, *scaled) in zip(usual, places):
+                    for one, other in zip(box, scaled):
+                        # A baseline stands on a whole pixel, half a point away at the smallest scale.
+                        self.assertLessEqual(abs(one - other / scale), 1.1, f"{kind}: {word}")
+
+    def test_the_largest_size_is_the_default(self):
+        for kind, families in FAMILIES.items():
+            usual = self.draw_sample("a.png", kind, families[-1], "--scale", "1").read_bytes()
+            done = run("render", kind, "--entry", "snapshot", "--scale", "1", "-o", "b.png",
+                       cwd=self.folder)
+            self.assertEqual(0, done.returncode, done.stderr)
+            self.assertEqual(usual, (self.folder / "b.png").read_bytes())
+
+    def test_a_sample_of_an_adapter_of_this_machine_says_that_it_is_not_there(self):
+        """The sample has adapters of its own; a choice among them is kept."""
+        words = pdf_words(self.draw_sample("a.pdf", ADAPTER, "medium", "--adapter", "en2"))
+        self.assertIn("en2", words)
+        text = " ".join(pdf_words(self.draw_sample("b.pdf", ADAPTER, "medium", "--adapter", "eth0")))
+        self.assertIn("eth0", text)
+        self.assertNotIn("en2", text)
+
+
+class FileTest(RenderTest):
+    def test_without_a_file_nothing_is_drawn(self):
+        done = run("render", "NetworkAdapterWidget", cwd=self.folder)
+        self.assertEqual((2, b""), (done.returncode, done.stdout))
+        self.assertRegex(done.stderr, rb"\Alanternfold-widgets: [^\n]*--output[^\n]*\n\Z")
+        self.assertEqual([], list(self.folder.iterdir()))
+
+    def test_a_symbolic_link_stays_and_its_file_is_replaced(self):
+        elsewhere = self.folder / "elsewhere"
+        elsewhere.mkdir()
+        (elsewhere / "card.png").write_text("the old one")
+        (self.folder / "card.png").symlink_to("elsewhere/card.png")
+        path = self.draw("card.png", "--entry", "placeholder")
+        self.assertTrue(path.is_symlink())
+        self.assertEqual((728, 340), png_size((elsewhere / "card.png").read_bytes()))
+        self.assertEqual(1, len(list(elsewhere.iterdir())))
+
+    def test_a_link_to_itself_is_a_sentence(self):
+        (self.folder / "card.png").symlink_to("card.png")
+        done = run("render", "NetworkAdapterWidget", "--entry", "placeholder", "-o", "card.png",
+                   cwd=self.folder)
+        self.assertEqual((1, 1), (done.returncode, done.stderr.count(b"\n")), done.stderr)
+        self.assertIn(b"cannot write", done.stderr)
 
 
 class FiguresTest(RenderTest):

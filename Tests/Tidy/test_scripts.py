@@ -128,13 +128,13 @@ class Help(unittest.TestCase):
     def test_every_target_of_the_front_door_is_listed(self):
         listed = subprocess.run(["make", "-C", str(ROOT), "--no-print-directory", "help"],
                                 capture_output=True, text=True, check=True).stdout
-        for target in ["setup", "build", "test", "test-one", "golden", "golden-update", "fuzz-smoke",
-                       "bench", "format", "lint", "run", "doctor"]:
+        for target in ["setup", "build", "test", "test-one", "golden", "golden-update", "gallery",
+                       "fuzz-smoke", "bench", "format", "lint", "run", "doctor"]:
             self.assertRegex(listed, rf"(?m)^  make {target} +\S")
 
     def test_scripts_explain_themselves(self):
-        for script in ["setup", "build", "test", "test-one", "golden", "fuzz-smoke", "bench",
-                       "format", "lint", "doctor"]:
+        for script in ["setup", "build", "test", "test-one", "golden", "gallery", "fuzz-smoke",
+                       "bench", "format", "lint", "doctor"]:
             with self.subTest(script=script):
                 done = subprocess.run([str(ROOT / "Scripts" / script), "--help"],
                                       capture_output=True, text=True, check=False)
