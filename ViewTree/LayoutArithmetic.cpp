@@ -18,11 +18,13 @@ double flexibility(const StackMember& member) {
 std::vector<std::size_t> servingOrder(const std::vector<StackMember>& members) {
   std::vector<std::size_t> order(members.size());
   std::iota(order.begin(), order.end(), std::size_t{0});
-  std::ranges::stable_sort(order, [&](std::size_t left, std::size_t right) {
+  std::ranges::sort(order, [&](std::size_t left, std::size_t right) {
     const StackMember& one = members[left];
     const StackMember& other = members[right];
     if (one.priority != other.priority) return one.priority > other.priority;
-    return flexibility(one) < flexibility(other);
+    const double first = flexibility(one);
+    const double second = flexibility(other);
+    return first != second ? first < second : left < right;
   });
   return order;
 }
