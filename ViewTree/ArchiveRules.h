@@ -12,14 +12,17 @@
 
 namespace lanternfold {
 
-enum class ArchivedChildren { none, one, two, three, atLeastOne, any };
+enum class ArchivedChildren { none, one, two, three, oneOrTwo, atLeastOne, any };
 
 /// How many children there must be; none for a kind that leaves it open.
 [[nodiscard]] constexpr std::optional<std::size_t> exactCount(ArchivedChildren children) {
-  if (children == ArchivedChildren::atLeastOne || children == ArchivedChildren::any) {
-    return std::nullopt;
-  }
+  if (children > ArchivedChildren::three) return std::nullopt;
   return static_cast<std::size_t>(children);
+}
+
+/// How few there may be.
+[[nodiscard]] constexpr std::size_t leastCount(ArchivedChildren children) {
+  return exactCount(children).value_or(children == ArchivedChildren::any ? 0 : 1);
 }
 
 /// What a number may be, and what it is when it is not there.

@@ -277,7 +277,12 @@ struct ArchivedNode<ColourSchemeNode> : ArchivedModifier {
 };
 
 template <>
-struct ArchivedNode<ButtonNode> : ArchivedModifier {
+struct ArchivedNode<InvalidatableContentNode> : ArchivedModifier {
+  static constexpr std::string_view type = "invalidatableContent";
+};
+
+template <>
+struct ArchivedNode<ButtonNode> : ArchivedKind<ArchivedChildren::oneOrTwo> {
   static constexpr std::string_view type = "button";
   template <typename Visitor, typename Node>
   static void visit(Visitor& members, Node& node) {

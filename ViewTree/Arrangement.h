@@ -60,6 +60,8 @@ struct Arranging {
 [[nodiscard]] Arrangement arranged(const PaddingNode& node, const Arranging& view);
 [[nodiscard]] Arrangement arranged(const OffsetNode& node, const Arranging& view);
 [[nodiscard]] Arrangement arranged(const BackgroundNode& node, const Arranging& view);
+/// The face that is shown.
+[[nodiscard]] Arrangement arranged(const ButtonNode& node, const Arranging& view);
 [[nodiscard]] Arrangement arranged(const HorizontalGuideNode& node, const Arranging& view);
 [[nodiscard]] Arrangement arranged(const VerticalGuideNode& node, const Arranging& view);
 /// Of a view that is as large as its only child and stands in its place.

@@ -7,6 +7,8 @@
 namespace lanternfold {
 namespace {
 
+constexpr double opacityOfInvalidatedContent = 0.5;
+
 /// What a view inherits from the views around it.
 struct Inherited {
   Colour foreground = Colour::white();
@@ -23,6 +25,8 @@ class DrawListMaker {
       inherited.foreground = foreground->colour;
     } else if (const auto* opacity = std::get_if<OpacityNode>(&view.node)) {
       inherited.opacity *= inherited.scheme == ColourScheme::light ? opacity->light : opacity->dark;
+    } else if (std::holds_alternative<InvalidatableContentNode>(view.node)) {
+      if (context_.isContentInvalidated) inherited.opacity *= opacityOfInvalidatedContent;
     } else if (const auto* scheme = std::get_if<ColourSchemeNode>(&view.node)) {
       inherited.scheme = scheme->scheme;
     }

@@ -86,6 +86,8 @@ struct DrawContext {
   ColourScheme scheme = ColourScheme::light;  ///< where the view does not say another one
   /// Told, in a line each, of colours that the palette lacks; a mid grey stands in for them.
   std::function<void(std::string_view)> report;
+  /// Whether something newer has been asked for: what may be doubtful by then is painted fainter.
+  bool isContentInvalidated = false;
 };
 
 /// Nodes without an area or without opacity are left out, and clips around nothing.

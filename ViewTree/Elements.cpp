@@ -95,6 +95,12 @@ View button(std::string intent, View face) {
   return around(ButtonNode{std::move(intent)}, std::move(face));
 }
 
+View button(std::string intent, View face, View pressedFace) {
+  View result = button(std::move(intent), std::move(face));
+  result.children.push_back(std::move(pressedFace));
+  return result;
+}
+
 View link(std::string url, View content) {
   if (!isLinkUrl(url)) return content;
   return around(LinkNode{std::move(url)}, std::move(content));

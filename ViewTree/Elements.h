@@ -55,6 +55,8 @@ struct SymbolStyle {
 [[nodiscard]] View accessoryRow(const AccessoryRowNode& row, View leading, View content,
                                 View trailing);
 [[nodiscard]] View button(std::string intent, View face);
+/// With another face while it is pressed.
+[[nodiscard]] View button(std::string intent, View face, View pressedFace);
 /// `content` as a link; `content` alone when `url` is none that a link may have.
 [[nodiscard]] View link(std::string url, View content);
 

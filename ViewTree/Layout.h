@@ -5,6 +5,7 @@
 // pointer.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -44,6 +45,8 @@ struct LayoutContext {
   /// From right to left the finished layout is that of a mirror: leading is the right side, and
   /// what an offset moves goes the other way. Texts and pictures are placed so, not turned.
   LayoutDirection direction = LayoutDirection::leftToRight;
+  /// The intent of the buttons that are pressed at the moment.
+  std::optional<std::string> pressedIntent;
 };
 
 /// Lays `view` out in the middle of a picture of `size`, which it is offered whole.

@@ -15,8 +15,8 @@ bool isOneOf(const ViewNode& node) {
 /// Changes how its child looks or is placed by others, not the room it takes.
 bool keepsTheRoom(const ViewNode& node) {
   return isOneOf<OffsetNode, BackgroundNode, OpacityNode, ForegroundNode, ClipNode,
-                 ColourSchemeNode, ButtonNode, LinkNode, LayoutPriorityNode, HorizontalGuideNode,
-                 VerticalGuideNode>(node);
+                 ColourSchemeNode, InvalidatableContentNode, ButtonNode, LinkNode,
+                 LayoutPriorityNode, HorizontalGuideNode, VerticalGuideNode>(node);
 }
 
 bool isModifier(const ViewNode& node) {

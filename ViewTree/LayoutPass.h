@@ -33,6 +33,11 @@ class LayoutPass {
   /// `node` with its top left corner at `origin`, for what its parent offers it.
   [[nodiscard]] LaidOutView place(LayoutNode& node, Point origin, const ProposedSize& offer);
 
+  /// Whether the buttons of this intent are pressed.
+  [[nodiscard]] bool isPressed(const std::string& intent) const {
+    return context_.pressedIntent == intent;
+  }
+
  private:
   [[nodiscard]] const Dimensions& settled(LayoutNode& node, const ProposedSize& offer);
   [[nodiscard]] Dimensions textDimensions(LayoutNode& node, const ProposedSize& offer);

@@ -17,6 +17,13 @@ Arrangement around(LayoutNode& child, Dimensions dimensions, Size size, Point at
   return {size, {{&child, at, offer}}, {}, shifted(std::move(dimensions.guides), at)};
 }
 
+/// A view that is as large as `child` and stands in its place.
+Arrangement arrangedAs(LayoutNode& child, const Arranging& view) {
+  Dimensions dimensions = view.pass.dimensions(child, view.offer);
+  const Size size = dimensions.size;
+  return around(child, std::move(dimensions), size, {0, 0}, view.offer);
+}
+
 /// Where `inner` stands, aligned with `outer`.
 Point alignedWithin(Alignment alignment, const Dimensions& outer, const Dimensions& inner) {
   return {beginningFor(positionOf(alignment.horizontal, inner),
@@ -84,11 +91,13 @@ Arrangement arranged(const VerticalGuideNode& node, const Arranging& view) {
   return withMovedGuide(node.guide, node.by, view);
 }
 
+Arrangement arranged(const ButtonNode& node, const Arranging& view) {
+  std::vector<LayoutNode>& faces = view.self.children;
+  return arrangedAs(view.pass.isPressed(node.intent) ? faces.back() : faces.front(), view);
+}
+
 Arrangement arrangedAsItsChild(const Arranging& view) {
-  LayoutNode& child = view.self.children.front();
-  Dimensions dimensions = view.pass.dimensions(child, view.offer);
-  const Size size = dimensions.size;
-  return around(child, std::move(dimensions), size, {0, 0}, view.offer);
+  return arrangedAs(view.self.children.front(), view);
 }
 
 }  // namespace lanternfold

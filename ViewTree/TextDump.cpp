@@ -128,6 +128,7 @@ struct Describer {
     kind = "colour-scheme";
     figures = node.scheme == ColourScheme::light ? " light" : " dark";
   }
+  void operator()(const InvalidatableContentNode&) { kind = "invalidatable-content"; }
   void operator()(const ButtonNode& node) {
     kind = "button";
     figures = ' ' + node.intent;

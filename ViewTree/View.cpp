@@ -27,7 +27,7 @@ class Describer {
       return say(fillPlaceholders(time->format, {drawingTime_}));
     }
     // The choices of one place all say the same; the richest says it whole.
-    if (std::holds_alternative<FirstThatFitsNode>(view.node)) return add(view.children.front());
+    if (isChoice(view.node)) return add(view.children.front());
     for (const View& child : view.children) add(child);
   }
 
@@ -42,6 +42,11 @@ class Describer {
   }
 
  private:
+  static bool isChoice(const ViewNode& node) {
+    return std::holds_alternative<FirstThatFitsNode>(node) ||
+           std::holds_alternative<ButtonNode>(node);
+  }
+
   void say(const std::string& words) {
     if (words.empty()) return;
     if (!said_.empty()) said_ += ", ";
@@ -88,6 +93,10 @@ View View::foreground(Colour colour) && {
 
 View View::clipped(double cornerRadius) && {
   return modified(ClipNode{cornerRadius}, std::move(*this));
+}
+
+View View::invalidatableContent() && {
+  return modified(InvalidatableContentNode{}, std::move(*this));
 }
 
 View View::colourScheme(ColourScheme scheme) && {

@@ -36,6 +36,7 @@ struct View {
   [[nodiscard]] View foreground(Colour colour) &&;
   [[nodiscard]] View clipped(double cornerRadius) &&;
   [[nodiscard]] View colourScheme(ColourScheme scheme) &&;
+  [[nodiscard]] View invalidatableContent() &&;
   [[nodiscard]] View layoutPriority(double priority) &&;
   [[nodiscard]] View alignmentGuide(HorizontalAlignment guide, double by) &&;
   [[nodiscard]] View alignmentGuide(VerticalAlignment guide, double by) &&;

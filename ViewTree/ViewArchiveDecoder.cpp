@@ -196,6 +196,9 @@ class ArchiveReader {
     if (allowed == ArchivedChildren::one && count != 1) return "There must be one child.";
     if (allowed == ArchivedChildren::two && count != 2) return "There must be two children.";
     if (allowed == ArchivedChildren::three && count != 3) return "There must be three children.";
+    if (allowed == ArchivedChildren::oneOrTwo && (count < 1 || count > 2)) {
+      return "There must be one child or two.";
+    }
     if (allowed == ArchivedChildren::atLeastOne && count == 0) {
       return "There must be at least one child.";
     }

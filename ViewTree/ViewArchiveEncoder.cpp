@@ -135,7 +135,7 @@ class ArchiveWriter {
   void children(const View& view, ArchivedChildren allowed, std::size_t depth) {
     if (allowed == ArchivedChildren::none || depth == deepestArchivedNode) return;
     const std::optional<std::size_t> exact = exactCount(allowed);
-    const std::size_t needed = exact.value_or(allowed == ArchivedChildren::atLeastOne ? 1 : 0);
+    const std::size_t needed = leastCount(allowed);
     if (view.children.empty() && needed == 0) return;
     member("children");
     json_ += '[';

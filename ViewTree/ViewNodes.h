@@ -194,7 +194,15 @@ struct ColourSchemeNode {
   friend bool operator==(const ColourSchemeNode&, const ColourSchemeNode&) = default;
 };
 
-/// The child is the button's face; a press performs the intent of that name.
+/// What becomes doubtful as soon as something newer is asked for: the child is painted fainter
+/// while whoever draws it waits for that.
+struct InvalidatableContentNode {
+  friend bool operator==(const InvalidatableContentNode&,
+                         const InvalidatableContentNode&) = default;
+};
+
+/// The first child is the button's face, the second, where there is one, that while it is pressed;
+/// a press performs the intent of that name.
 struct ButtonNode {
   std::string intent;
   friend bool operator==(const ButtonNode&, const ButtonNode&) = default;
@@ -229,7 +237,7 @@ using ViewNode =
                  LinearGradientNode, EmptyNode, HStackNode, VStackNode, ZStackNode,
                  FirstThatFitsNode, WholeRowsNode, WholeGridNode, AccessoryRowNode, FrameNode,
                  PaddingNode, OffsetNode, BackgroundNode, OpacityNode, ForegroundNode, ClipNode,
-                 ColourSchemeNode, ButtonNode, LinkNode, LayoutPriorityNode, HorizontalGuideNode,
-                 VerticalGuideNode>;
+                 ColourSchemeNode, InvalidatableContentNode, ButtonNode, LinkNode,
+                 LayoutPriorityNode, HorizontalGuideNode, VerticalGuideNode>;
 
 }  // namespace lanternfold

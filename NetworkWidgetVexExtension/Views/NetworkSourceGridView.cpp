@@ -23,8 +23,6 @@ constexpr std::size_t mostCardsWithLargeMeters = 4;
 constexpr std::size_t mostCardsWithMeters = 6;
 constexpr double columnSpacing = 8;
 constexpr double gridRowSpacing = 8;
-/// About that of a font, as a share of its size.
-constexpr double lineHeight = 1.2;
 
 NetworkSourceView sourceView(const NetworkSourceGridView& grid, const AnyNetworkSource& source) {
   if (grid.displayMode == DisplayMode::accessory) {
@@ -52,7 +50,7 @@ WidgetEnvironment sharedBy(std::size_t count, DisplayMode mode, const WidgetEnvi
 /// it is wide enough for them or not; what has no room for that is left out. In accessory widgets
 /// who it is must do.
 double leastCardHeight(const NetworkSourceGridView& grid, const WidgetEnvironment& environment) {
-  const double row = NetworkWidgetDefaultStyle(environment).valueFont.size * lineHeight;
+  const double row = NetworkWidgetDefaultStyle(environment).rowHeight();
   if (grid.displayMode == DisplayMode::accessory) return row;
   const double rows = 2 * row + environment.rowSpacings.back();
   return grid.hideBytesMeters ? rows : std::max(rows, bytesMeterSide(environment.bytesMeterSize));

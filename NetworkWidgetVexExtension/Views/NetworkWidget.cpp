@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "NetworkWidgetVexExtension/Views/BackgroundView.h"
+#include "NetworkWidgetVexExtension/Views/InvalidatableContentViewModifierBackport.h"
 #include "NetworkWidgetVexExtension/Views/RefreshButton.h"
 #include "NetworkWidgetVexExtension/Views/WidgetStyle.h"
 #include "ViewTree/Elements.h"
@@ -12,7 +13,9 @@ namespace lanternfold {
 
 View networkWidget(View content, const WidgetEnvironment& environment) {
   std::vector<View> layers;
-  layers.push_back(NetworkWidgetDefaultStyle(environment).body(std::move(content)));
+  const InvalidatableContentViewModifierBackport invalidatable{true};
+  layers.push_back(invalidatable.body(
+      NetworkWidgetDefaultStyle(environment).body(std::move(content)), environment));
   layers.push_back(refreshButtonInCorner(environment));
   return zstack(topCentre, std::move(layers))
       .background(BackgroundView{environment.showsTimestamp}.body(environment));

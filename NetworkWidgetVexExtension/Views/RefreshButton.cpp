@@ -19,10 +19,11 @@ View RefreshButton::face(State state) const {
 View refreshButtonInCorner(const WidgetEnvironment& environment) {
   if (!environment.supportsButtons) return emptyView();
   std::vector<View> choices;
-  choices.push_back(
-      button(RefreshAppIntent::intentName, RefreshButton{}.face(RefreshButton::State::resting))
-          .accessible(environment.strings.localized("Refresh"))
-          .padding({0, refreshButtonInset, refreshButtonInset, 0}));
+  choices.push_back(button(RefreshAppIntent::intentName,
+                           RefreshButton{}.face(RefreshButton::State::resting),
+                           RefreshButton{}.face(RefreshButton::State::pressed))
+                        .accessible(environment.strings.localized("Refresh"))
+                        .padding({0, refreshButtonInset, refreshButtonInset, 0}));
   choices.push_back(emptyView());
   FrameNode corner;
   corner.width.maximum = unlimited;

@@ -15,6 +15,8 @@ namespace lanternfold {
 namespace {
 
 constexpr std::size_t linesOfASentence = 4;
+/// How much smaller a value may be before a label that can be missed goes.
+constexpr double scaleBesideALabel = 0.85;
 /// Of a long name in a narrow card so many characters are shown at each of its ends.
 constexpr std::size_t shownAtEachEnd = 4;
 
@@ -36,6 +38,21 @@ View labelOf(const SourceListItem& item, const WidgetEnvironment& environment) {
       .accessible(name);
 }
 
+TextStyle valueStyle(const SourceListItemView& row, const WidgetEnvironment& environment) {
+  const NetworkWidgetDefaultStyle style(environment);
+  TextStyle value{row.isFirstItem ? style.firstValueFont : style.valueFont,
+                  truncationOf(row.item.value), smallestValueScale};
+  if (row.item.value == withheldNameText(environment.strings)) value.lineLimit = linesOfASentence;
+  return value;
+}
+
+View beside(View label, View value) {
+  std::vector<View> parts;
+  parts.push_back(std::move(label));
+  parts.push_back(std::move(value));
+  return hstack(VerticalAlignment::centre, 4, std::move(parts));
+}
+
 }  // namespace
 
 Truncation truncationOf(std::string_view value) {
@@ -49,23 +66,26 @@ Truncation truncationOf(std::string_view value) {
 }
 
 View SourceListItemView::body(const WidgetEnvironment& environment) const {
-  const NetworkWidgetDefaultStyle style(environment);
-  TextStyle valueStyle{isFirstItem ? style.firstValueFont : style.valueFont,
-                       truncationOf(item.value), smallestValueScale};
-  if (item.value == withheldNameText(environment.strings)) {
-    valueStyle.lineLimit = linesOfASentence;
-  }
-  View value = text(item.value, valueStyle);
+  const TextStyle style = valueStyle(*this, environment);
+  FrameNode row;
+  (style.lineLimit == 1 ? row.height.fixed : row.height.minimum) =
+      NetworkWidgetDefaultStyle(environment).rowHeight();
+  row.alignment = {HorizontalAlignment::leading, VerticalAlignment::centre};
+  return content(style, environment).frame(row);
+}
+
+View SourceListItemView::content(const TextStyle& style,
+                                 const WidgetEnvironment& environment) const {
+  View value = text(item.value, style);
   if (item.label.empty()) return value;
-  View label = labelOf(item, environment).layoutPriority(1);
+  const View label = labelOf(item, environment).layoutPriority(1);
   if (item.value.empty()) return label;
-  std::vector<View> parts;
-  parts.push_back(std::move(label));
-  parts.push_back(value);
-  View whole = hstack(VerticalAlignment::centre, 4, std::move(parts));
-  if (item.labelRequired) return whole;
+  if (item.labelRequired) return beside(label, std::move(value));
+  TextStyle smaller = style;
+  smaller.font.size *= scaleBesideALabel;
   std::vector<View> choices;
-  choices.push_back(std::move(whole));
+  choices.push_back(beside(label, value));
+  choices.push_back(beside(label, text(item.value, smaller)));
   choices.push_back(std::move(value));
   return firstThatFits(FitAxes::horizontal, std::move(choices));
 }

@@ -22,7 +22,7 @@ double valueSize(WidgetFamily family) {
 
 /// What surrounds a widget's content.
 EdgeInsets contentPadding(const WidgetEnvironment& environment) {
-  const double side = environment.widgetFamily == WidgetFamily::small ? 14 : 16;
+  const double side = environment.widgetFamily == WidgetFamily::small ? 12 : 16;
   const double bottomLine = refreshButtonInset + refreshButtonSide + 1;
   return {side, side, environment.keepsBottomFree ? bottomLine : side, side};
 }
@@ -33,6 +33,11 @@ NetworkWidgetDefaultStyle::NetworkWidgetDefaultStyle(const WidgetEnvironment& en
     : padding(contentPadding(environment)),
       valueFont{valueSize(environment.widgetFamily), FontWeight::regular},
       firstValueFont{valueSize(environment.widgetFamily), FontWeight::bold} {}
+
+double NetworkWidgetDefaultStyle::rowHeight() const {
+  constexpr double lineHeight = 1.25;
+  return valueFont.size * lineHeight;
+}
 
 View NetworkWidgetDefaultStyle::body(View content) const {
   return std::move(content).padding(padding).foreground(Colour::named(foregroundColour));

@@ -15,7 +15,7 @@ inline constexpr double refreshButtonInset = 8;
 inline constexpr Font smallFont{8, FontWeight::regular};
 inline constexpr Font smallBoldFont{8, FontWeight::bold};
 /// How far a value may shrink before it is shortened.
-inline constexpr double smallestValueScale = 0.85;
+inline constexpr double smallestValueScale = 0.75;
 
 /// The names of the colour pairs that the views use.
 inline constexpr const char* gradientStartColour = "BackgroundGradientStart";
@@ -32,6 +32,9 @@ struct NetworkWidgetDefaultStyle {
   Font firstValueFont;
 
   explicit NetworkWidgetDefaultStyle(const WidgetEnvironment& environment);
+
+  /// Of a row with its label, in points.
+  [[nodiscard]] double rowHeight() const;
 
   /// `content` in the style's padding and foreground colour.
   [[nodiscard]] View body(View content) const;

@@ -6,6 +6,7 @@
 
 #include "NetworkWidgetVexExtension/Views/BackgroundView.h"
 #include "NetworkWidgetVexExtension/Views/BytesMeters.h"
+#include "NetworkWidgetVexExtension/Views/InvalidatableContentViewModifierBackport.h"
 #include "NetworkWidgetVexExtension/Views/NetworkAdapterWidgetEntryView.h"
 #include "NetworkWidgetVexExtension/Views/NetworkSourceGridView.h"
 #include "NetworkWidgetVexExtension/Views/NetworkSourceIconView.h"
@@ -17,6 +18,7 @@
 #include "NetworkWidgetVexExtension/Views/WidgetStyle.h"
 #include "Tests/NetworkWidgetVexExtension/CardStates.h"
 #include "Tests/Support/MetricTextMeasurer.h"
+#include "ViewTree/Elements.h"
 #include "ViewTree/TextDump.h"
 
 namespace lanternfold {
@@ -145,9 +147,9 @@ TEST(SourceListItemView, BreaksTheSystemsOwnSentenceIntoLines) {
 
 TEST(SourceListItemView, ShrinksAValueALittleBeforeItIsShortened) {
   const SourceListItem item{"", "192.168.0.1/24", false};  // 84 points wide
-  EXPECT_THAT(dumpOf(SourceListItemView{item, false}.body(environment), {75, 20}),
+  EXPECT_THAT(dumpOf(SourceListItemView{item, false}.body(environment), {65, 20}),
               HasSubstr("\"192.168.0.1/24\"\n"));
-  EXPECT_THAT(dumpOf(SourceListItemView{item, false}.body(environment), {70, 20}),
+  EXPECT_THAT(dumpOf(SourceListItemView{item, false}.body(environment), {62, 20}),
               HasSubstr("\u2026"));
 }
 
@@ -178,7 +180,7 @@ TEST(NetworkSourceListView, ShowsAtMostRowLimitRows) {
 TEST(NetworkSourceListView, IsTopLeadingInAllTheWidthThereIs) {
   const NetworkSourceListView list{topLeading, sampleInterface(), 1};
   EXPECT_THAT(dumpOf(list.body(environment)),
-              HasSubstr("340x14.4 max-width unlimited top-leading"));
+              HasSubstr("340x15 max-width unlimited top-leading"));
   EXPECT_THAT(dumpOf(list.body(environment)), HasSubstr("top spacing 5"));
 }
 
@@ -362,6 +364,36 @@ TEST(RefreshButton, IsWhiteAndPaddedAndFainterWhilePressed) {
             "      symbol 3,3 11x11 arrow.triangle.2.circlepath\n");
   EXPECT_THAT(dumpOf(RefreshButton{}.face(RefreshButton::State::pressed)),
               HasSubstr("#FFFFFFFF at 0.5"));
+}
+
+TEST(RefreshButton, ShowsItsOtherFaceWhilePressed) {
+  const MetricTextMeasurer measurer;
+  LayoutContext context{measurer, ""};
+  const auto dump = [&] {
+    return textDump(layOut(refreshButtonInCorner(environment), {364, 170}, context));
+  };
+  EXPECT_THAT(dump(), HasSubstr("foreground 8,145 17x17 #FFFFFFFF\n"));
+  context.pressedIntent = "AnotherIntent";
+  EXPECT_THAT(dump(), HasSubstr("foreground 8,145 17x17 #FFFFFFFF\n"));
+  context.pressedIntent = "RefreshAppIntent";
+  EXPECT_THAT(dump(), HasSubstr("foreground 8,145 17x17 #FFFFFFFF at 0.5\n"));
+}
+
+TEST(InvalidatableContentViewModifierBackport, MarksItsContentWhereToldAndWherePossible) {
+  const View content = text("a", {{10}});
+  WidgetEnvironment old{strings};
+  old.supportsButtons = false;
+  using Modifier = InvalidatableContentViewModifierBackport;
+  EXPECT_EQ(Modifier{true}.body(content, environment), View(content).invalidatableContent());
+  EXPECT_EQ(Modifier{false}.body(content, environment), content);
+  EXPECT_EQ(Modifier{true}.body(content, old), content);
+}
+
+TEST(NetworkAdapterWidgetEntryView, MarksItsRowsAndNotItsButton) {
+  const LaidOutView card = adapterCard("", placeholderEntry()).laidOut();
+  const std::string dump = textDump(card);
+  EXPECT_EQ(occurrences(dump, "invalidatable-content 0,0 364x170"), 1U);
+  EXPECT_LT(dump.find("invalidatable-content"), dump.find("Ethernet Adapter\"\n"));
 }
 
 TEST(RefreshButton, Stands8PointsFromTheBottomLeadingCorner) {

@@ -84,6 +84,16 @@ TEST(DrawList, PaintsWhatHasASchemeOfItsOwnInThat) {
             "circle 0,0 20x12 #00000080 line 2\n");
 }
 
+TEST(DrawList, PaintsInvalidatedContentFainter) {
+  const MetricTextMeasurer measurer;
+  const LaidOutView laidOut =
+      layOut(image("Logo").invalidatableContent(), {20, 12}, {measurer, ""});
+  DrawContext context{palette, ColourScheme::light, nullptr};
+  EXPECT_EQ(textDump(makeDrawList(laidOut, context)), "image 0,0 20x12 Logo opacity 1\n");
+  context.isContentInvalidated = true;
+  EXPECT_EQ(textDump(makeDrawList(laidOut, context)), "image 0,0 20x12 Logo opacity 0.5\n");
+}
+
 TEST(DrawList, DrawsEveryLineOfAText) {
   EXPECT_EQ(
       dumpOf(

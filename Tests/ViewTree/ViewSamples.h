@@ -48,7 +48,9 @@ inline std::vector<View> viewsOfEveryKind() {
       word().foreground(fixed),
       word().clipped(4),
       word().colourScheme(ColourScheme::dark),
+      word().invalidatableContent(),
       button("RefreshAppIntent", word()),
+      button("RefreshAppIntent", word(), circle(1)),
       link("https://example.net/a?b=%20#c", word()),
       word().layoutPriority(-1),
       word().alignmentGuide(HorizontalAlignment::trailing, 2.5),
@@ -71,7 +73,8 @@ class ViewMaker {
       *words = std::get<TextNode>(anyText().node);
     const bool isModifier = view.children.size() == 1;
     const bool isFixed = std::holds_alternative<BackgroundNode>(view.node) ||
-                         std::holds_alternative<AccessoryRowNode>(view.node);
+                         std::holds_alternative<AccessoryRowNode>(view.node) ||
+                         std::holds_alternative<ButtonNode>(view.node);
     const bool isLeaf = view.children.empty();
     if (depth < 2) return isLeaf ? std::move(view) : anyText();
     if (!isLeaf && !isModifier && !isFixed) view.children.resize(1 + below(4));
