@@ -49,6 +49,10 @@ std::string dumped(const Font& font) {
   return text;
 }
 
+std::string dumpedStrength(const std::optional<double>& strength) {
+  return strength ? " strength " + dumped(*strength) : "";
+}
+
 std::string quoted(const std::string& text) {
   std::string result = "\"";
   for (const char character : text) {

@@ -1,6 +1,7 @@
 // How figures are written in text dumps.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "ViewTree/Colour.h"
@@ -19,6 +20,8 @@ namespace lanternfold {
 [[nodiscard]] std::string dumped(const Colour& colour);
 /// "13 bold tight".
 [[nodiscard]] std::string dumped(const Font& font);
+/// " strength 0.5"; nothing of a symbol that shows none.
+[[nodiscard]] std::string dumpedStrength(const std::optional<double>& strength);
 /// In double quotes; quotes and backslashes within are escaped.
 [[nodiscard]] std::string quoted(const std::string& text);
 

@@ -37,7 +37,7 @@ double shownCharacters(const LaidOutView& view) {
   std::string shown;
   for (const ShownLine& line : view.shownLines) shown += line.text;
   const std::string ellipsis = "\u2026";
-  if (const auto cut = shown.find(ellipsis); cut != std::string::npos) {
+  for (auto cut = shown.find(ellipsis); cut != std::string::npos; cut = shown.find(ellipsis)) {
     shown.erase(cut, ellipsis.size());
   }
   // A space at which a line is broken is not shown, and nobody misses it.

@@ -89,8 +89,8 @@ inline NetworkState longState() {
   adapter.IPv4 = {{"192.168.100.200", "255.255.255.128", "192.168.100.129", "192.168.100.129/25"}};
   state.others = {adapter};
   InternetInfo& internet = state.internet;
-  internet.isp = "Deutsche Glasfaser Wholesale und Telekommunikationsgesellschaft mbH & Co. KG";
-  internet.ip = "212.212.212.212";
+  internet.isp = "Dorfnetz Beispiel Genossenschaft und Telekommunikationsgesellschaft mbH & Co. KG";
+  internet.ip = "203.0.113.212";
   internet.ipv6 = "2001:0db8:85a3:1234:5678:8a2e:0370:7334";
   internet.dns = {"2001:0db8:85a3:1234:5678:8a2e:0370:0053"};
   internet.interface = adapter;

@@ -6,7 +6,7 @@
 #include <cairo/cairo.h>
 #include <pango/pangocairo.h>
 
-#include "Rendering/Painter.h"
+#include "Rendering/RoundedClips.h"
 
 namespace lanternfold {
 namespace {

@@ -66,7 +66,7 @@ TEST_F(TextLinesTest, OfSharedCharactersAreOfTheUsersLanguage) {
   const ChosenTypefaces typefaces(manyFolders());
   for (const std::string language : {"ja", "zh-cn"}) {
     TextLines lines([](std::string_view line) { ADD_FAILURE() << line; }, language);
-    const TextLine& shown = lines.line("\u76F4", {13});
+    const TextLine& shown = lines.line("\u76F4", FontWeight::regular);
     const auto& part = *static_cast<const PangoGlyphItem*>(shown.line()->runs->data);
     EXPECT_EQ(pango_language_to_string(part.item->analysis.language), language);
   }

@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "Tests/ViewTree/ViewSamples.h"
+#include "ViewTree/LayoutPass.h"
 #include "ViewTree/ViewArchive.h"
 
 namespace lanternfold {
@@ -59,6 +60,8 @@ TEST(ViewArchiveFormat, HasTheLimitsThatAreWrittenDown) {
   }
   EXPECT_EQ(mostArchivedNodes, 10'000U);
   EXPECT_THAT(document, testing::HasSubstr("10,000 nodes"));
+  EXPECT_EQ(mostLayoutSteps, 250'000U);
+  EXPECT_THAT(document, testing::HasSubstr("250,000 steps"));
   EXPECT_EQ(mostGridColumns, 16U);
   EXPECT_THAT(document, testing::HasSubstr("1 to 16 |"));
   EXPECT_EQ(mostArchivedLines, 1000U);
