@@ -60,7 +60,7 @@ std::size_t AssetPainter::KeyHash::operator()(const Key& key) const {
 
 void AssetPainter::paint(cairo_t* surface, const DeviceGrid& grid, const DrawSymbol& symbol) {
   const Rect frame = grid.aligned(symbol.frame);
-  const Rect pixels = roundedOut(grid.toPixels(frame));
+  const Rect pixels = grid.alignedPixels(symbol.frame);
   if (!isKept(grid, pixels)) {
     paintLines(surface, bounded(frame, grid), symbol.name, symbol.colour, symbol.strength);
     return;
@@ -81,7 +81,7 @@ void AssetPainter::paint(cairo_t* surface, const DeviceGrid& grid, const DrawSym
 
 void AssetPainter::paint(cairo_t* surface, const DeviceGrid& grid, const DrawImage& image) {
   const Rect frame = grid.aligned(image.frame);
-  const Rect pixels = roundedOut(grid.toPixels(frame));
+  const Rect pixels = grid.alignedPixels(image.frame);
   const Rgba white{1, 1, 1, image.opacity};
   if (!isKept(grid, pixels)) {
     paintLines(surface, bounded(frame, grid), image.name, white, std::nullopt);

@@ -67,12 +67,15 @@ void DeviceGrid::usePixels(cairo_t* surface) const {
 }
 
 Rect DeviceGrid::aligned(const Rect& frame) const {
-  if (!hasPixels_) return frame;
+  return hasPixels_ ? toPoints(alignedPixels(frame)) : frame;
+}
+
+Rect DeviceGrid::alignedPixels(const Rect& frame) const {
   const Rect pixels = toPixels(frame);
   // The size is rounded by itself, so that things of one size stay of one size.
   const auto side = [](double length) { return std::max(1.0, std::round(length)); };
-  return toPoints({{std::round(pixels.left()), std::round(pixels.top())},
-                   {side(pixels.size.width), side(pixels.size.height)}});
+  return {{std::round(pixels.left()), std::round(pixels.top())},
+          {side(pixels.size.width), side(pixels.size.height)}};
 }
 
 Rect intersection(const Rect& one, const Rect& other) {

@@ -25,6 +25,9 @@ class DeviceGrid {
   /// edges stand between pixels; itself where there are none.
   [[nodiscard]] Rect aligned(const Rect& frame) const;
 
+  /// The same in pixels, in whole numbers; asked for only where there are pixels.
+  [[nodiscard]] Rect alignedPixels(const Rect& frame) const;
+
   /// Makes a pixel the unit of the context, and the first one of its target the origin.
   void usePixels(cairo_t* surface) const;
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
-#include <numbers>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -61,10 +60,8 @@ class CommandPainter {
 
   void operator()(const StrokeCircle& command) {
     if (!takesPlaceWhole(command.frame)) return;
-    const Rect frame = grid().aligned(command.frame);
-    const double radius = (std::min(frame.size.width, frame.size.height) - command.lineWidth) / 2;
-    if (!(radius > 0) || !(command.lineWidth > 0)) return;
-    within(frame, [&] { strokeCircle(frame, radius, command); });
+    within(grid().aligned(command.frame),
+           [&] { painter_.circles_.paint(surface_, grid(), command); });
   }
 
   void operator()(const FillRoundedRectangle& command) {
@@ -121,18 +118,6 @@ class CommandPainter {
     if (!takesPlaceWhole(command.frame)) return;
     within(grid().aligned(command.frame),
            [&] { painter_.assets_.paint(surface_, grid(), command); });
-  }
-
-  void strokeCircle(const Rect& frame, double radius, const StrokeCircle& command) {
-    setColour(surface_, command.colour);
-    cairo_set_line_width(surface_, command.lineWidth);
-    cairo_set_line_cap(surface_, CAIRO_LINE_CAP_BUTT);
-    cairo_set_line_join(surface_, CAIRO_LINE_JOIN_MITER);
-    cairo_set_miter_limit(surface_, 10);
-    cairo_new_sub_path(surface_);
-    cairo_arc(surface_, (frame.left() + frame.right()) / 2, (frame.top() + frame.bottom()) / 2,
-              radius, 0, 2 * std::numbers::pi);
-    cairo_stroke(surface_);
   }
 
   /// Paints what covers no more than `area`, within the corners of the clips.

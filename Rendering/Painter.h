@@ -11,6 +11,7 @@
 
 #include "Rendering/AssetPainter.h"
 #include "Rendering/CairoHandles.h"
+#include "Rendering/CirclePainter.h"
 #include "Rendering/Gradients.h"
 #include "Rendering/TextLines.h"
 #include "Rendering/TextPainter.h"
@@ -41,6 +42,7 @@ class Painter {
   TextLines texts_;
   TextPainter textPainter_;
   AssetPainter assets_;
+  CirclePainter circles_;
   Gradients gradients_;
 };
 

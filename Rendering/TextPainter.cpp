@@ -115,11 +115,12 @@ void TextPainter::paint(cairo_t* surface, const DeviceGrid& grid, const TextLine
   const Rect around{{ink.left() - 2, ink.top() - 2}, {ink.size.width + 4, ink.size.height + 4}};
   const Rect area = intersection(roundedOut(around), grid.visiblePixels());
   if (area.size.width < 1 || area.size.height < 1) return;
-  cairo_save(surface);
   setColour(surface, place.colour);
   const bool isPlaced = grid.hasPixels() && ink.size.height <= largestPlacedPixels &&
                         area.size.width * places <= widestImage;
   if (isPlaced) paintCoverage(surface, grid, line, pixels, fontPixels, area);
+  if (isPlaced && !line.hasColouredParts) return;
+  cairo_save(surface);
   const Point start = grid.toPoints({pixels, {}}).origin;
   cairo_translate(surface, start.x, start.y);
   const double layoutScale = place.fontSize / TextLine::layoutFontSize;
@@ -133,13 +134,14 @@ void TextPainter::paintCoverage(cairo_t* surface, const DeviceGrid& grid, const 
                                 Point baseline, double fontPixels, const Rect& area) {
   makeRoom(area.size);
   cairo_t* const wide = context_.get();
+  const double layoutScale = fontPixels / TextLine::layoutFontSize;
   cairo_save(wide);
   cairo_rectangle(wide, 0, 0, area.size.width * places, area.size.height);
   cairo_clip(wide);
-  cairo_scale(wide, places, 1);
-  cairo_translate(wide, baseline.x - area.left(), baseline.y - area.top());
-  const double layoutScale = fontPixels / TextLine::layoutFontSize;
-  cairo_scale(wide, layoutScale, layoutScale);
+  const cairo_matrix_t matrix{
+      layoutScale * places,   0, 0, layoutScale, (baseline.x - area.left()) * places,
+      baseline.y - area.top()};
+  cairo_set_matrix(wide, &matrix);
   showPlainParts(wide, line);
   cairo_restore(wide);
   if (cairo_status(wide) != CAIRO_STATUS_SUCCESS) return;
