@@ -22,7 +22,7 @@ constexpr std::size_t mostCardsWithLargeMeters = 4;
 /// More of them, in two columns, are too low for any.
 constexpr std::size_t mostCardsWithMeters = 6;
 constexpr double columnSpacing = 8;
-constexpr double gridRowSpacing = 8;
+constexpr double gridRowSpacing = 6;
 
 NetworkSourceView sourceView(const NetworkSourceGridView& grid, const AnyNetworkSource& source) {
   if (grid.displayMode == DisplayMode::accessory) {
