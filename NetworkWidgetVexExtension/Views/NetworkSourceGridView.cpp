@@ -22,6 +22,7 @@ constexpr std::size_t mostCardsWithLargeMeters = 4;
 /// More of them, in two columns, are too low for any.
 constexpr std::size_t mostCardsWithMeters = 6;
 constexpr double columnSpacing = 8;
+/// Between rows of two columns; in one column the cards stand as two of them would.
 constexpr double gridRowSpacing = 6;
 
 NetworkSourceView sourceView(const NetworkSourceGridView& grid, const AnyNetworkSource& source) {
@@ -99,7 +100,7 @@ View NetworkSourceGridView::body(const WidgetEnvironment& outer) const {
   for (View& card : cards) card = std::move(card).frame(atLeastAsHighAs(leastHeight));
   return wholeGrid({.columns = displayMode == DisplayMode::large ? 1U : 2U,
                     .columnSpacing = columnSpacing,
-                    .rowSpacing = gridRowSpacing,
+                    .rowSpacing = displayMode == DisplayMode::large ? spacing : gridRowSpacing,
                     .alignment = topLeading},
                    std::move(cards));
 }
