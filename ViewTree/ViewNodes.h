@@ -114,8 +114,7 @@ struct WholeRowsNode {
 
 /// Cells in rows of `columns` each, from the leading end and from the top; those of a last row that
 /// is not full share its width. None of the rows is cut. How they share the room, and which of them
-/// are shown, says `wholeRowHeights`
-/// (ViewTree/LayoutArithmetic.h).
+/// are shown, says `wholeRowHeights` (ViewTree/LayoutArithmetic.h).
 struct WholeGridNode {
   std::size_t columns = 1;  ///< at least one
   double columnSpacing = 0;

@@ -19,7 +19,7 @@ using DisplayMode = NetworkSourceGridView::DisplayMode;
 constexpr std::size_t mostCards = 24;
 /// More of them are too low for meters of the usual size.
 constexpr std::size_t mostCardsWithLargeMeters = 4;
-/// More of them, in two columns, are too low for any.
+/// More of them, in two columns, are too low for any; the rows go first then.
 constexpr std::size_t mostCardsWithMeters = 6;
 constexpr double columnSpacing = 8;
 /// Between rows of two columns; in one column the cards stand as two of them would.
@@ -54,7 +54,10 @@ double leastCardHeight(const NetworkSourceGridView& grid, const WidgetEnvironmen
   const double row = NetworkWidgetDefaultStyle(environment).rowHeight();
   if (grid.displayMode == DisplayMode::accessory) return row;
   const double rows = 2 * row + environment.rowSpacings.back();
-  return grid.hideBytesMeters ? rows : std::max(rows, bytesMeterSide(environment.bytesMeterSize));
+  const bool hasRoomForMeters =
+      grid.displayMode == DisplayMode::large || grid.sources.size() <= mostCardsWithMeters;
+  if (grid.hideBytesMeters || !hasRoomForMeters) return rows;
+  return std::max(rows, bytesMeterSide(environment.bytesMeterSize));
 }
 
 FrameNode atLeastAsHighAs(double height) {
@@ -84,10 +87,6 @@ std::optional<DisplayMode> NetworkSourceGridView::displayModeOf(int rawValue) {
 
 View NetworkSourceGridView::body(const WidgetEnvironment& outer) const {
   if (sources.empty()) return noSource(outer);
-  if (displayMode != DisplayMode::large && sources.size() > mostCardsWithMeters &&
-      !hideBytesMeters) {
-    return NetworkSourceGridView{sources, displayMode, true}.body(outer);
-  }
   const WidgetEnvironment environment = sharedBy(sources.size(), displayMode, outer);
   std::vector<View> cards;
   for (const AnyNetworkSource& source : sources | std::views::take(mostCards)) {

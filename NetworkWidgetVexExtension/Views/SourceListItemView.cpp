@@ -20,18 +20,24 @@ constexpr double scaleBesideALabel = 0.85;
 /// Of a long name in a narrow card so many characters are shown at each of its ends.
 constexpr std::size_t shownAtEachEnd = 4;
 
+/// A first row that must have its label is that of a source with a name: the label is the
+/// interface's, the value that of what it is or belongs to.
+bool tellsNames(const SourceListItemView& row) { return row.isFirstItem && row.item.labelRequired; }
+
 /// Interfaces that are called after their place or their hardware address have long names, which
 /// would leave no room for the network's.
-bool isLongInterfaceName(std::string_view label) {
+bool isLongInterfaceName(const SourceListItemView& row) {
+  const std::string& label = row.item.label;
   const auto isGraph = [](char character) { return character > ' ' && character < 0x7F; };
-  return label.size() > 2 * shownAtEachEnd + 2 && std::ranges::all_of(label, isGraph);
+  return tellsNames(row) && label.size() > 2 * shownAtEachEnd + 2 &&
+         std::ranges::all_of(label, isGraph);
 }
 
-View labelOf(const SourceListItem& item, const WidgetEnvironment& environment) {
-  if (!environment.hasNarrowCards || !isLongInterfaceName(item.label)) {
-    return SimpleLabelView{item.label}.body();
+View labelOf(const SourceListItemView& row, const WidgetEnvironment& environment) {
+  const std::string& name = row.item.label;
+  if (!environment.hasNarrowCards || !isLongInterfaceName(row)) {
+    return SimpleLabelView{name}.body();
   }
-  const std::string& name = item.label;
   return SimpleLabelView{name.substr(0, shownAtEachEnd) + "\u2026" +
                          name.substr(name.size() - shownAtEachEnd)}
       .body()
@@ -41,7 +47,8 @@ View labelOf(const SourceListItem& item, const WidgetEnvironment& environment) {
 TextStyle valueStyle(const SourceListItemView& row, const WidgetEnvironment& environment) {
   const NetworkWidgetDefaultStyle style(environment);
   TextStyle value{row.isFirstItem ? style.firstValueFont : style.valueFont,
-                  truncationOf(row.item.value), smallestValueScale};
+                  tellsNames(row) ? Truncation::tail : truncationOf(row.item.value),
+                  smallestValueScale};
   if (row.item.value == withheldNameText(environment.strings)) value.lineLimit = linesOfASentence;
   return value;
 }
@@ -78,7 +85,7 @@ View SourceListItemView::content(const TextStyle& style,
                                  const WidgetEnvironment& environment) const {
   View value = text(item.value, style);
   if (item.label.empty()) return value;
-  const View label = labelOf(item, environment).layoutPriority(1);
+  const View label = labelOf(*this, environment).layoutPriority(1);
   if (item.value.empty()) return label;
   if (item.labelRequired) return beside(label, std::move(value));
   TextStyle smaller = style;

@@ -127,6 +127,8 @@ inline std::vector<SampleState> sampleStates() {
           {"withheld", withheldState(), wlan},
           {"not_connected", notConnectedState(), wlan},
           {"cellular", cellularState(), cellular},
+          {"no_wifi_four_adapters", noWifiFourAdaptersState(), wlan.unionWith(other)},
+          {"three_adapters", adaptersState(3), other},
           {"five_adapters", adaptersState(5), other},
           {"twelve_adapters", adaptersState(12), other},
           {"long", longState(), internet.unionWith(wlan).unionWith(other)}};
@@ -141,11 +143,18 @@ inline std::vector<CardState> stateWidgetCards() {
         if (state.differing.isDisjoint(widget.categories)) continue;
         cards.push_back(stateCard(widget, family, prefix + state.name, stateEntry(state.network)));
       }
-      cards.push_back(
-          stateCard(widget, family, prefix + "timestamp", stateEntry(placeholderState(), true)));
-      cards.push_back(
-          stateCard(widget, family, prefix + "right_to_left", stateEntry(placeholderState())));
-      cards.back().direction = LayoutDirection::rightToLeft;
+      const NetworkStateEntry withTimestamp = stateEntry(placeholderState(), true);
+      cards.push_back(stateCard(widget, family, prefix + "timestamp", withTimestamp));
+      const auto addMirrored = [&](const char* state, NetworkStateEntry entry) {
+        cards.push_back(stateCard(widget, family, prefix + state, std::move(entry)));
+        cards.back().direction = LayoutDirection::rightToLeft;
+      };
+      addMirrored("right_to_left", stateEntry(placeholderState()));
+      addMirrored("right_to_left_long", stateEntry(longState()));
+      if (widget.categories.contains(NetworkSourceCategory::wlan())) {
+        addMirrored("right_to_left_withheld", stateEntry(withheldState()));
+      }
+      addMirrored("right_to_left_timestamp", withTimestamp);
     }
   }
   return cards;

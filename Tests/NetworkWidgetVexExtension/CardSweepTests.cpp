@@ -25,8 +25,9 @@ bool isInside(const Rect& inner, const Rect& outer) {
 /// meant to leave its place.
 std::string firstStray(const LaidOutView& view) {
   for (const LaidOutView& child : view.children) {
-    if (std::holds_alternative<OffsetNode>(child.node)) continue;
-    if (!isInside(child.frame, view.frame)) return textDump(view);
+    const bool isMoved = std::holds_alternative<OffsetNode>(view.node) ||
+                         std::holds_alternative<OffsetNode>(child.node);
+    if (!isMoved && !isInside(child.frame, view.frame)) return textDump(view);
     if (std::string stray = firstStray(child); !stray.empty()) return stray;
   }
   return "";
@@ -55,10 +56,11 @@ void addShown(const LaidOutView& view, std::map<std::string, double>& shown) {
   for (const LaidOutView& child : view.children) addShown(child, shown);
 }
 
-/// The frames of the lines of text, and of the symbols, that are shown. Tight lines are left out:
-/// they stack closer than their frames.
+/// The frames of the lines of text, of the symbols and of the meters that are shown. Tight lines,
+/// which stand in the meters, are left out.
 void addInk(const LaidOutView& view, std::vector<std::pair<std::string, Rect>>& ink) {
   if (std::holds_alternative<SymbolNode>(view.node)) ink.emplace_back("a symbol", view.frame);
+  if (std::holds_alternative<CircleNode>(view.node)) ink.emplace_back("a meter", view.frame);
   if (view.shownFont.leading == FontLeading::standard) {
     for (const ShownLine& line : view.shownLines) {
       if (!line.text.empty()) ink.emplace_back(line.text, line.frame);

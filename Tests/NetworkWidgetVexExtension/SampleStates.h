@@ -67,6 +67,12 @@ inline NetworkState adaptersState(int count) {
   return state;
 }
 
+inline NetworkState noWifiFourAdaptersState() {
+  NetworkState state = adaptersState(4);
+  state.wlan.reset();
+  return state;
+}
+
 /// Two cards, the second of which carries data.
 inline NetworkState cellularState() {
   NetworkState state = placeholderState();

@@ -9,6 +9,7 @@
 #include "NetworkWidgetVexExtension/Views/NetworkSourceIconView.h"
 #include "NetworkWidgetVexExtension/Views/NetworkSourceListView.h"
 #include "NetworkWidgetVexExtension/Views/NetworkSourceView.h"
+#include "NetworkWidgetVexExtension/Views/NetworkWidget.h"
 #include "NetworkWidgetVexExtension/Views/SimpleLabelView.h"
 #include "NetworkWidgetVexExtension/Views/SourceListItemView.h"
 #include "NetworkWidgetVexExtension/Views/WidgetStyle.h"
@@ -117,6 +118,15 @@ TEST(SourceListItemView, ShortensAddressesInTheMiddleAndNamesAtTheEnd) {
   }
 }
 
+// A network may have a name that looks like an address.
+TEST(SourceListItemView, ShortensANameAtItsEndWhateverItLooksLike) {
+  const SourceListItem item{"en0", "dead:beef:dead:beef", true};
+  EXPECT_THAT(dumpOf(SourceListItemView{item, true}.body(environment), {80, 20}),
+              HasSubstr("dead:be"));
+  EXPECT_THAT(dumpOf(SourceListItemView{item, true}.body(environment), {80, 20}),
+              Not(HasSubstr(" middle ")));
+}
+
 TEST(SourceListItemView, BreaksTheSystemsOwnSentenceIntoLines) {
   const SourceListItem item{"SSID", withheldNameText(strings), false};
   const std::string dump = dumpOf(SourceListItemView{item, true}.body(environment), {140, 100});
@@ -144,6 +154,10 @@ TEST(SourceListItemView, ShortensALongNameOfAnInterfaceInANarrowCard) {
   EXPECT_THAT(dump("wlx0123456789ab", narrow), HasSubstr("-- \"wlx0123456789ab, Home\""));
   EXPECT_THAT(dump("enp0s31f6u", narrow), HasSubstr("\"enp0s31f6u\"\n"));
   EXPECT_THAT(dump("Carrier 2, data", narrow), HasSubstr("\"Carrier 2, data\"\n"));
+  // The Italian label of a row that tells no name was once taken for an interface's.
+  const SourceListItem connection{"Connessione", "Ethernet", false};
+  EXPECT_THAT(dumpOf(SourceListItemView{connection, false}.body(narrow)),
+              HasSubstr("\"Connessione\"\n"));
 }
 
 TEST(NetworkSourceListView, ShowsAtMostRowLimitRows) {
@@ -170,13 +184,29 @@ TEST(NetworkSourceView, SaysTheSourcesNameAsItsTitle) {
   EXPECT_EQ(accessibleDescription(view, ""), "Virtio network device");
 }
 
+/// The frame of the first node of `Kind` below `view`.
+template <typename Kind>
+Rect frameOfFirst(const LaidOutView& view) {
+  if (std::holds_alternative<Kind>(view.node)) return view.frame;
+  for (const LaidOutView& child : view.children) {
+    const Rect found = frameOfFirst<Kind>(child);
+    if (found.size.width > 0) return found;
+  }
+  return {};
+}
+
 TEST(NetworkSourceView, ArrangesIconAndRowsByDirection) {
-  const auto dump = [](NetworkSourceView::Direction direction) {
-    return dumpOf(NetworkSourceView{direction, sampleInterface(), 1, false}.body(environment));
+  const MetricTextMeasurer measurer;
+  const auto laidOut = [&](NetworkSourceView::Direction direction) {
+    const NetworkSourceView view{direction, sampleInterface(), 1, false};
+    return layOut(view.body(environment), {340, 138}, {measurer, ""});
   };
-  EXPECT_THAT(dump(NetworkSourceView::Direction::horizontal), HasSubstr("hstack"));
-  EXPECT_THAT(dump(NetworkSourceView::Direction::horizontal), HasSubstr("centre spacing 5"));
-  EXPECT_THAT(dump(NetworkSourceView::Direction::vertical), HasSubstr("leading spacing 5"));
+  const LaidOutView beside = laidOut(NetworkSourceView::Direction::horizontal);
+  EXPECT_EQ(frameOfFirst<TextNode>(beside).left(), frameOfFirst<SymbolNode>(beside).right() + 5 + 2)
+      << "and the label's padding";
+  const LaidOutView below = laidOut(NetworkSourceView::Direction::vertical);
+  EXPECT_GE(frameOfFirst<TextNode>(below).top(), frameOfFirst<SymbolNode>(below).bottom() + 5);
+  EXPECT_EQ(frameOfFirst<TextNode>(below).left(), frameOfFirst<SymbolNode>(below).left() + 2);
 }
 
 TEST(NetworkSourceView, ShowsMetersOnlyWhereWanted) {
@@ -230,14 +260,45 @@ TEST(NetworkSourceGridView, SpacesTwoSourcesBy10InLargeWidgetsAndBy5Elsewhere) {
 TEST(NetworkSourceGridView, GivesEachModeItsRowsAndMeters) {
   using Mode = NetworkSourceGridView::DisplayMode;
   WlanInterface wlan = *placeholderEntry().networkState.wlan;
-  const auto rows = [&](Mode mode, std::size_t sources) {
+  const auto shown = [&](Mode mode, std::size_t sources, const char* what) {
     NetworkSourceGridView grid{std::vector<AnyNetworkSource>(sources, wlan), mode};
-    return occurrences(dumpOf(grid.body(environment), {360, 1000}), "rounded-rectangle") / sources;
+    return occurrences(dumpOf(grid.body(environment), {360, 1000}), what) / sources;
+  };
+  const auto rows = [&](Mode mode, std::size_t sources) {
+    return shown(mode, sources, "rounded-rectangle");
   };
   EXPECT_EQ(rows(Mode::accessory, 1), 1U);
   EXPECT_EQ(rows(Mode::small, 1), 8U);
   EXPECT_EQ(rows(Mode::small, 2), 4U);
+  EXPECT_EQ(rows(Mode::large, 1), 8U);
   EXPECT_EQ(rows(Mode::large, 2), 8U);
+  EXPECT_EQ(shown(Mode::accessory, 1, " circle "), 0U);
+  EXPECT_EQ(shown(Mode::small, 2, " circle "), 2U);
+  EXPECT_EQ(shown(Mode::large, 2, " circle "), 2U);
+}
+
+TEST(NetworkSourceGridView, HasTwoColumnsForThreeSourcesAndOneInLargeWidgets) {
+  using Mode = NetworkSourceGridView::DisplayMode;
+  const auto columns = [](Mode mode) {
+    const std::vector<AnyNetworkSource> sources(3, sampleInterface());
+    return dumpOf(NetworkSourceGridView{sources, mode}.body(environment), {340, 340});
+  };
+  EXPECT_THAT(columns(Mode::small), HasSubstr("columns 2 spacing 8 6"));
+  EXPECT_THAT(columns(Mode::large), HasSubstr("columns 1 spacing 8 10"));
+}
+
+// A machine with forty bridges once had a view too large for a host.
+TEST(NetworkSourceGridView, HoldsNoMoreSourcesThanAnyWidgetHasRoomFor) {
+  const std::vector<AnyNetworkSource> sources(100, sampleInterface());
+  const View grid = NetworkSourceGridView{sources}.body(environment);
+  EXPECT_EQ(grid.children.size(), 24U);
+}
+
+TEST(NetworkSourceGridView, IsOfTheModeOfTheFamily) {
+  using Mode = NetworkSourceGridView::DisplayMode;
+  EXPECT_EQ(displayModeOf(WidgetFamily::small), Mode::small);
+  EXPECT_EQ(displayModeOf(WidgetFamily::medium), Mode::small);
+  EXPECT_EQ(displayModeOf(WidgetFamily::large), Mode::large);
 }
 
 TEST(NetworkSourceGridView, HidesMetersWhenTold) {

@@ -142,10 +142,10 @@ TEST(RelativeDateText, UnknownZoneIsUtc) {
 }
 
 TEST(RelativeDateText, UnknownLocaleIsEnglish) {
-  for (const std::string& locale : {std::string("tlh"), std::string("xx_YY")}) {
-    EXPECT_NE(today(locale), "") << locale;
+  for (const std::string& locale :
+       {std::string("tlh"), std::string("xx_YY"), std::string(5000, 'x')}) {
+    EXPECT_THAT(today(locale), testing::HasSubstr("oday, ")) << locale.substr(0, 8);
   }
-  EXPECT_NE(today(std::string(5000, 'x')), "");
 }
 
 TEST(RelativeDateText, MachinesOwnZoneWhenNoneIsNamed) {
