@@ -43,13 +43,18 @@ struct Describer {
   void operator()(const TextNode& node) {
     kind = "text";
     if (node.truncation == Truncation::middle) figures += " middle";
+    if (node.minimumScale != 1) figures += " down-to " + dumped(node.minimumScale);
     if (node.lineLimit != 1) figures += " lines " + std::to_string(node.lineLimit);
     if (node.alignment != HorizontalAlignment::leading) figures += ' ' + name(node.alignment);
   }
-  void operator()(const DrawingTimeNode&) { kind = "drawing-time"; }
+  void operator()(const DrawingTimeNode& node) {
+    kind = "drawing-time";
+    figures = " of " + quoted(node.format);
+  }
   void operator()(const SymbolNode& node) {
     kind = "symbol";
     figures = ' ' + node.name + dumpedStrength(node.strength);
+    if (node.pointSize) figures += " size " + dumped(*node.pointSize);
   }
   void operator()(const ImageNode& node) {
     kind = "image";
@@ -80,8 +85,16 @@ struct Describer {
     kind = "zstack";
     figures = ' ' + name(node.alignment);
   }
-  void operator()(const FirstThatFitsNode&) { kind = "first-that-fits"; }
-  void operator()(const WholeRowsNode&) { kind = "whole-rows"; }
+  void operator()(const FirstThatFitsNode& node) {
+    kind = "first-that-fits";
+    if (node.axes == FitAxes::horizontal) figures = " across";
+    if (node.axes == FitAxes::vertical) figures = " down";
+  }
+  void operator()(const WholeRowsNode& node) {
+    kind = "whole-rows";
+    figures = ' ' + name(node.alignment) + " spacing";
+    for (const double spacing : node.spacings) figures += ' ' + dumped(spacing);
+  }
   void operator()(const WholeGridNode& node) {
     kind = "whole-grid";
     figures = " columns " + std::to_string(node.columns) + " spacing " +

@@ -316,9 +316,9 @@ TEST(BytesCircularMeter, Is36PointsSquareWithSmallTextsWhenSmall) {
             "    circle 0,0 36x36 line 2\n"
             "    padding 6.4,0 23.2x36 5 5 5 5 -- \"\u2193, 10, MB\"\n"
             "      vstack 11.4,5 13.2x26 centre spacing -1.5 -- \"\u2193, 10, MB\"\n"
-            "        text 15.8,5 4.5x9 9 tight \"\u2193\"\n"
-            "        text 11.4,12.5 13.2x11 11 bold tight \"10\"\n"
-            "        text 13.5,22 9x9 9 tight \"MB\"\n");
+            "        text 15.8,5 4.5x9 down-to 0.6 9 tight \"\u2193\"\n"
+            "        text 11.4,12.5 13.2x11 down-to 0.6 11 bold tight \"10\"\n"
+            "        text 13.5,22 9x9 down-to 0.6 9 tight \"MB\"\n");
 }
 
 TEST(BytesCircularMeter, Is42PointsSquareWithLargerTextsElsewhere) {

@@ -48,7 +48,7 @@ TEST(RefreshButton, IsWhiteAndPaddedAndFainterWhilePressed) {
             "  background 0,0 17x17 centre-centre\n"
             "    rounded-rectangle 0,0 17x17 radius 5 fill #FFFFFFFF at 0.1\n"
             "    padding 0,0 17x17 3 3 3 3\n"
-            "      symbol 3,3 11x11 arrow.triangle.2.circlepath\n");
+            "      symbol 3,3 11x11 arrow.triangle.2.circlepath size 11\n");
   EXPECT_THAT(dumpOf(RefreshButton{}.face(RefreshButton::State::pressed)),
               HasSubstr("#FFFFFFFF at 0.5"));
 }

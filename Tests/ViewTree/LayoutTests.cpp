@@ -137,8 +137,9 @@ TEST(Layout, OfASymbolWithoutAPointSizeFillsWhatItsFrameLeavesFree) {
 
 TEST(Layout, ShrinksATextBeforeItShortensIt) {
   const View shrinking = text("abcdefgh", {{10}, Truncation::tail, 0.5});
-  EXPECT_EQ(dumpOf(shrinking, {30, 12}), "text 0.2,0 29.7x12 7.4 \"abcdefgh\"\n");
-  EXPECT_EQ(dumpOf(shrinking, {15, 12}), "text 0,0 15x12 5 \"abcde\u2026\" -- \"abcdefgh\"\n");
+  EXPECT_EQ(dumpOf(shrinking, {30, 12}), "text 0.2,0 29.7x12 down-to 0.5 7.4 \"abcdefgh\"\n");
+  EXPECT_EQ(dumpOf(shrinking, {15, 12}),
+            "text 0,0 15x12 down-to 0.5 5 \"abcde\u2026\" -- \"abcdefgh\"\n");
 }
 
 View paragraph(std::string_view content, std::size_t lineLimit) {
@@ -167,7 +168,8 @@ TEST(Layout, ShowsNoMoreLinesThanHaveRoom) {
 
 TEST(Layout, DoesNotShrinkATextThatMayWrap) {
   const View shrinking = text("abcd efgh", {{10}, Truncation::tail, 0.5, 2});
-  EXPECT_EQ(dumpOf(shrinking, {20, 24}), "text 0,0 20x24 lines 2 10 \"abcd\" / \"efgh\"\n");
+  EXPECT_EQ(dumpOf(shrinking, {20, 24}),
+            "text 0,0 20x24 down-to 0.5 lines 2 10 \"abcd\" / \"efgh\"\n");
 }
 
 std::string mirroredDumpOf(const View& view, Size size) {
@@ -183,7 +185,7 @@ TEST(Layout, FromRightToLeftIsMirrored) {
             "frame 0,0 60x12 max-width unlimited max-height unlimited top-leading -- \"ab\"\n"
             "  padding 24,0 36x12 0 10 0 0 -- \"ab\"\n"
             "    hstack 24,0 26x12 top spacing 4 -- \"ab\"\n"
-            "      symbol 38,0 12x12 globe\n"
+            "      symbol 38,0 12x12 globe size 12\n"
             "      text 24,0 10x12 10 \"ab\"\n");
 }
 
@@ -204,7 +206,7 @@ TEST(Layout, FromRightToLeftPutsShorterLinesOfATextAtTheRight) {
 
 TEST(Layout, FillsTheTimeOfDrawingIn) {
   EXPECT_EQ(dumpOf(drawingTime("at %@", {10}), {40, 12}),
-            "drawing-time 0,0 40x12 10 \"at 10:30\"\n");
+            "drawing-time 0,0 40x12 of \"at %@\" 10 \"at 10:30\"\n");
 }
 
 TEST(Layout, OfEmptyStacksAndViewsTakesNoRoom) {

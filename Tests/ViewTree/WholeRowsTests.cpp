@@ -31,7 +31,7 @@ std::string dumpOf(const View& view, Size size) { return textDump(laidOut(view, 
 
 TEST(WholeRows, StandBelowEachOtherWithTheWidestSpacing) {
   EXPECT_EQ(dumpOf(threeRows(), {25, 54}),
-            "whole-rows 0,0 25x54 -- \"one, two, three\"\n"
+            "whole-rows 0,0 25x54 leading spacing 9 4 1 -- \"one, two, three\"\n"
             "  vstack 0,0 25x54 leading spacing 9 -- \"one, two, three\"\n"
             "    text 0,0 15x12 10 \"one\"\n"
             "    text 0,21 15x12 10 \"two\"\n"
@@ -56,7 +56,7 @@ TEST(WholeRows, StandCloserBeforeOneIsLeftOut) {
 
 TEST(WholeRows, LoseTheLastOnesThatHaveNoRoom) {
   EXPECT_EQ(dumpOf(threeRows(), {25, 37}),
-            "whole-rows 5,6 15x25 -- \"one, two, three\"\n"
+            "whole-rows 5,6 15x25 leading spacing 9 4 1 -- \"one, two, three\"\n"
             "  vstack 5,6 15x25 leading spacing 1 -- \"one, two\"\n"
             "    text 5,6 15x12 10 \"one\"\n"
             "    text 5,19 15x12 10 \"two\"\n");
@@ -64,14 +64,14 @@ TEST(WholeRows, LoseTheLastOnesThatHaveNoRoom) {
 
 TEST(WholeRows, AlwaysShowTheFirst) {
   EXPECT_EQ(dumpOf(threeRows(), {25, 3}),
-            "whole-rows 5,-4.5 15x12 -- \"one, two, three\"\n"
+            "whole-rows 5,-4.5 15x12 leading spacing 9 4 1 -- \"one, two, three\"\n"
             "  vstack 5,-4.5 15x12 leading spacing 1 -- \"one\"\n"
             "    text 5,-4.5 15x12 10 \"one\"\n");
 }
 
 TEST(WholeRows, OfNoneTakeNoRoom) {
   EXPECT_EQ(dumpOf(wholeRows(HorizontalAlignment::leading, {9}, {}), {10, 10}),
-            "whole-rows 5,5 0x0\n");
+            "whole-rows 5,5 0x0 leading spacing 9\n");
 }
 
 TEST(WholeRows, AreAllThereWhereTheHeightIsFree) {
