@@ -27,9 +27,11 @@ std::optional<double> signalStrengthOf(const AnyNetworkSource& source) {
 }
 
 /// Counters that nobody has read are zero like the rest of their record, the size of a packet
-/// included.
+/// included. Those of the internet are a sum that has no such size: they are there once it was
+/// resolved.
 bool hasMetrics(const AnyNetworkSource& source) {
-  return metricsOf(source) != ConnectionMetrics::empty();
+  if (metricsOf(source) != ConnectionMetrics::empty()) return true;
+  return std::holds_alternative<InternetInfo>(source) && activeOf(source);
 }
 
 View oneAboveTheOther(View icon, View rows) {

@@ -231,6 +231,18 @@ TEST(NetworkSourceView, ShowsNoMetersOfCountersThatNobodyHasRead) {
   EXPECT_EQ(circles(), 0U);
 }
 
+TEST(NetworkSourceView, ShowsMetersOfAnInternetThatHasPassedNothingYet) {
+  InternetInfo internet = placeholderState().internet;
+  internet.metrics = ConnectionMetrics::empty();
+  const auto circles = [&] {
+    const NetworkSourceView view{NetworkSourceView::Direction::horizontal, internet, 8, true};
+    return occurrences(dumpOf(view.body(environment)), "circle ");
+  };
+  EXPECT_EQ(circles(), 2U);
+  internet.active = false;
+  EXPECT_EQ(circles(), 0U) << "nothing is known yet";
+}
+
 TEST(NetworkSourceGridView, HasItsModesByRawValue) {
   using Mode = NetworkSourceGridView::DisplayMode;
   EXPECT_EQ(NetworkSourceGridView::displayModeOf(0), Mode::accessory);
