@@ -93,9 +93,12 @@ std::expected<void, CommandFailure> runGallery(const PictureChoice& choice,
                      .view = shownView((*answers)[index])});
   }
   const GallerySheet sheet = makeGallerySheet(cards, machine.mainBundleStrings);
-  return writePicture(
-      sheet.view, {.sizePoints = sheet.sizePoints, .scale = choice.scale, .format = choice.format},
-      choice.output, machine, console);
+  return writePicture(sheet.view,
+                      {.sizePoints = sheet.sizePoints,
+                       .scale = choice.scale,
+                       .format = choice.format,
+                       .title = gallerySheetTitle},
+                      choice.output, machine, console);
 }
 
 }  // namespace lanternfold

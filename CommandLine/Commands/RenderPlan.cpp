@@ -31,7 +31,8 @@ std::expected<RenderPlan, CommandFailure> planRender(const RenderOptions& option
                                 .cornerRadiusPoints = widgetCornerRadius,
                                 .scheme = *scheme,
                                 .scale = picture->scale,
-                                .format = picture->format},
+                                .format = picture->format,
+                                .title = options.widget.kind},
                     .output = picture->output};
 }
 

@@ -12,7 +12,6 @@ namespace {
 
 using Measures = GalleryMeasures;
 
-constexpr const char* productName = "Lanternfold Widgets";
 constexpr Font headingFont{.size = 30, .weight = FontWeight::bold};
 constexpr Font productFont{.size = 14};
 constexpr Font nameFont{.size = 12, .weight = FontWeight::bold};
@@ -103,9 +102,10 @@ View placed(View content, double leading, double top) {
 View heading(const GalleryColours& colours, const StringTable& strings) {
   const bool isLight = colours.scheme == ColourScheme::light;
   const std::string name = isLight ? strings.localized("Light") : strings.localized("Dark");
-  return splitLine(text(name, {.font = headingFont}).foreground({colours.text}),
-                   text(productName, {.font = productFont}).foreground({colours.secondaryText}),
-                   gridWidth, headingFont.size * 1.25);
+  return splitLine(
+      text(name, {.font = headingFont}).foreground({colours.text}),
+      text(gallerySheetTitle, {.font = productFont}).foreground({colours.secondaryText}), gridWidth,
+      headingFont.size * 1.25);
 }
 
 View half(const std::vector<GalleryCard>& cards, const CardGrid& grid, double height,

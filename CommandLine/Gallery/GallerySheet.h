@@ -14,6 +14,9 @@
 
 namespace lanternfold {
 
+/// What the sheet is called.
+inline constexpr const char* gallerySheetTitle = "Lanternfold Widgets";
+
 /// A widget in one of its families, the same view for both schemes.
 struct GalleryCard {
   std::string displayName;

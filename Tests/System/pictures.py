@@ -47,6 +47,13 @@ def pdf_places(path):
     return sorted((word, *map(float, box)) for *box, word in words)
 
 
+def pdf_title(path):
+    """What a reader of the file calls it."""
+    done = subprocess.run(["pdfinfo", str(path)], capture_output=True, timeout=60, check=True)
+    lines = [line for line in done.stdout.decode().splitlines() if line.startswith("Title:")]
+    return lines[0].removeprefix("Title:").strip() if lines else None
+
+
 def pdf_words(path):
     """The words of the only page, in the order in which they stand."""
     assert path.read_bytes().startswith(b"%PDF-")

@@ -7,7 +7,7 @@ from pathlib import Path
 
 from extension_test import ADAPTER, BANDWIDTH, FAMILIES
 from namespaces import NamespaceTest, ip
-from pictures import pdf_places, pdf_words, png_size, svg_size
+from pictures import pdf_places, pdf_title, pdf_words, png_size, svg_size
 from program import run
 
 WIDTH_POINTS, HEIGHT_POINTS = 364, 170
@@ -80,6 +80,7 @@ class FormatTest(RenderTest):
         width, height = svg_size(self.draw("card.svg", "--scale", "1").read_bytes())
         self.assertEqual((WIDTH_POINTS, HEIGHT_POINTS), (width, height))
         self.assertIn("eth1", self.words())
+        self.assertEqual("NetworkAdapterWidget", pdf_title(self.draw("card.pdf")))
 
     def test_the_dark_scheme_differs_and_says_the_same(self):
         self.make_two_adapters()
