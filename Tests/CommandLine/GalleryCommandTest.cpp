@@ -9,6 +9,7 @@
 #include "CommandLine/Commands/GalleryCommand.h"
 #include "CommandLine/Program.h"
 #include "Tests/CommandLine/WifiScenes.h"
+#include "Tests/Support/PngSize.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 namespace lanternfold {
@@ -72,18 +73,6 @@ class GalleryCommandTest : public testing::Test {
   MachineOptions options_;
 };
 
-/// The width and height in the header of a PNG file.
-std::pair<int, int> sizeOf(const std::string& png) {
-  const auto word = [&png](std::size_t position) {
-    int value = 0;
-    for (const char byte : png.substr(position, 4)) {
-      value = value * 256 + static_cast<unsigned char>(byte);
-    }
-    return value;
-  };
-  return {word(16), word(20)};
-}
-
 TEST_F(GalleryCommandTest, DrawsSamplesIntoAPngOfTheCurrentFolderByDefault) {
   const PictureOptions options = defaultGalleryOptions();
   EXPECT_EQ(options.output, "lanternfold-gallery.png");
@@ -95,10 +84,10 @@ TEST_F(GalleryCommandTest, DrawsSamplesIntoAPngOfTheCurrentFolderByDefault) {
 }
 
 TEST_F(GalleryCommandTest, WritesAPngAtTheScaleGivenAndSaysWhere) {
-  EXPECT_EQ(sizeOf(drawn("sheet.png", {"--scale", "1"})), std::pair(1760, 1006));
+  EXPECT_EQ(pngSize(drawn("sheet.png", {"--scale", "1"})), std::pair(1760, 1006));
   EXPECT_EQ(output_.str(), "Wrote " + (folder_ / "sheet.png").string() + "\n");
   EXPECT_EQ(errors_.str(), "") << "every asset was found";
-  EXPECT_EQ(sizeOf(drawn("sheet.png", {"--scale", "0.5"})), std::pair(880, 503));
+  EXPECT_EQ(pngSize(drawn("sheet.png", {"--scale", "0.5"})), std::pair(880, 503));
 }
 
 TEST_F(GalleryCommandTest, WritesSvgAndPdf) {

@@ -7,6 +7,7 @@
 
 #include "CommandLine/Commands/RenderCommand.h"
 #include "Tests/CommandLine/WifiScenes.h"
+#include "Tests/Support/PngSize.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 namespace lanternfold {
@@ -51,23 +52,11 @@ class RenderWifiTest : public testing::Test {
   std::ostringstream errors_;
 };
 
-/// The width and height in the header of a PNG file.
-std::pair<int, int> sizeOf(const std::string& png) {
-  const auto word = [&png](std::size_t position) {
-    int value = 0;
-    for (const char byte : png.substr(position, 4)) {
-      value = value * 256 + static_cast<unsigned char>(byte);
-    }
-    return value;
-  };
-  return {word(16), word(20)};
-}
-
 TEST_F(RenderWifiTest, ComesSmallAndMediumAndMediumByDefault) {
-  EXPECT_EQ(sizeOf(rendered(options("card.png"))), std::pair(728, 340));
+  EXPECT_EQ(pngSize(rendered(options("card.png"))), std::pair(728, 340));
   auto small = options("small.png");
   small.widget.family = "small";
-  EXPECT_EQ(sizeOf(rendered(small)), std::pair(340, 340));
+  EXPECT_EQ(pngSize(rendered(small)), std::pair(340, 340));
 }
 
 TEST_F(RenderWifiTest, AFamilyThatItLacksIsASentence) {
@@ -87,7 +76,7 @@ TEST_F(RenderWifiTest, AnAdapterIsNotItsToChoose) {
 
 TEST_F(RenderWifiTest, AMachineWithoutWifiHasACardThatSaysSo) {
   fake_.wifi.setFacts(std::nullopt);
-  EXPECT_EQ(sizeOf(rendered(options("card.png"))), std::pair(728, 340));
+  EXPECT_EQ(pngSize(rendered(options("card.png"))), std::pair(728, 340));
 }
 
 TEST_F(RenderWifiTest, AKernelThatRefusesIsASentenceAndNoCard) {
