@@ -4,19 +4,12 @@
 #include <utility>
 #include <variant>
 
+#include "Benchmarks/UntranslatedTexts.h"
 #include "NetworkWidgetVexExtension/Views/NetworkAdapterWidgetEntryView.h"
 #include "NetworkWidgetVexExtension/Views/NetworkStateWidgetEntryView.h"
-#include "Platform/StringTable.h"
 
 namespace lanternfold {
 namespace {
-
-class UntranslatedTexts final : public StringTable {
- public:
-  [[nodiscard]] std::string localized(std::string_view key) const override {
-    return std::string(key);
-  }
-};
 
 DrawnWidget stateWidget(std::string name, WidgetFamily family, NetworkSourceCategory categories) {
   const UntranslatedTexts strings;

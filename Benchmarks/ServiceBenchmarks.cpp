@@ -9,9 +9,9 @@
 #include <nlohmann/json.hpp>
 
 #include "Benchmarks/Groups.h"
+#include "Benchmarks/UntranslatedTexts.h"
 #include "NetworkMonitor/Model/NetworkState.h"
 #include "NetworkWidgetVexExtension/Views/NetworkStateWidgetEntryView.h"
-#include "Platform/StringTable.h"
 #include "Support/FatalError.h"
 #include "ViewTree/ViewArchive.h"
 #include "WidgetService/ServiceMessage.h"
@@ -19,13 +19,6 @@
 namespace lanternfold {
 
 namespace {
-
-class UntranslatedTexts final : public StringTable {
- public:
-  [[nodiscard]] std::string localized(std::string_view key) const override {
-    return std::string(key);
-  }
-};
 
 /// The internet, a Wi-Fi and an adapter, with all their rows.
 View largeView() {
