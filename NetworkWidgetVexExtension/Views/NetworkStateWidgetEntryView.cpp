@@ -40,7 +40,7 @@ std::vector<AnyNetworkSource> sourcesOf(const NetworkState& state,
 /// a small widget's columns, which are too narrow for icons beside them, and the icons of a medium
 /// one's third row.
 bool reachesTheButton(std::size_t sources, WidgetFamily family) {
-  if (family == WidgetFamily::small) return sources > 2;
+  if (family == WidgetFamily::small) return sources > sourcesOfASmallWidget;
   return family == WidgetFamily::medium && sources > 4;
 }
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "NetworkWidgetVexExtension/Views/RefreshButton.h"
+#include "Support/FatalError.h"
 
 namespace lanternfold {
 namespace {
@@ -17,7 +18,7 @@ double valueSize(WidgetFamily family) {
     case WidgetFamily::large:
       return 13;
   }
-  return 12;
+  fatalError("a widget family has no size of text");
 }
 
 /// What surrounds a widget's content.
