@@ -178,7 +178,8 @@ struct TextLines::State {
     pango_layout_line_get_extents(line.line(), &ink, &logical);
     line.width = ems(logical.width);
     line.ink = {{ems(ink.x), ems(ink.y)}, {ems(ink.width), ems(ink.height)}};
-    if (pango_layout_get_unknown_glyphs_count(line.layout.get()) > 0) reportMissing(line.line());
+    line.hasBoxes = pango_layout_get_unknown_glyphs_count(line.layout.get()) > 0;
+    if (line.hasBoxes) reportMissing(line.line());
     for (const GSList* run = line.line()->runs; run != nullptr; run = run->next) {
       const auto& part = *static_cast<const PangoGlyphItem*>(run->data);
       line.hasColouredParts = line.hasColouredParts || isColoured(part);
