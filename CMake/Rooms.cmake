@@ -39,7 +39,8 @@ endfunction()
 
 lanternfold_room(Support LIBRARIES PkgConfig::icu)
 lanternfold_room(Platform USES Support)
-lanternfold_room(NetBase USES Platform Support)
+# NetBase suspends callers by asio, whose headers need threads.
+lanternfold_room(NetBase USES Platform Support LIBRARIES Threads::Threads)
 lanternfold_room(NetworkMonitor USES NetBase Platform Support
                  LIBRARIES nlohmann_json::nlohmann_json PkgConfig::glib)
 lanternfold_room(EchoService USES NetBase Platform Support

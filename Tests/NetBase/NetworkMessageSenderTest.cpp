@@ -1,0 +1,324 @@
+#include <limits>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <asio/co_spawn.hpp>
+#include <asio/detached.hpp>
+#include <asio/io_context.hpp>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "NetBase/NetworkMessageSender.h"
+#include "Tests/Support/FakeConnection.h"
+#include "Tests/Support/SimulatedClock.h"
+#include "Tests/Support/SimulatedDispatch.h"
+
+namespace lanternfold {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const std::error_code refused = std::make_error_code(std::errc::connection_refused);
+
+class NetworkMessageSenderTest : public testing::Test {
+ protected:
+  explicit NetworkMessageSenderTest(std::uint64_t seed = 1) : dispatch_(clock_, seed) {}
+
+  void make(std::optional<double> timeout = std::nullopt) {
+    sender_ = std::make_unique<NetworkMessageSender>("question", connection_, timeout, queue_,
+                                                     dispatch_.mainQueue());
+  }
+  /// As a caller does that awaits the outcome.
+  void start() {
+    asio::co_spawn(
+        caller_,
+        [](asio::awaitable<MessageResult> exchange, auto& outcomes) -> asio::awaitable<void> {
+          outcomes.push_back(co_await std::move(exchange));
+        }(sender_->start(), outcomes_),
+        asio::detached);
+    runCaller();
+  }
+  void cancel() {
+    asio::co_spawn(caller_, sender_->cancel(), asio::detached);
+    runCaller();
+  }
+  /// Without letting time pass.
+  void run() {
+    dispatch_.runReady();
+    runCaller();
+  }
+  void runCaller() {
+    caller_.restart();
+    caller_.poll();
+  }
+  void advance(std::chrono::nanoseconds duration) {
+    dispatch_.advance(duration);
+    run();
+  }
+  void startUntilReady() {
+    start();
+    run();
+    connection_->becomeReady();
+    run();
+  }
+
+  static MessageResult failure(std::error_code error) { return std::unexpected(error); }
+
+  SimulatedClock clock_;
+  SimulatedDispatch dispatch_;
+  DispatchQueue& queue_ = dispatch_.serialQueue("exchange", QualityOfService::utility);
+  std::shared_ptr<FakeConnection> connection_ = std::make_shared<FakeConnection>();
+  asio::io_context caller_;
+  std::vector<MessageResult> outcomes_;
+  std::unique_ptr<NetworkMessageSender> sender_;
+};
+
+TEST_F(NetworkMessageSenderTest, DeliversTheReplyAndWhoSentIt) {
+  make();
+  EXPECT_EQ(sender_->data(), "question");
+  EXPECT_EQ(sender_->timeout(), std::nullopt);
+  startUntilReady();
+  EXPECT_THAT(connection_->sent(), ElementsAre("question"));
+  EXPECT_FALSE(sender_->isComplete());
+  EXPECT_THAT(outcomes_, IsEmpty());
+
+  connection_->reply("answer");
+  run();
+  EXPECT_THAT(outcomes_, ElementsAre(MessageReply{"answer", "192.0.2.1:7"}));
+  EXPECT_TRUE(sender_->isComplete());
+}
+
+TEST_F(NetworkMessageSenderTest, BeginsNothingBeforeItIsAwaited) {
+  make();
+  {
+    const auto unused = sender_->start();
+  }
+  run();
+  EXPECT_EQ(connection_->state(), ConnectionState::setup);
+}
+
+TEST_F(NetworkMessageSenderTest, SendsNothingBeforeTheConnectionIsReady) {
+  make();
+  start();
+  run();
+  EXPECT_EQ(connection_->state(), ConnectionState::preparing);
+  EXPECT_THAT(connection_->sent(), IsEmpty());
+}
+
+TEST_F(NetworkMessageSenderTest, LetsTheConnectionGoAfterTheReply) {
+  make();
+  startUntilReady();
+  connection_->reply("answer");
+  run();
+  EXPECT_EQ(connection_->state(), ConnectionState::cancelled);
+  run();
+  EXPECT_EQ(outcomes_.size(), 1U);
+  const std::weak_ptr<FakeConnection> weak = connection_;
+  connection_.reset();
+  sender_.reset();
+  EXPECT_TRUE(weak.expired());
+}
+
+TEST_F(NetworkMessageSenderTest, FailsForAReplyWithoutData) {
+  make();
+  startUntilReady();
+  connection_->replyWithoutData();
+  run();
+  EXPECT_THAT(outcomes_, ElementsAre(failure(MessageSenderError::noData)));
+  EXPECT_FALSE(sender_->isComplete());
+}
+
+TEST_F(NetworkMessageSenderTest, PassesTheConnectionsErrorOn) {
+  make();
+  start();
+  connection_->fail(refused);
+  run();
+  EXPECT_THAT(outcomes_, ElementsAre(failure(refused)));
+}
+
+TEST_F(NetworkMessageSenderTest, PassesTheErrorOfReceivingOn) {
+  make();
+  startUntilReady();
+  connection_->failToReceive(refused);
+  run();
+  EXPECT_THAT(outcomes_, ElementsAre(failure(refused)));
+  EXPECT_EQ(connection_->state(), ConnectionState::cancelled);
+}
+
+TEST_F(NetworkMessageSenderTest, EndsWhenTheTimeLimitHasPassed) {
+  make(1.5);
+  EXPECT_EQ(sender_->timeout(), 1.5);
+  startUntilReady();
+  advance(1499ms);
+  EXPECT_THAT(outcomes_, IsEmpty());
+  advance(1ms);
+  EXPECT_THAT(outcomes_, ElementsAre(failure(MessageSenderError::timeout)));
+  EXPECT_EQ(connection_->state(), ConnectionState::cancelled);
+}
+
+TEST_F(NetworkMessageSenderTest, WaitsForTheTimeLimitAlsoBeforeTheConnectionIsReady) {
+  make(2);
+  start();
+  advance(2s);
+  EXPECT_THAT(outcomes_, ElementsAre(failure(MessageSenderError::timeout)));
+}
+
+TEST_F(NetworkMessageSenderTest, HasNoLimitWithoutATimeout) {
+  make();
+  startUntilReady();
+  advance(24h * 365);
+  EXPECT_THAT(outcomes_, IsEmpty());
+  connection_->reply("late");
+  run();
+  EXPECT_EQ(outcomes_.size(), 1U);
+}
+
+TEST_F(NetworkMessageSenderTest, TakesLimitsThatAreNoTimes) {
+  for (const double timeout : {0.0, -1.0, std::numeric_limits<double>::quiet_NaN(),
+                               -std::numeric_limits<double>::infinity()}) {
+    connection_ = std::make_shared<FakeConnection>();
+    outcomes_.clear();
+    make(timeout);
+    start();
+    run();
+    EXPECT_THAT(outcomes_, ElementsAre(failure(MessageSenderError::timeout))) << timeout;
+  }
+  for (const double timeout : {1e300, std::numeric_limits<double>::infinity()}) {
+    connection_ = std::make_shared<FakeConnection>();
+    outcomes_.clear();
+    make(timeout);
+    startUntilReady();
+    advance(24h * 365);
+    EXPECT_EQ(outcomes_.size(), 0U) << timeout;
+    cancel();
+    run();
+  }
+}
+
+TEST_F(NetworkMessageSenderTest, DoesNotFireAfterTheEnd) {
+  make(1);
+  startUntilReady();
+  connection_->reply("answer");
+  run();
+  advance(10s);
+  EXPECT_THAT(outcomes_, ElementsAre(MessageReply{"answer", "192.0.2.1:7"}));
+}
+
+TEST_F(NetworkMessageSenderTest, IsCancelled) {
+  make(10);
+  startUntilReady();
+  cancel();
+  EXPECT_EQ(connection_->state(), ConnectionState::cancelled);
+  run();
+  EXPECT_THAT(outcomes_, ElementsAre(failure(MessageSenderError::cancelled)));
+  advance(20s);
+  EXPECT_EQ(outcomes_.size(), 1U);
+}
+
+TEST_F(NetworkMessageSenderTest, ReportsWhatCameFirstOfTimeoutAndCancel) {
+  make(1);
+  startUntilReady();
+  dispatch_.advance(1s);
+  cancel();
+  run();
+  EXPECT_THAT(outcomes_, ElementsAre(failure(MessageSenderError::timeout)));
+}
+
+TEST_F(NetworkMessageSenderTest, CancelledBeforeTheStartDoesNotBegin) {
+  make();
+  cancel();
+  start();
+  run();
+  EXPECT_THAT(outcomes_, ElementsAre(failure(MessageSenderError::cancelled)));
+}
+
+TEST_F(NetworkMessageSenderTest, TakesNoConnectionThatWasUsed) {
+  connection_->start(queue_);
+  make();
+  start();
+  run();
+  EXPECT_THAT(outcomes_, ElementsAre(failure(MessageSenderError::genericFailure)));
+}
+
+TEST_F(NetworkMessageSenderTest, RunsOneExchange) {
+  make();
+  startUntilReady();
+  start();
+  run();
+  EXPECT_THAT(outcomes_, ElementsAre(failure(MessageSenderError::genericFailure)));
+  connection_->reply("answer");
+  run();
+  EXPECT_EQ(outcomes_.back(), (MessageReply{"answer", "192.0.2.1:7"}));
+  start();
+  run();
+  EXPECT_EQ(outcomes_.back(), failure(MessageSenderError::genericFailure));
+}
+
+TEST_F(NetworkMessageSenderTest, FailsWhenSomebodyElseCancelsTheConnection) {
+  make();
+  startUntilReady();
+  connection_->cancel();
+  run();
+  EXPECT_THAT(outcomes_, ElementsAre(failure(MessageSenderError::genericFailure)));
+}
+
+TEST_F(NetworkMessageSenderTest, GoesOnWhenTheSenderIsReleased) {
+  make(1);
+  startUntilReady();
+  sender_.reset();
+  connection_->reply("answer");
+  run();
+  EXPECT_THAT(outcomes_, ElementsAre(MessageReply{"answer", "192.0.2.1:7"}));
+}
+
+TEST_F(NetworkMessageSenderTest, EndsAtItsLimitWhenTheSenderIsReleased) {
+  make(1);
+  startUntilReady();
+  sender_.reset();
+  advance(1s);
+  EXPECT_THAT(outcomes_, ElementsAre(failure(MessageSenderError::timeout)));
+}
+
+/// Everything at once, in an order that the seed draws.
+class RacingMessageSenderTest : public NetworkMessageSenderTest,
+                                public testing::WithParamInterface<std::uint64_t> {
+ protected:
+  RacingMessageSenderTest() : NetworkMessageSenderTest(GetParam()) {}
+};
+
+TEST_P(RacingMessageSenderTest, HasOneOutcome) {
+  make(1);
+  startUntilReady();
+  const std::vector<std::function<void()>> events{
+      [this] { connection_->reply("answer"); }, [this] { connection_->fail(refused); },
+      [this] { cancel(); }, [this] { sender_.reset(); }};
+  auto& main = dispatch_.mainQueue();
+  auto& other = dispatch_.globalQueue(QualityOfService::utility);
+  for (std::size_t index = 0; index < events.size(); ++index) {
+    const bool isLast = index + 1 == events.size();
+    // The last one releases what the others use.
+    (index % 2 == 0 ? main : other).after(isLast ? 1s + 1ns : 1s, events[index]);
+  }
+  advance(1s);
+  advance(1s);
+  ASSERT_EQ(outcomes_.size(), 1U);
+  const MessageResult& outcome = outcomes_.front();
+  EXPECT_TRUE(outcome == MessageResult(MessageReply{"answer", "192.0.2.1:7"}) ||
+              outcome == failure(refused) || outcome == failure(MessageSenderError::timeout) ||
+              outcome == failure(MessageSenderError::cancelled));
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, RacingMessageSenderTest, testing::Range<std::uint64_t>(1, 101));
+
+TEST(MessageSenderError, HasASentenceForEachCase) {
+  EXPECT_EQ(make_error_code(MessageSenderError::genericFailure).message(), "the exchange failed");
+  EXPECT_EQ(make_error_code(MessageSenderError::noData).message(), "the reply has no data");
+  EXPECT_EQ(make_error_code(MessageSenderError::timeout).message(), "the time limit has passed");
+  EXPECT_EQ(make_error_code(MessageSenderError::cancelled).message(), "the exchange was cancelled");
+}
+
+}  // namespace
+}  // namespace lanternfold
