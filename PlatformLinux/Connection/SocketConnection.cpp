@@ -33,6 +33,13 @@ std::string endpointText(const asio::ip::address& address, std::uint16_t port) {
   return text.str();
 }
 
+/// The library has a category of its own for the system's errors.
+std::error_code systemError(std::error_code error) {
+  return error.category() == asio::system_category()
+             ? std::error_code(error.value(), std::generic_category())
+             : error;
+}
+
 asio::awaitable<AddressLookup::Result> lookedUp(std::shared_ptr<AddressLookup> lookup,
                                                 std::string host) {
   auto initiation = [](auto handler, const std::shared_ptr<AddressLookup>& running,
@@ -105,12 +112,13 @@ class SocketConnection::Session : public std::enable_shared_from_this<Session> {
   }
 
  private:
-  /// Holds the session until `work`, on the event loop, is done.
+  /// Runs `work` on the event loop, not inside this call, and holds the session until it is done.
   void spawn(std::move_only_function<asio::awaitable<void>()> work) {
-    asio::co_spawn(
-        loop_.context(),
-        [self = shared_from_this(), work = std::move(work)]() mutable { return work(); },
-        asio::detached);
+    loop_.post([self = shared_from_this(), work = std::move(work)]() mutable {
+      asio::co_spawn(
+          self->loop_.context(), [self, work = std::move(work)]() mutable { return work(); },
+          asio::detached);
+    });
   }
 
   // On the event loop.
@@ -135,6 +143,7 @@ class SocketConnection::Session : public std::enable_shared_from_this<Session> {
   asio::awaitable<void> receive() {
     if (hasEnded()) co_return;
     Message message = co_await socket_->receive();
+    if (!message) message = std::unexpected(systemError(message.error()));
     const std::lock_guard lock(mutex_);
     if (isEnd(state_)) co_return;
     queue_->async([self = shared_from_this(), message = std::move(message)]() mutable {
@@ -152,7 +161,7 @@ class SocketConnection::Session : public std::enable_shared_from_this<Session> {
 
   void fail(std::error_code error) {
     const std::lock_guard lock(mutex_);
-    end(ConnectionState::failed, error);
+    end(ConnectionState::failed, systemError(error));
     socket_->close();
   }
 
