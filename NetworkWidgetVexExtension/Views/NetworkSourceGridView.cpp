@@ -17,10 +17,11 @@ using DisplayMode = NetworkSourceGridView::DisplayMode;
 
 /// No widget has room for more.
 constexpr std::size_t mostCards = 24;
-/// More of them are too low for meters of the usual size.
-constexpr std::size_t mostCardsWithLargeMeters = 4;
-/// More of them, in two columns, are too low for any; the rows go first then.
-constexpr std::size_t mostCardsWithMeters = 6;
+/// Cards of more rows are too low for meters of the usual size.
+constexpr std::size_t mostRowsWithLargeMeters = 2;
+constexpr std::size_t mostRowsWithLargeMetersInALargeWidget = 4;
+/// In two columns, cards of more rows are too low for any; the rows of texts go first then.
+constexpr std::size_t mostRowsWithMeters = 3;
 constexpr double columnSpacing = 8;
 /// Between rows of two columns; in one column the cards stand as two of them would.
 constexpr double gridRowSpacing = 6;
@@ -34,16 +35,19 @@ NetworkSourceView sourceView(const NetworkSourceGridView& grid, const AnyNetwork
   return {NetworkSourceView::Direction::horizontal, source, rowLimit, !grid.hideBytesMeters};
 }
 
-/// What `count` sources that share a widget have in common. Their rows stand close, and hardly
+/// What the sources that share a widget have in common. Their rows stand close, and hardly
 /// vary: cards of one widget should not look as if they were of two.
-WidgetEnvironment sharedBy(std::size_t count, DisplayMode mode, const WidgetEnvironment& outer) {
+WidgetEnvironment sharedBy(const NetworkSourceGridView& grid, const WidgetEnvironment& outer) {
+  const bool isLarge = grid.displayMode == DisplayMode::large;
+  const NetworkSourceGridView::Shape shape = grid.shape();
   WidgetEnvironment environment = outer;
-  environment.hasNarrowCards =
-      outer.widgetFamily == WidgetFamily::small || (count > 2 && mode != DisplayMode::large);
-  if (count < 2) return environment;
+  environment.hasNarrowCards = outer.widgetFamily == WidgetFamily::small || shape.columns > 1;
+  if (grid.sources.size() < 2) return environment;
   environment.rowSpacings = {2, 1};
-  if (mode == DisplayMode::large) environment.rowSpacings = {5, 3, 2, 1};
-  if (count > mostCardsWithLargeMeters) environment.bytesMeterSize = BytesCircularMeterSize::small;
+  if (isLarge) environment.rowSpacings = {5, 3, 2, 1};
+  const std::size_t mostRows =
+      isLarge ? mostRowsWithLargeMetersInALargeWidget : mostRowsWithLargeMeters;
+  if (shape.rows > mostRows) environment.bytesMeterSize = BytesCircularMeterSize::small;
   return environment;
 }
 
@@ -55,7 +59,7 @@ double leastCardHeight(const NetworkSourceGridView& grid, const WidgetEnvironmen
   if (grid.displayMode == DisplayMode::accessory) return row;
   const double rows = 2 * row + environment.rowSpacings.back();
   const bool hasRoomForMeters =
-      grid.displayMode == DisplayMode::large || grid.sources.size() <= mostCardsWithMeters;
+      grid.displayMode == DisplayMode::large || grid.shape().rows <= mostRowsWithMeters;
   if (grid.hideBytesMeters || !hasRoomForMeters) return rows;
   return std::max(rows, bytesMeterSide(environment.bytesMeterSize));
 }
@@ -85,9 +89,14 @@ std::optional<DisplayMode> NetworkSourceGridView::displayModeOf(int rawValue) {
   return std::nullopt;
 }
 
+NetworkSourceGridView::Shape NetworkSourceGridView::shape() const {
+  const std::size_t columns = displayMode == DisplayMode::large || sources.size() <= 2 ? 1 : 2;
+  return {.columns = columns, .rows = (sources.size() + columns - 1) / columns};
+}
+
 View NetworkSourceGridView::body(const WidgetEnvironment& outer) const {
   if (sources.empty()) return noSource(outer);
-  const WidgetEnvironment environment = sharedBy(sources.size(), displayMode, outer);
+  const WidgetEnvironment environment = sharedBy(*this, outer);
   std::vector<View> cards;
   for (const AnyNetworkSource& source : sources | std::views::take(mostCards)) {
     cards.push_back(sourceView(*this, source).body(environment));
@@ -97,7 +106,7 @@ View NetworkSourceGridView::body(const WidgetEnvironment& outer) const {
   if (cards.size() == 2) return vstack(HorizontalAlignment::leading, spacing, std::move(cards));
   const double leastHeight = leastCardHeight(*this, environment);
   for (View& card : cards) card = std::move(card).frame(atLeastAsHighAs(leastHeight));
-  return wholeGrid({.columns = displayMode == DisplayMode::large ? 1U : 2U,
+  return wholeGrid({.columns = shape().columns,
                     .columnSpacing = columnSpacing,
                     .rowSpacing = displayMode == DisplayMode::large ? spacing : gridRowSpacing,
                     .alignment = topLeading},
