@@ -35,6 +35,10 @@ class ArchiveReader {
     if (const std::string* found = textMember(name)) text = displayableText(*found);
   }
 
+  void optionalText(std::string_view name, std::string& optional) {
+    if (find(*object_, name) != nullptr) text(name, optional);
+  }
+
   void url(std::string_view name, std::string& url) {
     const std::string* const found = textMember(name);
     if (found == nullptr) return;

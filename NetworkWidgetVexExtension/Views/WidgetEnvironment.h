@@ -57,6 +57,9 @@ struct WidgetEnvironment {
   /// shortened.
   bool hasNarrowCards = false;
   BytesCircularMeterSize bytesMeterSize = BytesCircularMeterSize::automatic;
+  /// The longest number of the meters beside a byte meter, of the size of which its own is set; set
+  /// by the row or column of meters.
+  std::string numberBesideMeter = {};
   /// How well the Wi-Fi network is received, 0 to 1; absent without one. Set by the source's view.
   std::optional<double> signalStrength = {};
 };

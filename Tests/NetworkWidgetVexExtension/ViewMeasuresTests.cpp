@@ -1,6 +1,9 @@
 // The fields, sizes, spacings, opacities and orders of the widgets' views.
+#include <functional>
+#include <map>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -328,9 +331,11 @@ TEST(BytesCircularMeter, Is36PointsSquareWithSmallTextsWhenSmall) {
             "    circle 0,0 36x36 line 2\n"
             "    padding 6.4,0 23.2x36 5 5 5 5 -- \"\u2193, 10, MB\"\n"
             "      vstack 11.4,5 13.2x26 centre spacing -1.5 -- \"\u2193, 10, MB\"\n"
-            "        text 15.8,5 4.5x9 down-to 0.6 9 tight \"\u2193\"\n"
+            "        offset 15.8,5 4.5x9 0,-1 -- \"\u2193\"\n"
+            "          text 15.8,4 4.5x9 down-to 0.6 9 tight \"\u2193\"\n"
             "        text 11.4,12.5 13.2x11 down-to 0.6 11 bold tight \"10\"\n"
-            "        text 13.5,22 9x9 down-to 0.6 9 tight \"MB\"\n");
+            "        offset 13.5,22 9x9 0,1 -- \"MB\"\n"
+            "          text 13.5,23 9x9 down-to 0.6 9 tight \"MB\"\n");
 }
 
 TEST(BytesCircularMeter, Is42PointsSquareWithLargerTextsElsewhere) {
@@ -370,6 +375,39 @@ TEST(BytesMeters, ShowReceivedThenSentBytesWithArrowsAndNames) {
   metrics.sentBytes = 7;
   EXPECT_EQ(bytesMeterFigures(metrics, strings),
             (std::vector<BytesMeterFigure>{{5, "\u2193", "Received"}, {7, "\u2191", "Sent"}}));
+}
+
+/// The sizes of the bold texts of `view`.
+void addBoldSizes(const LaidOutView& view, std::vector<double>& sizes) {
+  if (std::holds_alternative<TextNode>(view.node) && view.shownFont.weight == FontWeight::bold) {
+    sizes.push_back(view.shownFont.size);
+  }
+  for (const LaidOutView& child : view.children) addBoldSizes(child, sizes);
+}
+
+// "10.54" once stood beside a larger "3.85".
+TEST(BytesMeters, SetTheNumbersOfAPairInOneSize) {
+  const MetricTextMeasurer measurer;
+  ConnectionMetrics metrics;
+  metrics.recvBytes = 11'319'153'550;
+  metrics.sentBytes = 4'136'124'909;
+  std::vector<double> sizes;
+  addBoldSizes(layOut(HBytesMeters{bytesMeterFigures(metrics, strings)}.body(environment), {89, 42},
+                      {measurer, ""}),
+               sizes);
+  ASSERT_EQ(sizes.size(), 2U);
+  EXPECT_LT(sizes.front(), 13) << "it would not fit";
+  EXPECT_EQ(sizes.front(), sizes.back());
+}
+
+// The dots below Arabic letters would touch the ring.
+TEST(BytesMeters, DrawAUnitLowerOnlyWhereItsLettersStandOnTheLine) {
+  const FakeStringTable arabic(
+      std::map<std::string, std::string, std::less<>>{{"MB", "\u0645.\u0628"}});
+  const BytesMeterFigure figure{10 << 20, "\u2193", "Received"};
+  EXPECT_THAT(dumpOf(BytesCircularMeter{figure}.body(environment)), HasSubstr(" 0,0.8 -- \"MB\""));
+  EXPECT_THAT(dumpOf(BytesCircularMeter{figure}.body({arabic})),
+              HasSubstr(" 0,0 -- \"\u0645.\u0628\""));
 }
 
 TEST(BytesMeters, StandInARowWithASpacingOf5) {
