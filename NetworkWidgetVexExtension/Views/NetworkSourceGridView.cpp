@@ -1,12 +1,14 @@
 #include "NetworkWidgetVexExtension/Views/NetworkSourceGridView.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <ranges>
 #include <utility>
 
 #include "NetworkWidgetVexExtension/Views/BytesMeters.h"
 #include "NetworkWidgetVexExtension/Views/NetworkSourceView.h"
+#include "NetworkWidgetVexExtension/Views/RowSpacing.h"
 #include "NetworkWidgetVexExtension/Views/WidgetStyle.h"
 #include "ViewTree/Elements.h"
 
@@ -22,6 +24,14 @@ constexpr std::size_t mostCardsWithLargeMeters = 4;
 /// More of them, in two columns, are too low for any; the rows go first then.
 constexpr std::size_t mostCardsWithMeters = 6;
 constexpr double columnSpacing = 8;
+constexpr double closestRows = 1;
+/// How far apart the rows of the only source may stand, in their heights: further, and they would
+/// fall to pieces.
+constexpr double widestRowsAlone = 1.4;
+/// And those of several sources, in points: closer than the sources themselves, or one could not
+/// tell where the next one begins.
+constexpr double widestRowsInLargeWidgets = 8;
+constexpr double widestRowsElsewhere = 3;
 /// Between rows of two columns; in one column the cards stand as two of them would.
 constexpr double gridRowSpacing = 6;
 
@@ -34,15 +44,15 @@ NetworkSourceView sourceView(const NetworkSourceGridView& grid, const AnyNetwork
   return {NetworkSourceView::Direction::horizontal, source, rowLimit, !grid.hideBytesMeters};
 }
 
-/// What `count` sources that share a widget have in common. Their rows stand close, and hardly
-/// vary: cards of one widget should not look as if they were of two.
+bool hasTwoColumns(const NetworkSourceGridView& grid) {
+  return grid.sources.size() > 2 && grid.displayMode != DisplayMode::large;
+}
+
+/// What `count` sources that share a widget have in common.
 WidgetEnvironment sharedBy(std::size_t count, DisplayMode mode, const WidgetEnvironment& outer) {
   WidgetEnvironment environment = outer;
   environment.hasNarrowCards =
       outer.widgetFamily == WidgetFamily::small || (count > 2 && mode != DisplayMode::large);
-  if (count < 2) return environment;
-  environment.rowSpacings = {2, 1};
-  if (mode == DisplayMode::large) environment.rowSpacings = {5, 3, 2, 1};
   if (count > mostCardsWithLargeMeters) environment.bytesMeterSize = BytesCircularMeterSize::small;
   return environment;
 }
@@ -53,11 +63,36 @@ WidgetEnvironment sharedBy(std::size_t count, DisplayMode mode, const WidgetEnvi
 double leastCardHeight(const NetworkSourceGridView& grid, const WidgetEnvironment& environment) {
   const double row = NetworkWidgetDefaultStyle(environment).rowHeight();
   if (grid.displayMode == DisplayMode::accessory) return row;
-  const double rows = 2 * row + environment.rowSpacings.back();
+  const double rows = 2 * row + closestRows;
   const bool hasRoomForMeters =
       grid.displayMode == DisplayMode::large || grid.sources.size() <= mostCardsWithMeters;
   if (grid.hideBytesMeters || !hasRoomForMeters) return rows;
   return std::max(rows, bytesMeterSide(environment.bytesMeterSize));
+}
+
+double widestRowSpacing(const NetworkSourceGridView& grid, double rowHeight) {
+  if (grid.sources.size() == 1) return std::floor(widestRowsAlone * rowHeight);
+  return grid.displayMode == DisplayMode::large ? widestRowsInLargeWidgets : widestRowsElsewhere;
+}
+
+/// Rows of two columns stand close, so that each card has as many of them as it can.
+std::vector<double> rowSpacings(const NetworkSourceGridView& grid, double spacing,
+                                const WidgetEnvironment& environment) {
+  if (hasTwoColumns(grid)) return {2, closestRows};
+  const NetworkWidgetDefaultStyle style(environment);
+  const double height =
+      widgetSize(environment.widgetFamily).height - style.padding.top - style.padding.bottom;
+  StackedSources stacked{.rowHeight = style.rowHeight(),
+                         .leastSourceHeight = leastCardHeight(grid, environment),
+                         .between = spacing,
+                         .available = height,
+                         .widest = widestRowSpacing(grid, style.rowHeight()),
+                         .endAboveALine = environment.keepsBottomFree};
+  for (const AnyNetworkSource& source : grid.sources | std::views::take(mostCards)) {
+    const std::size_t rows = compressedListRepresentationOf(source, environment.strings).size();
+    stacked.rowCounts.push_back(std::min(rows, sourceView(grid, source).rowLimit));
+  }
+  return rowSpacingsOf(stacked);
 }
 
 FrameNode atLeastAsHighAs(double height) {
@@ -87,19 +122,20 @@ std::optional<DisplayMode> NetworkSourceGridView::displayModeOf(int rawValue) {
 
 View NetworkSourceGridView::body(const WidgetEnvironment& outer) const {
   if (sources.empty()) return noSource(outer);
-  const WidgetEnvironment environment = sharedBy(sources.size(), displayMode, outer);
+  WidgetEnvironment environment = sharedBy(sources.size(), displayMode, outer);
+  const double spacing = displayMode == DisplayMode::large ? 10 : 5;
+  environment.rowSpacings = rowSpacings(*this, spacing, environment);
   std::vector<View> cards;
   for (const AnyNetworkSource& source : sources | std::views::take(mostCards)) {
     cards.push_back(sourceView(*this, source).body(environment));
   }
   if (cards.size() == 1) return std::move(cards.front());
-  const double spacing = displayMode == DisplayMode::large ? 10 : 5;
   if (cards.size() == 2) return vstack(HorizontalAlignment::leading, spacing, std::move(cards));
   const double leastHeight = leastCardHeight(*this, environment);
   for (View& card : cards) card = std::move(card).frame(atLeastAsHighAs(leastHeight));
-  return wholeGrid({.columns = displayMode == DisplayMode::large ? 1U : 2U,
+  return wholeGrid({.columns = hasTwoColumns(*this) ? 2U : 1U,
                     .columnSpacing = columnSpacing,
-                    .rowSpacing = displayMode == DisplayMode::large ? spacing : gridRowSpacing,
+                    .rowSpacing = hasTwoColumns(*this) ? gridRowSpacing : spacing,
                     .alignment = topLeading},
                    std::move(cards));
 }

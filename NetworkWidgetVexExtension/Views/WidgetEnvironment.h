@@ -52,7 +52,7 @@ struct WidgetEnvironment {
   bool keepsBottomFree = false;
   /// The space between a source's rows where they all have room, and where they have less and less;
   /// set by the grid, so that the sources of a widget look alike.
-  std::vector<double> rowSpacings = {14, 12, 9, 6, 4, 2, 1};
+  std::vector<double> rowSpacings = {1};
   /// Set by the grid, too: whether its cards are narrow, so that long names of interfaces are
   /// shortened.
   bool hasNarrowCards = false;
