@@ -49,6 +49,9 @@ TextStyle valueStyle(const SourceListItemView& row, const WidgetEnvironment& env
   TextStyle value{row.isFirstItem ? style.firstValueFont : style.valueFont,
                   tellsNames(row) ? Truncation::tail : truncationOf(row.item.value),
                   smallestValueScale};
+  if (value.truncation == Truncation::middle) {
+    value.minimumScale = smallestAddressSize / value.font.size;
+  }
   if (row.item.value == withheldNameText(environment.strings)) value.lineLimit = linesOfASentence;
   return value;
 }

@@ -135,10 +135,19 @@ TEST(SourceListItemView, BreaksTheSystemsOwnSentenceIntoLines) {
 }
 
 TEST(SourceListItemView, ShrinksAValueALittleBeforeItIsShortened) {
-  const SourceListItem item{"", "192.168.0.1/24", false};  // 84 points wide
+  const SourceListItem item{"", "WPA2 Personal!", false};  // 84 points wide
   EXPECT_THAT(dumpOf(SourceListItemView{item, false}.body(environment), {65, 20}),
-              HasSubstr("\"192.168.0.1/24\"\n"));
+              HasSubstr("\"WPA2 Personal!\"\n"));
   EXPECT_THAT(dumpOf(SourceListItemView{item, false}.body(environment), {62, 20}),
+              HasSubstr("\u2026"));
+}
+
+// Whole addresses of version 6 once lost their middle in a medium widget.
+TEST(SourceListItemView, ShrinksAnAddressToTheSmallestFontBeforeItIsShortened) {
+  const SourceListItem item{"", "192.168.0.1/24", false};  // 84 points wide
+  EXPECT_THAT(dumpOf(SourceListItemView{item, false}.body(environment), {57, 20}),
+              HasSubstr("8.1 \"192.168.0.1/24\"\n"));
+  EXPECT_THAT(dumpOf(SourceListItemView{item, false}.body(environment), {55, 20}),
               HasSubstr("\u2026"));
 }
 
