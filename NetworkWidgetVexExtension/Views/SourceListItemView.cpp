@@ -88,7 +88,7 @@ View SourceListItemView::content(const TextStyle& style,
                                  const WidgetEnvironment& environment) const {
   View value = text(item.value, style);
   if (item.label.empty()) return value;
-  const View label = labelOf(*this, environment).layoutPriority(1);
+  View label = labelOf(*this, environment).layoutPriority(1);
   if (item.value.empty()) return label;
   if (item.labelRequired) return beside(label, std::move(value));
   TextStyle smaller = style;
