@@ -3,7 +3,6 @@
 // Whatever the view is, every frame is a place with numbers, clips begin and end in pairs, and the
 // layout ends soon.
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -12,6 +11,7 @@
 #include <string_view>
 #include <variant>
 
+#include "Fuzz/Support/LengthOfLine.h"
 #include "ViewTree/DrawList.h"
 #include "ViewTree/Layout.h"
 #include "ViewTree/PlainText.h"
@@ -35,20 +35,11 @@ struct Picture {
   lanternfold::LayoutDirection direction = lanternfold::LayoutDirection::leftToRight;
 };
 
-std::optional<double> takeLength(std::string_view& line) {
-  double length = 0;
-  const auto [end, error] = std::from_chars(line.data(), line.data() + line.size(), length);
-  if (error != std::errc() || !(length >= 0) || length > lanternfold::largestArchivedLength) {
-    return std::nullopt;
-  }
-  line.remove_prefix(static_cast<std::size_t>(end - line.data()));
-  if (line.starts_with(' ')) line.remove_prefix(1);
-  return length;
-}
-
 std::optional<Picture> pictureOf(std::string_view line) {
-  const std::optional<double> width = takeLength(line);
-  const std::optional<double> height = width ? takeLength(line) : std::nullopt;
+  constexpr double largest = lanternfold::largestArchivedLength;
+  const std::optional<double> width = lanternfold::takeLength(line, largest);
+  const std::optional<double> height =
+      width ? lanternfold::takeLength(line, largest) : std::nullopt;
   if (!height) return std::nullopt;
   Picture picture{{*width, *height}};
   if (line.starts_with('r')) picture.direction = lanternfold::LayoutDirection::rightToLeft;

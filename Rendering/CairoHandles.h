@@ -7,6 +7,7 @@
 using cairo_t = struct _cairo;
 using cairo_pattern_t = struct _cairo_pattern;
 using cairo_surface_t = struct _cairo_surface;
+using PangoFont = struct _PangoFont;
 using PangoLayout = struct _PangoLayout;
 using RsvgHandle = struct _RsvgHandle;
 
@@ -26,6 +27,7 @@ struct ObjectRelease {
 using CairoContext = std::unique_ptr<cairo_t, CairoRelease>;
 using CairoPattern = std::unique_ptr<cairo_pattern_t, CairoRelease>;
 using CairoSurface = std::unique_ptr<cairo_surface_t, CairoRelease>;
+using FontHandle = std::unique_ptr<PangoFont, ObjectRelease>;
 using PangoLayoutHandle = std::unique_ptr<PangoLayout, ObjectRelease>;
 using SvgHandle = std::unique_ptr<RsvgHandle, ObjectRelease>;
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -29,6 +28,7 @@ class CommandPainter {
       : painter_(painter),
         surface_(surface),
         grids_{DeviceGrid(surface)},
+        clips_(painter.corners_),
         budget_(areaOf(grids_.back().visiblePixels().size)) {}
 
   /// Whether what is painted so far leaves room for more.
@@ -46,38 +46,37 @@ class CommandPainter {
     const Rect around{{frame.left() - font.size, frame.top() - font.size},
                       {std::max(frame.size.width, line.width * font.size) + 2 * font.size,
                        frame.size.height + 2 * font.size}};
-    within(around, [&] {
-      if (line.layout) {
-        painter_.textPainter_.paint(surface_, grid(), line, {baseline, font.size, command.colour});
-      } else {
-        paintLineStandIn(surface_, line.width * font.size, font.size, baseline, command.colour);
-      }
-    });
+    if (!keepCorners(around)) return;
+    if (line.layout) {
+      painter_.textPainter_.paint(surface_, grid(), line, {baseline, font.size, command.colour});
+    } else {
+      paintLineStandIn(surface_, line.width * font.size, font.size, baseline, command.colour);
+    }
   }
 
   void operator()(const DrawSymbol& command) { paintAsset(command); }
   void operator()(const DrawImage& command) { paintAsset(command); }
 
   void operator()(const StrokeCircle& command) {
-    if (!takesPlaceWhole(command.frame)) return;
-    within(grid().aligned(command.frame),
-           [&] { painter_.circles_.paint(surface_, grid(), command); });
+    if (!takesPlaceWhole(command.frame) || !keepCorners(grid().aligned(command.frame))) return;
+    painter_.circles_.paint(surface_, grid(), command);
   }
 
   void operator()(const FillRoundedRectangle& command) {
     if (!takesPlace(command.frame)) return;
     const Rect frame = reachable(command.frame);
-    within(frame, [&] {
-      setColour(surface_, command.colour);
-      addRoundedRectangle(surface_, frame, command.cornerRadius);
-      cairo_fill(surface_);
-    });
+    if (!keepCorners(frame)) return;
+    setColour(surface_, command.colour);
+    addRoundedRectangle(surface_, frame, command.cornerRadius);
+    cairo_fill(surface_);
   }
 
   void operator()(const FillLinearGradient& command) {
     if (!takesPlace(command.frame)) return;
     const Rect frame = reachable(command.frame);
-    within(frame, [&] { painter_.gradients_.fill(surface_, frame, command.start, command.end); });
+    if (keepCorners(frame)) {
+      painter_.gradients_.fill(surface_, frame, command.start, command.end);
+    }
   }
 
   void operator()(const BeginClip& command) {
@@ -86,11 +85,15 @@ class CommandPainter {
       return;
     }
     cairo_save(surface_);
-    const RoundedClip clip =
-        makeRoundedClip(reachable(command.frame), command.cornerRadius, grid().scale());
-    addRoundedRectangle(surface_, clip.frame, grid().hasPixels() ? 0 : clip.cornerRadius);
+    const Rect frame = reachable(command.frame);
+    RoundedClip clip =
+        makeRoundedClip(grid().alignedPixels(frame), command.cornerRadius * grid().scale());
+    const bool keepsCorners =
+        grid().hasPixels() && clip.cornerRadius <= CornerShapes::largestRadius;
+    if (!keepsCorners) clip.cornerRadius = 0;
+    addRoundedRectangle(surface_, frame, keepsCorners ? 0 : command.cornerRadius);
     cairo_clip(surface_);
-    clips_.push(clip);
+    clips_.begin(clip);
     grids_.emplace_back(surface_);
   }
 
@@ -98,8 +101,8 @@ class CommandPainter {
     if (clipsLeftOut_ > 0) {
       --clipsLeftOut_;
     } else if (grids_.size() > 1) {
+      clips_.end(surface_, grid());
       cairo_restore(surface_);
-      clips_.pop();
       grids_.pop_back();
     }
   }
@@ -115,18 +118,14 @@ class CommandPainter {
 
   template <typename Command>
   void paintAsset(const Command& command) {
-    if (!takesPlaceWhole(command.frame)) return;
-    within(grid().aligned(command.frame),
-           [&] { painter_.assets_.paint(surface_, grid(), command); });
+    if (!takesPlaceWhole(command.frame) || !keepCorners(grid().aligned(command.frame))) return;
+    painter_.assets_.paint(surface_, grid(), command);
   }
 
-  /// Paints what covers no more than `area`, within the corners of the clips.
-  void within(const Rect& area, const std::function<void()>& paint) {
-    if (grid().hasPixels()) {
-      clips_.paint(surface_, area, paint);
-    } else {
-      paint();
-    }
+  /// Before what covers no more than `area` is painted; whether it may be.
+  [[nodiscard]] bool keepCorners(const Rect& area) {
+    isWithinBudget_ = budget_.spend(clips_.keepCorners(surface_, grid(), grid().toPixels(area)));
+    return isWithinBudget_;
   }
 
   /// Whether something of `frame` can be seen and may still be painted.

@@ -13,6 +13,7 @@
 #include "Rendering/CairoHandles.h"
 #include "Rendering/CirclePainter.h"
 #include "Rendering/Gradients.h"
+#include "Rendering/RoundedClips.h"
 #include "Rendering/TextLines.h"
 #include "Rendering/TextPainter.h"
 #include "ViewTree/DrawList.h"
@@ -44,6 +45,7 @@ class Painter {
   AssetPainter assets_;
   CirclePainter circles_;
   Gradients gradients_;
+  CornerShapes corners_;
 };
 
 }  // namespace lanternfold

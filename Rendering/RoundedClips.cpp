@@ -2,15 +2,20 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
+#include <functional>
 #include <numbers>
+#include <utility>
 
 #include <cairo.h>
 
-#include "Rendering/DeviceGrid.h"
-
 namespace lanternfold {
 namespace {
+
+constexpr double quarter = std::numbers::pi / 2;
+
+double boundedRadius(const Rect& frame, double radius) {
+  return std::clamp(radius, 0.0, std::min(frame.size.width, frame.size.height) / 2);
+}
 
 /// Whether the point so far from both edges of a corner is outside its rounding.
 bool isOutside(double fromSide, double fromEnd, double radius) {
@@ -19,58 +24,47 @@ bool isOutside(double fromSide, double fromEnd, double radius) {
   return x > 0 && y > 0 && x * x + y * y > radius * radius;
 }
 
-void addRectangle(cairo_t* surface, const Rect& rect) {
-  cairo_rectangle(surface, rect.left(), rect.top(), rect.size.width, rect.size.height);
+/// One of the four squares that hold a frame's corners.
+struct Corner {
+  bool isRight = false;
+  bool isBottom = false;
+};
+constexpr std::array corners{Corner{false, false}, Corner{true, false}, Corner{false, true},
+                             Corner{true, true}};
+
+double cornerSide(const RoundedClip& clip) { return std::ceil(clip.cornerRadius); }
+
+Point originOf(const Corner& corner, const RoundedClip& clip) {
+  const double side = cornerSide(clip);
+  return {corner.isRight ? clip.frame.right() - side : clip.frame.left(),
+          corner.isBottom ? clip.frame.bottom() - side : clip.frame.top()};
 }
 
-/// A corner of `frame`, between whole units of the target where the frame's own edges are.
-Rect cornerOf(const Rect& frame, double side, bool isRight, bool isBottom) {
-  return {{isRight ? frame.right() - side : frame.left(),
-           isBottom ? frame.bottom() - side : frame.top()},
-          {side, side}};
-}
-
-/// All but the corners at once, clipped by rectangles, which is cheap; then each corner.
-void paintInPieces(cairo_t* surface, const Rect& area, const RoundedClip& clip,
-                   const std::function<void()>& paint) {
-  const Rect& frame = clip.frame;
-  const double side = clip.cornerSide;
-  cairo_save(surface);
-  addRectangle(surface, {{frame.left() + side, frame.top()}, {frame.size.width - 2 * side, side}});
-  addRectangle(surface, {{frame.left(), frame.top() + side},
-                         {frame.size.width, frame.size.height - 2 * side}});
-  addRectangle(surface,
-               {{frame.left() + side, frame.bottom() - side}, {frame.size.width - 2 * side, side}});
-  cairo_clip(surface);
-  paint();
-  cairo_restore(surface);
-  for (const bool isRight : {false, true}) {
-    for (const bool isBottom : {false, true}) {
-      const Rect corner = cornerOf(frame, side, isRight, isBottom);
-      if (intersection(corner, area).size == Size{}) continue;
-      cairo_save(surface);
-      addRectangle(surface, corner);
-      cairo_clip(surface);
-      addRoundedRectangle(surface, frame, clip.cornerRadius);
-      cairo_clip(surface);
-      paint();
-      cairo_restore(surface);
-    }
-  }
+/// What the target shows of the square at `origin`.
+CairoSurface copyOf(cairo_surface_t* target, Point origin, double side) {
+  const int pixels = static_cast<int>(side);
+  CairoSurface copy(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, pixels, pixels));
+  double xScale = 1;
+  double yScale = 1;
+  cairo_surface_get_device_scale(target, &xScale, &yScale);
+  cairo_surface_set_device_scale(copy.get(), xScale, yScale);
+  const CairoContext context(cairo_create(copy.get()));
+  cairo_set_source_surface(context.get(), target, -origin.x / xScale, -origin.y / yScale);
+  cairo_set_operator(context.get(), CAIRO_OPERATOR_SOURCE);
+  cairo_paint(context.get());
+  cairo_surface_set_device_scale(copy.get(), 1, 1);
+  return copy;
 }
 
 }  // namespace
 
-RoundedClip makeRoundedClip(const Rect& frame, double cornerRadius, double scale) {
-  const double side = std::ceil(cornerRadius * scale) / scale;
-  const bool hasRoom = 2 * side <= std::min(frame.size.width, frame.size.height);
-  return {frame, cornerRadius, hasRoom ? side : 0};
+RoundedClip makeRoundedClip(const Rect& frame, double cornerRadius) {
+  return {frame, boundedRadius(frame, cornerRadius)};
 }
 
 bool reachesCorner(const Rect& area, const RoundedClip& clip) {
   const Rect& frame = clip.frame;
-  const double radius =
-      std::clamp(clip.cornerRadius, 0.0, std::min(frame.size.width, frame.size.height) / 2);
+  const double radius = clip.cornerRadius;
   const double left = area.left() - frame.left();
   const double right = frame.right() - area.right();
   const double top = area.top() - frame.top();
@@ -79,34 +73,64 @@ bool reachesCorner(const Rect& area, const RoundedClip& clip) {
          isOutside(left, bottom, radius) || isOutside(right, bottom, radius);
 }
 
-void RoundedClips::paint(cairo_t* surface, const Rect& area,
-                         const std::function<void()>& paint) const {
-  std::vector<RoundedClip> reached;
-  std::ranges::copy_if(clips_, std::back_inserter(reached),
-                       [&](const RoundedClip& each) { return reachesCorner(area, each); });
-  if (reached.empty()) {
-    paint();
-  } else if (reached.size() == 1 && reached.front().cornerSide > 0) {
-    paintInPieces(surface, area, reached.front(), paint);
-  } else {
-    cairo_save(surface);
-    for (const RoundedClip& each : reached) {
-      addRoundedRectangle(surface, each.frame, each.cornerRadius);
-      cairo_clip(surface);
+std::size_t CornerShapes::KeyHash::operator()(const Key& key) const {
+  return std::hash<double>()(key.radius) * 4 + (key.isRight ? 2U : 0U) + (key.isBottom ? 1U : 0U);
+}
+
+cairo_surface_t* CornerShapes::outside(double radius, bool isRight, bool isBottom) {
+  const Key key{radius, isRight, isBottom};
+  if (const CairoSurface* const known = shapes_.find(key)) return known->get();
+  const int side = static_cast<int>(std::ceil(radius));
+  CairoSurface shape(cairo_image_surface_create(CAIRO_FORMAT_A8, side, side));
+  const CairoContext context(cairo_create(shape.get()));
+  cairo_translate(context.get(), isRight ? side : 0, isBottom ? side : 0);
+  cairo_scale(context.get(), isRight ? -1 : 1, isBottom ? -1 : 1);
+  cairo_move_to(context.get(), 0, 0);
+  cairo_line_to(context.get(), radius, 0);
+  cairo_arc_negative(context.get(), radius, radius, radius, -quarter, -2 * quarter);
+  cairo_close_path(context.get());
+  cairo_fill(context.get());
+  return shapes_.keep(key, std::move(shape)).get();
+}
+
+double RoundedClips::keepCorners(cairo_t* surface, const DeviceGrid& grid, const Rect& area) {
+  double pixelsKept = 0;
+  const Rect seen = intersection(area, grid.visiblePixels());
+  for (Clip& each : clips_) {
+    if (!each.corners.empty() || !reachesCorner(seen, each.shape)) continue;
+    const double side = cornerSide(each.shape);
+    for (const Corner& corner : corners) {
+      each.corners.push_back(
+          copyOf(cairo_get_group_target(surface), originOf(corner, each.shape), side));
+      pixelsKept += side * side;
     }
-    paint();
-    cairo_restore(surface);
   }
+  return pixelsKept;
+}
+
+void RoundedClips::end(cairo_t* surface, const DeviceGrid& grid) {
+  const Clip clip = std::move(clips_.back());
+  clips_.pop_back();
+  if (clip.corners.empty()) return;
+  cairo_save(surface);
+  grid.usePixels(surface);
+  cairo_set_operator(surface, CAIRO_OPERATOR_SOURCE);
+  for (std::size_t index = 0; index < corners.size(); ++index) {
+    const auto& [isRight, isBottom] = corners[index];
+    const Point origin = originOf(corners[index], clip.shape);
+    cairo_set_source_surface(surface, clip.corners[index].get(), origin.x, origin.y);
+    cairo_mask_surface(surface, shapes_.outside(clip.shape.cornerRadius, isRight, isBottom),
+                       origin.x, origin.y);
+  }
+  cairo_restore(surface);
 }
 
 void addRoundedRectangle(cairo_t* surface, const Rect& frame, double cornerRadius) {
-  const double radius =
-      std::clamp(cornerRadius, 0.0, std::min(frame.size.width, frame.size.height) / 2);
+  const double radius = boundedRadius(frame, cornerRadius);
   if (!(radius > 0)) {
     cairo_rectangle(surface, frame.left(), frame.top(), frame.size.width, frame.size.height);
     return;
   }
-  constexpr double quarter = std::numbers::pi / 2;
   cairo_new_sub_path(surface);
   cairo_arc(surface, frame.right() - radius, frame.top() + radius, radius, -quarter, 0);
   cairo_arc(surface, frame.right() - radius, frame.bottom() - radius, radius, 0, quarter);

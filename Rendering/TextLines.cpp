@@ -11,6 +11,7 @@
 #include "Rendering/BoundedCache.h"
 #include "Rendering/IsolatedAddresses.h"
 #include "Rendering/MissingGlyphs.h"
+#include "Support/Utf8.h"
 #include "ViewTree/DisplayableText.h"
 
 namespace lanternfold {
@@ -35,23 +36,10 @@ double ems(int pangoUnits) {
 
 bool isShowable(const Font& font) { return font.size > 0 && font.size <= largestFontSize; }
 
-std::string_view boundedText(std::string_view text) {
-  if (text.size() <= maximumLineBytes) return text;
-  std::size_t end = maximumLineBytes;
-  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
-  return text.substr(0, end);
-}
-
 /// As pango takes it: valid, without an end in its midst.
 std::string shownText(std::string_view text) {
   const bool isValid = g_utf8_validate_len(text.data(), text.size(), nullptr) == TRUE;
   return isolatedAddresses(isValid ? text : displayableText(text));
-}
-
-std::size_t characterCount(std::string_view text) {
-  std::size_t count = 0;
-  for (const char each : text) count += (static_cast<unsigned char>(each) & 0xC0U) != 0x80U;
-  return count;
 }
 
 bool machineHasTypefaces() {
@@ -178,7 +166,8 @@ struct TextLines::State {
     pango_layout_line_get_extents(line.line(), &ink, &logical);
     line.width = ems(logical.width);
     line.ink = {{ems(ink.x), ems(ink.y)}, {ems(ink.width), ems(ink.height)}};
-    if (pango_layout_get_unknown_glyphs_count(line.layout.get()) > 0) reportMissing(line.line());
+    line.hasBoxes = pango_layout_get_unknown_glyphs_count(line.layout.get()) > 0;
+    if (line.hasBoxes) reportMissing(line.line());
     for (const GSList* run = line.line()->runs; run != nullptr; run = run->next) {
       const auto& part = *static_cast<const PangoGlyphItem*>(run->data);
       line.hasColouredParts = line.hasColouredParts || isColoured(part);
@@ -215,7 +204,7 @@ TextLines::TextLines(std::function<void(std::string_view)> report, const std::st
 TextLines::~TextLines() = default;
 
 const TextLine& TextLines::line(std::string_view text, FontWeight weight) {
-  const std::string_view bounded = boundedText(text);
+  const std::string_view bounded = cutBetweenCharacters(text, maximumLineBytes);
   const LineKey<std::string_view> key{bounded, weight};
   if (const TextLine* const known = state_->kept.find(key)) return *known;
   return state_->kept.keep({std::string(bounded), weight}, state_->setLine(bounded, weight));

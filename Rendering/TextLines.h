@@ -34,6 +34,7 @@ struct TextLine {
   double width = 0;
   Rect ink;  ///< what the glyphs cover
   bool hasColouredParts = false;
+  bool hasBoxes = false;  ///< for characters that no typeface has
 
   /// The size of the layout's font.
   static constexpr double layoutFontSize = 64;

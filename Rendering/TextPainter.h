@@ -6,6 +6,7 @@
 
 #include "Rendering/CairoHandles.h"
 #include "Rendering/DeviceGrid.h"
+#include "Rendering/GlyphCoverages.h"
 #include "Rendering/TextLines.h"
 #include "ViewTree/Colour.h"
 
@@ -27,14 +28,14 @@ class TextPainter {
              const LinePlace& place);
 
  private:
-  /// Covers `area` of the target with the plain parts of `line`.
-  void paintCoverage(cairo_t* surface, const DeviceGrid& grid, const TextLine& line, Point baseline,
-                     double fontPixels, const Rect& area);
+  /// Covers `area` of the target with the plain parts of `line`; false, and nothing is, when there
+  /// are letters too large for it.
+  [[nodiscard]] bool paintLetters(cairo_t* surface, const DeviceGrid& grid, const TextLine& line,
+                                  Point baseline, double fontPixels, const Rect& area);
   void makeRoom(Size pixels);
 
-  CairoSurface wide_;     // four pixels for one of the target
-  CairoSurface narrow_;   // one for one
-  CairoContext context_;  // of the wide one
+  GlyphCoverages glyphs_;
+  CairoSurface coverage_;  // scratch, one byte a pixel
 };
 
 /// What stands in for a line that no typeface can show: a bar as long as it would be.

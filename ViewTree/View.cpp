@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "Support/TextPlaceholders.h"
+#include "Support/Utf8.h"
 #include "ViewTree/DisplayableText.h"
 
 namespace lanternfold {
@@ -32,12 +33,7 @@ class Describer {
   }
 
   std::string take() && {
-    if (said_.size() > longestAccessibleDescription) {
-      std::size_t end = longestAccessibleDescription;
-      // Not within a character.
-      while (end > 0 && (static_cast<unsigned char>(said_[end]) & 0xC0U) == 0x80U) --end;
-      said_.resize(end);
-    }
+    said_.resize(cutBetweenCharacters(said_, longestAccessibleDescription).size());
     return std::move(said_);
   }
 

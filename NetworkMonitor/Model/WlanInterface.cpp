@@ -1,11 +1,10 @@
 #include "NetworkMonitor/Model/WlanInterface.h"
 
-#include <algorithm>
 #include <cstddef>
-#include <string_view>
 
 #include "NetworkMonitor/Model/InterfaceRows.h"
 #include "Support/AsciiCase.h"
+#include "Support/Utf8.h"
 
 namespace lanternfold {
 namespace {
@@ -24,14 +23,9 @@ SourceListItem networkRow(const WlanInterface& wlan, const StringTable& strings)
       .label = interface.name, .value = strings.localized("Not connected"), .labelRequired = true};
 }
 
-/// Characters, not bytes: a redacted address may be written in dots that take three bytes each.
-std::ptrdiff_t characterCount(std::string_view text) {
-  return std::ranges::count_if(
-      text, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; });
-}
-
 void appendNetworkRows(SourceList& rows, const WlanNetwork& network, const StringTable& strings) {
-  constexpr std::ptrdiff_t shortestShownBssid = 11;
+  // Characters, not bytes: a redacted address may be written in dots that take three bytes each.
+  constexpr std::size_t shortestShownBssid = 11;
   if (characterCount(network.bssid) >= shortestShownBssid) {
     rows.push_back({.label = strings.localized("BSSID"),
                     .value = asciiLowercased(network.bssid),

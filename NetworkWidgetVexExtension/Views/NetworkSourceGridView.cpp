@@ -19,10 +19,11 @@ using DisplayMode = NetworkSourceGridView::DisplayMode;
 
 /// No widget has room for more.
 constexpr std::size_t mostCards = 24;
-/// More of them are too low for meters of the usual size.
-constexpr std::size_t mostCardsWithLargeMeters = 4;
-/// More of them, in two columns, are too low for any; the rows go first then.
-constexpr std::size_t mostCardsWithMeters = 6;
+/// Cards of more rows are too low for meters of the usual size.
+constexpr std::size_t mostRowsWithLargeMeters = 2;
+constexpr std::size_t mostRowsWithLargeMetersInALargeWidget = 4;
+/// In two columns, cards of more rows are too low for any; the rows of texts go first then.
+constexpr std::size_t mostRowsWithMeters = 3;
 constexpr double columnSpacing = 8;
 constexpr double closestRows = 1;
 /// How far apart the rows of the only source may stand, in their heights: further, and they would
@@ -44,16 +45,15 @@ NetworkSourceView sourceView(const NetworkSourceGridView& grid, const AnyNetwork
   return {NetworkSourceView::Direction::horizontal, source, rowLimit, !grid.hideBytesMeters};
 }
 
-bool hasTwoColumns(const NetworkSourceGridView& grid) {
-  return grid.sources.size() > 2 && grid.displayMode != DisplayMode::large;
-}
-
-/// What `count` sources that share a widget have in common.
-WidgetEnvironment sharedBy(std::size_t count, DisplayMode mode, const WidgetEnvironment& outer) {
+/// What the sources that share a widget have in common.
+WidgetEnvironment sharedBy(const NetworkSourceGridView& grid, const WidgetEnvironment& outer) {
+  const bool isLarge = grid.displayMode == DisplayMode::large;
+  const NetworkSourceGridView::Shape shape = grid.shape();
   WidgetEnvironment environment = outer;
-  environment.hasNarrowCards =
-      outer.widgetFamily == WidgetFamily::small || (count > 2 && mode != DisplayMode::large);
-  if (count > mostCardsWithLargeMeters) environment.bytesMeterSize = BytesCircularMeterSize::small;
+  environment.hasNarrowCards = outer.widgetFamily == WidgetFamily::small || shape.columns > 1;
+  const std::size_t mostRows =
+      isLarge ? mostRowsWithLargeMetersInALargeWidget : mostRowsWithLargeMeters;
+  if (shape.rows > mostRows) environment.bytesMeterSize = BytesCircularMeterSize::small;
   return environment;
 }
 
@@ -65,7 +65,7 @@ double leastCardHeight(const NetworkSourceGridView& grid, const WidgetEnvironmen
   if (grid.displayMode == DisplayMode::accessory) return row;
   const double rows = 2 * row + closestRows;
   const bool hasRoomForMeters =
-      grid.displayMode == DisplayMode::large || grid.sources.size() <= mostCardsWithMeters;
+      grid.displayMode == DisplayMode::large || grid.shape().rows <= mostRowsWithMeters;
   if (grid.hideBytesMeters || !hasRoomForMeters) return rows;
   return std::max(rows, bytesMeterSide(environment.bytesMeterSize));
 }
@@ -78,7 +78,7 @@ double widestRowSpacing(const NetworkSourceGridView& grid, double rowHeight) {
 /// Rows of two columns stand close, so that each card has as many of them as it can.
 std::vector<double> rowSpacings(const NetworkSourceGridView& grid, double spacing,
                                 const WidgetEnvironment& environment) {
-  if (hasTwoColumns(grid)) return {2, closestRows};
+  if (grid.shape().columns > 1) return {2, closestRows};
   const NetworkWidgetDefaultStyle style(environment);
   const double height =
       widgetSize(environment.widgetFamily).height - style.padding.top - style.padding.bottom;
@@ -120,9 +120,14 @@ std::optional<DisplayMode> NetworkSourceGridView::displayModeOf(int rawValue) {
   return std::nullopt;
 }
 
+NetworkSourceGridView::Shape NetworkSourceGridView::shape() const {
+  const std::size_t columns = displayMode == DisplayMode::large || sources.size() <= 2 ? 1 : 2;
+  return {.columns = columns, .rows = (sources.size() + columns - 1) / columns};
+}
+
 View NetworkSourceGridView::body(const WidgetEnvironment& outer) const {
   if (sources.empty()) return noSource(outer);
-  WidgetEnvironment environment = sharedBy(sources.size(), displayMode, outer);
+  WidgetEnvironment environment = sharedBy(*this, outer);
   const double spacing = displayMode == DisplayMode::large ? 10 : 5;
   environment.rowSpacings = rowSpacings(*this, spacing, environment);
   std::vector<View> cards;
@@ -133,9 +138,9 @@ View NetworkSourceGridView::body(const WidgetEnvironment& outer) const {
   if (cards.size() == 2) return vstack(HorizontalAlignment::leading, spacing, std::move(cards));
   const double leastHeight = leastCardHeight(*this, environment);
   for (View& card : cards) card = std::move(card).frame(atLeastAsHighAs(leastHeight));
-  return wholeGrid({.columns = hasTwoColumns(*this) ? 2U : 1U,
+  return wholeGrid({.columns = shape().columns,
                     .columnSpacing = columnSpacing,
-                    .rowSpacing = hasTwoColumns(*this) ? gridRowSpacing : spacing,
+                    .rowSpacing = shape().columns > 1 ? gridRowSpacing : spacing,
                     .alignment = topLeading},
                    std::move(cards));
 }

@@ -41,9 +41,9 @@ std::vector<AnyNetworkSource> sourcesOf(const NetworkState& state,
 /// Whether something of a widget's last row would come to stand on the refresh button: the rows of
 /// a small widget's columns, which are too narrow for icons beside them, and the icons of a medium
 /// one's third row.
-bool reachesTheButton(std::size_t sources, WidgetFamily family) {
-  if (family == WidgetFamily::small) return sources > sourcesOfASmallWidget;
-  return family == WidgetFamily::medium && sources > 4;
+bool reachesTheButton(const NetworkSourceGridView::Shape& shape, WidgetFamily family) {
+  if (family == WidgetFamily::small) return shape.columns > 1;
+  return family == WidgetFamily::medium && shape.rows > 2;
 }
 
 }  // namespace
@@ -53,9 +53,9 @@ View NetworkStateWidgetEntryView::body(const WidgetEnvironment& outer) const {
   environment.showsTimestamp = entry.configuration.showTimestamp.value_or(false);
   NetworkSourceGridView grid;
   grid.sources = sourcesOf(entry.networkState, environment);
-  environment.keepsBottomFree =
-      environment.showsTimestamp || reachesTheButton(grid.sources.size(), environment.widgetFamily);
   grid.displayMode = displayModeOf(environment.widgetFamily);
+  environment.keepsBottomFree =
+      environment.showsTimestamp || reachesTheButton(grid.shape(), environment.widgetFamily);
   return networkWidget(grid.body(environment), environment);
 }
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Support/AsciiCase.h"
+#include "Support/Utf8.h"
 
 namespace lanternfold {
 
@@ -113,16 +114,6 @@ bool beginsWith(const Words& words, const Words& beginning) {
                     });
 }
 
-/// Cut between characters of UTF-8.
-void shorten(std::string& text) {
-  if (text.size() <= longestNameBytes) return;
-  std::size_t end = longestNameBytes;
-  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) {
-    --end;
-  }
-  text.resize(end);
-}
-
 }  // namespace
 
 std::optional<std::string> adapterName(const HardwareNames& names) {
@@ -134,7 +125,7 @@ std::optional<std::string> adapterName(const HardwareNames& names) {
   }
   words.insert(words.end(), model.begin(), model.end());
   std::string name = joined(words);
-  shorten(name);
+  name.resize(cutBetweenCharacters(name, longestNameBytes).size());
   return name;
 }
 

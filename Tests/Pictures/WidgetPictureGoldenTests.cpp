@@ -27,6 +27,7 @@ struct WidgetPicture {
   Words words = {};  ///< of the user's language, by the English ones
   bool showsTimestamp = false;
   void (*change)(NetworkState&) = nullptr;  ///< to the sample's state
+  double scale = 2;                         ///< pixels a point
 
   friend void PrintTo(const WidgetPicture& picture, std::ostream* stream) {
     *stream << picture.name;
@@ -69,7 +70,22 @@ std::vector<WidgetPicture> widgetPictures() {
            .kind = "NetworkAdapterWidget",
            .scheme = dark,
            .showsTimestamp = true},
-          {.name = "bandwidth_small_light", .kind = "BandwidthMonitorWidget", .family = small}};
+          {.name = "bandwidth_small_light", .kind = "BandwidthMonitorWidget", .family = small},
+          {.name = "internet_small_light_1x",
+           .kind = "InternetNetworkStateWidget",
+           .family = small,
+           .scale = 1},
+          {.name = "panoramic_large_dark_1x",
+           .kind = panoramic,
+           .family = large,
+           .scheme = dark,
+           .scale = 1},
+          {.name = "wifi_small_dark_3x",
+           .kind = "WlanNetworkStateWidget",
+           .family = small,
+           .scheme = dark,
+           .scale = 3},
+          {.name = "panoramic_large_light_3x", .kind = panoramic, .family = large, .scale = 3}};
 }
 
 View sampleOf(const WidgetPicture& picture) {
@@ -99,7 +115,7 @@ View changedSampleOf(const WidgetPicture& picture) {
            isPanoramic ? NetworkSourceCategory::all() : NetworkSourceCategory::wlan()});
 }
 
-/// A PNG at scale 2; nothing is drawn by a stand-in.
+/// A PNG; nothing is drawn by a stand-in.
 std::string drawn(const WidgetPicture& picture) {
   const auto png =
       renderPicture(picture.change == nullptr ? sampleOf(picture) : changedSampleOf(picture),
@@ -107,6 +123,7 @@ std::string drawn(const WidgetPicture& picture) {
                      .cornerRadiusPoints = widgetCornerRadius,
                      .scheme = picture.scheme,
                      .direction = picture.direction,
+                     .scale = picture.scale,
                      .drawingTime = "Today, 10:30"},
                     {.assetFolder = std::filesystem::path(LANTERNFOLD_SOURCE_DIR) / "Assets",
                      .report = [](std::string_view line) { ADD_FAILURE() << line; }});

@@ -8,7 +8,7 @@
 namespace lanternfold {
 namespace {
 
-const RoundedClip clip = makeRoundedClip({{10, 10}, {100, 50}}, 20, 1);
+const RoundedClip clip = makeRoundedClip({{10, 10}, {100, 50}}, 20);
 
 bool reaches(double left, double top, double right, double bottom) {
   return reachesCorner({{left, top}, {right - left, bottom - top}}, clip);
@@ -29,7 +29,7 @@ TEST(RoundedClips, AreNotReachedByWhatStandsClearOfTheCorners) {
   EXPECT_FALSE(reaches(10, 30, 110, 40));
   EXPECT_FALSE(reaches(16, 16, 104, 54));
   EXPECT_FALSE(reachesCorner({{10, 10}, {100, 50}}, {{{10, 10}, {100, 50}}, 0}));
-  EXPECT_FALSE(reachesCorner({{10, 10}, {100, 50}}, {{{10, 10}, {100, 50}}, -3}));
+  EXPECT_FALSE(reachesCorner({{10, 10}, {100, 50}}, makeRoundedClip({{10, 10}, {100, 50}}, -3)));
 }
 
 TEST(RoundedClips, CutEveryKindOfCommandAtTheCorners) {
@@ -50,13 +50,12 @@ TEST(RoundedClips, CutEveryKindOfCommandAtTheCorners) {
   }
 }
 
-// Each piece has a clip of its own: where they meet there may be no seam, and nothing twice.
-TEST(RoundedClips, InPiecesLookLikeOne) {
+TEST(RoundedClips, LookLikeARoundedRectangle) {
   Painter painter("/nowhere", {});
   for (const double scale : {1.0, 1.5, 2.0, 3.0}) {
     for (const double radius : {3.0, 7.3, 15.0, 20.0, 100.0}) {
       const Rect frame{{0, 0}, {40, 30}};
-      const PaintedPixels pieces(40, 30, scale, [&](cairo_t* surface) {
+      const PaintedPixels clipped(40, 30, scale, [&](cairo_t* surface) {
         painter.paint({BeginClip{frame, radius},
                        FillLinearGradient{frame, {1, 1, 1, 0.5}, {1, 1, 1, 0.5}}, EndClip{}},
                       surface);
@@ -66,12 +65,61 @@ TEST(RoundedClips, InPiecesLookLikeOne) {
       });
       for (std::size_t y = 0; y < whole.height(); ++y) {
         for (std::size_t x = 0; x < whole.width(); ++x) {
-          ASSERT_NEAR(pieces.at(x, y) >> 24U, whole.at(x, y) >> 24U, 6)
+          ASSERT_NEAR(clipped.at(x, y) >> 24U, whole.at(x, y) >> 24U, 6)
               << scale << " " << radius << ": " << x << " " << y;
         }
       }
     }
   }
+}
+
+TEST(RoundedClips, LeaveWhatWasThereOutsideTheirCorners) {
+  Painter painter("/nowhere", {});
+  constexpr Rgba red{1, 0, 0, 1};
+  constexpr Rgba blue{0, 0, 1, 1};
+  constexpr Rgba green{0, 1, 0, 1};
+  const Rect frame{{5, 5}, {30, 30}};
+  const PaintedPixels pixels(40, 40, 2, [&](cairo_t* surface) {
+    painter.paint(
+        {FillRoundedRectangle{{{0, 0}, {40, 40}}, 0, red}, BeginClip{frame, 10},
+         FillRoundedRectangle{frame, 0, blue}, FillRoundedRectangle{frame, 0, green}, EndClip{}},
+        surface);
+  });
+  constexpr std::uint32_t redPixel = 0xFFFF0000;
+  constexpr std::uint32_t greenPixel = 0xFF00FF00;
+  for (const std::size_t x : {10U, 11U, 68U, 69U}) {
+    EXPECT_EQ(pixels.at(x, 10), redPixel) << x;
+    EXPECT_EQ(pixels.at(x, 69), redPixel) << x;
+    EXPECT_EQ(pixels.at(x, 40), greenPixel) << x;
+    EXPECT_EQ(pixels.at(40, x), greenPixel) << x;
+  }
+  // The edge is a mean of what was there and the last coat: the one below it does not shine
+  // through.
+  for (std::size_t y = 0; y < 80; ++y) {
+    for (std::size_t x = 0; x < 80; ++x) EXPECT_LE(pixels.at(x, y) & 0xFFU, 1U) << x << " " << y;
+  }
+}
+
+TEST(RoundedClips, TooLargeToKeepTheirCornersAreClippedByThem) {
+  Painter painter("/nowhere", {});
+  const Rect frame{{0, 0}, {600, 600}};
+  const PaintedPixels pixels(600, 600, 1, [&](cairo_t* surface) {
+    painter.paint({BeginClip{frame, 300}, FillRoundedRectangle{frame, 0, {1, 1, 1, 1}}, EndClip{}},
+                  surface);
+  });
+  EXPECT_EQ(pixels.at(80, 80), 0U);
+  EXPECT_EQ(pixels.at(95, 95), 0xFFFFFFFFU);
+}
+
+TEST(RoundedClips, MayReachBeyondTheTarget) {
+  Painter painter("/nowhere", {});
+  const Rect frame{{-10, -10}, {60, 60}};
+  const PaintedPixels pixels(40, 40, 1, [&](cairo_t* surface) {
+    painter.paint({BeginClip{frame, 30}, FillRoundedRectangle{frame, 0, {1, 1, 1, 1}}, EndClip{}},
+                  surface);
+  });
+  EXPECT_NEAR(pixels.coverage(), 40 * 40, 4 * 12);
+  EXPECT_EQ(pixels.at(0, 20), 0xFFFFFFFFU);
 }
 
 TEST(RoundedClips, WithinEachOtherCutBoth) {

@@ -1,3 +1,6 @@
+#include <cstdio>
+#include <cstdlib>
+
 #include <gtest/gtest.h>
 
 #include "Support/RelativeDateText.h"
@@ -148,8 +151,22 @@ TEST(RelativeDateText, UnknownLocaleIsEnglish) {
   }
 }
 
+/// Says the morning, and a moment eight hours earlier, on a machine of that zone. Ends the program,
+/// because ICU looks only once which zone its machine has.
+[[noreturn]] void sayOnMachineOf(const char* zone) {
+  ::setenv("TZ", zone, 1);
+  const DateHabits habits{.locale = "en_GB", .timeZone = ""};
+  for (const Moment moment : {morning, morning - hours(8)}) {
+    std::fprintf(stderr, "%s; ", relativeDateText(moment, morning, habits).c_str());
+  }
+  std::exit(0);
+}
+
 TEST(RelativeDateText, MachinesOwnZoneWhenNoneIsNamed) {
-  EXPECT_NE(relativeDateText(morning, morning, {.locale = "en_GB", .timeZone = ""}), "");
+  EXPECT_EXIT(sayOnMachineOf("Asia/Kathmandu"), testing::ExitedWithCode(0),
+              "^Today, 11:03; Today, 03:03; $");
+  EXPECT_EXIT(sayOnMachineOf("America/New_York"), testing::ExitedWithCode(0),
+              "^Today, 00:18; Yesterday, 16:18; $");
 }
 
 }  // namespace
