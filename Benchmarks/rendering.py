@@ -45,7 +45,7 @@ def comparable_svg():
     """The rows of the widget's placeholder, about where they stand."""
     parts = [f'<svg xmlns="http://www.w3.org/2000/svg" width="{WIDTH}" height="{HEIGHT}"'
              ' font-family="Inter" fill="#fff"><linearGradient id="g" x2="0" y2="1">'
-             '<stop stop-color="#2674C8"/><stop offset="1" stop-color="#164C8C"/></linearGradient>'
+             '<stop stop-color="#1E66B6"/><stop offset="1" stop-color="#164C8C"/></linearGradient>'
              f'<rect width="{WIDTH}" height="{HEIGHT}" rx="22" fill="url(#g)"/>']
     y = 28.0
     for rows in SOURCES:

@@ -2,8 +2,9 @@
 //
 //   {"Foreground": {"light": "#FFFFFF", "dark": "#F2F5FA"}, ...}
 //
-// Read by: whoever draws. Rule: the foreground on the gradient and the label's text on the label's
-// background are easy to read everywhere and in both schemes; a test measures the contrast.
+// Read by: whoever draws. Rule: the foreground on the gradient and on the logo, and the label's
+// text on the label's background, are easy to read everywhere and in both schemes; a test measures
+// the contrast.
 #pragma once
 
 #include <expected>

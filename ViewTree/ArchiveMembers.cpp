@@ -40,6 +40,10 @@ void ArchiveMembers::text(std::string_view name, std::string& text) const {
   if (const std::string* const found = requiredText(name)) text = displayableText(*found);
 }
 
+void ArchiveMembers::optionalText(std::string_view name, std::string& text) const {
+  if (find(name) != nullptr) this->text(name, text);
+}
+
 void ArchiveMembers::url(std::string_view name, std::string& url) const {
   const std::string* const found = requiredText(name);
   if (found == nullptr) return;

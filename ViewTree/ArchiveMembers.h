@@ -36,6 +36,7 @@ class ArchiveMembers {
   [[nodiscard]] const std::string* requiredText(std::string_view name) const;
 
   void text(std::string_view name, std::string& text) const;
+  void optionalText(std::string_view name, std::string& text) const;
   void url(std::string_view name, std::string& url) const;
   void number(std::string_view name, double& number, const NumberRule& rule) const;
   void optionalNumber(std::string_view name, std::optional<double>& number,

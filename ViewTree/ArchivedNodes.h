@@ -3,6 +3,7 @@
 //
 // Read by: the encoder and the decoder, each with a visitor that has
 //   text(name, std::string&)            url(name, std::string&)
+//   optionalText(name, std::string&)
 //   number(name, double&, NumberRule)   optionalNumber(name, std::optional<double>&, NumberRule)
 //   count(name, std::size_t&, CountRule)
 //   numbers(name, std::vector<double>&, NumberRule)
@@ -52,6 +53,7 @@ struct ArchivedNode<TextNode> : ArchivedLeaf {
     members.number("minimumScale", node.minimumScale, fractionRule.unless(1));
     members.count("lineLimit", node.lineLimit, lineLimitRule);
     members.choice("alignment", node.alignment, horizontalNames, HorizontalAlignment::leading);
+    members.optionalText("sizedWith", node.sizedWith);
   }
 };
 

@@ -21,7 +21,7 @@ View around(ViewNode node, View content) {
 
 View text(std::string_view content, const TextStyle& style) {
   return leaf(TextNode{displayableText(content), style.font, style.truncation, style.minimumScale,
-                       style.lineLimit, style.alignment});
+                       style.lineLimit, style.alignment, displayableText(style.sizedWith)});
 }
 
 View drawingTime(std::string_view format, const Font& font) {

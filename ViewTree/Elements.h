@@ -19,6 +19,8 @@ struct TextStyle {
   /// Above 1 the text wraps: `minimumScale` is for single lines.
   std::size_t lineLimit = 1;
   HorizontalAlignment alignment = HorizontalAlignment::leading;
+  /// Another text beside which this one is to be of one size, shrunk or not.
+  std::string_view sizedWith = {};
 };
 
 struct SymbolStyle {

@@ -12,6 +12,12 @@ namespace {
 /// Room for heights that are equal but for rounding.
 constexpr double tolerance = 0.001;
 
+/// Of what has to fit the place in one font.
+double widestOf(const TextNode& node, double width, const TextMeasurer& measurer) {
+  if (node.sizedWith.empty() || node.lineLimit > 1 || node.minimumScale >= 1) return width;
+  return std::max(width, measurer.measure(node.sizedWith, node.font).width);
+}
+
 /// How many lines of `height` have room in what is offered.
 std::size_t linesWithin(const TextNode& node, double height, std::optional<double> offered) {
   if (node.lineLimit <= 1 || !offered || height <= 0) return node.lineLimit;
@@ -36,10 +42,12 @@ FittedText fittedText(const TextNode& node, const ProposedSize& offer,
   const Size whole = measurer.measure(node.text, node.font);
   FittedText fitted{
       node.text, {{node.text, whole.width}}, node.font, whole, measurer.baseline(node.font)};
-  if (!offer.width || whole.width <= *offer.width) return fitted;
+  if (!offer.width) return fitted;
+  const double widest = widestOf(node, whole.width, measurer);
+  if (widest <= *offer.width) return fitted;
   if (node.lineLimit <= 1 && node.minimumScale < 1) {
     // A little less than the ratio says, because letters do not scale to the last bit.
-    const double scale = std::max(node.minimumScale, 0.99 * *offer.width / whole.width);
+    const double scale = std::max(node.minimumScale, 0.99 * *offer.width / widest);
     fitted.font.size = node.font.size * scale;
   }
   const auto widthOf = [&](std::string_view text) {

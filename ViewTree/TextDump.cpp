@@ -46,6 +46,7 @@ struct Describer {
     if (node.minimumScale != 1) figures += " down-to " + dumped(node.minimumScale);
     if (node.lineLimit != 1) figures += " lines " + std::to_string(node.lineLimit);
     if (node.alignment != HorizontalAlignment::leading) figures += ' ' + name(node.alignment);
+    if (!node.sizedWith.empty()) figures += " with " + quoted(node.sizedWith);
   }
   void operator()(const DrawingTimeNode& node) {
     kind = "drawing-time";

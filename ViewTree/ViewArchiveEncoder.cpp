@@ -50,6 +50,10 @@ class ArchiveWriter {
     quoted(text);
   }
 
+  void optionalText(std::string_view name, const std::string& optional) {
+    if (!optional.empty()) text(name, optional);
+  }
+
   void url(std::string_view name, const std::string& url) { text(name, url); }
 
   void number(std::string_view name, double value, const NumberRule& rule) {

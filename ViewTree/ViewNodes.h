@@ -28,6 +28,9 @@ struct TextNode {
   std::size_t lineLimit = 1;
   /// Where shorter lines stand among longer ones.
   HorizontalAlignment alignment = HorizontalAlignment::leading;
+  /// Where the font of a single line may shrink, it does so as if this were to fit as well: texts
+  /// of each other in places of one width are of one size. Empty for none; is not shown.
+  std::string sizedWith;
   friend bool operator==(const TextNode&, const TextNode&) = default;
 };
 

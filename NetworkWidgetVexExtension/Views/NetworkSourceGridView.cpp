@@ -1,12 +1,14 @@
 #include "NetworkWidgetVexExtension/Views/NetworkSourceGridView.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <ranges>
 #include <utility>
 
 #include "NetworkWidgetVexExtension/Views/BytesMeters.h"
 #include "NetworkWidgetVexExtension/Views/NetworkSourceView.h"
+#include "NetworkWidgetVexExtension/Views/RowSpacing.h"
 #include "NetworkWidgetVexExtension/Views/WidgetStyle.h"
 #include "ViewTree/Elements.h"
 
@@ -23,6 +25,14 @@ constexpr std::size_t mostRowsWithLargeMetersInALargeWidget = 4;
 /// In two columns, cards of more rows are too low for any; the rows of texts go first then.
 constexpr std::size_t mostRowsWithMeters = 3;
 constexpr double columnSpacing = 8;
+constexpr double closestRows = 1;
+/// How far apart the rows of the only source may stand, in their heights: further, and they would
+/// fall to pieces.
+constexpr double widestRowsAlone = 1.4;
+/// And those of several sources, in points: closer than the sources themselves, or one could not
+/// tell where the next one begins.
+constexpr double widestRowsInLargeWidgets = 8;
+constexpr double widestRowsElsewhere = 3;
 /// Between rows of two columns; in one column the cards stand as two of them would.
 constexpr double gridRowSpacing = 6;
 
@@ -35,16 +45,12 @@ NetworkSourceView sourceView(const NetworkSourceGridView& grid, const AnyNetwork
   return {NetworkSourceView::Direction::horizontal, source, rowLimit, !grid.hideBytesMeters};
 }
 
-/// What the sources that share a widget have in common. Their rows stand close, and hardly
-/// vary: cards of one widget should not look as if they were of two.
+/// What the sources that share a widget have in common.
 WidgetEnvironment sharedBy(const NetworkSourceGridView& grid, const WidgetEnvironment& outer) {
   const bool isLarge = grid.displayMode == DisplayMode::large;
   const NetworkSourceGridView::Shape shape = grid.shape();
   WidgetEnvironment environment = outer;
   environment.hasNarrowCards = outer.widgetFamily == WidgetFamily::small || shape.columns > 1;
-  if (grid.sources.size() < 2) return environment;
-  environment.rowSpacings = {2, 1};
-  if (isLarge) environment.rowSpacings = {5, 3, 2, 1};
   const std::size_t mostRows =
       isLarge ? mostRowsWithLargeMetersInALargeWidget : mostRowsWithLargeMeters;
   if (shape.rows > mostRows) environment.bytesMeterSize = BytesCircularMeterSize::small;
@@ -57,11 +63,36 @@ WidgetEnvironment sharedBy(const NetworkSourceGridView& grid, const WidgetEnviro
 double leastCardHeight(const NetworkSourceGridView& grid, const WidgetEnvironment& environment) {
   const double row = NetworkWidgetDefaultStyle(environment).rowHeight();
   if (grid.displayMode == DisplayMode::accessory) return row;
-  const double rows = 2 * row + environment.rowSpacings.back();
+  const double rows = 2 * row + closestRows;
   const bool hasRoomForMeters =
       grid.displayMode == DisplayMode::large || grid.shape().rows <= mostRowsWithMeters;
   if (grid.hideBytesMeters || !hasRoomForMeters) return rows;
   return std::max(rows, bytesMeterSide(environment.bytesMeterSize));
+}
+
+double widestRowSpacing(const NetworkSourceGridView& grid, double rowHeight) {
+  if (grid.sources.size() == 1) return std::floor(widestRowsAlone * rowHeight);
+  return grid.displayMode == DisplayMode::large ? widestRowsInLargeWidgets : widestRowsElsewhere;
+}
+
+/// Rows of two columns stand close, so that each card has as many of them as it can.
+std::vector<double> rowSpacings(const NetworkSourceGridView& grid, double spacing,
+                                const WidgetEnvironment& environment) {
+  if (grid.shape().columns > 1) return {2, closestRows};
+  const NetworkWidgetDefaultStyle style(environment);
+  const double height =
+      widgetSize(environment.widgetFamily).height - style.padding.top - style.padding.bottom;
+  StackedSources stacked{.rowHeight = style.rowHeight(),
+                         .leastSourceHeight = leastCardHeight(grid, environment),
+                         .between = spacing,
+                         .available = height,
+                         .widest = widestRowSpacing(grid, style.rowHeight()),
+                         .endAboveALine = environment.keepsBottomFree};
+  for (const AnyNetworkSource& source : grid.sources | std::views::take(mostCards)) {
+    const std::size_t rows = compressedListRepresentationOf(source, environment.strings).size();
+    stacked.rowCounts.push_back(std::min(rows, sourceView(grid, source).rowLimit));
+  }
+  return rowSpacingsOf(stacked);
 }
 
 FrameNode atLeastAsHighAs(double height) {
@@ -96,19 +127,20 @@ NetworkSourceGridView::Shape NetworkSourceGridView::shape() const {
 
 View NetworkSourceGridView::body(const WidgetEnvironment& outer) const {
   if (sources.empty()) return noSource(outer);
-  const WidgetEnvironment environment = sharedBy(*this, outer);
+  WidgetEnvironment environment = sharedBy(*this, outer);
+  const double spacing = displayMode == DisplayMode::large ? 10 : 5;
+  environment.rowSpacings = rowSpacings(*this, spacing, environment);
   std::vector<View> cards;
   for (const AnyNetworkSource& source : sources | std::views::take(mostCards)) {
     cards.push_back(sourceView(*this, source).body(environment));
   }
   if (cards.size() == 1) return std::move(cards.front());
-  const double spacing = displayMode == DisplayMode::large ? 10 : 5;
   if (cards.size() == 2) return vstack(HorizontalAlignment::leading, spacing, std::move(cards));
   const double leastHeight = leastCardHeight(*this, environment);
   for (View& card : cards) card = std::move(card).frame(atLeastAsHighAs(leastHeight));
   return wholeGrid({.columns = shape().columns,
                     .columnSpacing = columnSpacing,
-                    .rowSpacing = displayMode == DisplayMode::large ? spacing : gridRowSpacing,
+                    .rowSpacing = shape().columns > 1 ? gridRowSpacing : spacing,
                     .alignment = topLeading},
                    std::move(cards));
 }

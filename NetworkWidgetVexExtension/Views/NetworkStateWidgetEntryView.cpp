@@ -1,8 +1,7 @@
 #include "NetworkWidgetVexExtension/Views/NetworkStateWidgetEntryView.h"
 
-#include <algorithm>
 #include <cstddef>
-#include <iterator>
+#include <ranges>
 #include <vector>
 
 #include "NetworkWidgetVexExtension/Views/NetworkSourceGridView.h"
@@ -11,7 +10,8 @@
 namespace lanternfold {
 namespace {
 
-/// A small widget has room for these and no interface beside them.
+/// A small widget has room for these and no further interface: of more sources it could only show
+/// names and the ends of addresses.
 constexpr std::size_t sourcesOfASmallWidget = 2;
 
 bool isWorthShowing(const BasicInterface& interface) {
@@ -29,10 +29,12 @@ std::vector<AnyNetworkSource> sourcesOf(const NetworkState& state,
   if (shown.contains(NetworkSourceCategory::cellular()) && state.cellular) {
     sources.emplace_back(*state.cellular);
   }
-  const bool isFull =
-      environment.widgetFamily == WidgetFamily::small && sources.size() >= sourcesOfASmallWidget;
-  if (isFull || !shown.contains(NetworkSourceCategory::other())) return sources;
-  std::ranges::copy_if(state.others, std::back_inserter(sources), isWorthShowing);
+  if (!shown.contains(NetworkSourceCategory::other())) return sources;
+  const bool isSmall = environment.widgetFamily == WidgetFamily::small;
+  for (const BasicInterface& interface : state.others | std::views::filter(isWorthShowing)) {
+    if (isSmall && sources.size() >= sourcesOfASmallWidget) break;
+    sources.emplace_back(interface);
+  }
   return sources;
 }
 

@@ -49,6 +49,9 @@ TextStyle valueStyle(const SourceListItemView& row, const WidgetEnvironment& env
   TextStyle value{row.isFirstItem ? style.firstValueFont : style.valueFont,
                   tellsNames(row) ? Truncation::tail : truncationOf(row.item.value),
                   smallestValueScale};
+  if (value.truncation == Truncation::middle) {
+    value.minimumScale = smallestAddressSize / value.font.size;
+  }
   if (row.item.value == withheldNameText(environment.strings)) value.lineLimit = linesOfASentence;
   return value;
 }
@@ -85,7 +88,7 @@ View SourceListItemView::content(const TextStyle& style,
                                  const WidgetEnvironment& environment) const {
   View value = text(item.value, style);
   if (item.label.empty()) return value;
-  const View label = labelOf(*this, environment).layoutPriority(1);
+  View label = labelOf(*this, environment).layoutPriority(1);
   if (item.value.empty()) return label;
   if (item.labelRequired) return beside(label, std::move(value));
   TextStyle smaller = style;

@@ -52,11 +52,14 @@ struct WidgetEnvironment {
   bool keepsBottomFree = false;
   /// The space between a source's rows where they all have room, and where they have less and less;
   /// set by the grid, so that the sources of a widget look alike.
-  std::vector<double> rowSpacings = {14, 12, 9, 6, 4, 2, 1};
+  std::vector<double> rowSpacings = {1};
   /// Set by the grid, too: whether its cards are narrow, so that long names of interfaces are
   /// shortened.
   bool hasNarrowCards = false;
   BytesCircularMeterSize bytesMeterSize = BytesCircularMeterSize::automatic;
+  /// The longest number of the meters beside a byte meter, of the size of which its own is set; set
+  /// by the row or column of meters.
+  std::string numberBesideMeter = {};
   /// How well the Wi-Fi network is received, 0 to 1; absent without one. Set by the source's view.
   std::optional<double> signalStrength = {};
 };

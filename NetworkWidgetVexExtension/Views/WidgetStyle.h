@@ -14,8 +14,10 @@ inline constexpr double refreshButtonInset = 8;
 
 inline constexpr Font smallFont{8, FontWeight::regular};
 inline constexpr Font smallBoldFont{8, FontWeight::bold};
-/// How far a value may shrink before it is shortened.
+/// How far a value may shrink before it is shortened; of an address, which is of little use without
+/// its middle, the font may be as small as the smallest there is.
 inline constexpr double smallestValueScale = 0.75;
+inline constexpr double smallestAddressSize = smallFont.size;
 
 /// The names of the colour pairs that the views use.
 inline constexpr const char* gradientStartColour = "BackgroundGradientStart";

@@ -65,7 +65,7 @@ TEST(NetworkStateWidgetEntryView, ShowsACellularSourceAfterWifi) {
 TEST(NetworkStateWidgetEntryView, AddsNoInterfaceToTwoSourcesInASmallWidget) {
   EXPECT_THAT(shownBy(entryWith({wired("en1")}), WidgetFamily::small),
               ElementsAre("Internet", "Wi-Fi"));
-  NetworkStateEntry withoutWifi = entryWith({wired("en1")});
+  NetworkStateEntry withoutWifi = entryWith({wired("en1"), wired("en2")});
   withoutWifi.networkState.wlan.reset();
   EXPECT_THAT(shownBy(withoutWifi, WidgetFamily::small), ElementsAre("Internet", "Port en1"));
 }

@@ -1,10 +1,9 @@
-// What is painted of the card in each colour scheme, and whether it can be read.
+// What is painted of the card in each colour scheme.
 #include <filesystem>
 
 #include <gtest/gtest.h>
 
 #include "NetworkWidgetVexExtension/Views/NetworkAdapterWidgetEntryView.h"
-#include "NetworkWidgetVexExtension/Views/WidgetStyle.h"
 #include "Rendering/ColourFile.h"
 #include "Tests/NetworkWidgetVexExtension/CardStates.h"
 #include "Tests/Support/GoldenText.h"
@@ -41,25 +40,6 @@ TEST(CardDrawList, OfTheLightSchemeIsAsBlessed) {
 TEST(CardDrawList, OfTheDarkSchemeIsAsBlessed) {
   expectGolden(golden("card-dark.txt"), drawListOf(ColourScheme::dark));
 }
-
-class AssetColours : public testing::TestWithParam<ColourScheme> {
- protected:
-  static Rgba colour(const char* name) {
-    return resolveColour(Colour::named(name), assetColours(), GetParam()).value();
-  }
-};
-
-// 4.5 is what the accessibility guidelines ask of small text.
-TEST_P(AssetColours, KeepTextReadableOnTheWholeGradient) {
-  for (const char* background : {gradientStartColour, gradientEndColour}) {
-    EXPECT_GE(contrastRatio(colour(foregroundColour), colour(background)), 4.5) << background;
-    const Rgba label = blended({1, 1, 1, 0.4}, colour(background));
-    EXPECT_GE(contrastRatio(colour(labelColour), label), 4.5) << background;
-  }
-}
-
-INSTANTIATE_TEST_SUITE_P(Schemes, AssetColours,
-                         testing::Values(ColourScheme::light, ColourScheme::dark));
 
 }  // namespace
 }  // namespace lanternfold

@@ -77,7 +77,7 @@ TEST(PictureRenderer, RunsTheGradientFromTopToBottomInEachScheme) {
     return true;
   };
   const Picture light = decodedPng(rendered(cardOf(entryOf({})), mediumRequest()));
-  EXPECT_TRUE(nearly(light.at(100, 0), 0x2674C8));
+  EXPECT_TRUE(nearly(light.at(100, 0), 0x1E66B6));
   EXPECT_TRUE(nearly(light.at(100, 169), 0x164C8C));
   const Picture dark = decodedPng(rendered(cardOf(entryOf({})), mediumRequest(ColourScheme::dark)));
   EXPECT_TRUE(nearly(dark.at(100, 0), 0x26364F));

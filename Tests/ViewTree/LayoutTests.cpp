@@ -142,6 +142,21 @@ TEST(Layout, ShrinksATextBeforeItShortensIt) {
             "text 0,0 15x12 down-to 0.5 5 \"abcde\u2026\" -- \"abcdefgh\"\n");
 }
 
+TEST(Layout, ShrinksATextAsFarAsTheOneItIsSizedWith) {
+  const auto shrunk = [](std::string_view content, std::string_view other) {
+    const MetricTextMeasurer measurer;
+    const View view = text(content, {.font = {10}, .minimumScale = 0.5, .sizedWith = other});
+    const LaidOutView laidOut = layOut(view, {30, 12}, {measurer, ""});
+    return std::pair(laidOut.shownFont.size, laidOut.shownLines.front().text);
+  };
+  const auto [size, shown] = shrunk("abcdefgh", "abcd");
+  EXPECT_LT(size, 10);
+  EXPECT_EQ(shown, "abcdefgh");
+  EXPECT_EQ(shrunk("abcd", "abcdefgh"), std::pair(size, std::string("abcd")));
+  EXPECT_EQ(shrunk("abcd", "abc").first, 10);
+  EXPECT_EQ(shrunk("abcd", std::string(100, 'a')), std::pair(5.0, std::string("abcd")));
+}
+
 View paragraph(std::string_view content, std::size_t lineLimit) {
   return text(content, {{10}, Truncation::tail, 1, lineLimit});
 }

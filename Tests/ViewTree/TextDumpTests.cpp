@@ -46,6 +46,9 @@ std::vector<View> variationsOf(const View& view) {
     if (auto* text = std::get_if<TextNode>(&node)) text->lineLimit += 1;
   });
   with([](ViewNode& node) {
+    if (auto* text = std::get_if<TextNode>(&node)) text->sizedWith += "!";
+  });
+  with([](ViewNode& node) {
     if (auto* time = std::get_if<DrawingTimeNode>(&node)) time->format = "%@, last update";
   });
   with([](ViewNode& node) {

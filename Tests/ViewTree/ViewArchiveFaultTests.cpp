@@ -139,6 +139,8 @@ INSTANTIATE_TEST_SUITE_P(
         BadMember{R"({"type":"colourScheme","scheme":"sepia"})", {"root.scheme", noWord}},
         BadMember{R"({"type":"text","text":"a","fontSize":1,"lineLimit":"2"})",
                   {"root.lineLimit", noNumber}},
+        BadMember{R"({"type":"text","text":"a","fontSize":1,"sizedWith":1})",
+                  {"root.sizedWith", noText}},
         BadMember{R"({"type":"link","url":"example.net"})", {"root.url", "It is not a URL."}},
         BadMember{R"({"type":"link","url":"a:\u001b"})", {"root.url", "It is not a URL."}}));
 

@@ -24,6 +24,7 @@ inline std::vector<View> viewsOfEveryKind() {
       text("caf\u00e9 \"\\ \U0001F680",
            {{13.5, FontWeight::bold, FontLeading::tight}, Truncation::middle, 0.6}),
       text("one two", {{10}, Truncation::tail, 1, 3, HorizontalAlignment::trailing}),
+      text("3.85", {.font = {10}, .minimumScale = 0.5, .sizedWith = "10.54"}),
       drawingTime("Last update %@", {8, FontWeight::bold, FontLeading::tight}),
       symbol("globe"),
       symbol("wifi", 11),
