@@ -8,6 +8,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "CommandLine/CommandChoice.h"
 #include "CommandLine/Commands/EchoServiceCommand.h"
 #include "CommandLine/Commands/GalleryCommand.h"
 #include "CommandLine/Commands/InterfacesCommand.h"
@@ -18,6 +19,7 @@
 #include "CommandLine/Commands/StateCommand.h"
 #include "CommandLine/Commands/TimelineCommand.h"
 #include "CommandLine/Commands/WifiCommand.h"
+#include "CommandLine/NetCommandLine.h"
 #include "Wiring/ArgumentParsing.h"
 #include "Wiring/CommonOptions.h"
 #include "Wiring/ProgramName.h"
@@ -25,41 +27,22 @@
 namespace lanternfold {
 namespace {
 
-/// What the callback of the command that was given leaves behind.
-using Choice = std::expected<ChosenCommand, CommandFailure>;
-
 constexpr const char* footer =
     "Exit status: 0 done; 1 the work failed; 2 the command line was not understood.\n"
     "Failures are one line on standard error. NO_COLOR switches colours off.\n";
 
-using Run = std::expected<void, CommandFailure>(const Machine&, const Console&);
-
-ChosenCommand commandOf(const CommonChoice& common, bool json, std::function<Run> run) {
-  return {.run = [run = std::move(run), authorities = common.certificateAuthoritiesFile](
-                     const Machine& machine,
-                     const Console& console) -> std::expected<void, CommandFailure> {
-            auto readable = requireCertificateAuthorities(authorities);
-            return readable ? run(machine, console) : readable;
-          },
-          .machine = {.diagnostics = json ? DiagnosticsTarget::standardError
-                                          : DiagnosticsTarget::standardOutput,
-                      .texts = json ? TextLanguage::english : TextLanguage::users,
-                      .dataFolder = common.dataFolder,
-                      .certificateAuthoritiesFile = common.certificateAuthoritiesFile}};
-}
-
-Choice chooseInterfaces(InterfacesOptions options, std::string_view excluding,
-                        const CommonOptions& common) {
+CommandChoice chooseInterfaces(InterfacesOptions options, std::string_view excluding,
+                               const CommonOptions& common) {
   const auto choice = checkCommonOptions(common);
   if (!choice) return std::unexpected(choice.error());
   options.excluding = parseExcludedNames(excluding);
-  return commandOf(*choice, options.json,
-                   [options](const Machine& machine, const Console& console) {
-                     return runInterfaces(options, machine, console);
-                   });
+  return chosenCommand(*choice, options.json,
+                       [options](const Machine& machine, const Console& console) {
+                         return runInterfaces(options, machine, console);
+                       });
 }
 
-void addInterfaces(CLI::App& app, Choice& choice) {
+void addInterfaces(CLI::App& app, CommandChoice& choice) {
   auto options = std::make_shared<InterfacesOptions>();
   auto excluding = std::make_shared<std::string>();
   auto common = std::make_shared<CommonOptions>();
@@ -81,8 +64,8 @@ void addInterfaces(CLI::App& app, Choice& choice) {
   });
 }
 
-Choice chooseState(StateOptions options, const std::optional<std::string>& chosenCategories,
-                   const CommonOptions& common) {
+CommandChoice chooseState(StateOptions options, const std::optional<std::string>& chosenCategories,
+                          const CommonOptions& common) {
   const auto choice = checkCommonOptions(common);
   if (!choice) return std::unexpected(choice.error());
   if (chosenCategories) {
@@ -92,13 +75,13 @@ Choice chooseState(StateOptions options, const std::optional<std::string>& chose
     options.isWifiOptional = false;
   }
   options.monitor = choice->monitor;
-  return commandOf(*choice, options.json,
-                   [options](const Machine& machine, const Console& console) {
-                     return runState(options, machine, console);
-                   });
+  return chosenCommand(*choice, options.json,
+                       [options](const Machine& machine, const Console& console) {
+                         return runState(options, machine, console);
+                       });
 }
 
-void addState(CLI::App& app, Choice& choice) {
+void addState(CLI::App& app, CommandChoice& choice) {
   auto options = std::make_shared<StateOptions>();
   auto categories = std::make_shared<std::optional<std::string>>();
   auto common = std::make_shared<CommonOptions>();
@@ -121,8 +104,8 @@ void addState(CLI::App& app, Choice& choice) {
   });
 }
 
-Choice chooseRecord(RecordOptions options, const std::optional<std::string>& interval,
-                    const CommonOptions& common) {
+CommandChoice chooseRecord(RecordOptions options, const std::optional<std::string>& interval,
+                           const CommonOptions& common) {
   const auto choice = checkCommonOptions(common);
   if (!choice) return std::unexpected(choice.error());
   if (interval) {
@@ -132,13 +115,13 @@ Choice chooseRecord(RecordOptions options, const std::optional<std::string>& int
   }
   if (auto checked = checkRecordOptions(options); !checked) return std::unexpected(checked.error());
   options.appGroupId = choice->monitor.appGroupId;
-  return commandOf(*choice, options.json,
-                   [options](const Machine& machine, const Console& console) {
-                     return runRecord(options, machine, console);
-                   });
+  return chosenCommand(*choice, options.json,
+                       [options](const Machine& machine, const Console& console) {
+                         return runRecord(options, machine, console);
+                       });
 }
 
-void addRecord(CLI::App& app, Choice& choice) {
+void addRecord(CLI::App& app, CommandChoice& choice) {
   auto options = std::make_shared<RecordOptions>();
   auto interval = std::make_shared<std::optional<std::string>>();
   auto common = std::make_shared<CommonOptions>();
@@ -160,19 +143,19 @@ void addRecord(CLI::App& app, Choice& choice) {
   });
 }
 
-Choice chooseRender(const RenderOptions& options, const CommonOptions& common) {
+CommandChoice chooseRender(const RenderOptions& options, const CommonOptions& common) {
   const auto choice = checkCommonOptions(common);
   if (!choice) return std::unexpected(choice.error());
   auto plan = planRender(options);
   if (!plan) return std::unexpected(plan.error());
-  return commandOf(*choice, /*json=*/false,
-                   [plan = *std::move(plan), monitor = choice->monitor](const Machine& machine,
-                                                                        const Console& console) {
-                     return runRender(plan, monitor, machine, console);
-                   });
+  return chosenCommand(*choice, /*json=*/false,
+                       [plan = *std::move(plan), monitor = choice->monitor](
+                           const Machine& machine, const Console& console) {
+                         return runRender(plan, monitor, machine, console);
+                       });
 }
 
-void addRender(CLI::App& app, Choice& choice) {
+void addRender(CLI::App& app, CommandChoice& choice) {
   auto options = std::make_shared<RenderOptions>();
   auto common = std::make_shared<CommonOptions>();
   CLI::App* command = app.add_subcommand("render", "Draw a widget into a PNG, SVG or PDF file");
@@ -191,22 +174,22 @@ void addRender(CLI::App& app, Choice& choice) {
   command->callback([options, common, &choice] { choice = chooseRender(*options, *common); });
 }
 
-Choice chooseGallery(const PictureOptions& options, const CommonOptions& common) {
+CommandChoice chooseGallery(const PictureOptions& options, const CommonOptions& common) {
   const auto choice = checkCommonOptions(common);
   if (!choice) return std::unexpected(choice.error());
   auto picture = checkPictureOptions(options);
   if (!picture) return std::unexpected(picture.error());
-  ChosenCommand chosen = commandOf(*choice, /*json=*/false,
-                                   [picture = *std::move(picture), monitor = choice->monitor](
-                                       const Machine& machine, const Console& console) {
-                                     return runGallery(picture, monitor, machine, console);
-                                   });
+  ChosenCommand chosen = chosenCommand(*choice, /*json=*/false,
+                                       [picture = *std::move(picture), monitor = choice->monitor](
+                                           const Machine& machine, const Console& console) {
+                                         return runGallery(picture, monitor, machine, console);
+                                       });
   // All its widgets meet the same faults.
   chosen.machine.repeatedDiagnostics = RepeatedDiagnostics::dropped;
   return chosen;
 }
 
-void addGallery(CLI::App& app, Choice& choice) {
+void addGallery(CLI::App& app, CommandChoice& choice) {
   auto options = std::make_shared<PictureOptions>(defaultGalleryOptions());
   auto common = std::make_shared<CommonOptions>();
   CLI::App* command = app.add_subcommand(
@@ -224,13 +207,13 @@ void addGallery(CLI::App& app, Choice& choice) {
   command->callback([options, common, &choice] { choice = chooseGallery(*options, *common); });
 }
 
-Choice chooseTimeline(const WidgetOptions& widget, bool json, const CommonOptions& common) {
+CommandChoice chooseTimeline(const WidgetOptions& widget, bool json, const CommonOptions& common) {
   const auto choice = checkCommonOptions(common);
   if (!choice) return std::unexpected(choice.error());
   auto question = widgetQuestion(widget, EntryCall::Kind::timeline);
   if (!question) return std::unexpected(question.error());
   const TimelineOptions options{.question = *std::move(question), .json = json};
-  ChosenCommand command = commandOf(
+  ChosenCommand command = chosenCommand(
       *choice, options.json,
       [options, monitor = choice->monitor](const Machine& machine, const Console& console) {
         return runTimeline(options, monitor, machine, console);
@@ -240,7 +223,7 @@ Choice chooseTimeline(const WidgetOptions& widget, bool json, const CommonOption
   return command;
 }
 
-void addTimeline(CLI::App& app, Choice& choice) {
+void addTimeline(CLI::App& app, CommandChoice& choice) {
   auto widget = std::make_shared<WidgetOptions>();
   auto json = std::make_shared<bool>(false);
   auto common = std::make_shared<CommonOptions>();
@@ -255,18 +238,18 @@ void addTimeline(CLI::App& app, Choice& choice) {
       [widget, json, common, &choice] { choice = chooseTimeline(*widget, *json, *common); });
 }
 
-Choice chooseEchoService(const EchoServiceOptions& options, const CommonOptions& common) {
+CommandChoice chooseEchoService(const EchoServiceOptions& options, const CommonOptions& common) {
   const auto choice = checkCommonOptions(common);
   if (!choice) return std::unexpected(choice.error());
   auto plan = planEchoService(options);
   if (!plan) return std::unexpected(plan.error());
-  return commandOf(*choice, /*json=*/false,
-                   [plan = *std::move(plan)](const Machine& machine, const Console& console) {
-                     return runEchoService(plan, machine, console);
-                   });
+  return chosenCommand(*choice, /*json=*/false,
+                       [plan = *std::move(plan)](const Machine& machine, const Console& console) {
+                         return runEchoService(plan, machine, console);
+                       });
 }
 
-void addEchoService(CLI::App& app, Choice& choice) {
+void addEchoService(CLI::App& app, CommandChoice& choice) {
   auto options = std::make_shared<EchoServiceOptions>();
   auto common = std::make_shared<CommonOptions>();
   CLI::App* command =
@@ -302,18 +285,18 @@ void addEchoService(CLI::App& app, Choice& choice) {
   command->callback([options, common, &choice] { choice = chooseEchoService(*options, *common); });
 }
 
-Choice chooseLocation(const std::string& action, bool json, const CommonOptions& common) {
+CommandChoice chooseLocation(const std::string& action, bool json, const CommonOptions& common) {
   const auto choice = checkCommonOptions(common);
   if (!choice) return std::unexpected(choice.error());
   const auto options = checkLocationOptions(action, json);
   if (!options) return std::unexpected(options.error());
-  return commandOf(*choice, json,
-                   [options = *options](const Machine& machine, const Console& console) {
-                     return runLocation(options, machine, console);
-                   });
+  return chosenCommand(*choice, json,
+                       [options = *options](const Machine& machine, const Console& console) {
+                         return runLocation(options, machine, console);
+                       });
 }
 
-void addLocation(CLI::App& app, Choice& choice) {
+void addLocation(CLI::App& app, CommandChoice& choice) {
   auto action = std::make_shared<std::string>();
   auto json = std::make_shared<bool>(false);
   auto common = std::make_shared<CommonOptions>();
@@ -335,16 +318,16 @@ void addLocation(CLI::App& app, Choice& choice) {
       [action, json, common, &choice] { choice = chooseLocation(*action, *json, *common); });
 }
 
-Choice chooseWifi(const WifiOptions& options, const CommonOptions& common) {
+CommandChoice chooseWifi(const WifiOptions& options, const CommonOptions& common) {
   const auto choice = checkCommonOptions(common);
   if (!choice) return std::unexpected(choice.error());
-  return commandOf(*choice, options.json,
-                   [options](const Machine& machine, const Console& console) {
-                     return runWifi(options, machine, console);
-                   });
+  return chosenCommand(*choice, options.json,
+                       [options](const Machine& machine, const Console& console) {
+                         return runWifi(options, machine, console);
+                       });
 }
 
-void addWifi(CLI::App& app, Choice& choice) {
+void addWifi(CLI::App& app, CommandChoice& choice) {
   auto options = std::make_shared<WifiOptions>();
   auto common = std::make_shared<CommonOptions>();
   CLI::App* command =
@@ -363,7 +346,7 @@ ParsedCommandLine parseCommandLine(std::span<const std::string> arguments) {
   app.require_subcommand(1);
   app.footer(footer);
   app.set_help_all_flag("--help-all", "Print the help of every command");
-  Choice choice = std::unexpected(CommandFailure{});
+  CommandChoice choice = std::unexpected(CommandFailure{});
   addInterfaces(app, choice);
   addState(app, choice);
   addRecord(app, choice);
@@ -373,6 +356,7 @@ ParsedCommandLine parseCommandLine(std::span<const std::string> arguments) {
   addWifi(app, choice);
   addLocation(app, choice);
   addEchoService(app, choice);
+  addNet(app, choice);
   const ParsedArguments parsed = parseArguments(app, arguments);
   if (const auto* failure = std::get_if<CommandFailure>(&parsed)) return *failure;
   if (const auto* information = std::get_if<InformationText>(&parsed)) return *information;

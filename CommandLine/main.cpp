@@ -16,6 +16,7 @@ int main(int argumentCount, char** arguments) {
   const Console console{.output = std::cout,
                         .errors = std::cerr,
                         .style = styleOfStandardOutput(),
+                        .input = &std::cin,
                         .isReaderGone = isReaderOfStandardOutputGone};
   const ExitStatus status =
       runProgram(std::vector<std::string>(arguments + 1, arguments + argumentCount), console,

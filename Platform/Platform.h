@@ -5,10 +5,12 @@
 #pragma once
 
 #include "Platform/Clock.h"
+#include "Platform/Connection.h"
 #include "Platform/DiagnosticLog.h"
 #include "Platform/Dispatch.h"
 #include "Platform/FileSystem.h"
 #include "Platform/GroupContainer.h"
+#include "Platform/HostLookup.h"
 #include "Platform/InterfaceNaming.h"
 #include "Platform/LocationManager.h"
 #include "Platform/NetworkConfiguration.h"
@@ -39,6 +41,8 @@ struct Platform {
   UrlSessions& urlSessions;
   LocationConsent& locationConsent;
   const WifiClient& wifiClient;
+  const HostLookup& hostLookup;
+  ConnectionFactory& connections;
 };
 
 }  // namespace lanternfold

@@ -1,6 +1,7 @@
 // Where a command writes, and how a failure leaves it.
 #pragma once
 
+#include <istream>
 #include <ostream>
 #include <string>
 #include <utility>
@@ -16,6 +17,8 @@ struct Console {
   std::ostream& output;  ///< results only
   std::ostream& errors;  ///< one line per failure or hint
   TextStyle style = TextStyle::plain;
+  /// What a command reads that is given nothing else; null is the same as empty.
+  std::istream* input = nullptr;
   /// Whether whoever read the output has closed it, which is no fault of the program.
   bool (*isReaderGone)() = [] { return false; };
 };

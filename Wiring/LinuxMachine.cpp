@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <string>
 
+#include "PlatformLinux/Connection/SocketConnection.h"
 #include "PlatformLinux/Defaults/DataDirectory.h"
 #include "PlatformLinux/Defaults/LinuxGroupContainer.h"
 #include "PlatformLinux/Defaults/SqliteUserDefaults.h"
@@ -10,6 +11,7 @@
 #include "PlatformLinux/System/EventLoop.h"
 #include "PlatformLinux/System/GettextStringTable.h"
 #include "PlatformLinux/System/LinuxConnectionMetricsReader.h"
+#include "PlatformLinux/System/LinuxHostLookup.h"
 #include "PlatformLinux/System/LinuxInterfaceNaming.h"
 #include "PlatformLinux/System/LinuxNetworkConfiguration.h"
 #include "PlatformLinux/System/LinuxNetworkKernel.h"
@@ -85,6 +87,8 @@ struct LinuxMachine::Parts {
                          .log = diagnostics}};
   RelayedConsent consent{location.consent()};
   LinuxWifiClient wifiClient{[this] { return mayTellWifiNames(consent); }};
+  LinuxHostLookup hostLookup;
+  SocketConnectionFactory connections{eventLoop};
   Machine machine{.platform = {.kernel = kernel,
                                .resolverConfiguration = resolverConfiguration,
                                .networkConfiguration = networkConfiguration,
@@ -99,7 +103,9 @@ struct LinuxMachine::Parts {
                                .groupContainer = groupContainer,
                                .urlSessions = urlSessions,
                                .locationConsent = consent,
-                               .wifiClient = wifiClient},
+                               .wifiClient = wifiClient,
+                               .hostLookup = hostLookup,
+                               .connections = connections},
                   .mainBundleStrings = strings,
                   .language = language,
                   .metricsReader = std::make_shared<LinuxConnectionMetricsReader>(),

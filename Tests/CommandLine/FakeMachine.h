@@ -10,8 +10,10 @@
 #include "NetBase/LiteralInterfaceNaming.h"
 #include "Tests/CommandLine/FactualWifi.h"
 #include "Tests/CommandLine/FakeSoleRecorder.h"
+#include "Tests/Support/FakeConnection.h"
 #include "Tests/Support/FakeFileSystem.h"
 #include "Tests/Support/FakeGroupContainer.h"
+#include "Tests/Support/FakeHostLookup.h"
 #include "Tests/Support/FakeLocationConsent.h"
 #include "Tests/Support/FakeNetworkConfiguration.h"
 #include "Tests/Support/FakeNetworkKernel.h"
@@ -105,6 +107,8 @@ class FakeMachine {
                               fileSystem,
                               diagnostics};
   FactualWifi wifi{locationConsent};
+  FakeHostLookup hostLookup;
+  FakeConnectionFactory connections;
   FakeSoleRecorder soleRecorder;
   SimulatedMainLoop mainLoop{dispatch};
   Machine machine{.platform = {.kernel = kernel,
@@ -121,7 +125,9 @@ class FakeMachine {
                                .groupContainer = groupContainer,
                                .urlSessions = urlSessions,
                                .locationConsent = relayedConsent,
-                               .wifiClient = wifi},
+                               .wifiClient = wifi,
+                               .hostLookup = hostLookup,
+                               .connections = connections},
                   .mainBundleStrings = strings,
                   .metricsReader = std::make_shared<WideMetricsReader>(kernel),
                   .soleRecorder = soleRecorder,

@@ -5,11 +5,12 @@
 
 #include <asio/co_spawn.hpp>
 #include <asio/detached.hpp>
-#include <asio/io_context.hpp>
+#include <asio/execution_context.hpp>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "NetBase/NetworkMessageSender.h"
+#include "NetBase/QueueExecutor.h"
 #include "Tests/Support/FakeConnection.h"
 #include "Tests/Support/SimulatedClock.h"
 #include "Tests/Support/SimulatedDispatch.h"
@@ -39,25 +40,11 @@ class NetworkMessageSenderTest : public testing::Test {
           outcomes.push_back(co_await std::move(exchange));
         }(sender_->start(), outcomes_),
         asio::detached);
-    runCaller();
   }
-  void cancel() {
-    asio::co_spawn(caller_, sender_->cancel(), asio::detached);
-    runCaller();
-  }
+  void cancel() { asio::co_spawn(caller_, sender_->cancel(), asio::detached); }
   /// Without letting time pass.
-  void run() {
-    dispatch_.runReady();
-    runCaller();
-  }
-  void runCaller() {
-    caller_.restart();
-    caller_.poll();
-  }
-  void advance(std::chrono::nanoseconds duration) {
-    dispatch_.advance(duration);
-    run();
-  }
+  void run() { dispatch_.runReady(); }
+  void advance(std::chrono::nanoseconds duration) { dispatch_.advance(duration); }
   void startUntilReady() {
     start();
     run();
@@ -71,7 +58,8 @@ class NetworkMessageSenderTest : public testing::Test {
   SimulatedDispatch dispatch_;
   DispatchQueue& queue_ = dispatch_.serialQueue("exchange", QualityOfService::utility);
   std::shared_ptr<FakeConnection> connection_ = std::make_shared<FakeConnection>();
-  asio::io_context caller_;
+  asio::execution_context context_;
+  QueueExecutor caller_{dispatch_.mainQueue(), context_};
   std::vector<MessageResult> outcomes_;
   std::unique_ptr<NetworkMessageSender> sender_;
 };
@@ -211,8 +199,8 @@ TEST_F(NetworkMessageSenderTest, IsCancelled) {
   make(10);
   startUntilReady();
   cancel();
-  EXPECT_EQ(connection_->state(), ConnectionState::cancelled);
   run();
+  EXPECT_EQ(connection_->state(), ConnectionState::cancelled);
   EXPECT_THAT(outcomes_, ElementsAre(failure(MessageSenderError::cancelled)));
   advance(20s);
   EXPECT_EQ(outcomes_.size(), 1U);
@@ -221,15 +209,15 @@ TEST_F(NetworkMessageSenderTest, IsCancelled) {
 TEST_F(NetworkMessageSenderTest, ReportsWhatCameFirstOfTimeoutAndCancel) {
   make(1);
   startUntilReady();
-  dispatch_.advance(1s);
-  cancel();
-  run();
+  dispatch_.mainQueue().after(1s, [this] { cancel(); });
+  advance(1s);
   EXPECT_THAT(outcomes_, ElementsAre(failure(MessageSenderError::timeout)));
 }
 
 TEST_F(NetworkMessageSenderTest, CancelledBeforeTheStartDoesNotBegin) {
   make();
   cancel();
+  run();
   start();
   run();
   EXPECT_THAT(outcomes_, ElementsAre(failure(MessageSenderError::cancelled)));

@@ -1,0 +1,163 @@
+#include "CommandLine/NetCommandLine.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "CommandLine/Commands/NetCommand.h"
+#include "CommandLine/Commands/NetSendCommand.h"
+
+namespace lanternfold {
+namespace {
+
+constexpr const char* inputHelp = "; without one, the line in --file, or on standard input";
+
+void addText(CLI::App& command, NetTextOptions& options, const char* name, const char* what) {
+  command.add_option("text", options.text.argument, std::string(what) + inputHelp)
+      ->option_text(name)
+      ->type_name("a text");
+  command.add_option("--file", options.text.file, "Read it from this file")
+      ->option_text("FILE")
+      ->type_name("a file's name");
+}
+
+CommandChoice chooseText(const NetTextOptions& options, const CommonOptions& common,
+                         std::expected<void, CommandFailure> (*run)(const NetTextOptions&,
+                                                                    const Machine&,
+                                                                    const Console&)) {
+  const auto checked = checkCommonOptions(common);
+  if (!checked) return std::unexpected(checked.error());
+  if (options.text.argument && options.text.file) {
+    return std::unexpected(badArguments("the text and --file exclude each other; give one"));
+  }
+  return chosenCommand(*checked, options.json,
+                       [options, run](const Machine& machine, const Console& console) {
+                         return run(options, machine, console);
+                       });
+}
+
+void addGuess(CLI::App& net, CommandChoice& choice) {
+  auto options = std::make_shared<NetTextOptions>();
+  auto common = std::make_shared<CommonOptions>();
+  CLI::App* command =
+      net.add_subcommand("guess", "Tell whether a text is an address or the name of a host");
+  addText(*command, *options, "TEXT", "What somebody types as a target");
+  command->add_flag("--json", options->json, "Write {\"type\":…}, or null for neither");
+  addCommonOptions(*command, *common);
+  command->callback(
+      [options, common, &choice] { choice = chooseText(*options, *common, runNetGuess); });
+}
+
+void addValidate(CLI::App& net, CommandChoice& choice) {
+  auto options = std::make_shared<NetTextOptions>();
+  auto common = std::make_shared<CommonOptions>();
+  CLI::App* command =
+      net.add_subcommand("validate", "Check whether a text can be the name of a host");
+  addText(*command, *options, "NAME", "The name");
+  command->add_flag("--json", options->json, "Write {\"valid\":…}");
+  addCommonOptions(*command, *common);
+  command->callback(
+      [options, common, &choice] { choice = chooseText(*options, *common, runNetValidate); });
+}
+
+struct ResolveOptions {
+  NetTextOptions name;
+  bool ipv4 = false;
+  bool ipv6 = false;
+};
+
+std::optional<IPVersion> versionOf(const ResolveOptions& options) {
+  if (options.ipv4) return IPVersion::ipv4;
+  return options.ipv6 ? std::optional(IPVersion::ipv6) : std::nullopt;
+}
+
+CommandChoice chooseResolve(const ResolveOptions& options, const CommonOptions& common) {
+  if (options.ipv4 && options.ipv6) {
+    return std::unexpected(badArguments(
+        "--ipv4 and --ipv6 exclude each other; give one, or none for whichever there is"));
+  }
+  CommandChoice choice = chooseText(options.name, common, runNetGuess);
+  if (choice) {
+    choice->run = [options](const Machine& machine, const Console& console) {
+      return runNetResolve(options.name, versionOf(options), machine, console);
+    };
+  }
+  return choice;
+}
+
+void addResolve(CLI::App& net, CommandChoice& choice) {
+  auto options = std::make_shared<ResolveOptions>();
+  auto common = std::make_shared<CommonOptions>();
+  CLI::App* command = net.add_subcommand(
+      "resolve", "Find an address of a host, IPv4 before IPv6, as the system looks it up");
+  addText(*command, options->name, "NAME", "The host's name");
+  command->add_flag("--ipv4", options->ipv4, "An IPv4 address only");
+  command->add_flag("--ipv6", options->ipv6, "An IPv6 address only");
+  command->add_flag("--json", options->name.json, "Write {\"ip\":…,\"v\":4} or 6");
+  addCommonOptions(*command, *common);
+  command->callback([options, common, &choice] { choice = chooseResolve(*options, *common); });
+}
+
+CommandChoice chooseSend(const NetSendOptions& options, const CommonOptions& common) {
+  const auto checked = checkCommonOptions(common);
+  if (!checked) return std::unexpected(checked.error());
+  auto plan = planNetSend(options);
+  if (!plan) return std::unexpected(plan.error());
+  return chosenCommand(*checked, options.json,
+                       [plan = *std::move(plan)](const Machine& machine, const Console& console) {
+                         return runNetSend(plan, machine, console);
+                       });
+}
+
+void addSend(CLI::App& net, CommandChoice& choice) {
+  auto options = std::make_shared<NetSendOptions>();
+  auto common = std::make_shared<CommonOptions>();
+  CLI::App* command = net.add_subcommand(
+      "send",
+      "Send one message and show the reply; without --text, --hex and --file it is read "
+      "from standard input");
+  command->add_flag("--tcp", options->tcp,
+                    "Over a connection; the reply ends when the peer ends its side");
+  command->add_flag("--udp", options->udp, "As a datagram; the reply is one, too");
+  command->add_option("host", options->host, "An address or a name")
+      ->option_text("HOST")
+      ->type_name("an address or a name")
+      ->required();
+  command->add_option("port", options->port, "1 to 65535")
+      ->option_text("PORT")
+      ->type_name(portValues)
+      ->required();
+  command
+      ->add_option("--timeout", options->timeout, "Seconds to wait at the most; default no limit")
+      ->option_text("SECONDS")
+      ->type_name(timeoutValues);
+  command->add_option("--text", options->text, "The message")
+      ->option_text("TEXT")
+      ->type_name("a text");
+  command->add_option("--hex", options->hex, "The message's bytes, as \"48 65 6c\"")
+      ->option_text("HEX")
+      ->type_name(hexValues);
+  command->add_option("--file", options->file, "Read the message from this file")
+      ->option_text("FILE")
+      ->type_name("a file's name");
+  command->add_flag("--json", options->json,
+                    "Write {\"data\":base64,\"text\":…,\"from\":\"address:port\"}");
+  addCommonOptions(*command, *common);
+  command->callback([options, common, &choice] { choice = chooseSend(*options, *common); });
+}
+
+}  // namespace
+
+void addNet(CLI::App& app, CommandChoice& choice) {
+  CLI::App* net =
+      app.add_subcommand("net", "Names of hosts, their addresses, and messages to them");
+  net->require_subcommand(1);
+  addGuess(*net, choice);
+  addValidate(*net, choice);
+  addResolve(*net, choice);
+  addSend(*net, choice);
+}
+
+}  // namespace lanternfold

@@ -1,0 +1,78 @@
+#include "CommandLine/ReplyText.h"
+
+#include <cstddef>
+#include <cstdio>
+#include <glib.h>
+#include <memory>
+#include <optional>
+#include <ranges>
+
+#include <nlohmann/json.hpp>
+
+#include "Wiring/PrintableText.h"
+
+namespace lanternfold {
+namespace {
+
+constexpr std::size_t bytesPerRow = 16;
+
+bool isUtf8(std::string_view bytes) {
+  return g_utf8_validate_len(bytes.data(), bytes.size(), nullptr) == TRUE;
+}
+
+/// Lines stay lines, and tabs tabs; what else could move a terminal's cursor is written out.
+std::string printableLines(std::string_view text) {
+  if (text.ends_with('\n')) text.remove_suffix(1);
+  std::string lines;
+  for (const auto part : std::views::split(text, '\n')) {
+    std::string_view line(part);
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    bool isFirst = true;
+    for (const auto cell : std::views::split(line, '\t')) {
+      if (!std::exchange(isFirst, false)) lines += '\t';
+      lines += printable(std::string_view(cell));
+    }
+    lines += '\n';
+  }
+  return lines;
+}
+
+std::string rowsOfBytes(std::string_view bytes) {
+  std::string rows;
+  for (std::size_t offset = 0; offset < bytes.size(); offset += bytesPerRow) {
+    char text[16];
+    std::snprintf(text, sizeof text, "%08zx ", offset);
+    rows += text;
+    for (const char each : bytes.substr(offset, bytesPerRow)) {
+      std::snprintf(text, sizeof text, " %02x",
+                    static_cast<unsigned>(static_cast<unsigned char>(each)));
+      rows += text;
+    }
+    rows += '\n';
+  }
+  return rows;
+}
+
+std::string base64(std::string_view bytes) {
+  const std::unique_ptr<gchar, decltype(&g_free)> text(
+      g_base64_encode(reinterpret_cast<const guchar*>(bytes.data()), bytes.size()), g_free);
+  return text.get();
+}
+
+}  // namespace
+
+std::string replyText(const MessageReply& reply) {
+  const std::string size = std::to_string(reply.data.size());
+  std::string text = "From " + reply.from.value_or("an unknown peer") + ", " + size +
+                     (reply.data.size() == 1 ? " byte:\n" : " bytes:\n");
+  return text + (isUtf8(reply.data) ? printableLines(reply.data) : rowsOfBytes(reply.data));
+}
+
+std::string replyJson(const MessageReply& reply) {
+  using Json = nlohmann::ordered_json;
+  const Json text = isUtf8(reply.data) ? Json(reply.data) : Json(nullptr);
+  const Json from = reply.from ? Json(*reply.from) : Json(nullptr);
+  return Json{{"data", base64(reply.data)}, {"text", text}, {"from", from}}.dump() + "\n";
+}
+
+}  // namespace lanternfold
