@@ -31,6 +31,14 @@ mode_t ordinaryMode() {
   return 0666U & ~mask;
 }
 
+/// Those of the file that is replaced, which its owner may have chosen.
+mode_t modeFor(const std::filesystem::path& path) {
+  struct stat attributes{};
+  if (::stat(path.c_str(), &attributes) != 0) return ordinaryMode();
+  constexpr mode_t permissions = 0777;
+  return attributes.st_mode & permissions;
+}
+
 }  // namespace
 
 std::expected<void, std::string> writeFileAtomically(const std::filesystem::path& path,
@@ -40,7 +48,7 @@ std::expected<void, std::string> writeFileAtomically(const std::filesystem::path
     if (!writeInPlace(path, contents)) return std::unexpected(failure(path, errno));
     return {};
   }
-  const auto replaced = replaceFileAtomically(path, contents, ordinaryMode());
+  const auto replaced = replaceFileAtomically(path, contents, modeFor(path));
   if (!replaced) return std::unexpected(failure(path, replaced.error().value()));
   return {};
 }

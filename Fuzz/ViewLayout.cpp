@@ -11,7 +11,7 @@
 #include <string_view>
 #include <variant>
 
-#include "Fuzz/Support/LengthOfLine.h"
+#include "Fuzz/Support/ViewInput.h"
 #include "ViewTree/DrawList.h"
 #include "ViewTree/Layout.h"
 #include "ViewTree/PlainText.h"
@@ -77,11 +77,10 @@ void checkClips(const lanternfold::DrawList& list) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string_view input(reinterpret_cast<const char*>(data), size);
-  const std::size_t end = std::min(input.find('\n'), input.size());
-  const std::optional<Picture> picture = pictureOf(input.substr(0, end));
+  const auto [line, archive] = lanternfold::viewInput(data, size);
+  const std::optional<Picture> picture = pictureOf(line);
   if (!picture) return 0;
-  const auto view = lanternfold::viewOfArchive(input.substr(std::min(end + 1, input.size())));
+  const auto view = lanternfold::viewOfArchive(archive);
   if (!view) return 0;
   const SquareLetters measurer;
   const lanternfold::LaidOutView laidOut =

@@ -18,7 +18,7 @@
 
 #include <cairo.h>
 
-#include "Fuzz/Support/LengthOfLine.h"
+#include "Fuzz/Support/ViewInput.h"
 #include "Rendering/CairoHandles.h"
 #include "Rendering/ColourFile.h"
 #include "Rendering/Painter.h"
@@ -133,11 +133,10 @@ void forgetTypefaces() {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string_view input(reinterpret_cast<const char*>(data), size);
-  const std::size_t end = std::min(input.find('\n'), input.size());
-  const std::optional<Picture> picture = pictureOf(input.substr(0, end));
+  const auto [line, archive] = lanternfold::viewInput(data, size);
+  const std::optional<Picture> picture = pictureOf(line);
   if (!picture) return 0;
-  const auto view = lanternfold::viewOfArchive(input.substr(std::min(end + 1, input.size())));
+  const auto view = lanternfold::viewOfArchive(archive);
   if (!view) return 0;
   forgetTypefaces();
   lanternfold::Painter painter(std::filesystem::path(LANTERNFOLD_SOURCE_DIR) / "Assets", {});

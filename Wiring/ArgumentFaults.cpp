@@ -111,7 +111,9 @@ class ArgumentWalk {
       const std::string name = option->get_positional()
                                    ? option->get_option_text()
                                    : option->get_name() + " " + option->get_option_text();
-      return command_->get_name() + " needs " + name + ", " + option->get_type_name();
+      // The program's own name stands before every sentence.
+      const std::string who = command_->get_parent() ? command_->get_name() + " " : "";
+      return who + "needs " + name + ", " + option->get_type_name();
     }
     return std::nullopt;
   }

@@ -45,6 +45,15 @@ TEST_F(AtomicFileTest, ReplacesAFile) {
   EXPECT_EQ(files(), 1U);
 }
 
+TEST_F(AtomicFileTest, KeepsThePermissionsOfTheFileItReplaces) {
+  EXPECT_TRUE(writeFileAtomically(folder_ / "a.png", "old"));
+  for (const fs::perms mode : {fs::perms(0600), fs::perms(0444), fs::perms(0666)}) {
+    fs::permissions(folder_ / "a.png", mode);
+    EXPECT_TRUE(writeFileAtomically(folder_ / "a.png", "new"));
+    EXPECT_EQ(fs::status(folder_ / "a.png").permissions(), mode);
+  }
+}
+
 TEST_F(AtomicFileTest, FollowsALinkInsteadOfReplacingIt) {
   EXPECT_TRUE(writeFileAtomically(folder_ / "a.png", "old"));
   fs::create_symlink("a.png", folder_ / "link.png");

@@ -45,10 +45,8 @@ TEST(ExtensionCommandLineTest, WhatIsNoDescriptorIsNamed) {
 }
 
 TEST(ExtensionCommandLineTest, WhatIsMissingOrTooMuchIsNamed) {
-  EXPECT_EQ(
-      sentenceOf({}),
-      "lanternfold-widget-extension needs --service-fd N, the number of an open descriptor, 0 "
-      "or from 3 on");
+  EXPECT_EQ(sentenceOf({}),
+            "needs --service-fd N, the number of an open descriptor, 0 or from 3 on");
   EXPECT_THAT(sentenceOf({"--service-fd", "3", "more"}), HasSubstr("unexpected argument \"more\""));
   EXPECT_THAT(sentenceOf({"--service-fd", "3", "--bogus"}),
               AllOf(HasSubstr("unknown option \"--bogus\""),

@@ -124,6 +124,16 @@ class Setup(unittest.TestCase):
         self.assertIn('unknown group "everything"', done.stderr)
 
 
+class Options(unittest.TestCase):
+    def test_a_mistyped_option_of_the_tests_is_no_reason_to_run_them_all(self):
+        machine = Machine(ALL_PACKAGES, user_id=0)
+        self.addCleanup(machine.close)
+        machine.tool("ctest", 'echo "  --output-on-failure  = Output anything"\n')
+        finished = machine.run("Scripts/test", "--quik")
+        self.assertEqual(finished.returncode, 1)
+        self.assertIn('unknown option "--quik"', finished.stderr + finished.stdout)
+
+
 class Help(unittest.TestCase):
     def test_every_target_of_the_front_door_is_listed(self):
         listed = subprocess.run(["make", "-C", str(ROOT), "--no-print-directory", "help"],

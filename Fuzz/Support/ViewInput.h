@@ -1,13 +1,27 @@
-// The lengths with which the first line of an input begins ("364 170 r").
+// Inputs whose first line says in what a view is laid out ("364 170 r"), and whose rest is its
+// archive.
 #pragma once
 
+#include <algorithm>
 #include <charconv>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string_view>
 #include <system_error>
 
 namespace lanternfold {
+
+struct ViewInput {
+  std::string_view line;
+  std::string_view archive;
+};
+
+inline ViewInput viewInput(const std::uint8_t* data, std::size_t size) {
+  const std::string_view input(reinterpret_cast<const char*>(data), size);
+  const std::size_t end = std::min(input.find('\n'), input.size());
+  return {input.substr(0, end), input.substr(std::min(end + 1, input.size()))};
+}
 
 /// Takes a number from 0 to `most`, and the space behind it, off the front of `line`. Without such
 /// a number the line stays as it is.
