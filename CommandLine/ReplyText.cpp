@@ -1,11 +1,12 @@
 #include "CommandLine/ReplyText.h"
 
 #include <cstddef>
-#include <cstdio>
 #include <glib.h>
 #include <memory>
 #include <optional>
 #include <ranges>
+#include <string_view>
+#include <utility>
 
 #include <nlohmann/json.hpp>
 
@@ -37,16 +38,19 @@ std::string printableLines(std::string_view text) {
   return lines;
 }
 
+std::string hexadecimal(std::size_t number, std::size_t digits) {
+  constexpr std::string_view all = "0123456789abcdef";
+  std::string text(digits, '0');
+  for (; digits > 0; number /= 16) text[--digits] = all[number % 16];
+  return text;
+}
+
 std::string rowsOfBytes(std::string_view bytes) {
   std::string rows;
   for (std::size_t offset = 0; offset < bytes.size(); offset += bytesPerRow) {
-    char text[16];
-    std::snprintf(text, sizeof text, "%08zx ", offset);
-    rows += text;
+    rows += hexadecimal(offset, 8) + " ";
     for (const char each : bytes.substr(offset, bytesPerRow)) {
-      std::snprintf(text, sizeof text, " %02x",
-                    static_cast<unsigned>(static_cast<unsigned char>(each)));
-      rows += text;
+      rows += " " + hexadecimal(static_cast<unsigned char>(each), 2);
     }
     rows += '\n';
   }

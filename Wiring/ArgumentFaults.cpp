@@ -23,21 +23,23 @@ bool isFlag(const CLI::Option& option) { return option.get_items_expected_max() 
 class ArgumentWalk {
  public:
   ArgumentWalk(const CLI::App& app, std::span<const std::string> arguments)
-      : app_(app),
-        arguments_(arguments),
-        command_(app.get_subcommands([](const CLI::App*) { return true; }).empty() ? &app
-                                                                                   : nullptr) {}
+      : arguments_(arguments), command_(&app) {}
 
   Fault firstFault() {
     while (next_ < arguments_.size()) {
       if (auto fault = faultOf(arguments_[next_++])) return fault;
     }
-    return command_ == nullptr ? "no command was given; " + whereToLook() : faultOfWhatIsMissing();
+    return lacksCommand() ? "no command was given; " + whereToLook() : faultOfWhatIsMissing();
   }
 
  private:
+  /// Whether the command that does something is still to be named.
+  bool lacksCommand() const {
+    return !command_->get_subcommands([](const CLI::App*) { return true; }).empty();
+  }
+
   Fault faultOf(const std::string& word) {
-    if (!onlyPositionals_ && word == "--" && command_ != nullptr) {
+    if (!onlyPositionals_ && word == "--" && !lacksCommand()) {
       onlyPositionals_ = true;
       return std::nullopt;
     }
@@ -46,9 +48,9 @@ class ArgumentWalk {
   }
 
   Fault faultOfPositional(const std::string& word) {
-    if (command_ == nullptr) {
+    if (lacksCommand()) {
       const auto named =
-          app_.get_subcommands([&](const CLI::App* each) { return each->get_name() == word; });
+          command_->get_subcommands([&](const CLI::App* each) { return each->get_name() == word; });
       if (!named.empty()) {
         command_ = named.front();
         return std::nullopt;
@@ -121,28 +123,27 @@ class ArgumentWalk {
   template <typename Condition>
   const CLI::Option* find(Condition condition) const {
     const auto found =
-        (command_ == nullptr ? app_ : *command_).get_options([&](const CLI::Option* each) {
-          return condition(each);
-        });
+        command_->get_options([&](const CLI::Option* each) { return condition(each); });
     return found.empty() ? nullptr : found.front();
   }
 
   std::string unknownOption(const std::string& name) const {
-    const char* const hint = command_ == nullptr ? "; options come behind the command; " : "; ";
+    const char* const hint = lacksCommand() ? "; options come behind the command; " : "; ";
     return "unknown option " + inQuotes(name) + hint + whereToLook();
   }
 
   std::string whereToLook() const {
-    const std::string program = '"' + app_.get_name();
-    if (command_ == nullptr) return program + " --help\" lists the commands";
-    const std::string command = command_ == &app_ ? "" : ' ' + command_->get_name();
-    return program + command + " --help\" lists what it takes";
+    std::string names = command_->get_name();
+    for (const CLI::App* each = command_->get_parent(); each != nullptr;
+         each = each->get_parent()) {
+      names = each->get_name() + " " + names;
+    }
+    return '"' + names + " --help\" lists " + (lacksCommand() ? "the commands" : "what it takes");
   }
 
-  const CLI::App& app_;
   std::span<const std::string> arguments_;
   std::size_t next_ = 0;
-  const CLI::App* command_;  ///< null before it was named; the program itself when it has none
+  const CLI::App* command_;  ///< as far as it has been named; the program itself to begin with
   bool onlyPositionals_ = false;
   std::size_t positionals_ = 0;
   std::set<const CLI::Option*> given_;
