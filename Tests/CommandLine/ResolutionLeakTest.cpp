@@ -4,8 +4,6 @@
 #include <barrier>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
-#include <malloc.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
@@ -14,9 +12,9 @@
 #include "NetworkMonitor/PublicInfo/CachedPublicInfoResolver.h"
 #include "PlatformLinux/System/SystemClock.h"
 #include "PlatformLinux/System/WorkerPool.h"
+#include "Tests/CommandLine/HeldResources.h"
 #include "Tests/CommandLine/LoopbackEchoService.h"
 #include "Tests/CommandLine/SilentServer.h"
-#include "Tests/LiveAllocations/LiveAllocations.h"
 #include "Tests/PlatformLinux/NetworkNamespace.h"
 #include "Tests/PlatformLinux/PrivateEtc.h"
 #include "Wiring/LinuxMachine.h"
@@ -30,31 +28,6 @@ namespace fs = std::filesystem;
 
 /// How long the whole test may take, which waits twice for the path's time-out.
 constexpr std::chrono::milliseconds hang = 110s;
-
-/// What the process holds.
-struct Held {
-  std::ptrdiff_t descriptors = 0;
-  std::ptrdiff_t threads = 0;  ///< beside those of the queues, whose number is bounded
-  LiveAllocations allocations;
-  /// All that `malloc` has given, for the libraries in C as well; none under a sanitizer, which
-  /// looks for leaks itself.
-  std::size_t heapBytes = 0;
-};
-
-std::ptrdiff_t threadsBesideTheQueues() {
-  return std::ranges::count_if(fs::directory_iterator("/proc/self/task"), [](const auto& task) {
-    std::string name;
-    std::getline(std::ifstream(task.path() / "comm"), name);
-    return name != "queue-work" && name != "background-work";
-  });
-}
-
-Held held() {
-  return {.descriptors = std::distance(fs::directory_iterator("/proc/self/fd"), {}),
-          .threads = threadsBesideTheQueues(),
-          .allocations = liveAllocations(),
-          .heapBytes = ::mallinfo2().uordblks};
-}
 
 ServiceUrls servicesAt(const std::string& ipv4, const std::string& ipv6) {
   return {.ipv4Echo = ServiceUrl::of("http://" + ipv4),
@@ -197,10 +170,10 @@ class ResolutionLeakInNamespace : public testing::Test {
 
   /// A resolution keeps the end of its wait for the path until that moment, although the path has
   /// come long since: when what is added after all of them is due, so were they.
-  void noteWhenAllIsOver(Held& noted, std::function<void()> then) {
+  void noteWhenAllIsOver(HeldResources& noted, std::function<void()> then) {
     mainQueue().after(ActiveInterfacePublicInfoResolver::longestWait + 1s,
                       [&noted, then = std::move(then)] {
-                        noted = held();
+                        noted = heldResources();
                         then();
                       });
   }
@@ -218,8 +191,8 @@ class ResolutionLeakInNamespace : public testing::Test {
 };
 
 TEST_F(ResolutionLeakInNamespace, AThousandHoldWhatAHundredHeld) {
-  Held atFirst;
-  Held atLast;
+  HeldResources atFirst;
+  HeldResources atLast;
   mainQueue().async([&] {
     resolveMany(100, [&] {
       noteWhenAllIsOver(atFirst, [&] {

@@ -1,6 +1,7 @@
 // Peers on 127.0.0.1 with plain sockets, which do what a test has them do.
 #pragma once
 
+#include <algorithm>
 #include <arpa/inet.h>
 #include <array>
 #include <cstdint>
@@ -56,7 +57,7 @@ inline void waitForInput(int socket) {
 /// Has one connection at a time.
 class LoopbackListener {
  public:
-  LoopbackListener() { EXPECT_EQ(::listen(listener_.get(), 16), 0); }
+  LoopbackListener() { EXPECT_EQ(::listen(listener_.get(), SOMAXCONN), 0); }
 
   [[nodiscard]] std::uint16_t port() const { return listener_.port(); }
 
