@@ -12,10 +12,10 @@ import threading
 import time
 from pathlib import Path
 
-from namespaces import NamespaceTest, ip, mount, unmount
+from host_names import write_names
+from namespaces import NamespaceTest, ip
 from program import run
 
-MS_BIND = 0x1000
 # Where nobody listens: what is not part of a test is refused at once.
 NOBODY = {"ipv4_echo": "http://127.0.0.1:9", "ipv6_echo": "http://[::1]:9",
           "geolocation": "http://127.0.0.1:9"}
@@ -73,15 +73,7 @@ class InternetTest(NamespaceTest):
 
     def write_names(self, hosts="", servers=""):
         """What /etc/hosts and /etc/resolv.conf hold for this test."""
-        for name, contents in (("hosts", hosts), ("resolv.conf", servers),
-                               ("nsswitch.conf", "hosts: files dns\n")):
-            source = self.folder / name
-            is_new = not source.exists()
-            source.write_text(contents)
-            if is_new:
-                target = os.path.realpath(f"/etc/{name}")
-                mount(str(source), target, None, MS_BIND)
-                self.addCleanup(unmount, target)
+        write_names(self, self.folder, hosts, servers)
 
     def start(self, server):
         """A server that ends with the test."""
