@@ -31,6 +31,9 @@ namespace lanternfold {
 /// View archives and requests of the widget service against the JSON library.
 [[nodiscard]] RatioTable::Table measureService(RatioTable& reporter);
 
+/// Exchanges of messages against bare sockets.
+[[nodiscard]] RatioTable::Table measureExchanges(RatioTable& reporter);
+
 /// Readings of the Wi-Fi against the bare exchange, over a replayed kernel.
 [[nodiscard]] RatioTable::Table measureWifi(RatioTable& reporter);
 

@@ -49,6 +49,7 @@ int main(int argumentCount, char** arguments) {
   const auto sampling = lanternfold::measureSampling(reporter);
   const auto service = lanternfold::measureService(reporter);
   const auto drawing = lanternfold::measureDrawing(reporter);
+  const auto exchanges = lanternfold::measureExchanges(reporter);
   const auto wifi = lanternfold::measureWifi(reporter);
   const auto joinedWifi = lanternfold::measureJoinedWifi(reporter);
   const auto interfaces = lanternfold::measureInterfaces(reporter);
@@ -56,6 +57,7 @@ int main(int argumentCount, char** arguments) {
   reporter.print(sampling);
   reporter.print(service);
   reporter.print(drawing);
+  reporter.print(exchanges);
   reporter.print(wifi);
   for (const auto& table : joinedWifi) reporter.print(table);
   if (interfaces) reporter.print(*interfaces);
