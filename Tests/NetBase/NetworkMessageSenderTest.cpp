@@ -122,6 +122,7 @@ TEST_F(NetworkMessageSenderTest, FailsForAReplyWithoutData) {
 TEST_F(NetworkMessageSenderTest, PassesTheConnectionsErrorOn) {
   make();
   start();
+  run();
   connection_->fail(refused);
   run();
   EXPECT_THAT(outcomes_, ElementsAre(failure(refused)));
