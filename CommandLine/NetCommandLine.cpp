@@ -1,8 +1,11 @@
 #include "CommandLine/NetCommandLine.h"
 
+#include <expected>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include <CLI/CLI.hpp>
 
@@ -23,43 +26,42 @@ void addText(CLI::App& command, NetTextOptions& options, const char* name, const
       ->type_name("a file's name");
 }
 
-CommandChoice chooseText(const NetTextOptions& options, const CommonOptions& common,
-                         std::expected<void, CommandFailure> (*run)(const NetTextOptions&,
-                                                                    const Machine&,
-                                                                    const Console&)) {
+using TextRun = std::function<std::expected<void, CommandFailure>(const NetTextOptions&,
+                                                                  const Machine&, const Console&)>;
+
+CommandChoice chooseText(const NetTextOptions& options, const CommonOptions& common, TextRun run) {
   const auto checked = checkCommonOptions(common);
   if (!checked) return std::unexpected(checked.error());
   if (options.text.argument && options.text.file) {
     return std::unexpected(badArguments("the text and --file exclude each other; give one"));
   }
-  return chosenCommand(*checked, options.json,
-                       [options, run](const Machine& machine, const Console& console) {
-                         return run(options, machine, console);
-                       });
+  return chosenCommand(
+      *checked, options.json,
+      [options, run = std::move(run)](const Machine& machine, const Console& console) {
+        return run(options, machine, console);
+      });
 }
 
-void addGuess(CLI::App& net, CommandChoice& choice) {
-  auto options = std::make_shared<NetTextOptions>();
-  auto common = std::make_shared<CommonOptions>();
-  CLI::App* command =
-      net.add_subcommand("guess", "Tell whether a text is an address or the name of a host");
-  addText(*command, *options, "TEXT", "What somebody types as a target");
-  command->add_flag("--json", options->json, "Write {\"type\":…}, or null for neither");
-  addCommonOptions(*command, *common);
-  command->callback(
-      [options, common, &choice] { choice = chooseText(*options, *common, runNetGuess); });
-}
+/// A command that works on a text and takes nothing else.
+struct TextCommand {
+  const char* name;
+  const char* help;
+  const char* argument;
+  const char* argumentHelp;
+  const char* jsonHelp;
+  TextRun run;
+};
 
-void addValidate(CLI::App& net, CommandChoice& choice) {
+void addTextCommand(CLI::App& net, const TextCommand& wanted, CommandChoice& choice) {
   auto options = std::make_shared<NetTextOptions>();
   auto common = std::make_shared<CommonOptions>();
-  CLI::App* command =
-      net.add_subcommand("validate", "Check whether a text can be the name of a host");
-  addText(*command, *options, "NAME", "The name");
-  command->add_flag("--json", options->json, "Write {\"valid\":…}");
+  CLI::App* command = net.add_subcommand(wanted.name, wanted.help);
+  addText(*command, *options, wanted.argument, wanted.argumentHelp);
+  command->add_flag("--json", options->json, wanted.jsonHelp);
   addCommonOptions(*command, *common);
-  command->callback(
-      [options, common, &choice] { choice = chooseText(*options, *common, runNetValidate); });
+  command->callback([options, common, run = wanted.run, &choice] {
+    choice = chooseText(*options, *common, run);
+  });
 }
 
 struct ResolveOptions {
@@ -78,13 +80,11 @@ CommandChoice chooseResolve(const ResolveOptions& options, const CommonOptions& 
     return std::unexpected(badArguments(
         "--ipv4 and --ipv6 exclude each other; give one, or none for whichever there is"));
   }
-  CommandChoice choice = chooseText(options.name, common, runNetGuess);
-  if (choice) {
-    choice->run = [options](const Machine& machine, const Console& console) {
-      return runNetResolve(options.name, versionOf(options), machine, console);
-    };
-  }
-  return choice;
+  return chooseText(options.name, common,
+                    [version = versionOf(options)](const NetTextOptions& name,
+                                                   const Machine& machine, const Console& console) {
+                      return runNetResolve(name, version, machine, console);
+                    });
 }
 
 void addResolve(CLI::App& net, CommandChoice& choice) {
@@ -154,8 +154,22 @@ void addNet(CLI::App& app, CommandChoice& choice) {
   CLI::App* net =
       app.add_subcommand("net", "Names of hosts, their addresses, and messages to them");
   net->require_subcommand(1);
-  addGuess(*net, choice);
-  addValidate(*net, choice);
+  addTextCommand(*net,
+                 {.name = "guess",
+                  .help = "Tell whether a text is an address or the name of a host",
+                  .argument = "TEXT",
+                  .argumentHelp = "What somebody types as a target",
+                  .jsonHelp = "Write {\"type\":…}, or null for neither",
+                  .run = runNetGuess},
+                 choice);
+  addTextCommand(*net,
+                 {.name = "validate",
+                  .help = "Check whether a text can be the name of a host",
+                  .argument = "NAME",
+                  .argumentHelp = "The name",
+                  .jsonHelp = "Write {\"valid\":…}",
+                  .run = runNetValidate},
+                 choice);
   addResolve(*net, choice);
   addSend(*net, choice);
 }
