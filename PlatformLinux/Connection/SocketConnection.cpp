@@ -2,14 +2,13 @@
 
 #include <functional>
 #include <mutex>
-#include <sstream>
+#include <string>
 #include <utility>
 
 #include <asio/associated_executor.hpp>
 #include <asio/async_result.hpp>
 #include <asio/co_spawn.hpp>
 #include <asio/detached.hpp>
-#include <asio/ip/tcp.hpp>
 #include <asio/post.hpp>
 #include <asio/use_awaitable.hpp>
 
@@ -28,9 +27,8 @@ bool isEnd(ConnectionState state) {
 }
 
 std::string endpointText(const asio::ip::address& address, std::uint16_t port) {
-  std::ostringstream text;
-  text << asio::ip::tcp::endpoint(address, port);
-  return text.str();
+  const std::string text = address.to_string();
+  return (address.is_v6() ? "[" + text + "]" : text) + ":" + std::to_string(port);
 }
 
 /// The library has a category of its own for the system's errors.
