@@ -3,6 +3,8 @@
 #include <array>
 #include <istream>
 
+#include "Wiring/PrintableText.h"
+
 namespace lanternfold {
 namespace {
 
@@ -17,7 +19,11 @@ std::expected<std::string, CommandFailure> readFile(const std::filesystem::path&
   auto contents = files.readFile(file, longestInputBytes);
   if (contents) return std::move(contents->bytes);
   if (contents.error() == std::errc::file_too_large) return tooLong("the file " + file.string());
-  return std::unexpected(workFailed("cannot read " + file.string() + ": " +
+  if (contents.error() == std::errc::invalid_argument) {
+    return std::unexpected(workFailed("cannot read " + inQuotes(file.string()) +
+                                      ": it is no ordinary file; hand it to standard input"));
+  }
+  return std::unexpected(workFailed("cannot read " + inQuotes(file.string()) + ": " +
                                     contents.error().message() +
                                     "; check its name and its permissions"));
 }
@@ -50,7 +56,8 @@ std::expected<std::string, CommandFailure> readInputLine(const InputSource& sour
                                                          const Console& console) {
   auto text = readInput(source, files, console);
   if (!text || source.argument) return text;
-  if (text->ends_with('\n')) text->pop_back();
+  if (!text->ends_with('\n')) return text;
+  text->pop_back();
   if (text->ends_with('\r')) text->pop_back();
   return text;
 }

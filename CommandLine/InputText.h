@@ -26,7 +26,7 @@ struct InputSource {
                                                                    const FileSystem& files,
                                                                    const Console& console);
 
-/// The same for a line of text: of a file and of standard input without the line break at the end.
+/// The same for a text: of a file and of standard input without the line break at the end.
 [[nodiscard]] std::expected<std::string, CommandFailure> readInputLine(const InputSource& source,
                                                                        const FileSystem& files,
                                                                        const Console& console);

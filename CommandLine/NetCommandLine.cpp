@@ -15,7 +15,7 @@
 namespace lanternfold {
 namespace {
 
-constexpr const char* inputHelp = "; without one, the line in --file, or on standard input";
+constexpr const char* inputHelp = "; without one, what stands in --file, or on standard input";
 
 void addText(CLI::App& command, NetTextOptions& options, const char* name, const char* what) {
   command.add_option("text", options.text.argument, std::string(what) + inputHelp)

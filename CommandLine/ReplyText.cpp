@@ -24,6 +24,7 @@ bool isUtf8(std::string_view bytes) {
 /// Lines stay lines, and tabs tabs; what else could move a terminal's cursor is written out.
 std::string printableLines(std::string_view text) {
   if (text.ends_with('\n')) text.remove_suffix(1);
+  if (text.empty()) return "\n";
   std::string lines;
   for (const auto part : std::views::split(text, '\n')) {
     std::string_view line(part);

@@ -172,7 +172,7 @@ class NetworkMessageSender::Exchange : public std::enable_shared_from_this<Excha
   DispatchQueue& dispatchQueue;
   DispatchQueue& mainQueue;
 
-  mutable std::mutex mutex;  // guards the rest; nothing foreign is called under it but `state`
+  mutable std::mutex mutex;  // guards the rest; under it nobody is called who could call back
   std::optional<Timer> timer;
   bool hasReply = false;
   bool isTimeoutReached = false;

@@ -25,8 +25,8 @@ enum class ConnectionState {
 
 /// Used once: `setup`, `preparing`, `ready`, and in the end `failed` or `cancelled`, from each of
 /// them. Everything may be called from any thread and never blocks. The handlers are called on the
-/// queue that it is started on, and not inside a call; after the end none is, and what they hold is
-/// released.
+/// queue that it is started on, and not inside a call. After the one of the state has been told of
+/// the end none is, and what they hold is released; without a start, with the connection.
 class Connection {
  public:
   /// The error is that of `failed`, as the system gave it, and empty otherwise.
@@ -51,7 +51,7 @@ class Connection {
   /// serial and outlives the connection. Once.
   virtual void start(DispatchQueue& queue) = 0;
 
-  /// Sends one whole message, once it is `ready`. What cannot be sent makes it fail.
+  /// Sends one whole message; of no effect unless it is `ready`. What cannot be sent makes it fail.
   virtual void send(std::string message) = 0;
 
   /// Ends it and lets the peer go; of no effect after an end.

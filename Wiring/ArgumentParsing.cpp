@@ -1,6 +1,7 @@
 #include "Wiring/ArgumentParsing.h"
 
 #include <algorithm>
+#include <optional>
 #include <sstream>
 #include <utility>
 #include <vector>
@@ -8,6 +9,7 @@
 #include <CLI/CLI.hpp>
 
 #include "Wiring/ArgumentFaults.h"
+#include "Wiring/PrintableText.h"
 
 namespace lanternfold {
 namespace {
@@ -16,6 +18,19 @@ namespace {
 CommandFailure notUnderstood(const CLI::App& app) {
   return badArguments("the arguments were not understood; \"" + app.get_name() +
                       " --help\" lists what there is");
+}
+
+/// A text that begins like the short option for help, which the library takes for it ("-host").
+std::optional<CommandFailure> fakeHelp(const CLI::App& app,
+                                       std::span<const std::string> arguments) {
+  for (const std::string& word : arguments) {
+    if (word == "--") break;
+    if (word.size() <= 2 || !word.starts_with("-h")) continue;
+    return badArguments("unknown option " + inQuotes(word) +
+                        "; put -- before a text that begins with a hyphen; \"" + app.get_name() +
+                        " --help\" lists what there is");
+  }
+  return std::nullopt;
 }
 
 }  // namespace
@@ -28,6 +43,7 @@ ParsedArguments parseArguments(CLI::App& app, std::span<const std::string> argum
     std::ranges::reverse(words);
     app.parse(std::move(words));
   } catch (const CLI::Success& information) {
+    if (auto failure = fakeHelp(app, arguments)) return *std::move(failure);
     std::ostringstream text;
     (void)app.exit(information, text, text);
     return InformationText{text.str()};

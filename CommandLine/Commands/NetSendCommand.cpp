@@ -77,21 +77,14 @@ std::string peerText(const ConnectionTarget& target) {
   return printable(target.host) + " port " + std::to_string(target.port);
 }
 
-std::string plainSeconds(double seconds) {
-  std::string text = std::to_string(seconds);
-  text.erase(text.find_last_not_of('0') + 1);
-  if (text.ends_with('.')) text.pop_back();
-  return text + (text == "1" ? " second" : " seconds");
-}
-
 /// Of an exchange that its own rules ended.
 std::string senderFailure(MessageSenderError error, const NetSendPlan& plan) {
   const std::string peer = peerText(plan.target);
   switch (error) {
     case MessageSenderError::timeout:
-      return peer + " did not reply within " + plainSeconds(plan.timeoutSeconds.value_or(0)) +
+      return peer + " did not reply within " + plan.timeoutText + " s" +
              (plan.target.transport == Transport::tcp
-                  ? ", or did not end its reply; check that it runs, or allow more time"
+                  ? ", or did not end its reply; check that it runs and closes, or allow more time"
                   : "; check that it runs, or allow more time");
     case MessageSenderError::noData:
       return peer + " replied without data; check that it takes such messages";
@@ -112,8 +105,11 @@ std::string failureSentence(std::error_code error, const NetSendPlan& plan) {
     return peer + " refuses: nobody listens there; check the port, and that the peer runs";
   }
   if (error == std::errc::message_size) {
-    return "a message is too large, the one to send for a datagram, or the reply with more than "
-           "16 MiB; send less, or over --tcp";
+    if (plan.target.transport == Transport::tcp) {
+      return "the reply of " + peer + " is longer than 16 MiB; ask for less";
+    }
+    return "the message is too large for a datagram, which carries 65507 bytes at the most; send "
+           "less, or over --tcp";
   }
   if (error == asio::error::host_not_found || error == asio::error::host_not_found_try_again ||
       error == asio::error::no_recovery) {
@@ -159,6 +155,7 @@ std::expected<NetSendPlan, CommandFailure> planNetSend(const NetSendOptions& opt
     const auto seconds = parseTimeout(*options.timeout);
     if (!seconds) return std::unexpected(seconds.error());
     plan.timeoutSeconds = *seconds;
+    plan.timeoutText = *options.timeout;
   }
   auto message = messageSource(options);
   if (!message) return std::unexpected(message.error());

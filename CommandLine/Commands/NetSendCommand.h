@@ -33,6 +33,7 @@ struct NetSendOptions {
 struct NetSendPlan {
   ConnectionTarget target;
   std::optional<double> timeoutSeconds;
+  std::string timeoutText;  ///< the same, as the user wrote it
   InputSource message;
   bool json = false;
 };

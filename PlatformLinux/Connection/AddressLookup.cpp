@@ -74,14 +74,17 @@ void AddressLookup::start(const std::string& host, Completion completion) {
     completion_ = std::move(completion);
     if (isCancelled_) return tell(cancelled());
   }
-  std::error_code isName;
-  if (const auto address = asio::ip::make_address(host, isName); !isName) {
-    return finish(Addresses{address});
-  }
   const std::optional<std::string> name = asciiHostName(host);
   // The C library would cut the name at a zero byte.
   if (!name || name->empty() || name->contains('\0')) {
     return finish(std::unexpected(make_error_code(asio::error::host_not_found)));
+  }
+  // Scopes are the C library's: asio drops one that there is not.
+  if (!name->contains('%')) {
+    std::error_code isName;
+    if (const auto address = asio::ip::make_address(*name, isName); !isName) {
+      return finish(Addresses{address});
+    }
   }
   try {
     std::thread([self = shared_from_this(), name = *name] {

@@ -23,8 +23,8 @@ class AddressLookup : public std::enable_shared_from_this<AddressLookup> {
   using Result = std::expected<Addresses, std::error_code>;
   using Completion = std::move_only_function<void(Result)>;
 
-  /// Once. Calls `completion` once: inside this call for an address written out, or else on a
-  /// thread of its own, which it must not block. Errors: asio's host_not_found,
+  /// Once. Calls `completion` once, on any thread, perhaps inside this call or inside `cancel`, and
+  /// under a lock: it must neither block nor call back. Errors: asio's host_not_found,
   /// host_not_found_try_again, no_recovery, and the system's.
   void start(const std::string& host, Completion completion);
 

@@ -93,12 +93,13 @@ class SocketConnection::Session : public std::enable_shared_from_this<Session> {
     const std::lock_guard lock(mutex_);
     if (queue_ != nullptr) fatalError("a connection was started twice");
     queue_ = &queue;
-    if (state_ == ConnectionState::cancelled) return tell(state_, {});
+    if (isEnd(state_)) return tell(state_, {});
     change(ConnectionState::preparing);
     spawn([this] { return connect(); });
   }
 
   void send(std::string message) {
+    if (state() != ConnectionState::ready) return;
     spawn([this, message = std::move(message)]() mutable { return sendWhole(std::move(message)); });
   }
 

@@ -18,6 +18,10 @@ TEST(ReplyText, ShowsLines) {
             "From 192.0.2.1:7, 8 bytes:\nm\u00FCnchen\n");
 }
 
+TEST(ReplyText, ShowsAnEmptyLine) {
+  EXPECT_EQ(replyText({"\n", "192.0.2.1:7"}), "From 192.0.2.1:7, 1 byte:\n\n");
+}
+
 TEST(ReplyText, WritesOutWhatCouldMoveATerminalsCursor) {
   EXPECT_EQ(replyText({"\x1B[31mred\rover", "192.0.2.1:7"}),
             "From 192.0.2.1:7, 13 bytes:\n\\x1b[31mred\\x0dover\n");
@@ -34,6 +38,8 @@ TEST(ReplyJson, HoldsTheBytesAndTheirTextWhenTheyAreOne) {
   EXPECT_EQ(replyJson({"a\"\n", "192.0.2.1:7"}),
             "{\"data\":\"YSIK\",\"text\":\"a\\\"\\n\",\"from\":\"192.0.2.1:7\"}\n");
   EXPECT_EQ(replyJson({"\xFF", std::nullopt}), "{\"data\":\"/w==\",\"text\":null,\"from\":null}\n");
+  EXPECT_EQ(replyJson({"a\0b"s, "192.0.2.1:7"}),
+            "{\"data\":\"YQBi\",\"text\":null,\"from\":\"192.0.2.1:7\"}\n");
 }
 
 }  // namespace

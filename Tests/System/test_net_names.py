@@ -156,7 +156,7 @@ class TextTest(NameTest):
 
     def test_files_that_cannot_be_read(self):
         for file in ("/nonexistent", "/", "/dev/zero"):
-            self.assert_fails(f"cannot read {file}", "guess", "--file", file)
+            self.assert_fails(f'cannot read "{file}"', "guess", "--file", file)
 
     def test_a_closed_standard_input(self):
         """It is read as an error, and no other file's bytes are."""

@@ -173,8 +173,9 @@ TEST_F(SocketConnectionTest, FindsAHostByItsName) {
 }
 
 TEST_F(SocketConnectionTest, FailsForWhatIsNoHostsName) {
-  for (const std::string& host : {std::string(), std::string("local\0host", 10),
-                                  std::string("\xFF\xFE"), std::string("..")}) {
+  for (const std::string& host :
+       {std::string(), std::string("local\0host", 10), std::string("127.0.0.1\0x", 11),
+        std::string("::1%junk"), std::string("\xFF\xFE"), std::string("..")}) {
     state_ = setup;
     start(Transport::tcp, 7, host);
     EXPECT_TRUE(runUntil([this] { return state_ == failed; })) << host;

@@ -82,6 +82,15 @@ TYPED_TEST(ConnectionContract, TellsItsStatesInOrderAndNotInsideTheCall) {
   EXPECT_EQ(this->error_, std::error_code());
 }
 
+TYPED_TEST(ConnectionContract, SendsNothingBeforeItIsReady) {
+  this->connection().send("early");
+  this->start();
+  this->world_.accept();
+  EXPECT_TRUE(this->runUntilState(ready));
+  this->connection().send("question");
+  EXPECT_EQ(this->world_.received(8), "question");
+}
+
 TYPED_TEST(ConnectionContract, SendsAndReceivesOneMessage) {
   this->startUntilReady();
   this->connection().send(std::string("one\0two", 7));
