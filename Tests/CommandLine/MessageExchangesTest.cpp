@@ -1,12 +1,16 @@
 // Many exchanges of messages over real sockets, one after the other and at once.
 #include <chrono>
 #include <future>
+#include <map>
+#include <random>
+#include <string>
 #include <thread>
 #include <vector>
 
 #include <asio/co_spawn.hpp>
 #include <asio/io_context.hpp>
 #include <asio/use_future.hpp>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "NetBase/NetworkMessageSender.h"
@@ -98,6 +102,31 @@ TEST_F(MessageExchangesTest, TenThousandInARowLeaveNothingBehind) {
   EXPECT_LE(late.descriptors, early.descriptors);
   EXPECT_LE(late.threads, early.threads);
   EXPECT_LE(late.allocations.blocks, early.allocations.blocks + 16);
+}
+
+TEST_F(MessageExchangesTest, HaveOneOutcomeWhateverRaces) {
+  constexpr unsigned count = 2000;
+  const EchoingDatagrams peer;
+  std::mt19937 random(8);
+  std::map<std::string, int> outcomes;
+  for (unsigned number = 0; number < count; ++number) {
+    const double limit = static_cast<double>(random() % 400) * 1e-6;
+    auto sender = std::make_unique<NetworkMessageSender>(
+        "question", connections_.connection({Transport::udp, "127.0.0.1", peer.port()}), limit,
+        queue_, timerQueue_);
+    auto outcome = asio::co_spawn(loop_.context(), sender->start(), asio::use_future);
+    std::this_thread::sleep_for(std::chrono::microseconds(random() % 300));
+    if (random() % 2 == 0) {
+      asio::co_spawn(loop_.context(), sender->cancel(), asio::use_future).get();
+    }
+    sender.reset();
+    const MessageResult result = outcome.get();
+    ++outcomes[result ? result->data : result.error().message()];
+  }
+  const std::vector<std::string> possible{"question",
+                                          make_error_code(MessageSenderError::timeout).message(),
+                                          make_error_code(MessageSenderError::cancelled).message()};
+  for (const auto& [outcome, times] : outcomes) EXPECT_THAT(possible, testing::Contains(outcome));
 }
 
 TEST_F(MessageExchangesTest, FiveHundredAtOnceComplete) {

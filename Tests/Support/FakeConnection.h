@@ -30,6 +30,10 @@ class FakeConnection final : public Connection {
 
   [[nodiscard]] const std::vector<std::string>& sent() const { return sent_; }
 
+  [[nodiscard]] const DispatchQueue* startedOn() const { return queue_; }
+  /// Calls of `cancel`.
+  [[nodiscard]] int cancellations() const { return cancellations_; }
+
   // The program.
 
   [[nodiscard]] ConnectionState state() const override { return state_; }
@@ -46,6 +50,7 @@ class FakeConnection final : public Connection {
     if (state_ == ConnectionState::ready) sent_.push_back(std::move(message));
   }
   void cancel() override {
+    ++cancellations_;
     if (!hasEnded()) change(ConnectionState::cancelled, {});
   }
   [[nodiscard]] std::optional<std::string> remoteEndpoint() const override { return endpoint_; }
@@ -81,6 +86,7 @@ class FakeConnection final : public Connection {
   std::shared_ptr<Handlers> handlers_ = std::make_shared<Handlers>();
   std::optional<std::string> endpoint_;
   std::vector<std::string> sent_;
+  int cancellations_ = 0;
 };
 
 /// Hands out fakes, and keeps them for the test.
