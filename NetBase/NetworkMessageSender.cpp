@@ -55,9 +55,9 @@ class NetworkMessageSender::Exchange : public std::enable_shared_from_this<Excha
            DispatchQueue& connectionQueue, DispatchQueue& timerQueue)
       : data(std::move(message)),
         timeout(limit),
-        connection(std::move(used)),
         dispatchQueue(connectionQueue),
-        mainQueue(timerQueue) {}
+        mainQueue(timerQueue),
+        connection(std::move(used)) {}
 
   const std::string data;
   const std::optional<double> timeout;
@@ -72,22 +72,25 @@ class NetworkMessageSender::Exchange : public std::enable_shared_from_this<Excha
       completion(std::unexpected(fault));
       return;
     }
-    connection->setStateHandler(
+    const std::shared_ptr<Connection> used = connectionInUse();
+    used->setStateHandler(
         [self = shared_from_this()](ConnectionState state, std::error_code error) {
           self->stateChanged(state, error);
         });
-    connection->receiveMessage(
+    used->receiveMessage(
         [self = shared_from_this()](auto message) { self->received(std::move(message)); });
-    connection->start(dispatchQueue);
+    used->start(dispatchQueue);
   }
 
   void cancel() {
+    std::shared_ptr<Connection> used;
     {
       const std::lock_guard lock(mutex);
       isCancelled = true;
       timer.reset();
+      used = connection;
     }
-    connection->cancel();
+    if (used) used->cancel();
   }
 
  private:
@@ -111,12 +114,14 @@ class NetworkMessageSender::Exchange : public std::enable_shared_from_this<Excha
   // On the main queue.
 
   void timeLimitReached() {
+    std::shared_ptr<Connection> used;
     {
       const std::lock_guard lock(mutex);
       if (isCancelled) return;
       isTimeoutReached = true;
+      used = connection;
     }
-    connection->cancel();
+    if (used) used->cancel();
   }
 
   // On the connection's queue.
@@ -124,7 +129,7 @@ class NetworkMessageSender::Exchange : public std::enable_shared_from_this<Excha
   void stateChanged(ConnectionState state, std::error_code error) {
     switch (state) {
       case ConnectionState::ready:
-        connection->send(data);
+        if (const auto used = connectionInUse()) used->send(data);
         break;
       case ConnectionState::failed:
         end(std::unexpected(error));
@@ -144,8 +149,14 @@ class NetworkMessageSender::Exchange : public std::enable_shared_from_this<Excha
     } else if (!*message) {
       end(std::unexpected(make_error_code(MessageSenderError::noData)));
     } else {
-      end(MessageReply{**std::move(message), connection->remoteEndpoint()});
+      const auto used = connectionInUse();
+      end(MessageReply{**std::move(message), used ? used->remoteEndpoint() : std::nullopt});
     }
+  }
+
+  [[nodiscard]] std::shared_ptr<Connection> connectionInUse() const {
+    const std::lock_guard lock(mutex);
+    return connection;
   }
 
   [[nodiscard]] std::error_code reasonOfCancellation() const {
@@ -157,22 +168,25 @@ class NetworkMessageSender::Exchange : public std::enable_shared_from_this<Excha
   /// The first outcome counts.
   void end(MessageResult result) {
     Completion completion;
+    std::shared_ptr<Connection> used;
     {
       const std::lock_guard lock(mutex);
       completion = std::exchange(completion_, nullptr);
       if (!completion) return;
       hasReply = result.has_value();
       timer.reset();
+      // Its handlers hold this exchange: whoever is left with them must not hold it in turn.
+      used = std::exchange(connection, nullptr);
     }
-    connection->cancel();
+    used->cancel();
     completion(std::move(result));
   }
 
-  const std::shared_ptr<Connection> connection;
   DispatchQueue& dispatchQueue;
   DispatchQueue& mainQueue;
 
   mutable std::mutex mutex;  // guards the rest; under it nobody is called who could call back
+  std::shared_ptr<Connection> connection;  // null after the end
   std::optional<Timer> timer;
   bool hasReply = false;
   bool isTimeoutReached = false;

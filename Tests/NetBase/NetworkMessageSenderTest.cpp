@@ -29,6 +29,13 @@ const std::error_code refused = std::make_error_code(std::errc::connection_refus
 
 class NetworkMessageSenderTest : public testing::Test {
  protected:
+  /// An exchange that is not ended keeps itself and its connection.
+  void TearDown() override {
+    if (!sender_) return;
+    cancel();
+    run();
+  }
+
   void make(std::optional<double> timeout = std::nullopt) {
     sender_ = std::make_unique<NetworkMessageSender>("question", connection_, timeout, queue_,
                                                      dispatch_.mainQueue());
