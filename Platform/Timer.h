@@ -12,7 +12,8 @@
 
 namespace lanternfold {
 
-/// The handle; destroying it calls the moment off. Any thread; the handle itself is its holder's to
+/// The handle; destroying it calls the moment off, of which the queue then keeps an empty work
+/// until it would have been due. Any thread; the handle itself is its holder's to
 /// guard.
 class Timer {
  public:

@@ -1,9 +1,12 @@
 #include "CommandLine/Commands/NetSendCommand.h"
 
+#include <charconv>
 #include <chrono>
 #include <cstdint>
 #include <exception>
 #include <memory>
+#include <string_view>
+#include <system_error>
 #include <utility>
 
 #include <asio/co_spawn.hpp>
@@ -39,13 +42,6 @@ std::expected<double, CommandFailure> parseTimeout(const std::string& text) {
   return badOption(std::string("--timeout takes ") + timeoutValues + ", not " + inQuotes(text));
 }
 
-std::optional<int> hexDigit(char character) {
-  if (character >= '0' && character <= '9') return character - '0';
-  const char lower = static_cast<char>(character | 0x20);
-  if (lower >= 'a' && lower <= 'f') return lower - 'a' + 10;
-  return std::nullopt;
-}
-
 /// Spaces may stand between the pairs.
 std::optional<std::string> bytesOfHex(std::string_view text) {
   std::string bytes;
@@ -54,11 +50,11 @@ std::optional<std::string> bytesOfHex(std::string_view text) {
       text.remove_prefix(1);
       continue;
     }
-    if (text.size() < 2) return std::nullopt;
-    const auto high = hexDigit(text[0]);
-    const auto low = hexDigit(text[1]);
-    if (!high || !low) return std::nullopt;
-    bytes += static_cast<char>(*high * 16 + *low);
+    const std::string_view pair = text.substr(0, 2);
+    std::uint8_t byte = 0;
+    const auto [end, error] = std::from_chars(pair.begin(), pair.end(), byte, 16);
+    if (pair.size() < 2 || error != std::errc() || end != pair.end()) return std::nullopt;
+    bytes += static_cast<char>(byte);
     text.remove_prefix(2);
   }
   return bytes;

@@ -1,10 +1,10 @@
 // All addresses of a host, looked up without anybody waiting on a thread for longer than wanted:
-// the C library's look-up cannot be called off, so it runs on a thread that nobody waits for.
+// the C library's look-up cannot be called off, so it runs on a thread that nobody waits for,
+// one for each host that is looked up by name at a time, and until the library has its answer.
 //
 // Made by: `SocketConnection`, one for each start.
 #pragma once
 
-#include <cstdint>
 #include <expected>
 #include <functional>
 #include <memory>

@@ -1,6 +1,6 @@
 #include "PlatformLinux/Connection/MessageSocket.h"
 
-#include <array>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -94,7 +94,7 @@ class DatagramMessageSocket final : public AsioMessageSocket<asio::ip::udp> {
   }
 
   asio::awaitable<Message> receive() override {
-    // Filling so much with zeros would cost a third of an exchange.
+    // The kernel writes what is read of it: there is no need of zeros.
     const auto bytes = std::make_unique_for_overwrite<char[]>(largestDatagram);
     std::error_code error;
     const std::size_t size =

@@ -16,7 +16,7 @@ namespace {
 /// A host may have many addresses and names; one with more than fit here has none.
 constexpr std::size_t usualBufferSize = 1024;
 constexpr std::size_t largestBufferSize = std::size_t{1024} * 1024;
-/// No name is longer, in any of the places where names are looked up.
+/// Longer ones, which DNS cannot carry, are not looked up.
 constexpr std::size_t longestName = NI_MAXHOST;
 
 /// As the C library takes it; none for what it would cut or what is no name.
