@@ -21,6 +21,7 @@ pkg_check_modules(curl REQUIRED IMPORTED_TARGET libcurl)
 pkg_check_modules(gio REQUIRED IMPORTED_TARGET gio-2.0)
 pkg_check_modules(cairo_surfaces REQUIRED IMPORTED_TARGET cairo-pdf cairo-svg)
 pkg_check_modules(png REQUIRED IMPORTED_TARGET libpng)
+pkg_check_modules(gtkmm REQUIRED IMPORTED_TARGET gtkmm-3.0 gtk-layer-shell-0)
 
 function(lanternfold_room name)
   cmake_parse_arguments(ROOM "" "" "USES;LIBRARIES" ${ARGN})
@@ -48,7 +49,8 @@ lanternfold_room(EchoService USES NetBase Platform Support
 lanternfold_room(ViewTree USES Support LIBRARIES nlohmann_json::nlohmann_json)
 lanternfold_room(WidgetService USES ViewTree Support LIBRARIES nlohmann_json::nlohmann_json)
 lanternfold_room(NetworkWidgetVexExtension USES WidgetService ViewTree NetworkMonitor NetBase Platform Support)
-lanternfold_room(WidgetHost USES NetworkWidgetVexExtension NetworkMonitor Platform Support)
+lanternfold_room(WidgetHost USES NetworkWidgetVexExtension WidgetService ViewTree NetworkMonitor Platform Support
+                 LIBRARIES nlohmann_json::nlohmann_json)
 # Of the monitor the system's side sees the counters alone: `ConnectionMetricsReader` is a seam that
 # stands beside its records.
 lanternfold_room(PlatformLinux USES NetworkMonitor/Metrics Platform Support
@@ -77,6 +79,9 @@ lanternfold_room(ExtensionProgram USES Wiring NetworkWidgetVexExtension WidgetSe
                  LIBRARIES CLI11::CLI11)
 target_compile_definitions(ExtensionProgram PRIVATE LANTERNFOLD_VERSION="${PROJECT_VERSION}")
 target_compile_definitions(CommandLine PRIVATE LANTERNFOLD_VERSION="${PROJECT_VERSION}")
+lanternfold_room(HostProgram USES Wiring WidgetHost NetworkWidgetVexExtension WidgetService Rendering
+                                  PlatformLinux ViewTree NetworkMonitor NetBase Platform Support
+                 LIBRARIES CLI11::CLI11 PkgConfig::gtkmm PkgConfig::glib)
 
 add_executable(lanternfold-widgets CommandLine/main.cpp)
 target_link_libraries(lanternfold-widgets PRIVATE CommandLine)

@@ -6,7 +6,7 @@ from rooms import ROOMS_FILE, read_fuzz_uses, read_rooms, read_test_uses
 from tree import Finding
 
 # Programs' wiring: the only rooms that see the production side of the seams.
-COMPOSITION_ROOTS = {"Wiring", "CommandLine", "ExtensionProgram"}
+COMPOSITION_ROOTS = {"Wiring", "CommandLine", "ExtensionProgram", "HostProgram"}
 PRODUCTION_SIDE = "PlatformLinux"
 # Rooms that may speak to the operating system itself.
 OS_ROOMS = {PRODUCTION_SIDE} | COMPOSITION_ROOTS
@@ -43,6 +43,7 @@ LIBRARY_HEADERS = [
     (re.compile(r"<librsvg/"), "PkgConfig::rsvg"),
     (re.compile(r"<unicode/"), "PkgConfig::icu"),
     (re.compile(r"<glib(\.h|/)"), "PkgConfig::glib"),
+    (re.compile(r"<(gtkmm|gdkmm|giomm|glibmm|gtk|gdk|gtk-layer-shell)(\.h|/)"), "PkgConfig::gtkmm"),
 ]
 
 

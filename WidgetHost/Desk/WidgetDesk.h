@@ -1,0 +1,121 @@
+// The widgets of a desktop without the desktop: which there are, what each of them shows, and when
+// the extension is asked anew.
+//
+// Made by: the host's composition. Seen by: the windows, which are told of changes, and the verbs
+// that come over the message bus.
+#pragma once
+
+#include <expected>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Platform/Clock.h"
+#include "Platform/DiagnosticLog.h"
+#include "Platform/Dispatch.h"
+#include "Platform/StringTable.h"
+#include "WidgetHost/Placement/MonitorLayout.h"
+#include "WidgetHost/Service/WidgetExtension.h"
+#include "WidgetHost/Store/PlacedWidget.h"
+#include "WidgetService/Widget.h"
+
+namespace lanternfold {
+
+class WidgetStore;
+
+/// What the windows draw of one widget.
+struct Card {
+  PlacedWidget placed;
+  /// What the extension has answered last, a quiet card while it is left alone, or an empty
+  /// background before the first answer. Never trusted beyond what the archive of views checks.
+  View view;
+  bool isSample = false;  ///< a placeholder: no timeline has come yet
+  bool isStale = false;   ///< two reloads in a row have failed; `view` says so
+  friend bool operator==(const Card&, const Card&) = default;
+};
+
+/// Hears of what changes; on the main queue, never inside of the call that changes it.
+class WidgetDeskObserver {
+ public:
+  virtual ~WidgetDeskObserver() = default;
+  /// It stands in `cards()`, which may have changed further.
+  virtual void cardAdded(const std::string& id) = 0;
+  /// Its view, size or place.
+  virtual void cardChanged(const std::string& id) = 0;
+  /// It is not in `cards()` any more.
+  virtual void cardRemoved(const std::string& id) = 0;
+  /// The extension's catalogue has become known.
+  virtual void catalogueChanged() = 0;
+};
+
+/// Everything on the main queue.
+class WidgetDesk {
+ public:
+  struct Surroundings {
+    WidgetExtension& extension;
+    WidgetStore& store;
+    DispatchQueue& mainQueue;
+    const Clock& clock;
+    const StringTable& strings;
+    DiagnosticLog& log;
+  };
+  struct Options {
+    /// Between a timeline's end and the next question for one.
+    std::chrono::nanoseconds refreshInterval = std::chrono::minutes(5);
+  };
+
+  /// Everything in `surroundings` outlives the desk.
+  WidgetDesk(const Surroundings& surroundings, const Options& options);
+  ~WidgetDesk();
+  WidgetDesk(const WidgetDesk&) = delete;
+  WidgetDesk& operator=(const WidgetDesk&) = delete;
+
+  /// Null for none; outlives the desk or is set to null before.
+  void setObserver(WidgetDeskObserver* observer);
+
+  /// Reads the store, and asks the extension for its catalogue and then for what to show. Without
+  /// a store, or with a damaged one, each kind of the catalogue stands on the desktop once. Once.
+  void start();
+
+  /// In the store's order. A widget of a kind that the extension does not have is remembered, and
+  /// is no card.
+  [[nodiscard]] std::vector<Card> cards() const;
+  [[nodiscard]] std::optional<Card> card(std::string_view id) const;
+  /// In the order of a gallery; empty before it is known.
+  [[nodiscard]] const std::vector<WidgetDescription>& catalogue() const;
+
+  /// What the user does. The error is one sentence for the user, without its full stop. Whatever
+  /// succeeds is on the disk, or the log says why not.
+  /// Adds a widget with its largest size, or `family`, at `position`, or where there is room; its
+  /// id.
+  [[nodiscard]] std::expected<std::string, std::string> add(
+      const std::string& kind, std::optional<WidgetFamily> family,
+      ConfigurationParameters configuration, std::optional<MonitorPosition> position);
+  [[nodiscard]] std::expected<void, std::string> remove(std::string_view id);
+  [[nodiscard]] std::expected<void, std::string> resize(std::string_view id, WidgetFamily family);
+  [[nodiscard]] std::expected<void, std::string> configure(std::string_view id,
+                                                           ConfigurationParameters configuration);
+  [[nodiscard]] std::expected<void, std::string> move(std::string_view id,
+                                                      const MonitorPosition& position);
+  /// Asks anew at once, whatever the schedule says.
+  [[nodiscard]] std::expected<void, std::string> reload(std::string_view id);
+  void reloadAll();
+  /// A button of a card was pressed: has the extension perform its intent and asks anew; the quiet
+  /// card's button lets the extension be started again.
+  void press(std::string_view id, const std::string& intent);
+
+  /// What the machine does.
+  void monitorsChanged(std::vector<MonitorArea> monitors);
+  void networkPathChanged();
+  void resumed();
+  void setLocked(bool isLocked);
+
+ private:
+  class State;
+  std::unique_ptr<State> state_;
+};
+
+}  // namespace lanternfold
