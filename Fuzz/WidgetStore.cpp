@@ -4,6 +4,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "Support/FatalError.h"
 #include "WidgetHost/Store/WidgetStoreText.h"
@@ -28,7 +29,8 @@ void checkBounds(const StoredWidgets& stored) {
     }
   }
   if (ids.size() > lanternfold::mostPlacedWidgets) fatalError("too many widgets are shown");
-  if (ids.contains(lanternfold::freeWidgetId(stored.widgets))) fatalError("a free id is taken");
+  const std::vector<std::string> taken(ids.begin(), ids.end());
+  if (ids.contains(lanternfold::freeWidgetId(taken))) fatalError("a free id is taken");
 }
 
 /// What is written of some of them: all that is known of those, and all that is not understood.

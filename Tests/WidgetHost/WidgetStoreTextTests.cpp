@@ -250,13 +250,7 @@ TEST(WidgetStoreText, IsIndentedUnlessThatAloneMakesItTooLong) {
 }
 
 TEST(FreeWidgetId, CountsOnFromTheHighestNumber) {
-  const auto freeAmong = [](const std::vector<std::string>& ids) {
-    std::vector<StoredWidget> stored;
-    for (const std::string& id : ids) {
-      stored.push_back({.placed = PlacedWidget{.id = id, .kind = "K"}, .original = {}});
-    }
-    return freeWidgetId(stored);
-  };
+  const auto freeAmong = [](const std::vector<std::string>& ids) { return freeWidgetId(ids); };
   EXPECT_EQ(freeAmong({}), "1");
   EXPECT_EQ(freeAmong({"1", "7", "clock", "-3", "99999999999"}), "8");
   EXPECT_EQ(freeAmong({"999999999", "1", "2"}), "3");

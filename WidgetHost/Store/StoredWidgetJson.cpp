@@ -14,8 +14,6 @@
 namespace lanternfold {
 namespace {
 
-constexpr std::size_t longestMonitorName = 256;
-
 /// Takes members out of an object and keeps the first fault.
 class MemberReader {
  public:

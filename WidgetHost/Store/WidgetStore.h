@@ -41,9 +41,6 @@ class WidgetStore {
   /// whether they are on the disk. The log says why not, once for each cause.
   bool save(const std::vector<PlacedWidget>& widgets);
 
-  /// For a new widget: none that is in use.
-  [[nodiscard]] std::string freeId() const { return freeWidgetId(stored_.widgets); }
-
  private:
   void setAside(const std::string& reason);
   /// An error when it cannot be kept, and then must not be replaced.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <set>
 #include <utility>
 
 #include "WidgetHost/Store/StoredWidgetJson.h"
@@ -57,11 +58,6 @@ std::uint64_t numberOfId(std::string_view id) {
   return error == std::errc() && end == id.data() + id.size() ? number : 0;
 }
 
-bool hasId(const std::vector<StoredWidget>& stored, std::string_view id) {
-  return std::ranges::any_of(
-      stored, [&](const StoredWidget& widget) { return widget.placed && widget.placed->id == id; });
-}
-
 void readWidget(StoredWidgets& stored, const StoreJson& value) {
   StoredWidget widget{.placed = {}, .original = jsonText(value)};
   const std::string ordinal = std::to_string(stored.widgets.size() + 1);
@@ -79,17 +75,24 @@ void readWidget(StoredWidgets& stored, const StoreJson& value) {
   stored.widgets.push_back(std::move(widget));
 }
 
+std::vector<std::string> idsOf(const std::vector<StoredWidget>& stored) {
+  std::vector<std::string> ids;
+  for (const StoredWidget& widget : stored) {
+    if (widget.placed) ids.push_back(widget.placed->id);
+  }
+  return ids;
+}
+
 /// Once all are known, so that a new id is none of a later widget.
 void separateEqualIds(StoredWidgets& stored) {
-  std::vector<std::string> taken;
+  std::vector<std::string> taken = idsOf(stored.widgets);
+  std::set<std::string> seen;
   for (StoredWidget& widget : stored.widgets) {
-    if (!widget.placed) continue;
-    if (std::ranges::find(taken, widget.placed->id) != taken.end()) {
-      const std::string former = std::exchange(widget.placed->id, freeWidgetId(stored.widgets));
-      stored.remarks.push_back("two widgets had the id " + quotedText(former) +
-                               ", the second one is now " + quotedText(widget.placed->id));
-    }
+    if (!widget.placed || seen.insert(widget.placed->id).second) continue;
+    const std::string former = std::exchange(widget.placed->id, freeWidgetId(taken));
     taken.push_back(widget.placed->id);
+    stored.remarks.push_back("two widgets had the id " + quotedText(former) +
+                             ", the second one is now " + quotedText(widget.placed->id));
   }
 }
 
@@ -138,16 +141,16 @@ std::string widgetStoreText(const StoredWidgets& stored) {
   return text.size() <= longestWidgetStoreBytes ? text : jsonText(file) + "\n";
 }
 
-std::string freeWidgetId(const std::vector<StoredWidget>& stored) {
+std::string freeWidgetId(std::span<const std::string> taken) {
   std::uint64_t highest = 0;
-  for (const StoredWidget& widget : stored) {
-    if (widget.placed) highest = std::max(highest, numberOfId(widget.placed->id));
-  }
+  for (const std::string& id : taken) highest = std::max(highest, numberOfId(id));
   std::string id = std::to_string(highest + 1);
-  // Beyond the last number that is counted on from, the holes before it.
-  for (std::uint64_t number = 1; id.size() > mostIdDigits || hasId(stored, id); ++number) {
-    id = std::to_string(number);
-  }
+  if (id.size() <= mostIdDigits) return id;
+  // There is a hole before the highest one.
+  std::uint64_t number = 0;
+  do {
+    id = std::to_string(++number);
+  } while (std::ranges::find(taken, id) != taken.end());
   return id;
 }
 

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <expected>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +22,7 @@ inline constexpr std::size_t mostPlacedWidgets = 200;
 /// Points from a monitor's corner, either way.
 inline constexpr int furthestPosition = 100'000;
 inline constexpr std::size_t longestWidgetIdBytes = 64;
+inline constexpr std::size_t longestMonitorName = 256;
 inline constexpr std::int64_t widgetStoreVersion = 1;
 
 /// An element of the file's list.
@@ -49,7 +51,7 @@ struct StoredWidgets {
 /// stay, within a widget and its configuration too. The text may be longer than a reader takes.
 [[nodiscard]] std::string widgetStoreText(const StoredWidgets& stored);
 
-/// An id that no widget of `stored` has.
-[[nodiscard]] std::string freeWidgetId(const std::vector<StoredWidget>& stored);
+/// A number that is none of `taken`: the one behind the highest, while numbers are short.
+[[nodiscard]] std::string freeWidgetId(std::span<const std::string> taken);
 
 }  // namespace lanternfold

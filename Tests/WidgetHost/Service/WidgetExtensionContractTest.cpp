@@ -6,17 +6,10 @@
 #include "Tests/Support/FakeWidgetExtension.h"
 #include "Tests/Support/SimulatedClock.h"
 #include "Tests/Support/SimulatedDispatch.h"
+#include "Tests/WidgetHost/Service/ClientWorld.h"
 
 namespace lanternfold {
 namespace {
-
-/// One small widget, and an extension that knows it.
-const WidgetDescription lamp{.kind = "Lamp",
-                             .displayName = "A lamp",
-                             .description = "Shines.",
-                             .supportedFamilies = {WidgetFamily::small},
-                             .configuration = ConfigurationKind::staticConfiguration,
-                             .intent = std::nullopt};
 
 class FakeExtensionWorld {
  public:
@@ -32,6 +25,31 @@ class FakeExtensionWorld {
   SimulatedClock clock_;
   SimulatedDispatch dispatch_{clock_};
   FakeWidgetExtension extension_{dispatch_.mainQueue(), clock_};
+};
+
+/// The client, and an extension that answers unless it is silent.
+class ClientExtensionWorld {
+ public:
+  [[nodiscard]] WidgetExtension& extension() { return *world_.client; }
+  void runReady() {
+    do {
+      world_.dispatch.runReady();
+    } while (!isSilent_ && world_.answerAll() > 0);
+    world_.dispatch.runReady();
+  }
+  void setSilent(bool silent) { isSilent_ = silent; }
+  void failTooOften() {
+    while (!world_.client->hasFailedTooOften()) {
+      world_.client->list([](const auto& /*answer*/) {});
+      world_.dispatch.advance(std::chrono::seconds(10));
+      world_.crash();
+    }
+  }
+  void requestLocation() { world_.programs.say(locationRequestLine(/*whenInUse=*/true)); }
+
+ private:
+  ClientWorld world_;
+  bool isSilent_ = false;
 };
 
 template <typename World>
@@ -52,8 +70,16 @@ class WidgetExtensionContract : public testing::Test {
   World world_;
 };
 
-using Worlds = testing::Types<FakeExtensionWorld>;
-TYPED_TEST_SUITE(WidgetExtensionContract, Worlds);
+class WorldNames {
+ public:
+  template <typename World>
+  static std::string GetName(int) {
+    return std::is_same_v<World, FakeExtensionWorld> ? "Fake" : "Client";
+  }
+};
+
+using Worlds = testing::Types<FakeExtensionWorld, ClientExtensionWorld>;
+TYPED_TEST_SUITE(WidgetExtensionContract, Worlds, WorldNames);
 
 TYPED_TEST(WidgetExtensionContract, AnswersEveryQuestionLater) {
   WidgetExtension& extension = this->world_.extension();
