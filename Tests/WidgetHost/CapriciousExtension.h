@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <random>
 #include <string>
 #include <utility>
@@ -25,8 +26,8 @@ namespace lanternfold {
 class CapriciousExtension final : public WidgetExtension {
  public:
   using TimePoint = std::chrono::steady_clock::time_point;
+  /// How likely each failure is.
   struct Outcomes {
-    double answered = 1;
     double timedOut = 0;
     double gone = 0;
     double refused = 0;
@@ -106,7 +107,7 @@ class CapriciousExtension final : public WidgetExtension {
   };
 
   template <typename Answer, typename Answering>
-  Question ask(const About& about, Completion<Answer> completion, Answering answering) {
+  Question ask(const About& about, Completion<Answer> completion, const Answering& answering) {
     EXPECT_FALSE(isLocked_) << "asked for \"" << about.kind << "\" while the session is locked";
     EXPECT_FALSE(hasToldTooOften_) << "asked while it is left alone";
     Record& record = records_[about.kind];
@@ -125,20 +126,21 @@ class CapriciousExtension final : public WidgetExtension {
 
   /// What becomes of a question, and when.
   void decide(Question question) {
-    std::optional<ExtensionFailure> failure;
-    auto delay = std::chrono::milliseconds(random_() % 3000);
-    double drawn = std::uniform_real_distribution<double>()(random_);
-    if (hasFailedTooOften_) {
-      failure = ExtensionFailure::tooOften;
-    } else if ((drawn -= outcomes_.timedOut) < 0) {
-      failure = ExtensionFailure::timedOut;
-      delay = std::chrono::seconds(30);
-    } else if ((drawn -= outcomes_.gone) < 0) {
-      failure = ExtensionFailure::gone;
-    } else if ((drawn -= outcomes_.refused) < 0) {
-      failure = ExtensionFailure::refused;
-    }
+    const auto failure = drawnFailure();
+    const std::chrono::nanoseconds delay = failure == ExtensionFailure::timedOut
+                                               ? std::chrono::seconds(30)
+                                               : std::chrono::milliseconds(random_() % 3000);
     queue_.after(delay, [this, question, failure] { finish(question, failure); });
+  }
+  std::optional<ExtensionFailure> drawnFailure() {
+    if (hasFailedTooOften_) return ExtensionFailure::tooOften;
+    const double drawn = std::uniform_real_distribution<double>()(random_);
+    const double late = outcomes_.timedOut;
+    const double gone = late + outcomes_.gone;
+    if (drawn < late) return ExtensionFailure::timedOut;
+    if (drawn < gone) return ExtensionFailure::gone;
+    if (drawn < gone + outcomes_.refused) return ExtensionFailure::refused;
+    return std::nullopt;
   }
 
   void finish(Question question, std::optional<ExtensionFailure> failure) {
