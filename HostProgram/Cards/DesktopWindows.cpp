@@ -30,7 +30,8 @@ DesktopWindows::~DesktopWindows() {
 }
 
 void DesktopWindows::countMonitors() {
-  monitors_ = currentMonitors();
+  monitors_ =
+      surroundings_.placer.roomOn(currentMonitors(), [this] { monitorWatch_->countAgain(); });
   areas_.clear();
   for (const PlacedMonitor& monitor : monitors_) areas_.push_back(monitor.area);
   surroundings_.desk.monitorsChanged(areas_);
