@@ -42,7 +42,7 @@ void CardCanvas::refresh() {
 }
 
 void CardCanvas::showPicture() {
-  get_accessible()->set_description(picture_.speech());
+  get_accessible()->set_description(picture_.description());
   layFaces();
   queue_draw();
 }

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "HostProgram/Cards/CardSpeech.h"
 #include "ViewTree/Layout.h"
 #include "WidgetService/WidgetFamily.h"
 
@@ -39,6 +38,7 @@ void CardPicture::draw(Style style) {
                                      .direction = drawing_.direction,
                                      .pressedIntent = style_.pressedIntent});
   faces_ = cardFaces(layout, style_.size);
+  description_ = layout.accessibleDescription;
   commands_ = makeDrawList(layout, {.palette = drawing_.renderer.colours(),
                                     .scheme = style_.scheme,
                                     .report = drawing_.report,
@@ -46,10 +46,6 @@ void CardPicture::draw(Style style) {
   commands_.insert(commands_.begin(), BeginClip{{{0, 0}, style_.size}, widgetCornerRadius});
   commands_.emplace_back(EndClip{});
   commands_.shrink_to_fit();
-}
-
-std::string CardPicture::speech() const {
-  return view_ ? cardSpeech(*view_, style_.drawingTime) : "";
 }
 
 void CardPicture::paint(cairo_t* surface) const {

@@ -38,8 +38,8 @@ class CardPicture {
   [[nodiscard]] const std::optional<View>& view() const { return view_; }
   /// What of it can be pressed.
   [[nodiscard]] const std::vector<CardFace>& faces() const { return faces_; }
-  /// What a screen reader says of it; empty before anything is shown.
-  [[nodiscard]] std::string speech() const;
+  /// What a screen reader says of it.
+  [[nodiscard]] const std::string& description() const { return description_; }
 
   /// A unit of `surface` is a point; outside of the rounded corners nothing is painted.
   void paint(cairo_t* surface) const;
@@ -62,6 +62,7 @@ class CardPicture {
   std::optional<View> view_;
   Style style_;
   std::vector<CardFace> faces_;
+  std::string description_;
   DrawList commands_;
 };
 

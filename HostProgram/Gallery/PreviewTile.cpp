@@ -88,7 +88,7 @@ void PreviewTile::refresh() {
 }
 
 void PreviewTile::showPicture() {
-  preview_.get_accessible()->set_description(picture_.speech());
+  preview_.get_accessible()->set_description(picture_.description());
   preview_.queue_draw();
 }
 
