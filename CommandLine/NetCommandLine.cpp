@@ -121,7 +121,10 @@ void addSend(CLI::App& net, CommandChoice& choice) {
   command->add_flag("--tcp", options->tcp,
                     "Over a connection; the reply ends when the peer ends its side");
   command->add_flag("--udp", options->udp, "As a datagram; the reply is one, too");
-  command->add_option("host", options->host, "An address or a name")
+  command
+      ->add_option("host", options->host,
+                   "An address or a name; an address of one link with its interface, as "
+                   "fe80::1%eth0")
       ->option_text("HOST")
       ->type_name("an address or a name")
       ->required();

@@ -226,6 +226,24 @@ TEST_F(NetSendCommandTest, NamesWhatWasNotUnderstood) {
   expectBad({"--tcp", "h", "7", "--text", "a", "--hex", "00"}, "exclude each other");
 }
 
+TEST_F(NetSendCommandTest, TakesAnAddressInBrackets) {
+  const std::vector<std::pair<std::string, std::string>> hosts{
+      {"[::1]", "::1"},
+      {"[fe80::1%eth0]", "fe80::1%eth0"},
+      // No addresses: nothing is guessed.
+      {"[host]", "[host]"},
+      {"[192.0.2.1]", "[192.0.2.1]"},
+      {"[]", "[]"},
+      {"[", "["},
+      {"[::1", "[::1"},
+  };
+  for (const auto& [given, host] : hosts) {
+    havePeer([](FakeConnection& peer) { peer.reply("ok"); });
+    (void)written({"send", "--tcp", given, "7", "--text", "q"});
+    EXPECT_EQ(fake_.connections.targets.back().host, host);
+  }
+}
+
 TEST_F(NetSendCommandTest, SaysWhichFileItCannotRead) {
   expectFailure(ExitStatus::failed, {"send", "--tcp", "h", "7", "--file", "/none"},
                 "cannot read \"/none\": No such file or directory");

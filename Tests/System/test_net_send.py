@@ -29,7 +29,7 @@ class Peer:
         family = socket.AF_INET6 if ":" in address else socket.AF_INET
         self._socket = socket.socket(family, kind)
         self._socket.settimeout(HANG_SECONDS)
-        self._socket.bind((address, 0))
+        self._socket.bind(socket.getaddrinfo(address, 0, family, kind)[0][4])
         if kind == socket.SOCK_STREAM:
             self._socket.listen()
         self._thread = threading.Thread(target=self._play, args=(act, kind), daemon=True)
@@ -120,7 +120,7 @@ class StreamTest(SendTest):
         self.assertEqual(f"From 127.0.0.1:{port}, 5 bytes:\nhello\n", done.stdout.decode())
 
     def test_an_echo_over_ipv6_and_by_name(self):
-        for host in ("::1", "six.example"):
+        for host in ("::1", "[::1]", "six.example"):
             port = self.peer(echo_once, address="::1")
             self.assertEqual((b"hello", f"[::1]:{port}"),
                              self.reply("tcp", port, "--text", "hello", host=host))
@@ -246,6 +246,12 @@ class StreamTest(SendTest):
                 self.assertEqual(1, process.finish(signal.SIGINT))
                 self.assertIn("was cancelled", process.errors[0])
 
+    def test_a_host_whose_first_address_refuses(self):
+        write_names(self, self.folder, hosts="::1 both.example\n127.0.0.1 both.example\n")
+        port = self.peer(echo_once)
+        self.assertEqual((b"hello", f"127.0.0.1:{port}"),
+                         self.reply("tcp", port, "--text", "hello", host="both.example"))
+
     def test_a_name_that_nobody_has(self):
         done = self.send("tcp", "nowhere.example", "7", "--text", "a")
         self.assert_fails('cannot find the host "nowhere.example"', done)
@@ -299,6 +305,41 @@ class DatagramTest(SendTest):
             sock.sendto(b"right", sender)
         port = self.peer(act, socket.SOCK_DGRAM)
         self.assertEqual(b"right", self.reply("udp", port, "--text", "a")[0])
+
+
+class LinkTest(SendTest):
+    """Addresses that mean nothing without an interface."""
+
+    def setUp(self):
+        super().setUp()
+        far = FarNetwork()
+        self.addCleanup(far.__exit__)
+        ip("-6 address add fe80::2/64 dev en0 nodad")
+        with far.inside():
+            ip("-6 address add fe80::9/64 dev far0 nodad")
+        self.far = far
+
+    def test_an_exchange_over_an_interface(self):
+        for host in ("fe80::9%en0", "[fe80::9%en0]"):
+            with self.far.inside():
+                port = self.peer(echo_once, address="fe80::9%far0")
+            self.assertEqual((b"hello", f"[fe80::9%en0]:{port}"),
+                             self.reply("tcp", port, "--text", "hello", host=host))
+
+    def test_without_an_interface(self):
+        for transport in ("tcp", "udp"):
+            done = self.send(transport, "fe80::9", "7", "--text", "a", "--timeout", "20")
+            self.assert_fails("as in fe80::1%eth0", done)
+
+    def test_an_interface_that_there_is_not(self):
+        for transport in ("tcp", "udp"):
+            done = self.send(transport, "fe80::9%en7", "7", "--text", "a", "--timeout", "20")
+            self.assert_fails('there is no interface "en7"', done)
+
+    def test_a_link_that_is_down(self):
+        ip("link set en0 down")
+        done = self.send("tcp", "fe80::9%en0", "7", "--text", "a", "--timeout", "20")
+        self.assert_fails("check that it is there and up", done)
 
 
 class InputTest(SendTest):
