@@ -21,7 +21,7 @@ void addText(CLI::App& command, NetTextOptions& options, const char* name, const
   command.add_option("text", options.text.argument, std::string(what) + inputHelp)
       ->option_text(name)
       ->type_name("a text");
-  command.add_option("--file", options.text.file, "Read it from this file")
+  command.add_option("--file", options.text.file, "Read it from this file or pipe")
       ->option_text("FILE")
       ->type_name("a file's name");
 }
@@ -142,7 +142,7 @@ void addSend(CLI::App& net, CommandChoice& choice) {
   command->add_option("--hex", options->hex, "The message's bytes, as \"48 65 6c\"")
       ->option_text("HEX")
       ->type_name(hexValues);
-  command->add_option("--file", options->file, "Read the message from this file")
+  command->add_option("--file", options->file, "Read the message from this file or pipe")
       ->option_text("FILE")
       ->type_name("a file's name");
   command->add_flag("--json", options->json,

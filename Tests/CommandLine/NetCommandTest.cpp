@@ -1,5 +1,10 @@
 // `net` as a user meets it: lines and exit status, over hosts and peers that a test plays.
+#include <csignal>
+#include <filesystem>
+#include <fstream>
 #include <sstream>
+#include <sys/stat.h>
+#include <thread>
 
 #include <asio/error.hpp>
 #include <gtest/gtest.h>
@@ -7,6 +12,7 @@
 #include "CommandLine/InputText.h"
 #include "CommandLine/Program.h"
 #include "Tests/CommandLine/FakeMachine.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 namespace lanternfold {
 namespace {
@@ -83,6 +89,49 @@ TEST_F(NetCommandTest, RefusesInputThatDoesNotEnd) {
   EXPECT_EQ(run({"guess"}, std::string(longestInputBytes + 1, 'a')), ExitStatus::failed);
   EXPECT_THAT(errors_.str(), HasSubstr("standard input is longer than 16 MiB"));
   EXPECT_EQ(written({"guess"}, std::string(longestInputBytes, 'a')), "hostname\n");
+}
+
+/// A FIFO that the machine's file system knows of, and whoever writes into it.
+class NetPipeTest : public NetCommandTest {
+ protected:
+  void SetUp() override {
+    ASSERT_EQ(::mkfifo(pipe_.c_str(), 0600), 0);
+    fake_.fileSystem.putSpecialFile(pipe_);
+  }
+  /// Once somebody reads.
+  [[nodiscard]] std::jthread writer(std::string bytes) const {
+    return std::jthread([file = pipe_, bytes = std::move(bytes)] {
+      std::ofstream(file, std::ios::binary) << bytes;
+    });
+  }
+
+  TemporaryFolder folder_;
+  std::filesystem::path pipe_ = folder_.path() / "pipe";
+};
+
+TEST_F(NetPipeTest, IsReadUpToItsEnd) {
+  {
+    const std::jthread writing = writer("192.0.2.1\n");
+    EXPECT_EQ(written({"guess", "--file", pipe_.string()}), "ipv4\n");
+  }
+  const std::jthread writing = writer(std::string(1'000'000, 'a') + "\n");
+  EXPECT_EQ(written({"validate", "--file", pipe_.string()}), "valid\n");
+}
+
+TEST_F(NetPipeTest, IsRefusedWhenItDoesNotEnd) {
+  const auto oldAction = std::signal(SIGPIPE, SIG_IGN);
+  {
+    const std::jthread writing = writer(std::string(longestInputBytes + 100'000, 'a'));
+    expectFailure(ExitStatus::failed, {"guess", "--file", pipe_.string()},
+                  "the pipe \"" + pipe_.string() + "\" is longer than 16 MiB");
+  }
+  (void)std::signal(SIGPIPE, oldAction);
+}
+
+TEST_F(NetPipeTest, IsNoOtherSpecialFile) {
+  fake_.fileSystem.putSpecialFile("/dev/zero");
+  expectFailure(ExitStatus::failed, {"guess", "--file", "/dev/zero"},
+                "it is neither a file nor a pipe");
 }
 
 TEST_F(NetCommandTest, ValidatesNames) {

@@ -3,6 +3,7 @@
 import base64
 import contextlib
 import json
+import os
 import signal
 import socket
 import struct
@@ -62,6 +63,19 @@ class Peer:
 
 def echo_once(connection):
     connection.sendall(connection.recv(65536))
+
+
+def echo_until_whole(size):
+    """Plays a peer that answers once it has all of a message."""
+    def act(connection):
+        received = b""
+        while len(received) < size:
+            piece = connection.recv(65536)
+            if not piece:
+                return
+            received += piece
+        connection.sendall(received)
+    return act
 
 
 def stay_silent(connection):
@@ -173,15 +187,10 @@ class StreamTest(SendTest):
 
     def test_a_large_message_and_reply(self):
         message = bytes(range(256)) * 4096
-
-        def act(connection):
-            received = b""
-            while len(received) < len(message):
-                received += connection.recv(65536)
-            connection.sendall(received)
         file = self.folder / "message"
         file.write_bytes(message)
-        self.assertEqual(message, self.reply("tcp", self.peer(act), "--file", str(file))[0])
+        port = self.peer(echo_until_whole(len(message)))
+        self.assertEqual(message, self.reply("tcp", port, "--file", str(file))[0])
 
     def test_a_reply_that_does_not_end(self):
         def act(connection):
@@ -355,6 +364,44 @@ class InputTest(SendTest):
         for host in (".", "...", " ", "a b", "a" * 5000, "\x1b[2J"):
             done = self.send("tcp", host, "7", "--text", "a", "--timeout", "20")
             self.assert_fails("cannot find the host", done)
+
+    def test_a_message_from_a_pipe(self):
+        """As a shell's process substitution hands it over, and as a FIFO."""
+        message = bytes(range(256)) * 1024
+        fifo = self.folder / "fifo"
+        os.mkfifo(fifo)
+        reader, writer = os.pipe()
+        for name, opened in ((f"/dev/fd/{reader}", lambda: writer),
+                             (str(fifo), lambda: os.open(fifo, os.O_WRONLY))):
+            def write():
+                with open(opened(), "wb") as file:
+                    file.write(message)
+            writing = threading.Thread(target=write, daemon=True)
+            writing.start()
+            port = self.peer(echo_until_whole(len(message)))
+            self.assertEqual(message, self.reply("tcp", port, "--file", name,
+                                                 pass_fds=[reader])[0])
+            writing.join(timeout=HANG_SECONDS)
+        os.close(reader)
+
+    def test_an_interruption_while_a_pipe_is_waited_for(self):
+        fifo = self.folder / "fifo"
+        os.mkfifo(fifo)
+        command = [PROGRAM, "net", "send", "--tcp", "127.0.0.1", "7", "--file", fifo]
+        with WatchedProcess(command) as process:  # nobody opens it
+            time.sleep(0.3)
+            self.assertEqual(-signal.SIGINT, process.finish(signal.SIGINT))
+        with WatchedProcess(command) as process, open(fifo, "wb") as file:  # nobody ends it
+            file.write(b"a")
+            file.flush()
+            self.assertEqual(-signal.SIGINT, process.finish(signal.SIGINT))
+
+    def test_a_pipe_that_does_not_end(self):
+        with subprocess.Popen(["cat", "/dev/zero"], stdout=subprocess.PIPE) as zeros:
+            done = self.send("tcp", "127.0.0.1", "7", "--file", f"/dev/fd/{zeros.stdout.fileno()}",
+                             pass_fds=[zeros.stdout.fileno()])
+            zeros.stdout.close()
+        self.assert_fails("longer than 16 MiB", done)
 
     def test_files_that_cannot_be_read(self):
         for file in ("/nonexistent", "/", "/dev/zero"):
