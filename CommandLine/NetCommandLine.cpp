@@ -1,9 +1,11 @@
 #include "CommandLine/NetCommandLine.h"
 
+#include <cstddef>
 #include <expected>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <ranges>
 #include <string>
 #include <utility>
 
@@ -16,6 +18,14 @@ namespace lanternfold {
 namespace {
 
 constexpr const char* inputHelp = "; without one, what stands in --file, or on standard input";
+
+/// Every command takes them. These here ask no services and keep nothing, so that the help leaves
+/// them out.
+void addUnshownCommonOptions(CLI::App& command, CommonOptions& common) {
+  const auto own = static_cast<std::ptrdiff_t>(command.get_options().size());
+  addCommonOptions(command, common);
+  for (CLI::Option* each : command.get_options() | std::views::drop(own)) each->group("");
+}
 
 void addText(CLI::App& command, NetTextOptions& options, const char* name, const char* what) {
   command.add_option("text", options.text.argument, std::string(what) + inputHelp)
@@ -58,7 +68,7 @@ void addTextCommand(CLI::App& net, const TextCommand& wanted, CommandChoice& cho
   CLI::App* command = net.add_subcommand(wanted.name, wanted.help);
   addText(*command, *options, wanted.argument, wanted.argumentHelp);
   command->add_flag("--json", options->json, wanted.jsonHelp);
-  addCommonOptions(*command, *common);
+  addUnshownCommonOptions(*command, *common);
   command->callback([options, common, run = wanted.run, &choice] {
     choice = chooseText(*options, *common, run);
   });
@@ -96,7 +106,7 @@ void addResolve(CLI::App& net, CommandChoice& choice) {
   command->add_flag("--ipv4", options->ipv4, "An IPv4 address only");
   command->add_flag("--ipv6", options->ipv6, "An IPv6 address only");
   command->add_flag("--json", options->name.json, "Write {\"ip\":…,\"v\":4} or 6");
-  addCommonOptions(*command, *common);
+  addUnshownCommonOptions(*command, *common);
   command->callback([options, common, &choice] { choice = chooseResolve(*options, *common); });
 }
 
@@ -147,7 +157,7 @@ void addSend(CLI::App& net, CommandChoice& choice) {
       ->type_name("a file's name");
   command->add_flag("--json", options->json,
                     "Write {\"data\":base64,\"text\":…,\"from\":\"address:port\"}");
-  addCommonOptions(*command, *common);
+  addUnshownCommonOptions(*command, *common);
   command->callback([options, common, &choice] { choice = chooseSend(*options, *common); });
 }
 

@@ -22,6 +22,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::MatchesRegex;
+using testing::Not;
 
 class NetCommandTest : public testing::Test {
  protected:
@@ -175,6 +176,23 @@ TEST_F(NetCommandTest, WantsACommandBelowIt) {
   EXPECT_EQ(run({"--help"}), ExitStatus::done);
   EXPECT_THAT(output_.str(), AllOf(HasSubstr("guess"), HasSubstr("validate"), HasSubstr("resolve"),
                                    HasSubstr("send")));
+}
+
+// They mean nothing to it; who hands the same ones to all commands need not know that.
+TEST_F(NetCommandTest, TakesTheOptionsOfEveryCommandAndDoesNotShowThem) {
+  EXPECT_EQ(written({"guess", "::1", "--skip-geoip", "--ipv4-echo", "http://192.0.2.1/",
+                     "--data-dir", "/tmp", "--no-app-group"}),
+            "ipv6\n");
+  expectFailure(ExitStatus::badArguments, {"guess", "::1", "--ipv4-echo", "nowhere"},
+                "--ipv4-echo \"nowhere\"");
+  for (const char* command : {"guess", "validate", "resolve", "send"}) {
+    const std::string help = written({command, "--help"});
+    EXPECT_THAT(help, AllOf(HasSubstr("--file"), HasSubstr("--json"), HasSubstr("--help")));
+    for (const char* other : {"--skip-geoip", "--ipv4-echo", "--ipv6-echo", "--geolocation",
+                              "--sentinel", "--ca-file", "--data-dir", "app-group", "services"}) {
+      EXPECT_THAT(help, Not(HasSubstr(other))) << command;
+    }
+  }
 }
 
 class NetSendCommandTest : public NetCommandTest {
