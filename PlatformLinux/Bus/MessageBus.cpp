@@ -1,4 +1,4 @@
-#include "PlatformLinux/Location/MessageBus.h"
+#include "PlatformLinux/Bus/MessageBus.h"
 
 #include <algorithm>
 #include <limits>
@@ -46,7 +46,7 @@ MessageBus::Subscription::~Subscription() {
   if (bus_->connection_) g_dbus_connection_signal_unsubscribe(bus_->connection_.get(), number_);
 }
 
-MessageBus::MessageBus(BusThread& thread) : thread_(thread), cancellable_(g_cancellable_new()) {}
+MessageBus::MessageBus() : cancellable_(g_cancellable_new()) {}
 
 void MessageBus::connect(const std::string& address, std::function<void(bool)> connected) {
   constexpr auto flags =
@@ -62,7 +62,10 @@ void MessageBus::takeConnection(GObject* /*source*/, GAsyncResult* result, gpoin
   const std::unique_ptr<PendingConnection> pending(static_cast<PendingConnection*>(data));
   MessageBus& bus = *pending->bus;
   --bus.pending_;
-  bus.connection_.reset(g_dbus_connection_new_for_address_finish(result, nullptr));
+  std::unique_ptr<GDBusConnection, ObjectCloser> connection(
+      g_dbus_connection_new_for_address_finish(result, nullptr));
+  if (bus.isAbandoned_) return;
+  bus.connection_ = std::move(connection);
   if (bus.connection_) {
     bus.endHandler_ = g_signal_connect(bus.connection_.get(), "closed", G_CALLBACK(takeEnd), &bus);
   }
@@ -77,25 +80,35 @@ void MessageBus::takeEnd(GDBusConnection* /*connection*/, gboolean /*vanished*/,
   if (lost) lost();
 }
 
-void MessageBus::close() {
+void MessageBus::close(BusThread& thread) {
   lost_ = nullptr;
   g_cancellable_cancel(cancellable_.get());
-  while (pending_ > 0) thread_.waitForNext();
+  while (pending_ > 0) thread.waitForNext();
   if (!connection_) return;
-  flush();
+  flush(thread);
   g_signal_handler_disconnect(connection_.get(), endHandler_);
   g_dbus_connection_close(connection_.get(), nullptr, nullptr, nullptr);
   connection_.reset();
   // The library lets go of the subscriptions' handlers a little later.
-  thread_.finishWhatIsDue();
+  thread.finishWhatIsDue();
+}
+
+void MessageBus::abandon() {
+  isAbandoned_ = true;
+  lost_ = nullptr;
+  g_cancellable_cancel(cancellable_.get());
+  if (!connection_) return;
+  g_signal_handler_disconnect(connection_.get(), endHandler_);
+  g_dbus_connection_close(connection_.get(), nullptr, nullptr, nullptr);
+  connection_.reset();
 }
 
 /// What was sent last, such as that a question is taken back, goes out before the bus is left; a
 /// bus that takes nothing any more is not waited for.
-void MessageBus::flush() {
+void MessageBus::flush(BusThread& thread) {
   constexpr std::chrono::milliseconds limit{500};
   const std::unique_ptr<GCancellable, ObjectCloser> givingUp(g_cancellable_new());
-  const BusTimer timer = thread_.after(limit, [&] { g_cancellable_cancel(givingUp.get()); });
+  const BusTimer timer = thread.after(limit, [&] { g_cancellable_cancel(givingUp.get()); });
   bool isFlushed = false;
   g_dbus_connection_flush(
       connection_.get(), givingUp.get(),
@@ -103,7 +116,7 @@ void MessageBus::flush() {
         *static_cast<bool*>(done) = true;
       },
       &isFlushed);
-  while (!isFlushed) thread_.waitForNext();
+  while (!isFlushed) thread.waitForNext();
 }
 
 std::string MessageBus::uniqueName() const {
@@ -123,13 +136,13 @@ void MessageBus::call(const Method& method, GVariant* arguments, const char* rep
                          new PendingCall{.bus = shared_from_this(), .handler = std::move(handler)});
 }
 
-void MessageBus::takeReply(GObject* /*source*/, GAsyncResult* result, gpointer data) {
+void MessageBus::takeReply(GObject* source, GAsyncResult* result, gpointer data) {
   const std::unique_ptr<PendingCall> pending(static_cast<PendingCall*>(data));
   --pending->bus->pending_;
   GError* failure = nullptr;
-  VariantPointer reply(
-      g_dbus_connection_call_finish(pending->bus->connection_.get(), result, &failure));
+  VariantPointer reply(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, &failure));
   const std::unique_ptr<GError, ErrorCloser> error(failure);
+  if (pending->bus->isAbandoned_) return;
   if (reply) {
     pending->handler(std::move(reply));
   } else {

@@ -1,6 +1,6 @@
 // The thread that a message bus is spoken with: a GLib main loop of its own.
 //
-// Made by: `BusLocationPortal`. Internal to this folder: it brings in GLib.
+// Made by: `BusLocationPortal`. Internal to this room: it brings in GLib.
 #pragma once
 
 #include <chrono>

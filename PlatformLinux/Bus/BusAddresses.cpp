@@ -1,4 +1,4 @@
-#include "PlatformLinux/Location/PortalSurroundings.h"
+#include "PlatformLinux/Bus/BusAddresses.h"
 
 #include <cstdlib>
 
@@ -12,6 +12,13 @@ std::optional<std::string> sessionBusAddress() {
   const char* folder = std::getenv("XDG_RUNTIME_DIR");
   if (folder == nullptr || *folder != '/') return std::nullopt;
   return "unix:path=" + std::string(folder) + "/bus";
+}
+
+std::string systemBusAddress() {
+  // NOLINTNEXTLINE(concurrency-mt-unsafe): the program never writes its environment
+  const char* address = std::getenv("DBUS_SYSTEM_BUS_ADDRESS");
+  if (address != nullptr && *address != '\0') return address;
+  return "unix:path=/run/dbus/system_bus_socket";
 }
 
 }  // namespace lanternfold

@@ -1,6 +1,6 @@
 // A connection to a message bus: calls with their answers, and signals.
 //
-// Made by: `PortalConversations`. Used by: the conversations on that bus. Internal to this folder:
+// Made by: whoever converses with services of the desktop or of the system. Internal to this room:
 // it brings in GLib, whose handshake the filter before a sandbox's bus understands (that of 0.1.4
 // breaks off with clients that send theirs in one piece, as libsystemd's do).
 #pragma once
@@ -12,7 +12,7 @@
 #include <memory>
 #include <string>
 
-#include "PlatformLinux/Location/BusThread.h"
+#include "PlatformLinux/Bus/BusThread.h"
 
 namespace lanternfold {
 
@@ -25,8 +25,8 @@ struct ObjectCloser {
   void operator()(gpointer object) const { g_object_unref(object); }
 };
 
-/// Everything on the bus's thread. Handlers run there too, from the thread's loop, never inside of
-/// a call.
+/// Everything on one thread: that of a `BusThread`, or the main thread of a program whose main loop
+/// is GLib's. Handlers run there too, from that loop, never inside of a call.
 class MessageBus : public std::enable_shared_from_this<MessageBus> {
  public:
   struct Method {
@@ -62,8 +62,8 @@ class MessageBus : public std::enable_shared_from_this<MessageBus> {
     const guint number_;
   };
 
-  explicit MessageBus(BusThread& thread);
-  /// Closed before.
+  MessageBus();
+  /// Closed or abandoned before.
   ~MessageBus() = default;
   MessageBus(const MessageBus&) = delete;
   MessageBus& operator=(const MessageBus&) = delete;
@@ -72,10 +72,12 @@ class MessageBus : public std::enable_shared_from_this<MessageBus> {
   void connect(const std::string& address, std::function<void(bool)> connected);
   /// `lost` is called when the bus goes away.
   void setLostHandler(std::function<void()> lost) { lost_ = std::move(lost); }
-  /// Ends every call, whose handlers hear of it before the return, and leaves the bus.
-  void close();
+  /// Ends every call, whose handlers hear of it before the return, and leaves the bus. On `thread`,
+  /// whose loop is run meanwhile.
+  void close(BusThread& thread);
+  /// Leaves the bus without waiting for anything. No handler is called any more.
+  void abandon();
 
-  [[nodiscard]] BusThread& thread() { return thread_; }
   /// The name that the bus has given this connection.
   [[nodiscard]] std::string uniqueName() const;
 
@@ -91,7 +93,7 @@ class MessageBus : public std::enable_shared_from_this<MessageBus> {
   struct PendingCall;
   struct PendingConnection;
 
-  void flush();
+  void flush(BusThread& thread);
   static void takeConnection(GObject* source, GAsyncResult* result, gpointer data);
   static void takeReply(GObject* source, GAsyncResult* result, gpointer data);
   static void takeSignal(GDBusConnection* connection, const char* sender, const char* path,
@@ -99,12 +101,12 @@ class MessageBus : public std::enable_shared_from_this<MessageBus> {
                          gpointer data);
   static void takeEnd(GDBusConnection* connection, gboolean vanished, GError* error, gpointer data);
 
-  BusThread& thread_;
   std::function<void()> lost_;
   const std::unique_ptr<GCancellable, ObjectCloser> cancellable_;
   std::unique_ptr<GDBusConnection, ObjectCloser> connection_;
   gulong endHandler_ = 0;
   int pending_ = 0;  ///< of what is under way
+  bool isAbandoned_ = false;
 };
 
 }  // namespace lanternfold

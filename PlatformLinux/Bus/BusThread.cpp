@@ -1,4 +1,4 @@
-#include "PlatformLinux/Location/BusThread.h"
+#include "PlatformLinux/Bus/BusThread.h"
 
 #include <algorithm>
 #include <future>
