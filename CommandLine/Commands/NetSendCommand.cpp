@@ -66,7 +66,7 @@ std::expected<InputSource, CommandFailure> messageSource(const NetSendOptions& o
   if (given > 1) return badOption("--text, --hex and --file exclude each other; give one of them");
   if (!options.hex) return InputSource{.argument = options.text, .file = options.file};
   const auto bytes = bytesOfHex(*options.hex);
-  if (bytes) return InputSource{.argument = *bytes};
+  if (bytes) return InputSource{.argument = bytes};
   return badOption(std::string("--hex takes ") + hexValues + ", not " + inQuotes(*options.hex));
 }
 

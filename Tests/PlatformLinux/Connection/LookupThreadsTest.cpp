@@ -88,6 +88,7 @@ bool waitUntilNoThreadIsLeft() {
 TEST(LookupThreadsTest, RunSoManyAtATimeAndTheRestInTurn) {
   constexpr int most = 32;
   constexpr int works = 200;
+  ASSERT_TRUE(waitUntilNoThreadIsLeft());  // of another test
   const auto gate = std::make_shared<Gate>();
   const auto threads = std::make_shared<LookupThreads>();
   for (int number = 0; number < works; ++number) {

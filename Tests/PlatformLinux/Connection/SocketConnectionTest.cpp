@@ -216,6 +216,7 @@ class SocketConnectionInNamespace : private EnteredNamespace, public SocketConne
     ASSERT_TRUE(NetworkNamespace::run("ip link set lo up"));
     ASSERT_TRUE(PrivateEtc::mount());
     PrivateEtc::write("nsswitch.conf", "hosts: files\n");
+    PrivateEtc::write("host.conf", "multi on\n");
     PrivateEtc::write("hosts",
                       "::1 both.example\n127.0.0.1 both.example\n"
                       "::1 far.example\n192.0.2.9 far.example\n");
