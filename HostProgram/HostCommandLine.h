@@ -16,8 +16,6 @@
 
 namespace lanternfold {
 
-inline constexpr const char* hostProgramName = "lanternfold-widget-host";
-
 struct HostChoice {
   /// Checked, and handed on to the extension as they were given.
   CommonOptions common;
