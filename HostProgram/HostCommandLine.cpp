@@ -7,6 +7,7 @@
 #include <CLI/CLI.hpp>
 
 #include "Wiring/PrintableText.h"
+#include "Wiring/ProgramName.h"
 
 namespace lanternfold {
 namespace {

@@ -13,6 +13,7 @@
 #include "PlatformLinux/System/StreamDiagnosticLog.h"
 #include "Wiring/FailureReport.h"
 #include "Wiring/LanguageChoice.h"
+#include "Wiring/ProgramName.h"
 #include "Wiring/ServiceOptions.h"
 
 namespace lanternfold {
