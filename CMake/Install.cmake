@@ -57,6 +57,10 @@ add_custom_target(Icon ALL DEPENDS "${picture}")
 add_dependencies(lanternfold-widgets Icon)
 install(FILES "${picture}" DESTINATION "${icons}/48x48/apps")
 
+# The shell.
+file(GLOB manuals "${packaging}/man/*.1")
+install(FILES ${manuals} DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
+
 # A package does the same by the triggers of its system. A folder that is newer than the cache of
 # its icons has them read anew; the handlers of links are found in the database alone.
 install(CODE "

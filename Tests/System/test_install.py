@@ -19,6 +19,7 @@ EXPECTED = {
     "share/icons/hicolor/48x48/apps": {f"{APPLICATION}.png"},
     "share/icons/hicolor/scalable/apps": {f"{APPLICATION}.svg"},
     "share/icons/hicolor/symbolic/apps": {f"{APPLICATION}-symbolic.svg"},
+    "share/man/man1": {f"{program}.1" for program in PROGRAMS},
     "share/metainfo": {f"{APPLICATION}.metainfo.xml"},
     "share/systemd/user": {"lanternfold-widgets.service", "lanternfold-widgets-record.service"},
 } | {f"share/locale/{language}/LC_MESSAGES": {"lanternfold.mo"} for language in LANGUAGES}
