@@ -57,9 +57,18 @@ add_custom_target(Icon ALL DEPENDS "${picture}")
 add_dependencies(lanternfold-widgets Icon)
 install(FILES "${picture}" DESTINATION "${icons}/48x48/apps")
 
-# The shell.
+# The terminal.
 file(GLOB manuals "${packaging}/man/*.1")
 install(FILES ${manuals} DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
+# Two of the shells look for a file of the command's name.
+foreach(program lanternfold-widgets lanternfold-widget-host)
+  install(FILES "${packaging}/completions/lanternfold-widgets.bash" RENAME ${program}
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions")
+  install(FILES "${packaging}/completions/lanternfold-widgets.fish" RENAME ${program}.fish
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d")
+endforeach()
+install(FILES "${packaging}/completions/_lanternfold-widgets"
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/site-functions")
 
 # A package does the same by the triggers of its system. A folder that is newer than the cache of
 # its icons has them read anew; the handlers of links are found in the database alone.

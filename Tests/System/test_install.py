@@ -14,6 +14,9 @@ SCHEME = "x-scheme-handler/net.quernaple.lanternfoldx"
 LANGUAGES = ("ar", "de", "es", "fr", "it", "ja", "ru", "zh_CN")
 PROGRAM_MODE, FILE_MODE, FOLDER_MODE = 0o755, 0o644, 0o755
 EXPECTED = {
+    "share/bash-completion/completions": {"lanternfold-widgets", "lanternfold-widget-host"},
+    "share/fish/vendor_completions.d": {"lanternfold-widgets.fish", "lanternfold-widget-host.fish"},
+    "share/zsh/site-functions": {"_lanternfold-widgets"},
     "share/applications": {f"{APPLICATION}.desktop"},
     "share/dbus-1/services": {f"{APPLICATION}.service"},
     "share/icons/hicolor/48x48/apps": {f"{APPLICATION}.png"},
