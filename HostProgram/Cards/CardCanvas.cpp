@@ -40,7 +40,7 @@ void CardCanvas::show(const std::string& name, const View& view, const CardState
 
 void CardCanvas::refresh() {
   if (!picture_.show(view_, state_)) return;
-  get_accessible()->set_description(picture_.layout().accessibleDescription);
+  get_accessible()->set_description(picture_.speech());
   layFaces();
   queue_draw();
 }

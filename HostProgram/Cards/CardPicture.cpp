@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "HostProgram/Cards/CardSpeech.h"
 #include "WidgetService/WidgetFamily.h"
 
 namespace lanternfold {
@@ -31,6 +32,10 @@ void CardPicture::draw() {
                                      .isContentInvalidated = style_.isContentInvalidated});
   commands_.insert(commands_.begin(), BeginClip{{{0, 0}, style_.size}, widgetCornerRadius});
   commands_.emplace_back(EndClip{});
+}
+
+std::string CardPicture::speech() const {
+  return view_ ? cardSpeech(*view_, style_.drawingTime) : "";
 }
 
 void CardPicture::paint(cairo_t* surface) const {

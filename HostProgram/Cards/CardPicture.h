@@ -32,6 +32,8 @@ class CardPicture {
   bool show(const View& view, const CardState& state);
 
   [[nodiscard]] const LaidOutView& layout() const { return layout_; }
+  /// What a screen reader says of it; empty before anything is shown.
+  [[nodiscard]] std::string speech() const;
 
   /// A unit of `surface` is a point; outside of the rounded corners nothing is painted.
   void paint(cairo_t* surface) const;

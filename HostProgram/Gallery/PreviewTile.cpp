@@ -85,7 +85,7 @@ void PreviewTile::showEntry(const ViewEntry& entry) {
 void PreviewTile::refresh() {
   if (!entry_) return;
   if (!picture_.show(entry_->view, {.size = widgetSize(family_), .time = entry_->date})) return;
-  preview_.get_accessible()->set_description(picture_.layout().accessibleDescription);
+  preview_.get_accessible()->set_description(picture_.speech());
   preview_.queue_draw();
 }
 
