@@ -14,6 +14,10 @@ target_include_directories(LanternfoldFlags INTERFACE "${CMAKE_SOURCE_DIR}")
 target_compile_options(LanternfoldFlags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
   -Woverloaded-virtual -Wimplicit-fallthrough -Wunused -Wno-missing-field-initializers)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+  # Asio 1.22 looks for the coroutines of the technical specification there, and has none without.
+  target_compile_definitions(LanternfoldFlags INTERFACE ASIO_HAS_CO_AWAIT=1)
+endif()
 if(LANTERNFOLD_WERROR)
   target_compile_options(LanternfoldFlags INTERFACE -Werror)
 endif()

@@ -96,16 +96,3 @@ add_executable(lanternfold-widget-host HostProgram/main.cpp)
 target_link_libraries(lanternfold-widget-host PRIVATE HostProgram)
 # It stays resident: what no part of it calls is not even loaded.
 target_link_options(lanternfold-widget-host PRIVATE -Wl,--as-needed)
-
-include(GNUInstallDirs)
-install(TARGETS lanternfold-widgets lanternfold-widget-extension lanternfold-widget-host)
-include(Translations)
-install(DIRECTORY Assets DESTINATION "${CMAKE_INSTALL_DATADIR}/lanternfold-widgets")
-# The unit names the program where it is installed, which is known no sooner.
-install(CODE "
-  set(LANTERNFOLD_PROGRAM
-      \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/lanternfold-widgets\")
-  configure_file(\"${CMAKE_SOURCE_DIR}/Packaging/lanternfold-widgets-record.service.in\"
-                 \"${CMAKE_BINARY_DIR}/lanternfold-widgets-record.service\" @ONLY)")
-install(FILES "${CMAKE_BINARY_DIR}/lanternfold-widgets-record.service"
-        DESTINATION "${CMAKE_INSTALL_DATADIR}/systemd/user")

@@ -15,7 +15,8 @@ namespace lanternfold {
 /// Longer input is refused.
 inline constexpr std::size_t longestInputBytes = std::size_t{16} * 1024 * 1024;
 
-/// Where it is; standard input without any.
+/// Where it is; standard input without any. The file may be a pipe, which is waited for until
+/// whoever writes into it is done.
 struct InputSource {
   std::optional<std::string> argument;
   std::optional<std::filesystem::path> file;

@@ -1,9 +1,11 @@
 #include "CommandLine/NetCommandLine.h"
 
+#include <cstddef>
 #include <expected>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <ranges>
 #include <string>
 #include <utility>
 
@@ -17,11 +19,19 @@ namespace {
 
 constexpr const char* inputHelp = "; without one, what stands in --file, or on standard input";
 
+/// Every command takes them. These here ask no services and keep nothing, so that the help leaves
+/// them out.
+void addUnshownCommonOptions(CLI::App& command, CommonOptions& common) {
+  const auto own = static_cast<std::ptrdiff_t>(command.get_options().size());
+  addCommonOptions(command, common);
+  for (CLI::Option* each : command.get_options() | std::views::drop(own)) each->group("");
+}
+
 void addText(CLI::App& command, NetTextOptions& options, const char* name, const char* what) {
   command.add_option("text", options.text.argument, std::string(what) + inputHelp)
       ->option_text(name)
       ->type_name("a text");
-  command.add_option("--file", options.text.file, "Read it from this file")
+  command.add_option("--file", options.text.file, "Read it from this file or pipe")
       ->option_text("FILE")
       ->type_name("a file's name");
 }
@@ -58,7 +68,7 @@ void addTextCommand(CLI::App& net, const TextCommand& wanted, CommandChoice& cho
   CLI::App* command = net.add_subcommand(wanted.name, wanted.help);
   addText(*command, *options, wanted.argument, wanted.argumentHelp);
   command->add_flag("--json", options->json, wanted.jsonHelp);
-  addCommonOptions(*command, *common);
+  addUnshownCommonOptions(*command, *common);
   command->callback([options, common, run = wanted.run, &choice] {
     choice = chooseText(*options, *common, run);
   });
@@ -96,7 +106,7 @@ void addResolve(CLI::App& net, CommandChoice& choice) {
   command->add_flag("--ipv4", options->ipv4, "An IPv4 address only");
   command->add_flag("--ipv6", options->ipv6, "An IPv6 address only");
   command->add_flag("--json", options->name.json, "Write {\"ip\":…,\"v\":4} or 6");
-  addCommonOptions(*command, *common);
+  addUnshownCommonOptions(*command, *common);
   command->callback([options, common, &choice] { choice = chooseResolve(*options, *common); });
 }
 
@@ -121,7 +131,10 @@ void addSend(CLI::App& net, CommandChoice& choice) {
   command->add_flag("--tcp", options->tcp,
                     "Over a connection; the reply ends when the peer ends its side");
   command->add_flag("--udp", options->udp, "As a datagram; the reply is one, too");
-  command->add_option("host", options->host, "An address or a name")
+  command
+      ->add_option("host", options->host,
+                   "An address or a name; an address of one link with its interface, as "
+                   "fe80::1%eth0")
       ->option_text("HOST")
       ->type_name("an address or a name")
       ->required();
@@ -139,12 +152,12 @@ void addSend(CLI::App& net, CommandChoice& choice) {
   command->add_option("--hex", options->hex, "The message's bytes, as \"48 65 6c\"")
       ->option_text("HEX")
       ->type_name(hexValues);
-  command->add_option("--file", options->file, "Read the message from this file")
+  command->add_option("--file", options->file, "Read the message from this file or pipe")
       ->option_text("FILE")
       ->type_name("a file's name");
   command->add_flag("--json", options->json,
                     "Write {\"data\":base64,\"text\":…,\"from\":\"address:port\"}");
-  addCommonOptions(*command, *common);
+  addUnshownCommonOptions(*command, *common);
   command->callback([options, common, &choice] { choice = chooseSend(*options, *common); });
 }
 

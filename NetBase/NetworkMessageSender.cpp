@@ -55,16 +55,16 @@ class NetworkMessageSender::Exchange : public std::enable_shared_from_this<Excha
            DispatchQueue& connectionQueue, DispatchQueue& timerQueue)
       : data(std::move(message)),
         timeout(limit),
-        dispatchQueue(connectionQueue),
-        mainQueue(timerQueue),
-        connection(std::move(used)) {}
+        dispatchQueue_(connectionQueue),
+        mainQueue_(timerQueue),
+        connection_(std::move(used)) {}
 
   const std::string data;
   const std::optional<double> timeout;
 
   [[nodiscard]] bool isComplete() const {
-    const std::lock_guard lock(mutex);
-    return hasReply;
+    const std::lock_guard lock(mutex_);
+    return hasReply_;
   }
 
   void start(Completion completion) {
@@ -79,16 +79,16 @@ class NetworkMessageSender::Exchange : public std::enable_shared_from_this<Excha
         });
     used->receiveMessage(
         [self = shared_from_this()](auto message) { self->received(std::move(message)); });
-    used->start(dispatchQueue);
+    used->start(dispatchQueue_);
   }
 
   void cancel() {
     std::shared_ptr<Connection> used;
     {
-      const std::lock_guard lock(mutex);
-      isCancelled = true;
-      timer.reset();
-      used = connection;
+      const std::lock_guard lock(mutex_);
+      isCancelled_ = true;
+      timer_.reset();
+      used = connection_;
     }
     if (used) used->cancel();
   }
@@ -96,15 +96,15 @@ class NetworkMessageSender::Exchange : public std::enable_shared_from_this<Excha
  private:
   /// Takes `completion` when this is the exchange's only start.
   std::error_code begin(Completion& completion) {
-    const std::lock_guard lock(mutex);
-    if (isCancelled) return MessageSenderError::cancelled;
-    if (isStarted || connection->state() != ConnectionState::setup) {
+    const std::lock_guard lock(mutex_);
+    if (isCancelled_) return MessageSenderError::cancelled;
+    if (isStarted_ || connection_->state() != ConnectionState::setup) {
       return MessageSenderError::genericFailure;
     }
-    isStarted = true;
+    isStarted_ = true;
     completion_ = std::move(completion);
     if (timeout) {
-      timer.emplace(mainQueue, boundedSeconds(*timeout), [weak = weak_from_this()] {
+      timer_.emplace(mainQueue_, boundedSeconds(*timeout), [weak = weak_from_this()] {
         if (const auto self = weak.lock()) self->timeLimitReached();
       });
     }
@@ -116,10 +116,10 @@ class NetworkMessageSender::Exchange : public std::enable_shared_from_this<Excha
   void timeLimitReached() {
     std::shared_ptr<Connection> used;
     {
-      const std::lock_guard lock(mutex);
-      if (isCancelled) return;
-      isTimeoutReached = true;
-      used = connection;
+      const std::lock_guard lock(mutex_);
+      if (isCancelled_) return;
+      isTimeoutReached_ = true;
+      used = connection_;
     }
     if (used) used->cancel();
   }
@@ -155,14 +155,14 @@ class NetworkMessageSender::Exchange : public std::enable_shared_from_this<Excha
   }
 
   [[nodiscard]] std::shared_ptr<Connection> connectionInUse() const {
-    const std::lock_guard lock(mutex);
-    return connection;
+    const std::lock_guard lock(mutex_);
+    return connection_;
   }
 
   [[nodiscard]] std::error_code reasonOfCancellation() const {
-    const std::lock_guard lock(mutex);
-    if (isTimeoutReached) return MessageSenderError::timeout;
-    return isCancelled ? MessageSenderError::cancelled : MessageSenderError::genericFailure;
+    const std::lock_guard lock(mutex_);
+    if (isTimeoutReached_) return MessageSenderError::timeout;
+    return isCancelled_ ? MessageSenderError::cancelled : MessageSenderError::genericFailure;
   }
 
   /// The first outcome counts.
@@ -170,28 +170,28 @@ class NetworkMessageSender::Exchange : public std::enable_shared_from_this<Excha
     Completion completion;
     std::shared_ptr<Connection> used;
     {
-      const std::lock_guard lock(mutex);
+      const std::lock_guard lock(mutex_);
       completion = std::exchange(completion_, nullptr);
       if (!completion) return;
-      hasReply = result.has_value();
-      timer.reset();
+      hasReply_ = result.has_value();
+      timer_.reset();
       // Its handlers hold this exchange: whoever is left with them must not hold it in turn.
-      used = std::exchange(connection, nullptr);
+      used = std::exchange(connection_, nullptr);
     }
     used->cancel();
     completion(std::move(result));
   }
 
-  DispatchQueue& dispatchQueue;
-  DispatchQueue& mainQueue;
+  DispatchQueue& dispatchQueue_;
+  DispatchQueue& mainQueue_;
 
-  mutable std::mutex mutex;  // guards the rest; under it nobody is called who could call back
-  std::shared_ptr<Connection> connection;  // null after the end
-  std::optional<Timer> timer;
-  bool hasReply = false;
-  bool isTimeoutReached = false;
-  bool isCancelled = false;
-  bool isStarted = false;
+  mutable std::mutex mutex_;  // guards the rest; under it nobody is called who could call back
+  std::shared_ptr<Connection> connection_;  // null after the end
+  std::optional<Timer> timer_;
+  bool hasReply_ = false;
+  bool isTimeoutReached_ = false;
+  bool isCancelled_ = false;
+  bool isStarted_ = false;
   Completion completion_;  // until the end
 };
 

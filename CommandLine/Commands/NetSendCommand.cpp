@@ -11,10 +11,11 @@
 
 #include <asio/co_spawn.hpp>
 #include <asio/detached.hpp>
-#include <asio/error.hpp>
 
+#include "CommandLine/ExchangeFailure.h"
 #include "CommandLine/PlainNumber.h"
 #include "CommandLine/ReplyText.h"
+#include "NetBase/AddressTypeGuesser.h"
 #include "NetBase/NetworkMessageSender.h"
 #include "NetBase/QueueExecutor.h"
 #include "Wiring/PrintableText.h"
@@ -65,55 +66,17 @@ std::expected<InputSource, CommandFailure> messageSource(const NetSendOptions& o
   if (given > 1) return badOption("--text, --hex and --file exclude each other; give one of them");
   if (!options.hex) return InputSource{.argument = options.text, .file = options.file};
   const auto bytes = bytesOfHex(*options.hex);
-  if (bytes) return InputSource{.argument = *bytes};
+  if (bytes) return InputSource{.argument = bytes};
   return badOption(std::string("--hex takes ") + hexValues + ", not " + inQuotes(*options.hex));
 }
 
-std::string peerText(const ConnectionTarget& target) {
-  return printable(target.host) + " port " + std::to_string(target.port);
-}
-
-/// Of an exchange that its own rules ended.
-std::string senderFailure(MessageSenderError error, const NetSendPlan& plan) {
-  const std::string peer = peerText(plan.target);
-  switch (error) {
-    case MessageSenderError::timeout:
-      return peer + " did not reply within " + plan.timeoutText + " s" +
-             (plan.target.transport == Transport::tcp
-                  ? ", or did not end its reply; check that it runs and closes, or allow more time"
-                  : "; check that it runs, or allow more time");
-    case MessageSenderError::noData:
-      return peer + " replied without data; check that it takes such messages";
-    case MessageSenderError::cancelled:
-      return "the exchange with " + peer + " was cancelled; nothing is known of a reply";
-    case MessageSenderError::genericFailure:
-      break;
-  }
-  return "the exchange with " + peer + " failed; try it again";
-}
-
-std::string failureSentence(std::error_code error, const NetSendPlan& plan) {
-  if (error.category() == messageSenderCategory()) {
-    return senderFailure(static_cast<MessageSenderError>(error.value()), plan);
-  }
-  const std::string peer = peerText(plan.target);
-  if (error == std::errc::connection_refused) {
-    return peer + " refuses: nobody listens there; check the port, and that the peer runs";
-  }
-  if (error == std::errc::message_size) {
-    if (plan.target.transport == Transport::tcp) {
-      return "the reply of " + peer + " is longer than 16 MiB; ask for less";
-    }
-    return "the message is too large for a datagram, which carries 65507 bytes at the most; send "
-           "less, or over --tcp";
-  }
-  if (error == asio::error::host_not_found || error == asio::error::host_not_found_try_again ||
-      error == asio::error::no_recovery) {
-    return "cannot find the host " + inQuotes(plan.target.host) +
-           "; check its name, and that the machine reaches its DNS servers";
-  }
-  return "the exchange with " + peer + " failed: " + error.message() +
-         "; check the address, and the way there";
+/// An address as it stands in a URL or before a port, "[::1]", without its brackets; everything
+/// else as it is.
+std::string withoutBrackets(const std::string& host) {
+  if (host.size() < 2 || host.front() != '[' || host.back() != ']') return host;
+  const std::string inside = host.substr(1, host.size() - 2);
+  const std::string address = inside.substr(0, inside.find('%'));
+  return StandardAddressTypeGuesser().type(address) == AddressType::ipv6 ? inside : host;
 }
 
 /// Runs the main loop until the exchange has ended, or the user has ended it.
@@ -142,7 +105,7 @@ std::expected<NetSendPlan, CommandFailure> planNetSend(const NetSendOptions& opt
   if (options.tcp == options.udp) return badOption("give --tcp or --udp, one of them");
   NetSendPlan plan{.json = options.json};
   plan.target.transport = options.tcp ? Transport::tcp : Transport::udp;
-  plan.target.host = options.host;
+  plan.target.host = withoutBrackets(options.host);
   if (options.host.empty()) return badOption("HOST takes an address or a name, not an empty one");
   const auto port = parsePort(options.port);
   if (!port) return std::unexpected(port.error());
@@ -171,7 +134,9 @@ std::expected<void, CommandFailure> runNetSend(const NetSendPlan& plan, const Ma
                                                    QualityOfService::userInitiated),
                               dispatch.mainQueue());
   const MessageResult result = exchange(sender, machine);
-  if (!result) return std::unexpected(workFailed(failureSentence(result.error(), plan)));
+  if (!result)
+    return std::unexpected(
+        workFailed(exchangeFailure(result.error(), plan.target, plan.timeoutText)));
   console.output << (plan.json ? replyJson(*result) : replyText(*result));
   return {};
 }

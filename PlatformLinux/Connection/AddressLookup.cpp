@@ -7,12 +7,10 @@
 #include <netinet/in.h>
 #include <optional>
 #include <sys/socket.h>
-#include <thread>
 #include <utility>
 
 #include <asio/error.hpp>
 
-#include "PlatformLinux/System/ThreadTraits.h"
 #include "Support/AsciiHostName.h"
 
 namespace lanternfold {
@@ -47,9 +45,9 @@ std::optional<asio::ip::address> addressOf(const addrinfo& entry) {
   return asio::ip::address_v6(bytes, address.sin6_scope_id);
 }
 
-AddressLookup::Result lookUp(const std::string& name) {
+AddressLookup::Result translated(const std::string& name, int flags) {
   // One entry an address, instead of one for each kind of socket.
-  const addrinfo wanted{.ai_family = AF_UNSPEC, .ai_socktype = SOCK_STREAM};
+  const addrinfo wanted{.ai_flags = flags, .ai_family = AF_UNSPEC, .ai_socktype = SOCK_STREAM};
   addrinfo* first = nullptr;
   if (const int status = ::getaddrinfo(name.c_str(), nullptr, &wanted, &first); status != 0) {
     return std::unexpected(lookupError(status));
@@ -66,40 +64,54 @@ AddressLookup::Result cancelled() {
   return std::unexpected(std::make_error_code(std::errc::operation_canceled));
 }
 
-}  // namespace
-
-void AddressLookup::start(const std::string& host, Completion completion) {
-  {
-    const std::lock_guard lock(mutex_);
-    completion_ = std::move(completion);
-    if (isCancelled_) return tell(cancelled());
-  }
-  const std::optional<std::string> name = asciiHostName(host);
+/// Without asking anybody; none for a name that somebody may know.
+std::optional<AddressLookup::Result> knownAddresses(const std::optional<std::string>& name) {
   // The C library would cut the name at a zero byte.
   if (!name || name->empty() || name->contains('\0')) {
-    return finish(std::unexpected(make_error_code(asio::error::host_not_found)));
+    return std::unexpected(make_error_code(asio::error::host_not_found));
   }
-  // Scopes are the C library's: asio drops one that there is not.
-  if (!name->contains('%')) {
-    std::error_code isName;
-    if (const auto address = asio::ip::make_address(*name, isName); !isName) {
-      return finish(Addresses{address});
-    }
-  }
-  try {
-    std::thread([self = shared_from_this(), name = *name] {
-      nameCurrentThread("address-lookup");
-      self->finish(lookUp(name));
-    }).detach();
-  } catch (const std::system_error& error) {
-    finish(std::unexpected(error.code()));  // there are too many threads
-  }
+  // Scopes are the C library's: asio drops one that there is not. No name has one.
+  if (name->contains('%')) return translated(*name, AI_NUMERICHOST);
+  std::error_code isName;
+  const auto address = asio::ip::make_address(*name, isName);
+  if (isName) return std::nullopt;
+  return AddressLookup::Addresses{address};
+}
+
+}  // namespace
+
+AddressLookup::AddressLookup(std::shared_ptr<LookupThreads> threads, Question question)
+    : threads_(std::move(threads)), question_(std::move(question)) {}
+
+void AddressLookup::start(const std::string& host, Completion completion) {
+  const std::optional<std::string> name = asciiHostName(host);
+  const std::lock_guard lock(mutex_);
+  completion_ = std::move(completion);
+  if (isCancelled_) return tell(cancelled());
+  if (auto known = knownAddresses(name)) return tell(*std::move(known));
+  ask(*name);
 }
 
 void AddressLookup::cancel() {
-  const std::lock_guard lock(mutex_);
-  isCancelled_ = true;
-  tell(cancelled());
+  std::optional<LookupThreads::Ticket> ticket;
+  {
+    const std::lock_guard lock(mutex_);
+    isCancelled_ = true;
+    tell(cancelled());
+    ticket = std::exchange(ticket_, std::nullopt);
+  }
+  if (ticket) threads_->withdraw(*ticket);
+}
+
+void AddressLookup::ask(std::string name) {
+  const auto ticket = threads_->run(
+      [self = shared_from_this(), name = std::move(name)] { self->finish(self->question_(name)); });
+  if (!ticket) return tell(std::unexpected(ticket.error()));
+  ticket_ = *ticket;
+}
+
+AddressLookup::Result AddressLookup::askSystem(const std::string& name) {
+  return translated(name, 0);
 }
 
 void AddressLookup::finish(Result result) {

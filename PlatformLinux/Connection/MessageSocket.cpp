@@ -1,5 +1,6 @@
 #include "PlatformLinux/Connection/MessageSocket.h"
 
+#include <array>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -95,12 +96,11 @@ class DatagramMessageSocket final : public AsioMessageSocket<asio::ip::udp> {
 
   asio::awaitable<Message> receive() override {
     // The kernel writes what is read of it: there is no need of zeros.
-    const auto bytes = std::make_unique_for_overwrite<char[]>(largestDatagram);
+    const auto bytes = std::make_unique_for_overwrite<std::array<char, largestDatagram>>();
     std::error_code error;
-    const std::size_t size =
-        co_await socket().async_receive(asio::buffer(bytes.get(), largestDatagram), into(error));
+    const std::size_t size = co_await socket().async_receive(asio::buffer(*bytes), into(error));
     if (error) co_return std::unexpected(error);
-    co_return messageOf(std::string(bytes.get(), size));
+    co_return messageOf(std::string(bytes->data(), size));
   }
 };
 

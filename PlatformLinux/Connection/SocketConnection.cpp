@@ -60,10 +60,11 @@ asio::awaitable<AddressLookup::Result> lookedUp(std::shared_ptr<AddressLookup> l
 /// long as something under way holds it.
 class SocketConnection::Session : public std::enable_shared_from_this<Session> {
  public:
-  Session(ConnectionTarget target, EventLoop& loop)
+  Session(ConnectionTarget target, EventLoop& loop, std::shared_ptr<LookupThreads> lookupThreads)
       : target_(std::move(target)),
         loop_(loop),
-        socket_(makeMessageSocket(target_.transport, loop.context())) {}
+        socket_(makeMessageSocket(target_.transport, loop.context())),
+        lookup_(std::make_shared<AddressLookup>(std::move(lookupThreads))) {}
 
   // Any thread.
 
@@ -211,7 +212,7 @@ class SocketConnection::Session : public std::enable_shared_from_this<Session> {
   const ConnectionTarget target_;
   EventLoop& loop_;
   const std::unique_ptr<MessageSocket> socket_;  // on the event loop
-  const std::shared_ptr<AddressLookup> lookup_ = std::make_shared<AddressLookup>();
+  const std::shared_ptr<AddressLookup> lookup_;
 
   mutable std::mutex mutex_;  // guards the rest
   ConnectionState state_ = ConnectionState::setup;
@@ -221,8 +222,9 @@ class SocketConnection::Session : public std::enable_shared_from_this<Session> {
   std::optional<std::string> remoteEndpoint_;
 };
 
-SocketConnection::SocketConnection(ConnectionTarget target, EventLoop& loop)
-    : session_(std::make_shared<Session>(std::move(target), loop)) {}
+SocketConnection::SocketConnection(ConnectionTarget target, EventLoop& loop,
+                                   std::shared_ptr<LookupThreads> lookupThreads)
+    : session_(std::make_shared<Session>(std::move(target), loop, std::move(lookupThreads))) {}
 
 SocketConnection::~SocketConnection() { session_->cancel(); }
 
@@ -246,8 +248,11 @@ std::optional<std::string> SocketConnection::remoteEndpoint() const {
   return session_->remoteEndpoint();
 }
 
+SocketConnectionFactory::SocketConnectionFactory(EventLoop& loop)
+    : loop_(loop), lookupThreads_(std::make_shared<LookupThreads>()) {}
+
 std::shared_ptr<Connection> SocketConnectionFactory::connection(ConnectionTarget target) {
-  return std::make_shared<SocketConnection>(std::move(target), loop_);
+  return std::make_shared<SocketConnection>(std::move(target), loop_, lookupThreads_);
 }
 
 }  // namespace lanternfold

@@ -10,13 +10,15 @@
 namespace lanternfold {
 
 class EventLoop;
+class LookupThreads;
 
 /// A host's addresses are tried in the system's order, and the last one's error counts. Over UDP a
 /// peer is reached once its address is known.
 class SocketConnection final : public Connection {
  public:
-  /// `loop` outlives the connection.
-  SocketConnection(ConnectionTarget target, EventLoop& loop);
+  /// `loop` outlives the connection. Names are looked up on `lookupThreads`.
+  SocketConnection(ConnectionTarget target, EventLoop& loop,
+                   std::shared_ptr<LookupThreads> lookupThreads);
   /// Cancels it.
   ~SocketConnection() override;
 
@@ -36,11 +38,12 @@ class SocketConnection final : public Connection {
 class SocketConnectionFactory final : public ConnectionFactory {
  public:
   /// `loop` outlives the factory and its connections.
-  explicit SocketConnectionFactory(EventLoop& loop) : loop_(loop) {}
+  explicit SocketConnectionFactory(EventLoop& loop);
   [[nodiscard]] std::shared_ptr<Connection> connection(ConnectionTarget target) override;
 
  private:
   EventLoop& loop_;
+  const std::shared_ptr<LookupThreads> lookupThreads_;
 };
 
 }  // namespace lanternfold

@@ -1,5 +1,10 @@
 // `net` as a user meets it: lines and exit status, over hosts and peers that a test plays.
+#include <csignal>
+#include <filesystem>
+#include <fstream>
 #include <sstream>
+#include <sys/stat.h>
+#include <thread>
 
 #include <asio/error.hpp>
 #include <gtest/gtest.h>
@@ -7,6 +12,7 @@
 #include "CommandLine/InputText.h"
 #include "CommandLine/Program.h"
 #include "Tests/CommandLine/FakeMachine.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 namespace lanternfold {
 namespace {
@@ -16,6 +22,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::MatchesRegex;
+using testing::Not;
 
 class NetCommandTest : public testing::Test {
  protected:
@@ -85,6 +92,49 @@ TEST_F(NetCommandTest, RefusesInputThatDoesNotEnd) {
   EXPECT_EQ(written({"guess"}, std::string(longestInputBytes, 'a')), "hostname\n");
 }
 
+/// A FIFO that the machine's file system knows of, and whoever writes into it.
+class NetPipeTest : public NetCommandTest {
+ protected:
+  void SetUp() override {
+    ASSERT_EQ(::mkfifo(pipe_.c_str(), 0600), 0);
+    fake_.fileSystem.putSpecialFile(pipe_);
+  }
+  /// Once somebody reads.
+  [[nodiscard]] std::jthread writer(std::string bytes) const {
+    return std::jthread([file = pipe_, bytes = std::move(bytes)] {
+      std::ofstream(file, std::ios::binary) << bytes;
+    });
+  }
+
+  TemporaryFolder folder_;
+  std::filesystem::path pipe_ = folder_.path() / "pipe";
+};
+
+TEST_F(NetPipeTest, IsReadUpToItsEnd) {
+  {
+    const std::jthread writing = writer("192.0.2.1\n");
+    EXPECT_EQ(written({"guess", "--file", pipe_.string()}), "ipv4\n");
+  }
+  const std::jthread writing = writer(std::string(1'000'000, 'a') + "\n");
+  EXPECT_EQ(written({"validate", "--file", pipe_.string()}), "valid\n");
+}
+
+TEST_F(NetPipeTest, IsRefusedWhenItDoesNotEnd) {
+  const auto oldAction = std::signal(SIGPIPE, SIG_IGN);
+  {
+    const std::jthread writing = writer(std::string(longestInputBytes + 100'000, 'a'));
+    expectFailure(ExitStatus::failed, {"guess", "--file", pipe_.string()},
+                  "the pipe \"" + pipe_.string() + "\" is longer than 16 MiB");
+  }
+  (void)std::signal(SIGPIPE, oldAction);
+}
+
+TEST_F(NetPipeTest, IsNoOtherSpecialFile) {
+  fake_.fileSystem.putSpecialFile("/dev/zero");
+  expectFailure(ExitStatus::failed, {"guess", "--file", "/dev/zero"},
+                "it is neither a file nor a pipe");
+}
+
 TEST_F(NetCommandTest, ValidatesNames) {
   EXPECT_EQ(written({"validate", "host-.example"}), "valid\n");
   EXPECT_EQ(written({"validate", "host-.example", "--json"}), "{\"valid\":true}\n");
@@ -126,6 +176,23 @@ TEST_F(NetCommandTest, WantsACommandBelowIt) {
   EXPECT_EQ(run({"--help"}), ExitStatus::done);
   EXPECT_THAT(output_.str(), AllOf(HasSubstr("guess"), HasSubstr("validate"), HasSubstr("resolve"),
                                    HasSubstr("send")));
+}
+
+// They mean nothing to it; who hands the same ones to all commands need not know that.
+TEST_F(NetCommandTest, TakesTheOptionsOfEveryCommandAndDoesNotShowThem) {
+  EXPECT_EQ(written({"guess", "::1", "--skip-geoip", "--ipv4-echo", "http://192.0.2.1/",
+                     "--data-dir", "/tmp", "--no-app-group"}),
+            "ipv6\n");
+  expectFailure(ExitStatus::badArguments, {"guess", "::1", "--ipv4-echo", "nowhere"},
+                "--ipv4-echo \"nowhere\"");
+  for (const char* command : {"guess", "validate", "resolve", "send"}) {
+    const std::string help = written({command, "--help"});
+    EXPECT_THAT(help, AllOf(HasSubstr("--file"), HasSubstr("--json"), HasSubstr("--help")));
+    for (const char* other : {"--skip-geoip", "--ipv4-echo", "--ipv6-echo", "--geolocation",
+                              "--sentinel", "--ca-file", "--data-dir", "app-group", "services"}) {
+      EXPECT_THAT(help, Not(HasSubstr(other))) << command;
+    }
+  }
 }
 
 class NetSendCommandTest : public NetCommandTest {
@@ -224,6 +291,24 @@ TEST_F(NetSendCommandTest, NamesWhatWasNotUnderstood) {
     expectBad({"--tcp", "h", "7", "--hex", hex}, "--hex takes pairs");
   }
   expectBad({"--tcp", "h", "7", "--text", "a", "--hex", "00"}, "exclude each other");
+}
+
+TEST_F(NetSendCommandTest, TakesAnAddressInBrackets) {
+  const std::vector<std::pair<std::string, std::string>> hosts{
+      {"[::1]", "::1"},
+      {"[fe80::1%eth0]", "fe80::1%eth0"},
+      // No addresses: nothing is guessed.
+      {"[host]", "[host]"},
+      {"[192.0.2.1]", "[192.0.2.1]"},
+      {"[]", "[]"},
+      {"[", "["},
+      {"[::1", "[::1"},
+  };
+  for (const auto& [given, host] : hosts) {
+    havePeer([](FakeConnection& peer) { peer.reply("ok"); });
+    (void)written({"send", "--tcp", given, "7", "--text", "q"});
+    EXPECT_EQ(fake_.connections.targets.back().host, host);
+  }
 }
 
 TEST_F(NetSendCommandTest, SaysWhichFileItCannotRead) {

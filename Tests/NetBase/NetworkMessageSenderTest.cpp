@@ -136,6 +136,7 @@ TEST_F(NetworkMessageSenderTest, PassesTheConnectionsErrorOn) {
   connection_->fail(refused);
   run();
   EXPECT_THAT(outcomes_, ElementsAre(failure(refused)));
+  EXPECT_FALSE(sender_->isComplete());
 }
 
 TEST_F(NetworkMessageSenderTest, PassesTheErrorOfReceivingOn) {
@@ -145,6 +146,7 @@ TEST_F(NetworkMessageSenderTest, PassesTheErrorOfReceivingOn) {
   run();
   EXPECT_THAT(outcomes_, ElementsAre(failure(refused)));
   EXPECT_EQ(connection_->state(), ConnectionState::cancelled);
+  EXPECT_FALSE(sender_->isComplete());
 }
 
 TEST_F(NetworkMessageSenderTest, EndsWhenTheTimeLimitHasPassed) {
@@ -156,6 +158,7 @@ TEST_F(NetworkMessageSenderTest, EndsWhenTheTimeLimitHasPassed) {
   advance(1ms);
   EXPECT_THAT(outcomes_, ElementsAre(failure(MessageSenderError::timeout)));
   EXPECT_EQ(connection_->state(), ConnectionState::cancelled);
+  EXPECT_FALSE(sender_->isComplete());
 }
 
 TEST_F(NetworkMessageSenderTest, WaitsForTheTimeLimitAlsoBeforeTheConnectionIsReady) {
@@ -244,6 +247,16 @@ TEST_F(NetworkMessageSenderTest, CancelledBeforeTheStartDoesNotBegin) {
   start();
   run();
   EXPECT_THAT(outcomes_, ElementsAre(failure(MessageSenderError::cancelled)));
+}
+
+// Nothing that comes after another outcome makes it complete.
+TEST_F(NetworkMessageSenderTest, IsNotCompletedByALateReply) {
+  make(1);
+  startUntilReady();
+  dispatch_.mainQueue().after(1s, [this] { connection_->reply("late"); });
+  advance(1s);
+  EXPECT_THAT(outcomes_, ElementsAre(failure(MessageSenderError::timeout)));
+  EXPECT_FALSE(sender_->isComplete());
 }
 
 TEST_F(NetworkMessageSenderTest, TakesNoConnectionThatWasUsed) {

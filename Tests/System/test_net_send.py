@@ -1,11 +1,10 @@
 """`net send` with real peers: what answers, what does not, and what fails on the way."""
 
 import base64
-import contextlib
 import json
+import os
 import signal
 import socket
-import struct
 import subprocess
 import tempfile
 import threading
@@ -14,71 +13,11 @@ from pathlib import Path
 
 from far_network import SERVICE4, FarNetwork, give_ipv4
 from host_names import write_names
+from message_peers import (HANG_SECONDS, Peer, close_without_data, echo_datagram, echo_once,
+                           echo_until_whole, reset, stay_silent)
 from namespaces import NamespaceTest, ip
 from program import PROGRAM, run
 from watched_process import WatchedProcess
-
-# Nothing that comes at all takes longer.
-HANG_SECONDS = 30
-
-
-class Peer:
-    """Has `act` play one connection, or answer datagrams, on a thread of its own."""
-
-    def __init__(self, act, kind=socket.SOCK_STREAM, address="127.0.0.1"):
-        family = socket.AF_INET6 if ":" in address else socket.AF_INET
-        self._socket = socket.socket(family, kind)
-        self._socket.settimeout(HANG_SECONDS)
-        self._socket.bind((address, 0))
-        if kind == socket.SOCK_STREAM:
-            self._socket.listen()
-        self._thread = threading.Thread(target=self._play, args=(act, kind), daemon=True)
-        self._thread.start()
-
-    def _play(self, act, kind):
-        try:
-            if kind == socket.SOCK_DGRAM:
-                act(self._socket)
-                return
-            connection, _ = self._socket.accept()
-            connection.settimeout(HANG_SECONDS)
-            with connection:
-                act(connection)
-        except OSError:
-            pass  # whoever is on the other end went away, which its test looks at
-
-    @property
-    def port(self):
-        return str(self._socket.getsockname()[1])
-
-    def __exit__(self, *_):
-        with contextlib.suppress(OSError):
-            self._socket.shutdown(socket.SHUT_RDWR)  # whom nobody has asked waits no longer
-        self._thread.join(timeout=HANG_SECONDS)
-        self._socket.close()
-
-
-def echo_once(connection):
-    connection.sendall(connection.recv(65536))
-
-
-def stay_silent(connection):
-    connection.recv(65536)
-    connection.recv(65536)  # until the other end is gone
-
-
-def close_without_data(connection):
-    connection.recv(65536)
-
-
-def reset(connection):
-    connection.recv(65536)
-    connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
-
-
-def echo_datagram(sock):
-    data, sender = sock.recvfrom(65536)
-    sock.sendto(data, sender)
 
 
 class SendTest(NamespaceTest):
@@ -118,7 +57,7 @@ class StreamTest(SendTest):
         self.assertEqual(f"From 127.0.0.1:{port}, 5 bytes:\nhello\n", done.stdout.decode())
 
     def test_an_echo_over_ipv6_and_by_name(self):
-        for host in ("::1", "six.example"):
+        for host in ("::1", "[::1]", "six.example"):
             port = self.peer(echo_once, address="::1")
             self.assertEqual((b"hello", f"[::1]:{port}"),
                              self.reply("tcp", port, "--text", "hello", host=host))
@@ -171,15 +110,10 @@ class StreamTest(SendTest):
 
     def test_a_large_message_and_reply(self):
         message = bytes(range(256)) * 4096
-
-        def act(connection):
-            received = b""
-            while len(received) < len(message):
-                received += connection.recv(65536)
-            connection.sendall(received)
         file = self.folder / "message"
         file.write_bytes(message)
-        self.assertEqual(message, self.reply("tcp", self.peer(act), "--file", str(file))[0])
+        port = self.peer(echo_until_whole(len(message)))
+        self.assertEqual(message, self.reply("tcp", port, "--file", str(file))[0])
 
     def test_a_reply_that_does_not_end(self):
         def act(connection):
@@ -244,6 +178,12 @@ class StreamTest(SendTest):
                 self.assertEqual(1, process.finish(signal.SIGINT))
                 self.assertIn("was cancelled", process.errors[0])
 
+    def test_a_host_whose_first_address_refuses(self):
+        write_names(self, self.folder, hosts="::1 both.example\n127.0.0.1 both.example\n")
+        port = self.peer(echo_once)
+        self.assertEqual((b"hello", f"127.0.0.1:{port}"),
+                         self.reply("tcp", port, "--text", "hello", host="both.example"))
+
     def test_a_name_that_nobody_has(self):
         done = self.send("tcp", "nowhere.example", "7", "--text", "a")
         self.assert_fails('cannot find the host "nowhere.example"', done)
@@ -264,8 +204,10 @@ class DatagramTest(SendTest):
         self.assertEqual(message, self.reply("udp", port, stdin=None, input=message)[0])
 
     def test_a_datagram_of_64_kibibytes_is_too_large(self):
-        port = self.peer(echo_datagram, socket.SOCK_DGRAM)
-        done = self.send("udp", "127.0.0.1", port, stdin=None, input=b"x" * 65_536)
+        with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as unasked:
+            unasked.bind(("127.0.0.1", 0))
+            port = str(unasked.getsockname()[1])
+            done = self.send("udp", "127.0.0.1", port, stdin=None, input=b"x" * 65_536)
         self.assert_fails("too large for a datagram", done)
 
     def test_an_empty_datagram(self):
@@ -297,6 +239,41 @@ class DatagramTest(SendTest):
         self.assertEqual(b"right", self.reply("udp", port, "--text", "a")[0])
 
 
+class LinkTest(SendTest):
+    """Addresses that mean nothing without an interface."""
+
+    def setUp(self):
+        super().setUp()
+        far = FarNetwork()
+        self.addCleanup(far.__exit__)
+        ip("-6 address add fe80::2/64 dev en0 nodad")
+        with far.inside():
+            ip("-6 address add fe80::9/64 dev far0 nodad")
+        self.far = far
+
+    def test_an_exchange_over_an_interface(self):
+        for host in ("fe80::9%en0", "[fe80::9%en0]"):
+            with self.far.inside():
+                port = self.peer(echo_once, address="fe80::9%far0")
+            self.assertEqual((b"hello", f"[fe80::9%en0]:{port}"),
+                             self.reply("tcp", port, "--text", "hello", host=host))
+
+    def test_without_an_interface(self):
+        for transport in ("tcp", "udp"):
+            done = self.send(transport, "fe80::9", "7", "--text", "a", "--timeout", "20")
+            self.assert_fails("as in fe80::1%eth0", done)
+
+    def test_an_interface_that_there_is_not(self):
+        for transport in ("tcp", "udp"):
+            done = self.send(transport, "fe80::9%en7", "7", "--text", "a", "--timeout", "20")
+            self.assert_fails('there is no interface "en7"', done)
+
+    def test_a_link_that_is_down(self):
+        ip("link set en0 down")
+        done = self.send("tcp", "fe80::9%en0", "7", "--text", "a", "--timeout", "20")
+        self.assert_fails("check that it is there and up", done)
+
+
 class InputTest(SendTest):
     def test_what_was_not_understood(self):
         for arguments in (["h", "7"], ["--tcp", "--udp", "h", "7"], ["--tcp"], ["--tcp", "h"],
@@ -310,6 +287,44 @@ class InputTest(SendTest):
         for host in (".", "...", " ", "a b", "a" * 5000, "\x1b[2J"):
             done = self.send("tcp", host, "7", "--text", "a", "--timeout", "20")
             self.assert_fails("cannot find the host", done)
+
+    def test_a_message_from_a_pipe(self):
+        """As a shell's process substitution hands it over, and as a FIFO."""
+        message = bytes(range(256)) * 1024
+        fifo = self.folder / "fifo"
+        os.mkfifo(fifo)
+        reader, writer = os.pipe()
+        for name, opened in ((f"/dev/fd/{reader}", lambda: writer),
+                             (str(fifo), lambda: os.open(fifo, os.O_WRONLY))):
+            def write():
+                with open(opened(), "wb") as file:
+                    file.write(message)
+            writing = threading.Thread(target=write, daemon=True)
+            writing.start()
+            port = self.peer(echo_until_whole(len(message)))
+            self.assertEqual(message, self.reply("tcp", port, "--file", name,
+                                                 pass_fds=[reader])[0])
+            writing.join(timeout=HANG_SECONDS)
+        os.close(reader)
+
+    def test_an_interruption_while_a_pipe_is_waited_for(self):
+        fifo = self.folder / "fifo"
+        os.mkfifo(fifo)
+        command = [PROGRAM, "net", "send", "--tcp", "127.0.0.1", "7", "--file", fifo]
+        with WatchedProcess(command) as process:  # nobody opens it
+            time.sleep(0.3)
+            self.assertEqual(-signal.SIGINT, process.finish(signal.SIGINT))
+        with WatchedProcess(command) as process, open(fifo, "wb") as file:  # nobody ends it
+            file.write(b"a")
+            file.flush()
+            self.assertEqual(-signal.SIGINT, process.finish(signal.SIGINT))
+
+    def test_a_pipe_that_does_not_end(self):
+        with subprocess.Popen(["cat", "/dev/zero"], stdout=subprocess.PIPE) as zeros:
+            done = self.send("tcp", "127.0.0.1", "7", "--file", f"/dev/fd/{zeros.stdout.fileno()}",
+                             pass_fds=[zeros.stdout.fileno()])
+            zeros.stdout.close()
+        self.assert_fails("longer than 16 MiB", done)
 
     def test_files_that_cannot_be_read(self):
         for file in ("/nonexistent", "/", "/dev/zero"):

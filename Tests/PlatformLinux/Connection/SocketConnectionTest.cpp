@@ -10,6 +10,8 @@
 #include "PlatformLinux/System/AsioDispatch.h"
 #include "PlatformLinux/System/EventLoop.h"
 #include "Tests/PlatformLinux/LoopbackPeer.h"
+#include "Tests/PlatformLinux/NetworkNamespace.h"
+#include "Tests/PlatformLinux/PrivateEtc.h"
 
 namespace lanternfold {
 namespace {
@@ -142,6 +144,19 @@ TEST_F(SocketConnectionTest, TellsOfAPeerThatResetsTheConnection) {
   EXPECT_EQ(message_->error(), std::errc::connection_reset);
 }
 
+// What came before it counts for nothing: nobody knows how much is missing.
+TEST_F(SocketConnectionTest, TakesNoPartOfAReplyOfAPeerThatResets) {
+  LoopbackListener peer;
+  startUntilReady(Transport::tcp, peer.port());
+  peer.accept();
+  peer.send("half of a re");
+  std::this_thread::sleep_for(20ms);  // it has been read
+  EXPECT_EQ(message_, std::nullopt);
+  peer.reset();
+  ASSERT_TRUE(runUntilMessage());
+  EXPECT_EQ(message_->error(), std::errc::connection_reset);
+}
+
 // It answers before it has read everything, and then closes: what it said counts.
 TEST_F(SocketConnectionTest, TakesTheReplyOfAPeerThatDoesNotReadAll) {
   LoopbackListener peer;
@@ -186,6 +201,51 @@ TEST_F(SocketConnectionTest, FailsForWhatIsNoHostsName) {
 TEST_F(SocketConnectionTest, WritesIPv6PeersInBrackets) {
   startUntilReady(Transport::udp, 7, "::1");
   EXPECT_EQ(connection_->remoteEndpoint(), "[::1]:7");
+}
+
+/// Entered before the threads of the connections are started.
+struct EnteredNamespace {
+  std::unique_ptr<NetworkNamespace> entered = NetworkNamespace::enter();
+};
+
+class SocketConnectionInNamespace : private EnteredNamespace, public SocketConnectionTest {
+ protected:
+  void SetUp() override {
+    REQUIRE_ROOT("to make a network namespace");
+    ASSERT_NE(entered, nullptr) << "the system refuses to make a network namespace";
+    ASSERT_TRUE(NetworkNamespace::run("ip link set lo up"));
+    ASSERT_TRUE(PrivateEtc::mount());
+    PrivateEtc::write("nsswitch.conf", "hosts: files\n");
+    PrivateEtc::write("host.conf", "multi on\n");
+    PrivateEtc::write("hosts",
+                      "::1 both.example\n127.0.0.1 both.example\n"
+                      "::1 far.example\n192.0.2.9 far.example\n");
+  }
+};
+
+TEST_F(SocketConnectionInNamespace, TriesTheNextAddressWhenTheFirstRefuses) {
+  startUntilReady(Transport::udp, 7, "both.example");
+  EXPECT_EQ(connection_->remoteEndpoint(), "[::1]:7");  // the first, in the system's order
+  LoopbackListener peer;                                // listens at the second alone
+  state_ = setup;
+  startUntilReady(Transport::tcp, peer.port(), "both.example");
+  EXPECT_EQ(connection_->remoteEndpoint(), "127.0.0.1:" + std::to_string(peer.port()));
+  peer.accept();
+  connection_->send("question");
+  EXPECT_EQ(peer.receive(8), "question");
+  peer.send("answer");
+  peer.endOutput();
+  ASSERT_TRUE(runUntilMessage());
+  EXPECT_EQ(*message_, Message("answer"));
+}
+
+TEST_F(SocketConnectionInNamespace, FailsWithTheErrorOfTheLastAddress) {
+  start(Transport::tcp, 7, "both.example");
+  ASSERT_TRUE(runUntil([this] { return state_ == failed; }));
+  EXPECT_EQ(error_, std::errc::connection_refused);
+  start(Transport::tcp, 7, "far.example");  // to the second there is no way
+  ASSERT_TRUE(runUntil([this] { return error_ != std::errc::connection_refused; }));
+  EXPECT_EQ(error_, std::errc::network_unreachable);
 }
 
 }  // namespace

@@ -1,5 +1,8 @@
 // What every host look-up does, run against the C library's and the fake.
+#include <atomic>
 #include <string>
+#include <thread>
+#include <vector>
 
 #include "PlatformLinux/System/LinuxHostLookup.h"
 #include "Tests/PlatformLinux/NetworkNamespace.h"
@@ -106,13 +109,43 @@ TEST_F(LinuxHostLookupInNamespace, LooksUpInternationalNamesAsDnsCarriesThem) {
   EXPECT_EQ(world_.lookup().ipv4Address("xn--mnchen-3ya.example"), ipv4);
 }
 
+std::string hostWithAliases(int count) {
+  std::string line = "192.0.2.7 many";
+  for (int number = 0; number < count; ++number) line += " alias-" + std::to_string(number);
+  return line + "\n";
+}
+
 // Its answer does not fit the first buffer that the C library is given.
 TEST_F(LinuxHostLookupInNamespace, HasRoomForAHostWithManyNames) {
-  std::string line = "192.0.2.7 many";
-  for (int number = 0; number < 2000; ++number) line += " alias-" + std::to_string(number);
-  PrivateEtc::write("hosts", line + "\n");
+  PrivateEtc::write("hosts", hostWithAliases(2000));
   EXPECT_EQ(world_.lookup().ipv4Address("many"), ipv4);
   EXPECT_EQ(world_.lookup().ipv4Address("alias-1999"), ipv4);
+}
+
+// The C library's answer holds the names, and a pointer to each.
+TEST_F(LinuxHostLookupInNamespace, GivesNoneOfAHostWithMoreThanAMebibyteOfNames) {
+  PrivateEtc::write("hosts", hostWithAliases(30'000));
+  EXPECT_EQ(world_.lookup().ipv4Address("many"), ipv4);
+  PrivateEtc::write("hosts", hostWithAliases(80'000));
+  EXPECT_EQ(world_.lookup().ipv4Address("many"), std::nullopt);
+}
+
+TEST_F(LinuxHostLookupInNamespace, LooksUpOnManyThreadsAtOnce) {
+  constexpr int lookups = 300;
+  std::atomic<int> found = 0;
+  const auto lookUp = [this, &found] {
+    for (int number = 0; number < lookups; ++number) {
+      const HostLookup& lookup = world_.lookup();
+      if (lookup.ipv4Address("both") == ipv4 && lookup.ipv6Address("new") == ipv6 &&
+          lookup.ipv4Address("192.0.2.8") == otherIPv4 && !lookup.ipv4Address("nowhere")) {
+        ++found;
+      }
+    }
+  };
+  std::vector<std::thread> threads;
+  for (int number = 0; number < 16; ++number) threads.emplace_back(lookUp);
+  for (std::thread& each : threads) each.join();
+  EXPECT_EQ(found, 16 * lookups);
 }
 
 }  // namespace
