@@ -50,6 +50,11 @@ void CardWindow::placeAt(const PlacedMonitor& monitor, Point origin) {
 void CardWindow::raiseCard() {
   isRaised_ = true;
   placer_.raise(*this);
+}
+
+void CardWindow::raiseCardWithFocus() {
+  isRaised_ = true;
+  placer_.raiseWithFocus(*this);
   canvas_.grab_focus();
 }
 

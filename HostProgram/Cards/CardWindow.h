@@ -50,7 +50,9 @@ class CardWindow final : public Gtk::Window {
   void placeAt(const PlacedMonitor& monitor, Point origin);
   [[nodiscard]] CardCanvas& canvas() { return canvas_; }
 
+  /// Above the other windows, with or without the keyboard's focus, until it is lowered.
   void raiseCard();
+  void raiseCardWithFocus();
   void lowerCard();
 
  protected:

@@ -1,7 +1,6 @@
 #include "HostProgram/Cards/DesktopWindows.h"
 
 #include <algorithm>
-#include <ranges>
 #include <utility>
 
 namespace lanternfold {
@@ -152,14 +151,21 @@ void DesktopWindows::focusNextTo(const std::string& id, bool isForward) {
     if (next == windows_.begin()) next = windows_.end();
     --next;
   }
-  next->second.raiseCard();
+  here->second.raiseCard();
+  next->second.raiseCardWithFocus();
+  lowerLater();
 }
 
 void DesktopWindows::raiseAll() {
   if (windows_.empty()) return;
+  for (auto& [id, window] : windows_) window.raiseCard();
+  windows_.begin()->second.raiseCardWithFocus();
+  lowerLater();
+}
+
+/// Counted anew whenever the user goes on to another card.
+void DesktopWindows::lowerLater() {
   lowering_.disconnect();
-  // The focus ends in the one that is raised last.
-  for (auto& [id, window] : std::views::reverse(windows_)) window.raiseCard();
   lowering_ = Glib::signal_timeout().connect_seconds(
       [this] {
         lowerAll();

@@ -66,6 +66,7 @@ class DesktopWindows final : public WidgetDeskObserver {
   void step(const std::string& id, int right, int down);
   void move(const std::string& id, const MonitorPosition& position);
   void focusNextTo(const std::string& id, bool isForward);
+  void lowerLater();
   void lowerAll();
 
   Surroundings surroundings_;

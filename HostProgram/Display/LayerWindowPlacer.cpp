@@ -117,6 +117,12 @@ std::unique_ptr<WindowPlacer::Move> LayerWindowPlacer::beginMove(Gtk::Window& wi
 
 void LayerWindowPlacer::raise(Gtk::Window& window) {
   gtk_layer_set_layer(window.gobj(), GTK_LAYER_SHELL_LAYER_TOP);
+  gtk_layer_set_keyboard_mode(window.gobj(), GTK_LAYER_SHELL_KEYBOARD_MODE_ON_DEMAND);
+}
+
+/// A surface can ask for the keyboard only so, and only one should.
+void LayerWindowPlacer::raiseWithFocus(Gtk::Window& window) {
+  gtk_layer_set_layer(window.gobj(), GTK_LAYER_SHELL_LAYER_TOP);
   gtk_layer_set_keyboard_mode(window.gobj(), GTK_LAYER_SHELL_KEYBOARD_MODE_EXCLUSIVE);
 }
 

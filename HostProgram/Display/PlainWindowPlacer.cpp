@@ -35,6 +35,8 @@ std::unique_ptr<WindowPlacer::Move> PlainWindowPlacer::beginMove(Gtk::Window& wi
 
 void PlainWindowPlacer::raise(Gtk::Window& window) { window.present(); }
 
+void PlainWindowPlacer::raiseWithFocus(Gtk::Window& window) { window.present(); }
+
 void PlainWindowPlacer::lower(Gtk::Window&) {}
 
 }  // namespace lanternfold

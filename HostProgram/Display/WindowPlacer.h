@@ -52,8 +52,9 @@ class WindowPlacer {
   [[nodiscard]] virtual std::unique_ptr<Move> beginMove(Gtk::Window& window, Size size, Paint paint,
                                                         const GdkEvent& event) = 0;
 
-  /// Above all others, with the keyboard's focus; and back below them.
+  /// Above all others; the same with the keyboard's focus; and back below them.
   virtual void raise(Gtk::Window& window) = 0;
+  virtual void raiseWithFocus(Gtk::Window& window) = 0;
   virtual void lower(Gtk::Window& window) = 0;
 };
 

@@ -64,6 +64,10 @@ std::unique_ptr<WindowPlacer::Move> X11WindowPlacer::beginMove(Gtk::Window& wind
 void X11WindowPlacer::raise(Gtk::Window& window) {
   window.set_keep_below(false);
   window.set_keep_above(true);
+}
+
+void X11WindowPlacer::raiseWithFocus(Gtk::Window& window) {
+  raise(window);
   window.present();
 }
 

@@ -16,6 +16,7 @@ class X11WindowPlacer final : public WindowPlacer {
   [[nodiscard]] std::unique_ptr<Move> beginMove(Gtk::Window& window, Size size, Paint paint,
                                                 const GdkEvent& event) override;
   void raise(Gtk::Window& window) override;
+  void raiseWithFocus(Gtk::Window& window) override;
   void lower(Gtk::Window& window) override;
 };
 
