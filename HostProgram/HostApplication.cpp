@@ -4,6 +4,8 @@
 #include <glib-unix.h>
 #include <utility>
 
+#include "HostProgram/Links/LinkStart.h"
+
 namespace lanternfold {
 namespace {
 
@@ -40,10 +42,10 @@ void HostApplication::quitOnSignal(int signal) {
   signalSources_.push_back(g_unix_signal_add(signal, quit, application_.gobj()));
 }
 
-void HostApplication::run() {
+void HostApplication::run(const std::optional<std::string>& link) {
   // Also while no window is open, which is so without a monitor.
   application_.hold();
-  application_.run();
+  runFromLink(application_, link);
   application_.release();
 }
 

@@ -7,6 +7,7 @@
 #include <functional>
 #include <gtkmm/application.h>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,8 +28,8 @@ class HostApplication {
   HostApplication(const HostApplication&) = delete;
   HostApplication& operator=(const HostApplication&) = delete;
 
-  /// Until somebody quits it, or the system asks it to end.
-  void run();
+  /// Until somebody quits it, or the system asks it to end. `link` is opened first.
+  void run(const std::optional<std::string>& link);
 
  private:
   [[nodiscard]] HostDesktop& desktop();

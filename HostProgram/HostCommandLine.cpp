@@ -6,6 +6,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "WidgetHost/Links/LinkPolicy.h"
 #include "Wiring/PrintableText.h"
 #include "Wiring/ProgramName.h"
 #include "Wiring/StartNotice.h"
@@ -23,6 +24,7 @@ constexpr const char* descriptorValues = "the number of an open descriptor from 
 struct HostOptions {
   std::optional<std::string> interval;
   std::optional<std::string> started;
+  std::optional<std::string> link;
   CommonOptions common;
 };
 
@@ -50,6 +52,12 @@ ParsedHostCommandLine choose(HostOptions options) {
     if (!descriptor) return descriptor.error();
     choice.startedDescriptor = *descriptor;
   }
+  if (options.link && linkVerdict(*options.link) != LinkVerdict::deepLink) {
+    return badArguments(inQuotes(*options.link) +
+                        " is no link of these widgets, which begins with " +
+                        inQuotes(std::string(deepLinkScheme) + "://"));
+  }
+  choice.link = std::move(options.link);
   return choice;
 }
 
@@ -67,6 +75,9 @@ ParsedHostCommandLine parseHostCommandLine(std::span<const std::string> argument
                  "A pipe's end, to which a byte is written as soon as the widgets are shown")
       ->option_text("N")
       ->type_name(descriptorValues);
+  app.add_option("link", options.link,
+                 "A link of the widgets to open, as net.quernaple.LanternfoldX://bandwidth-monitor")
+      ->option_text("LINK");
   addCommonOptions(app, options.common);
   const ParsedArguments parsed = parseArguments(app, arguments);
   if (const auto* failure = std::get_if<CommandFailure>(&parsed)) return *failure;

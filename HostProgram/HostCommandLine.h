@@ -24,6 +24,8 @@ struct HostChoice {
   std::chrono::seconds refreshInterval = defaultRefreshInterval;
   /// The end of a pipe, at whose other end somebody waits for the widgets to be shown.
   std::optional<int> startedDescriptor;
+  /// Of the product's own scheme; opened by the host that is there, or else by this one.
+  std::optional<std::string> link;
 };
 
 using ParsedHostCommandLine = std::variant<HostChoice, InformationText, CommandFailure>;

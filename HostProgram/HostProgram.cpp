@@ -48,7 +48,7 @@ std::expected<void, CommandFailure> show(const HostChoice& choice, WindowKind ki
   if (bus.connection() != nullptr) {
     verbs.emplace(bus.connection(), control, services.mainQueue);
   }
-  const auto claim = claimSoleHost(*application.operator->(), services.configuration);
+  const auto claim = claimSoleHost(*application.operator->(), services.configuration, choice.link);
   if (!claim) return std::unexpected(claim.error());
   if (!*claim) {
     console.output << shownAlready << std::endl;
@@ -57,7 +57,7 @@ std::expected<void, CommandFailure> show(const HostChoice& choice, WindowKind ki
   }
   if (kind == WindowKind::waylandPlain) log.line(notBelow);
   HostApplication host(*application.operator->(), kind, services, [&started] { started.tell(); });
-  host.run();
+  host.run(choice.link);
   return {};
 }
 

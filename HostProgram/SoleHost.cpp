@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "HostProgram/Links/LinkStart.h"
+
 namespace lanternfold {
 namespace {
 
@@ -21,7 +23,8 @@ std::optional<SoleHostClaim> claimFolder(const ConfigurationDirectory& configura
 }  // namespace
 
 std::expected<std::optional<SoleHostClaim>, CommandFailure> claimSoleHost(
-    Gtk::Application& application, const ConfigurationDirectory& configuration) {
+    Gtk::Application& application, const ConfigurationDirectory& configuration,
+    const std::optional<std::string>& link) {
   try {
     application.register_application();
   } catch (const Glib::Error& error) {
@@ -31,8 +34,8 @@ std::expected<std::optional<SoleHostClaim>, CommandFailure> claimSoleHost(
   }
   if (!application.get_dbus_connection()) return claimFolder(configuration);
   if (!application.is_remote()) return SoleHostClaim{};
-  // The first one is activated, and nothing more.
-  application.run();
+  // The first one is activated or opens the link, and nothing more.
+  runFromLink(application, link);
   return std::nullopt;
 }
 

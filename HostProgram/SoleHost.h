@@ -6,6 +6,7 @@
 #include <expected>
 #include <gtkmm/application.h>
 #include <optional>
+#include <string>
 
 #include "PlatformLinux/Defaults/ConfigurationDirectory.h"
 #include "PlatformLinux/System/FileClaim.h"
@@ -20,8 +21,10 @@ struct SoleHostClaim {
 };
 
 /// Takes the application's name on the bus; without a bus it claims the folder. None when another
-/// host has been there first: with a bus it has been told to show its widgets.
+/// host has been there first: with a bus it has been told to open `link`, or without one to show
+/// its widgets.
 [[nodiscard]] std::expected<std::optional<SoleHostClaim>, CommandFailure> claimSoleHost(
-    Gtk::Application& application, const ConfigurationDirectory& configuration);
+    Gtk::Application& application, const ConfigurationDirectory& configuration,
+    const std::optional<std::string>& link);
 
 }  // namespace lanternfold

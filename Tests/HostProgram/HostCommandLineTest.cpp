@@ -56,8 +56,23 @@ TEST(HostCommandLineTest, SomebodyMayWaitForItsStart) {
   }
 }
 
+TEST(HostCommandLineTest, TakesALinkOfTheProduct) {
+  const std::string link = "net.quernaple.lanternfoldx://bandwidth-monitor?mini=1";
+  const auto parsed = parseHostCommandLine(Arguments{"--skip-geoip", link});
+  EXPECT_EQ(std::get<HostChoice>(parsed).link, link);
+  EXPECT_EQ(std::get<HostChoice>(parseHostCommandLine(Arguments{})).link, std::nullopt);
+}
+
+TEST(HostCommandLineTest, TakesNoOtherLink) {
+  for (const char* text : {"more", "", "https://example.com/", "file:///etc/passwd", "/etc/passwd",
+                           "net.quernaple.LanternfoldX", "net.quernaple.Other://"}) {
+    EXPECT_THAT(sentenceOf({text}), HasSubstr("is no link of these widgets")) << text;
+  }
+}
+
 TEST(HostCommandLineTest, WhatIsWrongIsNamed) {
-  EXPECT_THAT(sentenceOf({"more"}), HasSubstr("unexpected argument \"more\""));
+  EXPECT_THAT(sentenceOf({"net.quernaple.LanternfoldX://bandwidth-monitor", "more"}),
+              HasSubstr("unexpected argument \"more\""));
   EXPECT_THAT(sentenceOf({"--bogus"}), HasSubstr("\"lanternfold-widget-host --help\""));
   EXPECT_THAT(sentenceOf({"--app-group", ".."}), HasSubstr("application group"));
 }
