@@ -36,7 +36,8 @@ BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus
 
 BACKEND_FILE = f"""[portal]
 DBusName={BACKEND}
-Interfaces=org.freedesktop.impl.portal.Access;org.freedesktop.impl.portal.Lockdown;
+Interfaces=org.freedesktop.impl.portal.Access;org.freedesktop.impl.portal.Lockdown;\
+org.freedesktop.impl.portal.Settings;
 UseIn=lanternfold
 """
 
