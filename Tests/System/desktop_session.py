@@ -30,10 +30,6 @@ class DesktopSession(PortalWorld):
     def system_bus(self):
         return self.environment["DBUS_SYSTEM_BUS_ADDRESS"]
 
-    def at_end(self, end):
-        """Has `end` called when the session ends, before what has been asked for sooner."""
-        self._ends.append(end)
-
     def begin(self, command, pass_fds=(), stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
               **variables):
         """A process of the session, with more variables in its environment."""

@@ -4,12 +4,13 @@ monitor, with a pointer, a keyboard and pictures of what they show.
 A display belongs to a session (desktop_session.py), which ends its processes.
 """
 
+import functools
 import json
 import os
 import subprocess
 from pathlib import Path
 
-from namespaces import mount, unmount
+from namespaces import mount
 from process_tree import wait_until
 
 HANG_SECONDS = 30
@@ -23,6 +24,14 @@ GRAB = """import sys
 from PIL import ImageGrab
 ImageGrab.grab(xdisplay=sys.argv[1]).save(sys.argv[2])
 """
+
+
+@functools.cache
+def hide_other_displays():
+    """Sockets of other displays of this machine are neither seen nor disturbed in this process's
+    mount namespace, which is its own."""
+    Path("/tmp/.X11-unix").mkdir(mode=0o1777, exist_ok=True)
+    mount("tmpfs", "/tmp/.X11-unix", "tmpfs")
 
 
 class Display:
@@ -42,7 +51,7 @@ class Display:
             self.move(*(int(a + (b - a) * step / steps) for a, b in zip(begin, end)))
         self.release(LEFT)
 
-    def _run(self, *command):
+    def run(self, *command):
         """What the command says; an AssertionError when it fails."""
         done = subprocess.run(command, env=self._session.environment | self.environment,
                               stdin=subprocess.DEVNULL, capture_output=True, timeout=HANG_SECONDS)
@@ -59,10 +68,7 @@ class XDisplay(Display):
     def __init__(self, session, size=SIZE, manager=("openbox", "--sm-disable")):
         self._session = session
         self.size = size
-        # Sockets of other displays of this machine are neither seen nor disturbed.
-        Path("/tmp/.X11-unix").mkdir(mode=0o1777, exist_ok=True)
-        mount("tmpfs", "/tmp/.X11-unix", "tmpfs")
-        session.at_end(lambda: unmount("/tmp/.X11-unix"))
+        hide_other_displays()
         readable, writable = os.pipe()
         self.server = session.begin(
             ["Xvfb", "-displayfd", str(writable), "-screen", "0", "{}x{}x24".format(*size),
@@ -76,7 +82,7 @@ class XDisplay(Display):
                        "the window manager's start")
 
     def _root_property(self, name):
-        return self._run("xprop", "-root", name)
+        return self.run("xprop", "-root", name)
 
     def windows(self):
         """The windows that are shown, as the window manager knows them, lowest first."""
@@ -85,36 +91,36 @@ class XDisplay(Display):
 
     def properties(self, window):
         """What a window says of itself, by name."""
-        pairs = (line.partition(" = ") for line in self._run("xprop", "-id", str(window)).splitlines()
+        pairs = (line.partition(" = ") for line in self.run("xprop", "-id", str(window)).splitlines()
                  if " = " in line)
         return {name.partition("(")[0]: value for name, _, value in pairs}
 
     def frame(self, window):
         """Left, top, width, height of its contents on the screen."""
-        lines = self._run("xdotool", "getwindowgeometry", "--shell", str(window)).splitlines()
+        lines = self.run("xdotool", "getwindowgeometry", "--shell", str(window)).splitlines()
         figures = dict(line.split("=") for line in lines if "=" in line)
         return tuple(int(figures[name]) for name in ("X", "Y", "WIDTH", "HEIGHT"))
 
     def focus(self, window):
-        self._run("xdotool", "windowfocus", "--sync", str(window))
+        self.run("xdotool", "windowfocus", "--sync", str(window))
 
     def picture(self, path):
         """What the screen shows, as a PNG file at that path."""
-        self._run(PYTHON, "-c", GRAB, self.environment["DISPLAY"], str(path))
+        self.run(PYTHON, "-c", GRAB, self.environment["DISPLAY"], str(path))
         return path
 
     def move(self, x, y):
-        self._run("xdotool", "mousemove", str(x), str(y))
+        self.run("xdotool", "mousemove", str(x), str(y))
 
     def press(self, button=LEFT):
-        self._run("xdotool", "mousedown", str(button))
+        self.run("xdotool", "mousedown", str(button))
 
     def release(self, button=LEFT):
-        self._run("xdotool", "mouseup", str(button))
+        self.run("xdotool", "mouseup", str(button))
 
     def key(self, *names):
         """Keys one after the other, by their X names; "shift+F10" for two at once."""
-        self._run("xdotool", "key", "--delay", "60", *names)
+        self.run("xdotool", "key", "--delay", "60", *names)
 
 
 class SwayDisplay(Display):
@@ -147,15 +153,15 @@ class SwayDisplay(Display):
     def outputs(self):
         """The monitors, by name."""
         return {each["name"]: each for each in
-                json.loads(self._run("swaymsg", "-t", "get_outputs", "-r")) if each["active"]}
+                json.loads(self.run("swaymsg", "-t", "get_outputs", "-r")) if each["active"]}
 
     def command(self, *words):
-        return self._run("swaymsg", "-r", *words)
+        return self.run("swaymsg", "-r", *words)
 
     def picture(self, path, output=None, scale=None):
         """What the monitors show, as a PNG file at that path, in the pixels of the greatest scale
         unless told."""
-        self._run("grim", *(["-o", output] if output else []), *(["-s", str(scale)] if scale else []),
+        self.run("grim", *(["-o", output] if output else []), *(["-s", str(scale)] if scale else []),
                   str(path))
         return path
 
@@ -180,7 +186,7 @@ class SwayDisplay(Display):
         for name in names:
             *held, last = name.split("+")
             words = [word for each in held for word in ("-M", each)] + ["-k", last]
-            self._run("wtype", *words)
+            self.run("wtype", *words)
 
     def _order(self, *words):
         if self._pointer is None:
