@@ -1,8 +1,7 @@
 // The seam to what the system says of the user's session: whether it is locked, and when the
 // machine has woken up.
 //
-// Linux side: `LogindSession`, and `NoLoginSession` where there is no system bus. Fake:
-// `FakeLoginSession`.
+// Linux side: `LogindSession`. Fake: `FakeLoginSession`.
 #pragma once
 
 #include <functional>

@@ -79,6 +79,8 @@ ColourPalette standInColours() {
       {"AccentColor", {opaque(0x505050), opaque(0x303030)}},
       {"Foreground", {opaque(0xFFFFFF), opaque(0xF4F4F4)}},
       {"LabelForeground", {opaque(0x101010), opaque(0x080808)}},
+      {"ReceivedTraffic", {opaque(0xF4F4F4), opaque(0xE8E8E8)}},
+      {"SentTraffic", {opaque(0xC0C0C0), opaque(0xA8A8A8)}},
   };
 }
 

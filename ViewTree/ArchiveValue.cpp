@@ -22,6 +22,8 @@ constexpr int numberOverflow = 406;
 /// of them returns whether to go on.
 class ArchiveParser {
  public:
+  explicit ArchiveParser(std::size_t levelsAround) : deepest_(deepestArchiveValue + levelsAround) {}
+
   [[nodiscard]] std::expected<ArchiveValue, ViewArchiveFault> take(bool isWhole) {
     if (!isWhole) {
       if (!fault_) fail("It is not JSON.");
@@ -76,7 +78,7 @@ class ArchiveParser {
   }
 
   bool open(ArchiveValue value) {
-    if (open_.size() == deepestArchiveValue) return fail("It is nested too deeply.");
+    if (open_.size() == deepest_) return fail("It is nested too deeply.");
     ArchiveValue* const place = add(std::move(value));
     if (place != nullptr) open_.push_back(place);
     return place != nullptr;
@@ -109,6 +111,7 @@ class ArchiveParser {
     return path;
   }
 
+  const std::size_t deepest_;
   ArchiveValue document_;
   std::vector<ArchiveValue*> open_;  // from the document to the innermost that has not ended
   std::size_t count_ = 0;
@@ -117,13 +120,14 @@ class ArchiveParser {
 
 }  // namespace
 
-std::expected<ArchiveValue, ViewArchiveFault> parseArchive(std::string_view json) {
+std::expected<ArchiveValue, ViewArchiveFault> parseArchive(std::string_view json,
+                                                           std::size_t levelsAround) {
   if (json.size() > longestViewArchive) {
     return std::unexpected(ViewArchiveFault{"", "It is too long."});
   }
   // The parser takes a zero byte for the end of the text and would not look at what stands behind.
   if (json.contains('\0')) return std::unexpected(ViewArchiveFault{"", "It is not JSON."});
-  ArchiveParser parser;
+  ArchiveParser parser(levelsAround);
   const bool isWhole = Json::sax_parse(json.begin(), json.end(), &parser);
   return parser.take(isWhole);
 }

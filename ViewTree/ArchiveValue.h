@@ -1,6 +1,7 @@
-// The JSON of an archive as values, before it is known to be a view: bounded in every direction.
+// The JSON of an archive, or of a message that holds some, as values, before they are known to be
+// views: bounded in every direction.
 //
-// Made by: `parseArchive`. Read by: the decoder of archives.
+// Made by: `parseArchive`. Read by: the decoder of archives, the host's reader of answers.
 #pragma once
 
 #include <cstddef>
@@ -36,7 +37,9 @@ inline constexpr std::size_t mostArchiveMembers = 64;
 inline constexpr std::size_t mostArchiveValues = 32 * mostArchivedNodes;
 
 /// Numbers that are too large for a double, names that stand twice in an object, and what goes
-/// beyond the limits above is a fault, wherever it stands.
-[[nodiscard]] std::expected<ArchiveValue, ViewArchiveFault> parseArchive(std::string_view json);
+/// beyond the limits above is a fault, wherever it stands. `levelsAround` is how deep in the text
+/// its archives stand.
+[[nodiscard]] std::expected<ArchiveValue, ViewArchiveFault> parseArchive(
+    std::string_view json, std::size_t levelsAround = 0);
 
 }  // namespace lanternfold

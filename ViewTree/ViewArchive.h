@@ -24,6 +24,8 @@ inline constexpr std::size_t mostArchivedLines = 1000;  ///< of a text
 /// Points of any length, in both directions.
 inline constexpr double largestArchivedLength = 100'000;
 
+struct ArchiveValue;
+
 /// Why a text is no archive, or one that asks for too much.
 struct ViewArchiveFault {
   std::string path;      ///< such as "root.children[3].fontSize"; empty for the whole
@@ -39,5 +41,9 @@ struct ViewArchiveFault {
 /// `json` is any bytes at all. Members that are not known are ignored; texts are made fit to show.
 /// Time and memory are bounded by the limits.
 [[nodiscard]] std::expected<View, ViewArchiveFault> viewOfArchive(std::string_view json);
+
+/// The same of an archive that stands in a larger text, which has been parsed as bounded
+/// (ViewTree/ArchiveValue.h).
+[[nodiscard]] std::expected<View, ViewArchiveFault> viewOfArchive(const ArchiveValue& value);
 
 }  // namespace lanternfold

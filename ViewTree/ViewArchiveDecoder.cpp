@@ -122,7 +122,11 @@ class ArchiveReader {
 std::expected<View, ViewArchiveFault> viewOfArchive(std::string_view json) {
   const auto value = parseArchive(json);
   if (!value) return std::unexpected(value.error());
-  return ArchiveReader().document(*value);
+  return viewOfArchive(*value);
+}
+
+std::expected<View, ViewArchiveFault> viewOfArchive(const ArchiveValue& value) {
+  return ArchiveReader().document(value);
 }
 
 }  // namespace lanternfold

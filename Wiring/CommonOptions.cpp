@@ -1,8 +1,26 @@
 #include "Wiring/CommonOptions.h"
 
+#include <system_error>
 #include <utility>
 
 namespace lanternfold {
+namespace {
+
+/// In one word with its value, which may begin with a hyphen.
+void add(std::vector<std::string>& arguments, const char* option,
+         const std::optional<std::string>& value) {
+  if (value) arguments.push_back(std::string(option) + "=" + *value);
+}
+
+void add(std::vector<std::string>& arguments, const char* option,
+         const std::optional<std::filesystem::path>& value) {
+  if (!value) return;
+  std::error_code error;
+  const auto absolute = std::filesystem::absolute(*value, error);
+  add(arguments, option, std::optional((error ? *value : absolute).string()));
+}
+
+}  // namespace
 
 void addCommonOptions(CLI::App& command, CommonOptions& options) {
   addServiceOptions(command, options.services);
@@ -24,6 +42,21 @@ std::expected<CommonChoice, CommandFailure> checkCommonOptions(const CommonOptio
                                   .serviceUrls = *std::move(urls)},
                       .dataFolder = options.data.dataFolder,
                       .certificateAuthoritiesFile = authorities};
+}
+
+std::vector<std::string> argumentsOf(const CommonOptions& options) {
+  const auto& [data, services] = options;
+  std::vector<std::string> arguments;
+  if (services.skipGeoIP) arguments.emplace_back("--skip-geoip");
+  add(arguments, "--ipv4-echo", services.ipv4Echo);
+  add(arguments, "--ipv6-echo", services.ipv6Echo);
+  add(arguments, "--geolocation", services.geolocation);
+  add(arguments, "--sentinel", services.sentinel);
+  add(arguments, "--ca-file", services.certificateAuthoritiesFile);
+  add(arguments, "--data-dir", data.dataFolder);
+  add(arguments, "--app-group", data.appGroupId);
+  if (data.withoutAppGroup) arguments.emplace_back("--no-app-group");
+  return arguments;
 }
 
 }  // namespace lanternfold

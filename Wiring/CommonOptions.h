@@ -7,6 +7,8 @@
 #include <expected>
 #include <filesystem>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "Wiring/Console.h"
 #include "Wiring/DataOptions.h"
@@ -34,5 +36,9 @@ struct CommonChoice {
 /// The failure names the option that is wrong and what may stand there.
 [[nodiscard]] std::expected<CommonChoice, CommandFailure> checkCommonOptions(
     const CommonOptions& options);
+
+/// The options that were given, as a program takes them that is started with the same ones. A name
+/// of a file or a folder is absolute in them, so that the program may stand elsewhere.
+[[nodiscard]] std::vector<std::string> argumentsOf(const CommonOptions& options);
 
 }  // namespace lanternfold

@@ -5,8 +5,6 @@
 
 namespace lanternfold {
 
-/// The file stays behind, empty: it is the lock that counts, and the kernel gives it up when its
-/// holder ends.
 class FileSoleRecorder final : public SoleRecorder {
  public:
   [[nodiscard]] std::expected<std::unique_ptr<Claim>, std::error_code> claim(

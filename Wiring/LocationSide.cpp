@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "PlatformLinux/Bus/BusAddresses.h"
 #include "PlatformLinux/Location/BusLocationPortal.h"
 #include "PlatformLinux/Location/LinuxLocationConsent.h"
 #include "PlatformLinux/Location/PortalLocationConsent.h"

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "PlatformLinux/Bus/OwnerChanges.h"
+
 namespace lanternfold {
 namespace {
 
@@ -31,21 +33,6 @@ PermissionTable tableIn(GVariant* answer) {
 }
 
 }  // namespace
-
-std::string newOwnerIn(GVariant* arguments) {
-  if (g_variant_is_of_type(arguments, G_VARIANT_TYPE("(sss)")) == FALSE) return {};
-  const char* owner = nullptr;
-  g_variant_get_child(arguments, 2, "&s", &owner);
-  return owner;
-}
-
-MessageBus::SignalMatch ownerChangesOf(const std::string& name) {
-  return {.sender = "org.freedesktop.DBus",
-          .path = "/org/freedesktop/DBus",
-          .interface = "org.freedesktop.DBus",
-          .name = "NameOwnerChanged",
-          .firstArgument = name};
-}
 
 PermissionStoreWatch::PermissionStoreWatch(std::shared_ptr<MessageBus> bus,
                                            std::string applicationId,

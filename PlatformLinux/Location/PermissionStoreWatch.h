@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-#include "PlatformLinux/Location/MessageBus.h"
+#include "PlatformLinux/Bus/MessageBus.h"
 #include "PlatformLinux/Location/PortalRules.h"
 
 namespace lanternfold {
@@ -46,12 +46,5 @@ class PermissionStoreWatch : public std::enable_shared_from_this<PermissionStore
   bool isLooking_ = false;
   bool looksAgain_ = false;  ///< something has changed during the look
 };
-
-/// The new owner in the arguments of a `NameOwnerChanged`; empty when the name was given up, or in
-/// arguments of another type.
-[[nodiscard]] std::string newOwnerIn(GVariant* arguments);
-
-/// Tells when the bus gives `name` to another owner, or to nobody.
-[[nodiscard]] MessageBus::SignalMatch ownerChangesOf(const std::string& name);
 
 }  // namespace lanternfold

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "PlatformLinux/Bus/OwnerChanges.h"
+
 namespace lanternfold {
 
 PortalConversations::PortalConversations(BusThread& thread, PortalSurroundings surroundings,
@@ -9,7 +11,7 @@ PortalConversations::PortalConversations(BusThread& thread, PortalSurroundings s
     : thread_(thread),
       surroundings_(std::move(surroundings)),
       learned_(std::move(learned)),
-      bus_(std::make_shared<MessageBus>(thread)) {}
+      bus_(std::make_shared<MessageBus>()) {}
 
 void PortalConversations::begin() {
   if (state_ != State::idle) return;
@@ -84,7 +86,7 @@ void PortalConversations::ask(LocationPortal::AnswerHandler handler) {
 
 void PortalConversations::beginQuestion() {
   question_ = std::make_shared<PortalQuestion>(
-      bus_, surroundings_.limits, [this](PortalOutcome outcome) { takeAnswer(outcome); });
+      thread_, bus_, surroundings_.limits, [this](PortalOutcome outcome) { takeAnswer(outcome); });
   question_->begin();
 }
 
@@ -121,7 +123,7 @@ void PortalConversations::end() {
   look_.reset();
   store_.reset();
   ownerChanges_.reset();
-  bus_->close();
+  bus_->close(thread_);
 }
 
 }  // namespace lanternfold

@@ -19,9 +19,10 @@ PortalOutcome outcomeOfSignal(GVariant* arguments) {
 
 }  // namespace
 
-PortalQuestion::PortalQuestion(std::shared_ptr<MessageBus> bus, PortalLimits limits,
-                               PortalSession::OutcomeHandler ended)
-    : bus_(std::move(bus)),
+PortalQuestion::PortalQuestion(BusThread& thread, std::shared_ptr<MessageBus> bus,
+                               PortalLimits limits, PortalSession::OutcomeHandler ended)
+    : thread_(thread),
+      bus_(std::move(bus)),
       limits_(limits),
       ended_(std::move(ended)),
       session_(std::make_shared<PortalSession>(bus_)) {}
@@ -31,7 +32,7 @@ PortalQuestion::~PortalQuestion() {
 }
 
 void PortalQuestion::begin() {
-  deadline_ = bus_->thread().after(limits_.answer, [weak = weak_from_this()] {
+  deadline_ = thread_.after(limits_.answer, [weak = weak_from_this()] {
     const auto living = weak.lock();
     if (!living) return;
     if (living->ended_) living->takeBack();

@@ -16,7 +16,7 @@ namespace lanternfold {
 class PortalQuestion : public std::enable_shared_from_this<PortalQuestion> {
  public:
   /// `ended` is called once, unless the question is destroyed before.
-  PortalQuestion(std::shared_ptr<MessageBus> bus, PortalLimits limits,
+  PortalQuestion(BusThread& thread, std::shared_ptr<MessageBus> bus, PortalLimits limits,
                  PortalSession::OutcomeHandler ended);
   /// A dialog that is open is taken back.
   ~PortalQuestion();
@@ -36,6 +36,7 @@ class PortalQuestion : public std::enable_shared_from_this<PortalQuestion> {
   void takeHandle(const MessageBus::Reply& reply);
   void takeBack();
 
+  BusThread& thread_;
   const std::shared_ptr<MessageBus> bus_;
   const PortalLimits limits_;
   PortalSession::OutcomeHandler ended_;  ///< empty after the end

@@ -10,7 +10,7 @@
 #include <string>
 #include <utility>
 
-#include "PlatformLinux/Location/MessageBus.h"
+#include "PlatformLinux/Bus/MessageBus.h"
 #include "PlatformLinux/Location/PortalRules.h"
 
 namespace lanternfold {

@@ -27,7 +27,4 @@ struct PortalSurroundings {
   PortalLimits limits;
 };
 
-/// The address of this user's session bus, as the environment names it.
-[[nodiscard]] std::optional<std::string> sessionBusAddress();
-
 }  // namespace lanternfold

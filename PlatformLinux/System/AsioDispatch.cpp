@@ -15,9 +15,12 @@ constexpr std::array<const char*, 4> globalQueueLabels{
 }  // namespace
 
 AsioDispatch::AsioDispatch(EventLoop& loop)
+    : AsioDispatch(loop, std::make_unique<MainThreadRunner>()) {}
+
+AsioDispatch::AsioDispatch(EventLoop& loop, std::unique_ptr<QueueRunner> mainRunner)
     : loop_(loop),
       timers_(loop),
-      mainRunner_(std::make_unique<MainThreadRunner>()),
+      mainRunner_(std::move(mainRunner)),
       mainQueue_("main", WorkQueue::Mode::serial, *mainRunner_, timers_) {
   for (std::size_t index = 0; index < globalQueues_.size(); ++index) {
     globalQueues_[index] =
@@ -58,13 +61,19 @@ DispatchQueue& AsioDispatch::globalQueue(QualityOfService quality) {
   return *globalQueues_[static_cast<std::size_t>(quality)];
 }
 
-void AsioDispatch::runMain() { mainRunner_->run(std::nullopt); }
+void AsioDispatch::runMain() { (void)ownRunner().run(std::nullopt); }
 
 bool AsioDispatch::runMainUntil(std::chrono::steady_clock::time_point deadline) {
-  return mainRunner_->run(deadline);
+  return ownRunner().run(deadline);
 }
 
-void AsioDispatch::stopMain() { mainRunner_->stop(); }
+void AsioDispatch::stopMain() { ownRunner().stop(); }
+
+MainThreadRunner& AsioDispatch::ownRunner() const {
+  auto* const own = dynamic_cast<MainThreadRunner*>(mainRunner_.get());
+  if (own == nullptr) fatalError("the main queue is run by another loop, not by its dispatch");
+  return *own;
+}
 
 void AsioDispatch::refuseWaits() {
   mainQueue_.refuseWaits();

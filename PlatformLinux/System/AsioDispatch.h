@@ -1,5 +1,6 @@
-// The production side of `Dispatch`: the main queue run by the main thread, serial and global
-// queues on pools of threads, delays on the event loop.
+// The production side of `Dispatch`: the main queue run by the main thread or by a loop that the
+// program has there already, serial and global queues on pools of threads, delays on the event
+// loop.
 //
 // Made by: the composition of each program, one per program.
 #pragma once
@@ -25,8 +26,11 @@ class MainThreadRunner;
 /// background work has its own, of threads with a lower priority.
 class AsioDispatch final : public Dispatch {
  public:
-  /// `loop` outlives the dispatch.
+  /// `loop` outlives the dispatch. The main queue is run by `runMain`.
   explicit AsioDispatch(EventLoop& loop);
+  /// The main queue gets its turns from `mainRunner`, on the main thread; `runMain` and
+  /// `runMainUntil` are not to be called then.
+  AsioDispatch(EventLoop& loop, std::unique_ptr<QueueRunner> mainRunner);
   /// Lets go whoever waits in a `sync` whose work has not begun, waits for the works that are
   /// running, then destroys those that wait, on the calling thread.
   /// Works and handlers that are being destroyed may still append: that work is destroyed too; so
@@ -52,6 +56,7 @@ class AsioDispatch final : public Dispatch {
   void stopMain();
 
  private:
+  [[nodiscard]] MainThreadRunner& ownRunner() const;
   [[nodiscard]] WorkerPool& poolFor(QualityOfService quality);
   void refuseWaits();
 
@@ -59,7 +64,7 @@ class AsioDispatch final : public Dispatch {
   TimerSchedule timers_;
   WorkerPool ordinaryPool_{WorkerPool::Priority::ordinary};
   WorkerPool backgroundPool_{WorkerPool::Priority::background};
-  std::unique_ptr<MainThreadRunner> mainRunner_;
+  const std::unique_ptr<QueueRunner> mainRunner_;
   WorkQueue mainQueue_;
   std::array<std::unique_ptr<WorkQueue>, 4> globalQueues_;
 

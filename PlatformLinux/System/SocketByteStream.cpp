@@ -145,7 +145,8 @@ class SocketByteStream::Connection : public std::enable_shared_from_this<Connect
     outgoing_.clear();
     if (error) {
       hasFailed_ = true;
-      report(End::gone);
+      // What a peer has said before it went is still to be read, and then its end.
+      if (isAtEnd_ || !isPeerGone(socket_.native_handle())) report(End::gone);
     }
     write();
     if (std::exchange(isPaused_, false)) read();

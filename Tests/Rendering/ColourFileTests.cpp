@@ -19,7 +19,9 @@ constexpr const char* all = R"({
   "BackgroundGradientEnd": {"light": "#000000", "dark": "#FFFFFF"},
   "AccentColor": {"light": "#000000", "dark": "#ffffff"},
   "Foreground": {"light": "#000000", "dark": "#FFFFFF"},
-  "LabelForeground": {"light": "#000000", "dark": "#FFFFFF"}})";
+  "LabelForeground": {"light": "#000000", "dark": "#FFFFFF"},
+  "ReceivedTraffic": {"light": "#000000", "dark": "#FFFFFF"},
+  "SentTraffic": {"light": "#000000", "dark": "#FFFFFF"}})";
 
 std::string refusal(std::string_view json) {
   const auto colours = coloursOf(json);
@@ -91,7 +93,8 @@ TEST_F(ColourFile, ThatLacksAColourTakesThatOneAloneFromTheGreys) {
   EXPECT_EQ(palette.at("Foreground").light, (Rgba{1, 1, 0, 1}));
   EXPECT_EQ(palette.at("AccentColor"), standInColours().at("AccentColor"));
   EXPECT_THAT(reports_, ElementsAre(HasSubstr("it lacks AccentColor, BackgroundGradientEnd, "
-                                              "BackgroundGradientStart, LabelForeground")));
+                                              "BackgroundGradientStart, LabelForeground, "
+                                              "ReceivedTraffic, SentTraffic")));
 }
 
 TEST_F(ColourFile, RefusesWhatIsNoColourFile) {

@@ -5,6 +5,7 @@
 // that come over the message bus.
 #pragma once
 
+#include <chrono>
 #include <expected>
 #include <functional>
 #include <memory>
@@ -32,8 +33,9 @@ struct Card {
   /// What the extension has answered last, a quiet card while it is left alone, or an empty
   /// background before the first answer. Never trusted beyond what the archive of views checks.
   View view;
-  bool isSample = false;  ///< a placeholder: no timeline has come yet
-  bool isStale = false;   ///< two reloads in a row have failed; `view` says so
+  bool isSample = false;   ///< a placeholder: no timeline has come yet
+  bool isStale = false;    ///< two reloads in a row have failed; `view` says so
+  bool isAwaited = false;  ///< the user has asked for something newer, which is not there yet
   friend bool operator==(const Card&, const Card&) = default;
 };
 
@@ -63,7 +65,7 @@ class WidgetDesk {
     DiagnosticLog& log;
   };
   struct Options {
-    /// Between a timeline's end and the next question for one.
+    /// Between two questions for a timeline that ends, at the least.
     std::chrono::nanoseconds refreshInterval = std::chrono::minutes(5);
   };
 
@@ -77,7 +79,8 @@ class WidgetDesk {
   void setObserver(WidgetDeskObserver* observer);
 
   /// Reads the store, and asks the extension for its catalogue and then for what to show. Without
-  /// a store, or with a damaged one, each kind of the catalogue stands on the desktop once. Once.
+  /// a store, or with a damaged one, each kind of the catalogue stands on the desktop once, as soon
+  /// as there is a monitor. Once.
   void start();
 
   /// In the store's order. A widget of a kind that the extension does not have is remembered, and
@@ -100,7 +103,8 @@ class WidgetDesk {
                                                            ConfigurationParameters configuration);
   [[nodiscard]] std::expected<void, std::string> move(std::string_view id,
                                                       const MonitorPosition& position);
-  /// Asks anew at once, whatever the schedule says.
+  /// Asks anew at once, whatever the schedule says, unless the session is locked; lets an extension
+  /// that is left alone be started again.
   [[nodiscard]] std::expected<void, std::string> reload(std::string_view id);
   void reloadAll();
   /// A button of a card was pressed: has the extension perform its intent and asks anew; the quiet
@@ -115,7 +119,7 @@ class WidgetDesk {
 
  private:
   class State;
-  std::unique_ptr<State> state_;
+  std::shared_ptr<State> state_;
 };
 
 }  // namespace lanternfold

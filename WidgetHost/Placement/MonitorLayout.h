@@ -46,8 +46,9 @@ struct StandingWidget {
                                   const MonitorArea& monitor);
 
 /// The first place, column by column from the work area's right top corner, where nothing of
-/// `standing` is in the way; the work area's right top corner when there is none. None without a
-/// monitor. The monitor is the primary one, or another one when that is full.
+/// `standing` is nearer than the gap; as far from the work area's edges where there is room for
+/// that. The work area's right top corner when there is none. None without a monitor. The monitor
+/// is the primary one, or another one when that is full.
 [[nodiscard]] std::optional<MonitorPosition> freePosition(Size size,
                                                           std::span<const StandingWidget> standing,
                                                           std::span<const MonitorArea> monitors);

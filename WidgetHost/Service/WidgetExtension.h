@@ -24,8 +24,8 @@ enum class ExtensionFailure {
   cancelled,  ///< the question was taken back
 };
 
-/// Everything on the main queue. Each completion is called exactly once, never inside the call that
-/// asks.
+/// Everything on the main queue. Each completion is called exactly once, never inside a call of
+/// this, and by nothing that has been destroyed.
 class WidgetExtension {
  public:
   template <typename Answer>

@@ -156,6 +156,18 @@ TEST_F(SocketByteStreamTest, APeerThatGoesWhileItIsSentToIsGone) {
   EXPECT_EQ(ends_.back(), End::gone);
 }
 
+TEST_F(SocketByteStreamTest, WhatAPeerSaidBeforeItWentIsReceivedThoughItCannotBeSentTo) {
+  const std::string said(150'000, 's');
+  world_.deliver(said);
+  world_.close();
+  std::optional<std::size_t> receivedAtEnd;
+  world_.stream().start({.received = [this](std::string_view bytes) { received_ += bytes; },
+                         .ended = [&](End) { receivedAtEnd = received_.size(); }});
+  world_.stream().send("an answer that nobody takes");
+  ASSERT_TRUE(world_.runUntil([&] { return receivedAtEnd.has_value(); }));
+  EXPECT_EQ(receivedAtEnd, said.size());
+}
+
 TEST_F(SocketByteStreamTest, OnlyAConnectedStreamSocketIsAdopted) {
   EXPECT_EQ(faultOf(-1), std::errc::bad_file_descriptor);
   EXPECT_EQ(faultOf(987), std::errc::bad_file_descriptor);

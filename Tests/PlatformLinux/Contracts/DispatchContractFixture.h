@@ -58,13 +58,14 @@ class DispatchContractFixture : public testing::Test {
   World world;
 };
 
-using DispatchSides = testing::Types<AsioWorld, SimulatedWorld>;
+using DispatchSides = testing::Types<AsioWorld, GlibWorld, SimulatedWorld>;
 
 class DispatchSideNames {
  public:
   template <typename World>
   static std::string GetName(int) {
-    return std::is_same_v<World, AsioWorld> ? "Asio" : "Simulated";
+    if (std::is_same_v<World, AsioWorld>) return "Asio";
+    return std::is_same_v<World, GlibWorld> ? "Glib" : "Simulated";
   }
 };
 

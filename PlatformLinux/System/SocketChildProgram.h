@@ -1,0 +1,43 @@
+// Programs that are started with one end of a socket pair.
+//
+// Made by: the host's composition, for the widget extension.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Platform/ChildProgram.h"
+#include "Platform/Dispatch.h"
+
+namespace lanternfold {
+
+class EventLoop;
+class RunningPrograms;
+
+/// The program has the socket under a descriptor that "--service-fd N" tells it, and this program's
+/// standard output and standard error. Its end is noticed by the event loop; no signal is handled.
+class SocketChildProgramLauncher final : public ChildProgramLauncher {
+ public:
+  /// `program` is a path; `arguments` stand before those that this adds. `loop` and `mainQueue`
+  /// outlive the launcher.
+  SocketChildProgramLauncher(std::filesystem::path program, std::vector<std::string> arguments,
+                             EventLoop& loop, DispatchQueue& mainQueue);
+  /// Every program that it has started has been destroyed before. Waits for those that have not
+  /// ended yet, which takes a little more than two seconds at the most.
+  ~SocketChildProgramLauncher() override;
+  SocketChildProgramLauncher(const SocketChildProgramLauncher&) = delete;
+  SocketChildProgramLauncher& operator=(const SocketChildProgramLauncher&) = delete;
+
+  [[nodiscard]] std::expected<std::unique_ptr<ChildProgram>, std::error_code> launch() override;
+
+ private:
+  std::filesystem::path program_;
+  std::vector<std::string> arguments_;
+  EventLoop& loop_;
+  DispatchQueue& mainQueue_;
+  std::shared_ptr<RunningPrograms> running_;
+};
+
+}  // namespace lanternfold

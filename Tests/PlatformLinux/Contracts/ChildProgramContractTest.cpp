@@ -1,0 +1,207 @@
+// What both sides of the seam to started programs promise, and what the Linux side adds.
+#include <charconv>
+#include <csignal>
+#include <fcntl.h>
+#include <sys/types.h>
+
+#include "PlatformLinux/System/FileDescriptor.h"
+#include "Tests/PlatformLinux/Contracts/ChildProgramWorlds.h"
+
+namespace lanternfold {
+namespace {
+
+using namespace std::chrono_literals;
+
+template <typename World>
+class ChildProgramContract : public testing::Test {
+ protected:
+  void hold(std::unique_ptr<ChildProgram> program) {
+    program_ = std::move(program);
+    program_->stream().start({.received = [this](std::string_view bytes) { received_ += bytes; },
+                              .ended = [](ByteStream::End) {}});
+  }
+  void hearEnd() {
+    program_->setEndHandler([this](ChildEnd end) {
+      ends_.push_back(end);
+      receivedAtEnd_ = received_.size();
+    });
+  }
+  bool runUntilEnded() {
+    return world_.runUntil([this] { return !ends_.empty(); });
+  }
+
+  std::string received_;
+  std::size_t receivedAtEnd_ = 0;
+  std::vector<ChildEnd> ends_;
+  World world_;
+  std::unique_ptr<ChildProgram> program_;
+};
+
+class WorldNames {
+ public:
+  template <typename World>
+  static std::string GetName(int) {
+    return std::is_same_v<World, LinuxProgramWorld> ? "Linux" : "Fake";
+  }
+};
+
+using Worlds = testing::Types<LinuxProgramWorld, FakeProgramWorld>;
+TYPED_TEST_SUITE(ChildProgramContract, Worlds, WorldNames);
+
+TYPED_TEST(ChildProgramContract, ALineReachesTheProgramAndItsAnswerComesBack) {
+  this->hold(this->world_.launchEcho());
+  this->program_->stream().send("a line\n");
+  EXPECT_TRUE(this->world_.runUntil([this] { return this->received_ == "a line\n"; }));
+}
+
+TYPED_TEST(ChildProgramContract, AllThatItSaysIsReceivedBeforeItsEnd) {
+  this->hold(this->world_.launchTalker());
+  this->hearEnd();
+  EXPECT_TRUE(this->runUntilEnded());
+  EXPECT_EQ(this->ends_, (std::vector{ChildEnd{.exitStatus = 7}}));
+  EXPECT_EQ(this->receivedAtEnd_, muchSaid.size());
+}
+
+TYPED_TEST(ChildProgramContract, ItsEndIsToldToAHandlerThatComesLate) {
+  this->hold(this->world_.launchTalker());
+  EXPECT_TRUE(this->world_.runUntil([this] { return this->received_ == muchSaid; }));
+  this->hearEnd();
+  EXPECT_TRUE(this->ends_.empty());
+  EXPECT_TRUE(this->runUntilEnded());
+}
+
+TYPED_TEST(ChildProgramContract, AKilledProgramEndsByASignalOnceAndLater) {
+  this->hold(this->world_.launchEcho());
+  this->hearEnd();
+  this->program_->kill();
+  this->program_->kill();
+  EXPECT_TRUE(this->ends_.empty());
+  EXPECT_TRUE(this->runUntilEnded());
+  this->program_->kill();
+  (void)this->world_.runUntil([turns = 0]() mutable { return ++turns > 20; });
+  EXPECT_EQ(this->ends_, (std::vector{ChildEnd{.exitStatus = std::nullopt, .signal = SIGKILL}}));
+}
+
+TYPED_TEST(ChildProgramContract, TheHandlerOfItsEndMayLetGoOfIt) {
+  this->hold(this->world_.launchTalker());
+  this->program_->setEndHandler([this](ChildEnd end) {
+    this->program_.reset();
+    this->ends_.push_back(end);
+  });
+  EXPECT_TRUE(this->runUntilEnded());
+}
+
+TYPED_TEST(ChildProgramContract, NothingIsHeardOfAProgramThatWasLetGo) {
+  this->hold(this->world_.launchTalker());
+  this->hearEnd();
+  this->program_.reset();
+  (void)this->world_.runUntil([turns = 0]() mutable { return ++turns > 50; });
+  EXPECT_EQ(this->received_, "");
+  EXPECT_TRUE(this->ends_.empty());
+}
+
+TYPED_TEST(ChildProgramContract, AProgramThatIsNotThereIsAnError) {
+  EXPECT_EQ(this->world_.launchNothing(), std::errc::no_such_file_or_directory);
+}
+
+class SocketChildProgramTest : public ChildProgramContract<LinuxProgramWorld> {
+ protected:
+  /// What a script says until it ends.
+  std::string saidBy(const std::string& script) {
+    hold(world_.launchScript(script));
+    hearEnd();
+    EXPECT_TRUE(runUntilEnded());
+    return received_;
+  }
+  /// The number that a script tells first.
+  pid_t numberOfProcess() {
+    EXPECT_TRUE(world_.runUntil([this] { return received_.contains('\n'); }));
+    pid_t number = 0;
+    const auto read =
+        std::from_chars(received_.data(), received_.data() + received_.size(), number);
+    EXPECT_EQ(read.ec, std::errc());
+    return number;
+  }
+  /// One that has ended and was not reaped is still there.
+  static bool isThere(pid_t process) { return ::kill(process, 0) == 0; }
+};
+
+TEST_F(SocketChildProgramTest, TheProgramIsToldItsDescriptor) {
+  EXPECT_EQ(saidBy("echo $* >&3"), "--service-fd 3\n");
+}
+
+TEST_F(SocketChildProgramTest, TheProgramHasNoDescriptorButItsOwn) {
+  const FileDescriptor inheritable(::fcntl(STDERR_FILENO, F_DUPFD, 200));
+  ASSERT_TRUE(inheritable.isOpen());
+  const std::string number = std::to_string(inheritable.get());
+  EXPECT_EQ(saidBy("ls /proc/self/fd | grep -x -e 3 -e " + number + " >&3"), "3\n");
+}
+
+TEST_F(SocketChildProgramTest, TheProgramHasNothingToRead) {
+  EXPECT_EQ(saidBy("readlink /proc/self/fd/0 >&3"), "/dev/null\n");
+}
+
+TEST_F(SocketChildProgramTest, ASignalThatTheHostIgnoresEndsTheProgram) {
+  const auto before = std::signal(SIGPIPE, SIG_IGN);
+  (void)saidBy("kill -PIPE $$; sleep 20");
+  (void)std::signal(SIGPIPE, before);
+  EXPECT_EQ(ends_.front().signal, SIGPIPE);
+}
+
+TEST_F(SocketChildProgramTest, ASignalThatTheHostBlocksEndsTheProgram) {
+  sigset_t blocked;
+  sigset_t before;
+  sigemptyset(&blocked);
+  sigaddset(&blocked, SIGTERM);
+  ASSERT_EQ(pthread_sigmask(SIG_BLOCK, &blocked, &before), 0);
+  (void)saidBy("kill -TERM $$; sleep 20");
+  (void)pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  EXPECT_EQ(ends_.front().signal, SIGTERM);
+}
+
+TEST_F(SocketChildProgramTest, AProgramThatHasEndedIsNoZombie) {
+  (void)saidBy("echo $$ >&3");
+  EXPECT_FALSE(isThere(numberOfProcess()));
+}
+
+TEST_F(SocketChildProgramTest, TheEndIsToldThoughSomebodyHasInheritedTheSocket) {
+  hold(world_.launchScript("sleep 60 & echo $! >&3; exit 3"));
+  hearEnd();
+  EXPECT_TRUE(runUntilEnded());
+  EXPECT_EQ(ends_.front(), ChildEnd{.exitStatus = 3});
+  EXPECT_EQ(::kill(numberOfProcess(), SIGKILL), 0);
+}
+
+TEST_F(SocketChildProgramTest, AProgramThatIsLetGoLeavesAndIsReaped) {
+  hold(world_.launchScript("echo $$ >&3; read line <&3; exit 0"));
+  const pid_t process = numberOfProcess();
+  program_.reset();
+  EXPECT_TRUE(world_.runUntil([process] { return !isThere(process); }));
+}
+
+TEST_F(SocketChildProgramTest, AProgramThatDoesNotLeaveIsKilledAndReaped) {
+  hold(world_.launchScript("echo $$ >&3; exec sleep 60"));
+  const pid_t process = numberOfProcess();
+  const auto letGo = std::chrono::steady_clock::now();
+  program_.reset();
+  EXPECT_TRUE(world_.runUntil([process] { return !isThere(process); }));
+  EXPECT_GE(std::chrono::steady_clock::now() - letGo, 2s);
+}
+
+TEST_F(SocketChildProgramTest, TheLauncherLeavesNoProgramBehind) {
+  hold(world_.launchScript("echo $$ >&3; exec sleep 60"));
+  const pid_t process = numberOfProcess();
+  program_.reset();
+  world_.destroyLauncher();
+  EXPECT_FALSE(isThere(process));
+}
+
+TEST_F(SocketChildProgramTest, AProgramThatIsNoProgramIsAnError) {
+  EventLoop loop;
+  AsioDispatch dispatch(loop);
+  SocketChildProgramLauncher launcher("/etc/passwd", {}, loop, dispatch.mainQueue());
+  EXPECT_EQ(launcher.launch().error(), std::errc::permission_denied);
+}
+
+}  // namespace
+}  // namespace lanternfold

@@ -1,0 +1,139 @@
+// A desk with everything around it in memory, and an observer that writes down what it is told.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "Tests/Support/FakeFileSystem.h"
+#include "Tests/Support/FakeStringTable.h"
+#include "Tests/Support/FakeWidgetExtension.h"
+#include "Tests/Support/RecordingDiagnosticLog.h"
+#include "Tests/Support/SimulatedClock.h"
+#include "Tests/Support/SimulatedDispatch.h"
+#include "ViewTree/View.h"
+#include "WidgetHost/Desk/WidgetDesk.h"
+#include "WidgetHost/Store/WidgetStore.h"
+
+namespace lanternfold {
+
+class RecordingDeskObserver final : public WidgetDeskObserver {
+ public:
+  void cardAdded(const std::string& id) override { told_.push_back("added " + id); }
+  void cardChanged(const std::string& id) override { told_.push_back("changed " + id); }
+  void cardRemoved(const std::string& id) override { told_.push_back("removed " + id); }
+  void catalogueChanged() override { told_.emplace_back("catalogue"); }
+
+  /// Since the last call.
+  [[nodiscard]] std::vector<std::string> takeTold() { return std::exchange(told_, {}); }
+
+ private:
+  std::vector<std::string> told_;
+};
+
+/// The widgets "A" (small to large), "B" (medium) and "C" (small).
+inline std::vector<WidgetDescription> threeWidgets() {
+  using enum WidgetFamily;
+  return {{.kind = "A", .displayName = "Alpha", .supportedFamilies = {small, medium, large}},
+          {.kind = "B", .displayName = "Beta", .supportedFamilies = {medium}},
+          {.kind = "C", .displayName = "Gamma", .supportedFamilies = {small}}};
+}
+
+inline std::vector<MonitorArea> oneMonitor() {
+  return {{.name = "DP-1",
+           .size = {1920, 1080},
+           .workArea = {.origin = {}, .size = {1920, 1080}},
+           .isPrimary = true}};
+}
+
+/// What a screen reader would say of a view: enough to tell cards apart.
+inline std::string said(const View& view) { return accessibleDescription(view, "now"); }
+
+class DeskWorld : public testing::Test {
+ protected:
+  DeskWorld() {
+    extension_.setWidgets(threeWidgets());
+    makeDesk();
+  }
+
+  void makeDesk() {
+    desk_.reset();
+    store_.emplace(files_,
+                   WidgetStore::Place{.file = file_,
+                                      .makeFolder = [this]() -> std::expected<void, std::string> {
+                                        files_.makeFolder(file_.parent_path());
+                                        return {};
+                                      }},
+                   log_);
+    desk_.emplace(WidgetDesk::Surroundings{.extension = extension_,
+                                           .store = *store_,
+                                           .mainQueue = dispatch_.mainQueue(),
+                                           .clock = clock_,
+                                           .strings = strings_,
+                                           .log = log_},
+                  WidgetDesk::Options{});
+    desk_->setObserver(&observer_);
+  }
+
+  /// The three widgets as at the first start, with their first timelines.
+  void startAndSettle() {
+    desk_->monitorsChanged(oneMonitor());
+    desk_->start();
+    settle();
+  }
+  void settle() {
+    dispatch_.runReady();
+    (void)extension_.takeAsked();
+    (void)observer_.takeTold();
+  }
+  /// What was asked after everything that is due.
+  std::vector<std::string> asked() {
+    dispatch_.runReady();
+    return extension_.takeAsked();
+  }
+  std::vector<std::string> askedWithin(std::chrono::nanoseconds time) {
+    dispatch_.advance(time);
+    return extension_.takeAsked();
+  }
+  std::vector<std::string> told() {
+    dispatch_.runReady();
+    return observer_.takeTold();
+  }
+  [[nodiscard]] std::string saidBy(const std::string& id) const {
+    const auto card = desk_->card(id);
+    return card ? said(card->view) : "no card";
+  }
+  /// What stands on the disk.
+  [[nodiscard]] std::vector<PlacedWidget> stored() const {
+    const auto text = files_.bytes(file_);
+    const auto read = text ? readWidgetStore(*text) : std::unexpected("no file");
+    std::vector<PlacedWidget> placed;
+    if (!read) return placed;
+    for (const StoredWidget& widget : read->widgets) {
+      if (widget.placed) placed.push_back(*widget.placed);
+    }
+    return placed;
+  }
+  [[nodiscard]] std::vector<PlacedWidget> placed() const {
+    std::vector<PlacedWidget> placed;
+    for (const Card& card : desk_->cards()) placed.push_back(card.placed);
+    return placed;
+  }
+
+  const std::filesystem::path file_ = "/config/app/widgets.json";
+  SimulatedClock clock_;
+  SimulatedDispatch dispatch_{clock_};
+  FakeFileSystem files_{clock_};
+  FakeStringTable strings_;
+  RecordingDiagnosticLog log_;
+  FakeWidgetExtension extension_{dispatch_.mainQueue(), clock_};
+  RecordingDeskObserver observer_;
+  std::optional<WidgetStore> store_;
+  std::optional<WidgetDesk> desk_;
+};
+
+}  // namespace lanternfold
