@@ -22,6 +22,7 @@ pkg_check_modules(gio REQUIRED IMPORTED_TARGET gio-2.0)
 pkg_check_modules(cairo_surfaces REQUIRED IMPORTED_TARGET cairo-pdf cairo-svg)
 pkg_check_modules(png REQUIRED IMPORTED_TARGET libpng)
 pkg_check_modules(gtkmm REQUIRED IMPORTED_TARGET gtkmm-3.0 gtk-layer-shell-0)
+pkg_check_modules(wayland REQUIRED IMPORTED_TARGET wayland-client)
 
 function(lanternfold_room name)
   cmake_parse_arguments(ROOM "" "" "USES;LIBRARIES" ${ARGN})
@@ -81,7 +82,9 @@ target_compile_definitions(ExtensionProgram PRIVATE LANTERNFOLD_VERSION="${PROJE
 target_compile_definitions(CommandLine PRIVATE LANTERNFOLD_VERSION="${PROJECT_VERSION}")
 lanternfold_room(HostProgram USES Wiring WidgetHost NetworkWidgetVexExtension WidgetService Rendering
                                   PlatformLinux ViewTree NetworkMonitor NetBase Platform Support
-                 LIBRARIES CLI11::CLI11 PkgConfig::gtkmm PkgConfig::glib)
+                 LIBRARIES CLI11::CLI11 PkgConfig::gtkmm PkgConfig::wayland PkgConfig::pangocairo
+                           PkgConfig::cairo_surfaces PkgConfig::glib)
+target_compile_definitions(HostProgram PRIVATE LANTERNFOLD_VERSION="${PROJECT_VERSION}")
 
 add_executable(lanternfold-widgets CommandLine/main.cpp)
 target_link_libraries(lanternfold-widgets PRIVATE CommandLine)
@@ -89,8 +92,13 @@ target_link_libraries(lanternfold-widgets PRIVATE CommandLine)
 add_executable(lanternfold-widget-extension ExtensionProgram/main.cpp)
 target_link_libraries(lanternfold-widget-extension PRIVATE ExtensionProgram)
 
+add_executable(lanternfold-widget-host HostProgram/main.cpp)
+target_link_libraries(lanternfold-widget-host PRIVATE HostProgram)
+# It stays resident: what no part of it calls is not even loaded.
+target_link_options(lanternfold-widget-host PRIVATE -Wl,--as-needed)
+
 include(GNUInstallDirs)
-install(TARGETS lanternfold-widgets lanternfold-widget-extension)
+install(TARGETS lanternfold-widgets lanternfold-widget-extension lanternfold-widget-host)
 include(Translations)
 install(DIRECTORY Assets DESTINATION "${CMAKE_INSTALL_DATADIR}/lanternfold-widgets")
 # The unit names the program where it is installed, which is known no sooner.

@@ -11,15 +11,14 @@ std::string drawingTimeText(const Machine& machine) {
   return relativeDateText(now, now, {.locale = machine.language.dateLocale, .timeZone = {}});
 }
 
-std::string languageTag(const Machine& machine) {
-  std::string tag = machine.language.catalogue.empty() ? "en" : machine.language.catalogue;
+std::string languageTag(const UserLanguage& language) {
+  std::string tag = language.catalogue.empty() ? "en" : language.catalogue;
   std::ranges::replace(tag, '_', '-');
   return tag;
 }
 
-LayoutDirection layoutDirection(const Machine& machine) {
-  return machine.language.isRightToLeft ? LayoutDirection::rightToLeft
-                                        : LayoutDirection::leftToRight;
+LayoutDirection layoutDirection(const UserLanguage& language) {
+  return language.isRightToLeft ? LayoutDirection::rightToLeft : LayoutDirection::leftToRight;
 }
 
 }  // namespace lanternfold

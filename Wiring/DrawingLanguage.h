@@ -6,6 +6,7 @@
 
 #include <string>
 
+#include "Support/UserLanguage.h"
 #include "ViewTree/Geometry.h"
 #include "Wiring/Machine.h"
 
@@ -15,9 +16,9 @@ namespace lanternfold {
 [[nodiscard]] std::string drawingTimeText(const Machine& machine);
 
 /// The language's tag, "en" or "zh-CN", for the choice among the characters that languages share.
-[[nodiscard]] std::string languageTag(const Machine& machine);
+[[nodiscard]] std::string languageTag(const UserLanguage& language);
 
 /// From right to left where the user's language is written so.
-[[nodiscard]] LayoutDirection layoutDirection(const Machine& machine);
+[[nodiscard]] LayoutDirection layoutDirection(const UserLanguage& language);
 
 }  // namespace lanternfold

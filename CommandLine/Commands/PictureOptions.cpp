@@ -70,12 +70,12 @@ std::expected<void, CommandFailure> writePicture(const View& view, PictureReques
                                                  const std::filesystem::path& output,
                                                  const Machine& machine, const Console& console) {
   request.drawingTime = drawingTimeText(machine);
-  request.direction = layoutDirection(machine);
+  request.direction = layoutDirection(machine.language);
   const auto picture = renderPicture(
       view, request,
       {.assetFolder = machine.assets,
        .report = [&console](std::string_view line) { console.errors << line << '\n'; },
-       .language = languageTag(machine)});
+       .language = languageTag(machine.language)});
   if (!picture) return std::unexpected(workFailed(picture.error()));
   if (const auto written = writeFileAtomically(output, *picture); !written) {
     return std::unexpected(workFailed(written.error()));

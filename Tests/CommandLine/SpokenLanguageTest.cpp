@@ -53,15 +53,15 @@ TEST_F(SpokenLanguageTest, TimeOfDrawingIsInTheLanguageOfTheTexts) {
 }
 
 TEST_F(SpokenLanguageTest, PicturesFollowTheDirectionOfTheLanguage) {
-  EXPECT_EQ(layoutDirection(fake_.machine), LayoutDirection::leftToRight);
+  EXPECT_EQ(layoutDirection(fake_.machine.language), LayoutDirection::leftToRight);
   fake_.machine.language.isRightToLeft = true;
-  EXPECT_EQ(layoutDirection(fake_.machine), LayoutDirection::rightToLeft);
+  EXPECT_EQ(layoutDirection(fake_.machine.language), LayoutDirection::rightToLeft);
 }
 
 TEST_F(SpokenLanguageTest, PicturesAreToldWhichLanguagesCharactersToShow) {
-  EXPECT_EQ(languageTag(fake_.machine), "en");
+  EXPECT_EQ(languageTag(fake_.machine.language), "en");
   fake_.machine.language.catalogue = "zh_CN";
-  EXPECT_EQ(languageTag(fake_.machine), "zh-CN");
+  EXPECT_EQ(languageTag(fake_.machine.language), "zh-CN");
 }
 
 TEST_F(SpokenLanguageTest, ByteCountsOfTheTableHaveTheSeparatorOfTheLanguage) {

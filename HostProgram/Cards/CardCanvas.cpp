@@ -1,0 +1,83 @@
+#include "HostProgram/Cards/CardCanvas.h"
+
+#include <cmath>
+#include <utility>
+
+#include "HostProgram/Cards/FocusRing.h"
+#include "WidgetService/WidgetFamily.h"
+
+namespace lanternfold {
+
+CardCanvas::CardCanvas(const CardDrawing& drawing, Handlers handlers)
+    : handlers_(std::move(handlers)), picture_(drawing) {
+  bareButtons_->load_from_data("button { all: unset; }");
+  set_can_focus(true);
+  get_accessible()->set_role(Atk::ROLE_PANEL);
+  Gtk::Fixed::show();
+}
+
+void CardCanvas::show(const std::string& name, const View& view, const CardState& state) {
+  view_ = view;
+  state_ = state;
+  set_size_request(static_cast<int>(state.size.width), static_cast<int>(state.size.height));
+  get_accessible()->set_name(name);
+  refresh();
+}
+
+void CardCanvas::refresh() {
+  if (!picture_.show(view_, state_)) return;
+  get_accessible()->set_description(picture_.layout().accessibleDescription);
+  layFaces();
+  queue_draw();
+}
+
+void CardCanvas::layFaces() {
+  const std::vector<CardFace> faces = cardFaces(picture_.layout(), state_.size);
+  while (buttons_.size() < faces.size()) addButton();
+  // A button keeps its place among the others, and with it the keyboard's focus. What is too many
+  // is kept hidden, since it may be just this one's signal that has led here.
+  for (std::size_t index = 0; index < buttons_.size(); ++index) {
+    const bool isUsed = index < faces.size();
+    if (isUsed) lay(*buttons_[index], faces[index]);
+    buttons_[index]->set_visible(isUsed);
+  }
+}
+
+void CardCanvas::addButton() {
+  FaceButton& button = *buttons_.emplace_back(std::make_unique<FaceButton>(bareButtons_));
+  button.signal_clicked().connect([this, &button] { activate(button); });
+  button.signal_state_flags_changed().connect(
+      [this, &button](Gtk::StateFlags) { showPressed(button); });
+  put(button, 0, 0);
+}
+
+void CardCanvas::lay(FaceButton& button, const CardFace& face) {
+  if (button.face() == face) return;
+  button.setFace(face);
+  move(button, static_cast<int>(std::floor(face.frame.left())),
+       static_cast<int>(std::floor(face.frame.top())));
+}
+
+void CardCanvas::activate(const FaceButton& button) {
+  // What is called may bring another view, and so end the button.
+  const auto action = button.face().action;
+  if (const auto* pressed = std::get_if<ButtonNode>(&action)) handlers_.press(pressed->intent);
+  if (const auto* link = std::get_if<LinkNode>(&action)) handlers_.openLink(link->url);
+}
+
+void CardCanvas::showPressed(const FaceButton& button) {
+  const auto* pressed = std::get_if<ButtonNode>(&button.face().action);
+  if (pressed == nullptr) return;
+  const bool isDown = (button.get_state_flags() & Gtk::STATE_FLAG_ACTIVE) != 0;
+  if (!isDown && state_.pressedIntent != pressed->intent) return;
+  state_.pressedIntent = isDown ? std::optional(pressed->intent) : std::nullopt;
+  refresh();
+}
+
+bool CardCanvas::on_draw(const Cairo::RefPtr<Cairo::Context>& context) {
+  picture_.paint(context->cobj());
+  if (has_visible_focus()) drawFocusRing(context, {{0, 0}, state_.size}, widgetCornerRadius);
+  return Gtk::Fixed::on_draw(context);
+}
+
+}  // namespace lanternfold

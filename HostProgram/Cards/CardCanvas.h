@@ -1,0 +1,52 @@
+// A card inside of its window: paints it, and lays the toolkit's buttons over what can be pressed.
+#pragma once
+
+#include <functional>
+#include <gtkmm/fixed.h>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "HostProgram/Cards/CardPicture.h"
+#include "HostProgram/Cards/FaceButton.h"
+
+namespace lanternfold {
+
+/// Can be focused as a whole, and each of its buttons and links can. To a screen reader it says
+/// what is painted.
+class CardCanvas final : public Gtk::Fixed {
+ public:
+  struct Handlers {
+    std::function<void(const std::string& intent)> press;
+    std::function<void(const std::string& url)> openLink;
+  };
+
+  /// `drawing` outlives the canvas.
+  CardCanvas(const CardDrawing& drawing, Handlers handlers);
+
+  /// `name` is the widget's, for a screen reader.
+  void show(const std::string& name, const View& view, const CardState& state);
+  /// Draws anew what has changed by itself: the colour scheme, the words for the time.
+  void refresh();
+
+  [[nodiscard]] const CardPicture& picture() const { return picture_; }
+
+ protected:
+  bool on_draw(const Cairo::RefPtr<Cairo::Context>& context) override;
+
+ private:
+  void lay(FaceButton& button, const CardFace& face);
+  void layFaces();
+  void addButton();
+  void activate(const FaceButton& button);
+  void showPressed(const FaceButton& button);
+
+  Handlers handlers_;
+  CardPicture picture_;
+  View view_;
+  CardState state_;
+  Glib::RefPtr<Gtk::CssProvider> bareButtons_ = Gtk::CssProvider::create();
+  std::vector<std::unique_ptr<FaceButton>> buttons_;
+};
+
+}  // namespace lanternfold

@@ -1,0 +1,183 @@
+#include "HostProgram/Cards/DesktopWindows.h"
+
+#include <algorithm>
+#include <ranges>
+#include <utility>
+
+namespace lanternfold {
+namespace {
+
+/// Enough to find a widget among many windows, and to begin to do something with it.
+constexpr unsigned raisedSeconds = 10;
+
+Point pointOf(const MonitorPosition& position) {
+  return {static_cast<double>(position.x), static_cast<double>(position.y)};
+}
+
+}  // namespace
+
+DesktopWindows::DesktopWindows(const Surroundings& surroundings, Handlers handlers)
+    : surroundings_(surroundings),
+      handlers_(std::move(handlers)),
+      monitorWatch_(std::make_unique<MonitorWatch>([this] { countMonitors(); })) {
+  surroundings_.desk.setObserver(this);
+  countMonitors();
+}
+
+DesktopWindows::~DesktopWindows() {
+  lowering_.disconnect();
+  surroundings_.desk.setObserver(nullptr);
+}
+
+void DesktopWindows::countMonitors() {
+  monitors_ = currentMonitors();
+  areas_.clear();
+  for (const PlacedMonitor& monitor : monitors_) areas_.push_back(monitor.area);
+  surroundings_.desk.monitorsChanged(areas_);
+  for (auto& [id, shown] : shown_) {
+    if (const auto card = surroundings_.desk.card(id)) place(shown, *card);
+  }
+}
+
+void DesktopWindows::setScheme(ColourScheme scheme) {
+  surroundings_.drawing.scheme = scheme;
+  for (auto& [id, shown] : shown_) shown.window->canvas().refresh();
+}
+
+void DesktopWindows::cardAdded(const std::string& id) {
+  const auto card = surroundings_.desk.card(id);
+  if (!card || shown_.contains(id)) return;
+  Shown& shown = shown_[id];
+  shown.window =
+      std::make_unique<CardWindow>(surroundings_.drawing, surroundings_.placer, handlersOf(id));
+  shown.time = surroundings_.clock.now();
+  show(shown, *card);
+}
+
+void DesktopWindows::cardChanged(const std::string& id) {
+  const auto found = shown_.find(id);
+  const auto card = surroundings_.desk.card(id);
+  if (found != shown_.end() && card) show(found->second, *card);
+}
+
+void DesktopWindows::cardRemoved(const std::string& id) { shown_.erase(id); }
+
+void DesktopWindows::catalogueChanged() { handlers_.catalogueChanged(); }
+
+void DesktopWindows::show(Shown& shown, const Card& card) {
+  if (shown.view != card.view) {
+    shown.view = card.view;
+    shown.time = surroundings_.clock.now();
+  }
+  shown.window->showCard(nameOf(card.placed.kind), card.view,
+                         {.size = widgetSize(card.placed.family),
+                          .time = shown.time,
+                          .isContentInvalidated = card.isAwaited});
+  place(shown, card);
+}
+
+std::string DesktopWindows::nameOf(const std::string& kind) const {
+  const auto& catalogue = surroundings_.desk.catalogue();
+  const auto found = std::ranges::find(catalogue, kind, &WidgetDescription::kind);
+  return found == catalogue.end() ? kind : found->displayName;
+}
+
+std::optional<MonitorPosition> DesktopWindows::shownPlace(const Card& card) const {
+  return shownPosition(card.placed.position, widgetSize(card.placed.family), areas_);
+}
+
+void DesktopWindows::place(Shown& shown, const Card& card) {
+  const auto position = shownPlace(card);
+  const auto monitor = std::ranges::find_if(monitors_, [&position](const PlacedMonitor& one) {
+    return position && one.area.name == position->monitor;
+  });
+  if (monitor == monitors_.end()) {
+    shown.window->hide();
+  } else {
+    shown.window->placeAt(*monitor, pointOf(*position));
+  }
+}
+
+CardWindow::Handlers DesktopWindows::handlersOf(const std::string& id) {
+  return {.press = [this, id](const std::string& intent) { surroundings_.desk.press(id, intent); },
+          .openLink = handlers_.openLink,
+          .openMenu =
+              [this, id](const GdkEvent* event) {
+                handlers_.openMenu(id, *shown_.at(id).window, event);
+              },
+          .landing = [this, id](const CardDrag& drag) { return landing(id, drag); },
+          .moved = [this, id](const MonitorPosition& position) { move(id, position); },
+          .stepped = [this, id](int right, int down) { step(id, right, down); },
+          .removalAsked = [this, id] { handlers_.removalAsked(id); },
+          .nextCard = [this, id](bool isForward) { focusNextTo(id, isForward); },
+          .leave = [this] { lowerAll(); }};
+}
+
+std::vector<StandingWidget> DesktopWindows::standingBeside(const std::string& id) const {
+  std::vector<StandingWidget> standing;
+  for (const Card& card : surroundings_.desk.cards()) {
+    const auto position = shownPlace(card);
+    if (card.placed.id == id || !position) continue;
+    standing.push_back({.monitor = position->monitor,
+                        .frame = {pointOf(*position), widgetSize(card.placed.family)}});
+  }
+  return standing;
+}
+
+std::optional<CardWindow::Landing> DesktopWindows::landing(const std::string& id,
+                                                           const CardDrag& drag) const {
+  const auto position = drag.landing(standingBeside(id), monitors_);
+  if (!position) return std::nullopt;
+  const auto isThere = [&position](const PlacedMonitor& one) {
+    return one.area.name == position->monitor;
+  };
+  return CardWindow::Landing{.monitor = *std::ranges::find_if(monitors_, isThere),
+                             .position = *position};
+}
+
+void DesktopWindows::move(const std::string& id, const MonitorPosition& position) {
+  const auto moved = surroundings_.desk.move(id, position);
+  if (!moved) surroundings_.log.line(moved.error());
+}
+
+void DesktopWindows::step(const std::string& id, int right, int down) {
+  const auto card = surroundings_.desk.card(id);
+  const auto position = card ? shownPlace(*card) : std::nullopt;
+  if (!position) return;
+  const auto area = std::ranges::find(areas_, position->monitor, &MonitorArea::name);
+  const Size size = widgetSize(card->placed.family);
+  move(id, steppedPosition(*position, size, right, down, *area));
+}
+
+void DesktopWindows::focusNextTo(const std::string& id, bool isForward) {
+  const auto here = shown_.find(id);
+  if (here == shown_.end()) return;
+  auto next = here;
+  if (isForward) {
+    if (++next == shown_.end()) next = shown_.begin();
+  } else {
+    if (next == shown_.begin()) next = shown_.end();
+    --next;
+  }
+  next->second.window->raiseCard();
+}
+
+void DesktopWindows::raiseAll() {
+  if (shown_.empty()) return;
+  lowering_.disconnect();
+  // The focus ends in the one that is raised last.
+  for (auto& [id, shown] : std::views::reverse(shown_)) shown.window->raiseCard();
+  lowering_ = Glib::signal_timeout().connect_seconds(
+      [this] {
+        lowerAll();
+        return false;
+      },
+      raisedSeconds);
+}
+
+void DesktopWindows::lowerAll() {
+  lowering_.disconnect();
+  for (auto& [id, shown] : shown_) shown.window->lowerCard();
+}
+
+}  // namespace lanternfold

@@ -1,0 +1,87 @@
+// All widgets of the desktop as windows: follows what the desk says, and where monitors are.
+//
+// Made by: the host's application. Main thread.
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <glibmm/main.h>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "HostProgram/Cards/CardWindow.h"
+#include "HostProgram/Display/Monitors.h"
+#include "Platform/Clock.h"
+#include "Platform/DiagnosticLog.h"
+#include "WidgetHost/Desk/WidgetDesk.h"
+
+namespace lanternfold {
+
+class DesktopWindows final : public WidgetDeskObserver {
+ public:
+  struct Surroundings {
+    WidgetDesk& desk;
+    CardDrawing& drawing;
+    WindowPlacer& placer;
+    const Clock& clock;
+    DiagnosticLog& log;
+  };
+  struct Handlers {
+    std::function<void(const std::string& url)> openLink;
+    /// Over `window`, the card's; `event` as of `CardWindow`.
+    std::function<void(const std::string& id, CardWindow& window, const GdkEvent* event)> openMenu;
+    std::function<void(const std::string& id)> removalAsked;
+    std::function<void()> catalogueChanged;
+  };
+
+  /// Everything outlives the windows. The desk is told of the monitors, and is to be started.
+  DesktopWindows(const Surroundings& surroundings, Handlers handlers);
+  ~DesktopWindows() override;
+  DesktopWindows(const DesktopWindows&) = delete;
+  DesktopWindows& operator=(const DesktopWindows&) = delete;
+
+  void setScheme(ColourScheme scheme);
+
+  /// Above all other windows for a while, so that a user finds them, with the keyboard's focus in
+  /// the first one.
+  void raiseAll();
+
+  void cardAdded(const std::string& id) override;
+  void cardChanged(const std::string& id) override;
+  void cardRemoved(const std::string& id) override;
+  void catalogueChanged() override;
+
+ private:
+  struct Shown {
+    std::unique_ptr<CardWindow> window;
+    View view;
+    std::chrono::system_clock::time_point time;  ///< when `view` came
+  };
+
+  [[nodiscard]] CardWindow::Handlers handlersOf(const std::string& id);
+  [[nodiscard]] std::string nameOf(const std::string& kind) const;
+  void show(Shown& shown, const Card& card);
+  void place(Shown& shown, const Card& card);
+  void countMonitors();
+  [[nodiscard]] std::optional<CardWindow::Landing> landing(const std::string& id,
+                                                           const CardDrag& drag) const;
+  [[nodiscard]] std::vector<StandingWidget> standingBeside(const std::string& id) const;
+  [[nodiscard]] std::optional<MonitorPosition> shownPlace(const Card& card) const;
+  void step(const std::string& id, int right, int down);
+  void move(const std::string& id, const MonitorPosition& position);
+  void focusNextTo(const std::string& id, bool isForward);
+  void lowerAll();
+
+  Surroundings surroundings_;
+  Handlers handlers_;
+  std::vector<PlacedMonitor> monitors_;
+  std::vector<MonitorArea> areas_;  ///< of `monitors_`
+  std::map<std::string, Shown> shown_;
+  sigc::connection lowering_;
+  std::unique_ptr<MonitorWatch> monitorWatch_;
+};
+
+}  // namespace lanternfold

@@ -1,0 +1,16 @@
+// The question whether Wi-Fi names may be shown.
+//
+// Pure. Used by: the host's windows.
+#pragma once
+
+#include "HostProgram/Dialogs/Dialogs.h"
+#include "PlatformLinux/Location/ConsentText.h"
+
+namespace lanternfold {
+
+[[nodiscard]] Question consentQuestion(const StringTable& strings);
+
+/// Of the answer's number; a number that is none decides nothing.
+[[nodiscard]] ConsentDecision consentOfAnswer(std::size_t answer);
+
+}  // namespace lanternfold

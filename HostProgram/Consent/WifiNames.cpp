@@ -1,0 +1,85 @@
+#include "HostProgram/Consent/WifiNames.h"
+
+#include <utility>
+
+#include "Support/FileRemedy.h"
+
+namespace lanternfold {
+namespace {
+
+bool allows(ConsentDecision decision) {
+  return decision == ConsentDecision::authorizedAlways ||
+         decision == ConsentDecision::authorizedWhenInUse;
+}
+
+std::string sentenceOf(const ConsentRecordError& error, const ConsentRecord& record) {
+  return error.sentence.empty() ? cannotWrite(record.file(), error.error) : error.sentence;
+}
+
+std::expected<void, std::string> resultOf(const ConsentAuthority::Answer& answer,
+                                          const ConsentRecord& record) {
+  if (answer.outcome != PortalOutcome::granted) {
+    return std::unexpected(std::string(sentenceOf(answer.outcome)));
+  }
+  if (answer.notRecorded) return std::unexpected(sentenceOf(*answer.notRecorded, record));
+  return {};
+}
+
+}  // namespace
+
+WifiNames::WifiNames(Surroundings surroundings)
+    : surroundings_(std::move(surroundings)),
+      manager_(surroundings_.consent.makeLocationManager([this] { tellChange(); })),
+      told_(surroundings_.consent.authorizationStatus()) {
+  surroundings_.extension.tellLocationStatus(told_);
+  surroundings_.extension.setLocationRequestHandler([this](bool) { request(); });
+}
+
+WifiNames::~WifiNames() { surroundings_.extension.setLocationRequestHandler({}); }
+
+ConsentDecision WifiNames::decision() const {
+  const std::int32_t status = surroundings_.consent.authorizationStatus();
+  for (const ConsentDecision decision : {ConsentDecision::denied, ConsentDecision::authorizedAlways,
+                                         ConsentDecision::authorizedWhenInUse}) {
+    if (status == static_cast<std::int32_t>(decision)) return decision;
+  }
+  return ConsentDecision::notDetermined;
+}
+
+/// Who closes the dialog without a word is not asked again before the next start.
+void WifiNames::request() {
+  constexpr auto undecided = static_cast<std::int32_t>(ConsentDecision::notDetermined);
+  if (surroundings_.consent.authorizationStatus() != undecided) return;
+  if (std::exchange(hasAsked_, true)) return;
+  if (surroundings_.authority == nullptr) {
+    surroundings_.askUser();
+  } else {
+    surroundings_.authority->ask([](const ConsentAuthority::Answer&) {});
+  }
+}
+
+void WifiNames::decide(ConsentDecision decision, Decided decided) {
+  if (allows(decision) && surroundings_.authority != nullptr) {
+    surroundings_.authority->ask(
+        [&record = surroundings_.record, decided](const ConsentAuthority::Answer& answer) {
+          decided(resultOf(answer, record));
+        });
+    return;
+  }
+  decided(record(decision));
+}
+
+std::expected<void, std::string> WifiNames::record(ConsentDecision decision) {
+  const auto recorded = surroundings_.record.record(decision);
+  if (!recorded) return std::unexpected(sentenceOf(recorded.error(), surroundings_.record));
+  return {};
+}
+
+void WifiNames::tellChange() {
+  const std::int32_t status = surroundings_.consent.authorizationStatus();
+  if (std::exchange(told_, status) == status) return;
+  surroundings_.extension.tellLocationStatus(status);
+  surroundings_.changed();
+}
+
+}  // namespace lanternfold

@@ -1,0 +1,52 @@
+#include "HostProgram/Display/DisplayChoice.h"
+
+#include <cstdlib>
+#include <string_view>
+
+namespace lanternfold {
+namespace {
+
+constexpr const char* noDisplay =
+    "there is no display to show widgets on; start it in a desktop session, or draw them with "
+    "\"lanternfold-widgets render\" or \"gallery\", or read them with \"state\"";
+
+std::optional<std::string> variable(const char* name) {
+  const char* value = std::getenv(name);
+  if (value == nullptr || *value == '\0') return std::nullopt;
+  return value;
+}
+
+/// GDK_BACKEND is a list, of which "*" is any.
+bool mayUse(const DisplayEnvironment& environment, std::string_view backend) {
+  if (!environment.backend) return true;
+  const std::string list = "," + *environment.backend + ",";
+  return list.find("," + std::string(backend) + ",") != std::string::npos ||
+         list.find(",*,") != std::string::npos;
+}
+
+}  // namespace
+
+DisplayEnvironment displayEnvironmentOfProcess() {
+  return {.x11 = variable("DISPLAY"),
+          .wayland = variable("WAYLAND_DISPLAY"),
+          .backend = variable("GDK_BACKEND")};
+}
+
+std::expected<WindowKind, CommandFailure> chooseDisplay(
+    const DisplayEnvironment& environment,
+    const std::function<WaylandCompositor()>& askCompositor) {
+  const bool hasX11 = environment.x11 && mayUse(environment, "x11");
+  const WaylandCompositor compositor = environment.wayland && mayUse(environment, "wayland")
+                                           ? askCompositor()
+                                           : WaylandCompositor::unreachable;
+  if (compositor == WaylandCompositor::withLayers) {
+    return WindowKind::waylandLayer;
+  }
+  if (hasX11) return WindowKind::x11;
+  if (compositor == WaylandCompositor::withoutLayers) {
+    return WindowKind::waylandPlain;
+  }
+  return std::unexpected(workFailed(noDisplay));
+}
+
+}  // namespace lanternfold

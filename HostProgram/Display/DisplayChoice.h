@@ -1,0 +1,48 @@
+// On which display, and with what kind of windows, the widgets are shown.
+//
+// Pure. Made by: `runHostProgram`, before the toolkit is initialised.
+#pragma once
+
+#include <expected>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "Wiring/Console.h"
+
+namespace lanternfold {
+
+/// What the session's environment says of its displays; none for a variable that is not set or
+/// empty.
+struct DisplayEnvironment {
+  std::optional<std::string> x11;      ///< DISPLAY
+  std::optional<std::string> wayland;  ///< WAYLAND_DISPLAY
+  std::optional<std::string> backend;  ///< GDK_BACKEND: the user's own choice
+};
+
+/// Of this process.
+[[nodiscard]] DisplayEnvironment displayEnvironmentOfProcess();
+
+/// What is found out of a Wayland compositor.
+enum class WaylandCompositor {
+  unreachable,
+  withLayers,     ///< windows can stay below the others, at a place of the program's own choice
+  withoutLayers,  ///< windows are where the user puts them
+};
+
+enum class WindowKind {
+  x11,           ///< kept below by the window manager
+  waylandLayer,  ///< on the layer above the wallpaper
+  waylandPlain,  ///< without a border, else like any other window: they do not stay below
+};
+
+/// Where widgets can stay below is better than where they cannot; Wayland is better than X11 where
+/// both can. `askCompositor` is called at the most once. The failure is a sentence that says what
+/// to do without a desktop.
+[[nodiscard]] std::expected<WindowKind, CommandFailure> chooseDisplay(
+    const DisplayEnvironment& environment, const std::function<WaylandCompositor()>& askCompositor);
+
+/// Asks the compositor of the environment itself, which blocks until it answers.
+[[nodiscard]] WaylandCompositor askWaylandCompositor();
+
+}  // namespace lanternfold

@@ -1,0 +1,102 @@
+#include "HostProgram/Display/LayerWindowPlacer.h"
+
+#include <cmath>
+#include <gdkmm/screen.h>
+#include <gtk-layer-shell/gtk-layer-shell.h>
+#include <utility>
+
+#include "HostProgram/Display/Monitors.h"
+
+namespace lanternfold {
+namespace {
+
+constexpr const char* layerNamespace = "lanternfold-widgets";
+
+void putOnLayer(Gtk::Window& window, GtkLayerShellLayer layer) {
+  gtk_layer_init_for_window(window.gobj());
+  gtk_layer_set_namespace(window.gobj(), layerNamespace);
+  gtk_layer_set_layer(window.gobj(), layer);
+  gtk_layer_set_anchor(window.gobj(), GTK_LAYER_SHELL_EDGE_LEFT, TRUE);
+  gtk_layer_set_anchor(window.gobj(), GTK_LAYER_SHELL_EDGE_TOP, TRUE);
+}
+
+void placeOnLayer(Gtk::Window& window, const PlacedMonitor& monitor, Point origin, Size size) {
+  window.resize(static_cast<int>(size.width), static_cast<int>(size.height));
+  gtk_layer_set_margin(window.gobj(), GTK_LAYER_SHELL_EDGE_LEFT,
+                       static_cast<int>(std::lround(origin.x)));
+  gtk_layer_set_margin(window.gobj(), GTK_LAYER_SHELL_EDGE_TOP,
+                       static_cast<int>(std::lround(origin.y)));
+  // Another monitor makes another surface, which would flicker.
+  GdkMonitor* const output = monitorNamed(monitor.area.name);
+  if (gtk_layer_get_monitor(window.gobj()) != output) {
+    gtk_layer_set_monitor(window.gobj(), output);
+  }
+  window.show();
+}
+
+/// A surface that moves under the pointer is told of the pointer in coordinates that move with it,
+/// some of them too late. So the card itself stays where it is, unseen, and another surface with
+/// its picture follows the pointer.
+class GhostMove final : public WindowPlacer::Move {
+ public:
+  GhostMove(Gtk::Window& card, Size size, WindowPlacer::Paint paint) : card_(card), size_(size) {
+    ghost_.set_app_paintable(true);
+    if (const auto visual = ghost_.get_screen()->get_rgba_visual()) {
+      gtk_widget_set_visual(GTK_WIDGET(ghost_.gobj()), visual->gobj());
+    }
+    ghost_.set_size_request(static_cast<int>(size.width), static_cast<int>(size.height));
+    putOnLayer(ghost_, GTK_LAYER_SHELL_LAYER_TOP);
+    ghost_.signal_draw().connect(
+        [paint = std::move(paint)](const Cairo::RefPtr<Cairo::Context>& context) {
+          paint(context);
+          return true;
+        });
+    card_.set_opacity(0);
+  }
+  ~GhostMove() override { card_.set_opacity(1); }
+  GhostMove(const GhostMove&) = delete;
+  GhostMove& operator=(const GhostMove&) = delete;
+
+  void to(const PlacedMonitor& monitor, Point origin) override {
+    placeOnLayer(ghost_, monitor, origin, size_);
+  }
+
+ private:
+  Gtk::Window& card_;
+  Size size_;
+  Gtk::Window ghost_;
+};
+
+}  // namespace
+
+void LayerWindowPlacer::prepare(Gtk::Window& window) {
+  putOnLayer(window, GTK_LAYER_SHELL_LAYER_BOTTOM);
+  gtk_layer_set_keyboard_mode(window.gobj(), GTK_LAYER_SHELL_KEYBOARD_MODE_ON_DEMAND);
+}
+
+void LayerWindowPlacer::place(Gtk::Window& window, const PlacedMonitor& monitor, Point origin,
+                              Size size) {
+  placeOnLayer(window, monitor, origin, size);
+}
+
+Point LayerWindowPlacer::pointerOnDesktop(const GdkEvent&, Point inWindow,
+                                          const Rect& frame) const {
+  return {frame.origin.x + inWindow.x, frame.origin.y + inWindow.y};
+}
+
+std::unique_ptr<WindowPlacer::Move> LayerWindowPlacer::beginMove(Gtk::Window& window, Size size,
+                                                                 Paint paint, const GdkEvent&) {
+  return std::make_unique<GhostMove>(window, size, std::move(paint));
+}
+
+void LayerWindowPlacer::raise(Gtk::Window& window) {
+  gtk_layer_set_layer(window.gobj(), GTK_LAYER_SHELL_LAYER_TOP);
+  gtk_layer_set_keyboard_mode(window.gobj(), GTK_LAYER_SHELL_KEYBOARD_MODE_EXCLUSIVE);
+}
+
+void LayerWindowPlacer::lower(Gtk::Window& window) {
+  gtk_layer_set_layer(window.gobj(), GTK_LAYER_SHELL_LAYER_BOTTOM);
+  gtk_layer_set_keyboard_mode(window.gobj(), GTK_LAYER_SHELL_KEYBOARD_MODE_ON_DEMAND);
+}
+
+}  // namespace lanternfold

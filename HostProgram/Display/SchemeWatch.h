@@ -1,0 +1,36 @@
+// Follows the desktop's choice of light or dark, for the cards and for the toolkit's own windows.
+#pragma once
+
+#include <functional>
+#include <sigc++/connection.h>
+#include <string>
+
+#include "HostProgram/Display/SchemeChoice.h"
+
+namespace lanternfold {
+
+/// Main thread.
+class SchemeWatch {
+ public:
+  /// `changed` is called when the scheme becomes another one, never inside of the call.
+  /// `appearance` is started, and goes before this or with it.
+  SchemeWatch(DesktopAppearance& appearance, std::function<void(ColourScheme)> changed);
+  ~SchemeWatch();
+  SchemeWatch(const SchemeWatch&) = delete;
+  SchemeWatch& operator=(const SchemeWatch&) = delete;
+
+  [[nodiscard]] ColourScheme scheme() const { return scheme_; }
+
+ private:
+  void readTheme();
+  void choose();
+
+  std::function<void(ColourScheme)> changed_;
+  PreferredColourScheme preference_ = PreferredColourScheme::noPreference;
+  std::string themeName_;
+  bool themePrefersDark_ = false;  ///< as the user has set it, before the cards' scheme did
+  ColourScheme scheme_ = ColourScheme::light;
+  sigc::connection themeChanges_;
+};
+
+}  // namespace lanternfold

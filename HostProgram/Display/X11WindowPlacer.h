@@ -1,0 +1,20 @@
+// Widgets as windows that an X11 window manager keeps below the others, on every workspace.
+#pragma once
+
+#include "HostProgram/Display/WindowPlacer.h"
+
+namespace lanternfold {
+
+class X11WindowPlacer final : public WindowPlacer {
+ public:
+  void prepare(Gtk::Window& window) override;
+  void place(Gtk::Window& window, const PlacedMonitor& monitor, Point origin, Size size) override;
+  [[nodiscard]] Point pointerOnDesktop(const GdkEvent& event, Point inWindow,
+                                       const Rect& frame) const override;
+  [[nodiscard]] std::unique_ptr<Move> beginMove(Gtk::Window& window, Size size, Paint paint,
+                                                const GdkEvent& event) override;
+  void raise(Gtk::Window& window) override;
+  void lower(Gtk::Window& window) override;
+};
+
+}  // namespace lanternfold

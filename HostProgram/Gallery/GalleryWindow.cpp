@@ -1,0 +1,93 @@
+#include "HostProgram/Gallery/GalleryWindow.h"
+
+#include <algorithm>
+#include <gdk/gdkkeysyms.h>
+#include <gtkmm/flowbox.h>
+#include <gtkmm/label.h>
+
+#include <pangomm/attrlist.h>
+
+namespace lanternfold {
+namespace {
+
+constexpr int margin = 24;
+constexpr int spacing = 12;
+constexpr int usualWidth = 680;
+constexpr int usualHeight = 720;
+
+Gtk::Label* makeLabel(const std::string& text) {
+  auto* const label = Gtk::make_managed<Gtk::Label>(text);
+  label->set_line_wrap(true);
+  label->set_xalign(0);
+  return label;
+}
+
+Gtk::Label* makeTitle(const std::string& text) {
+  auto* const label = makeLabel(text);
+  Pango::AttrList attributes;
+  auto weight = Pango::Attribute::create_attr_weight(Pango::WEIGHT_BOLD);
+  attributes.insert(weight);
+  label->set_attributes(attributes);
+  label->get_accessible()->set_role(Atk::ROLE_HEADING);
+  return label;
+}
+
+}  // namespace
+
+GalleryWindow::GalleryWindow(const PreviewTile::Surroundings& surroundings,
+                             const std::vector<WidgetDescription>& catalogue)
+    : kinds_(Gtk::ORIENTATION_VERTICAL, margin) {
+  set_title(surroundings.strings.localized("Add widget"));
+  set_default_size(usualWidth, usualHeight);
+  kinds_.set_border_width(margin);
+  for (const WidgetDescription& description : catalogue) addKind(surroundings, description);
+  if (catalogue.empty()) {
+    kinds_.pack_start(
+        *makeLabel(surroundings.strings.localized("No widgets are known yet. Try again soon.")),
+        Gtk::PACK_SHRINK);
+  }
+  scrolled_.set_policy(Gtk::POLICY_AUTOMATIC, Gtk::POLICY_AUTOMATIC);
+  scrolled_.add(kinds_);
+  add(scrolled_);
+  show_all_children();
+}
+
+void GalleryWindow::addKind(const PreviewTile::Surroundings& surroundings,
+                            const WidgetDescription& description) {
+  auto* const kind = Gtk::make_managed<Gtk::Box>(Gtk::ORIENTATION_VERTICAL, spacing);
+  kind->pack_start(*makeTitle(description.displayName), Gtk::PACK_SHRINK);
+  kind->pack_start(*makeLabel(description.description), Gtk::PACK_SHRINK);
+  auto* const families = Gtk::make_managed<Gtk::FlowBox>();
+  families->set_selection_mode(Gtk::SELECTION_NONE);
+  families->set_homogeneous(false);
+  families->set_column_spacing(margin);
+  families->set_row_spacing(margin);
+  families->set_max_children_per_line(
+      static_cast<unsigned>(std::max<std::size_t>(description.supportedFamilies.size(), 1)));
+  families->set_halign(Gtk::ALIGN_START);
+  for (const WidgetFamily family : description.supportedFamilies) {
+    auto& tile =
+        tiles_.emplace_back(std::make_unique<PreviewTile>(surroundings, description, family));
+    // What can be focused is the button inside.
+    auto* const place = Gtk::make_managed<Gtk::FlowBoxChild>();
+    place->set_can_focus(false);
+    place->add(*tile);
+    families->add(*place);
+  }
+  kind->pack_start(*families, Gtk::PACK_SHRINK);
+  kinds_.pack_start(*kind, Gtk::PACK_SHRINK);
+}
+
+void GalleryWindow::refresh() {
+  for (const auto& tile : tiles_) tile->refresh();
+}
+
+bool GalleryWindow::on_key_press_event(GdkEventKey* event) {
+  if (event->keyval == GDK_KEY_Escape) {
+    close();
+    return true;
+  }
+  return Gtk::Window::on_key_press_event(event);
+}
+
+}  // namespace lanternfold

@@ -1,0 +1,96 @@
+#include "HostProgram/Gallery/PreviewTile.h"
+
+#include <utility>
+
+#include "HostProgram/Menu/CardMenu.h"
+#include "Support/TextPlaceholders.h"
+
+namespace lanternfold {
+namespace {
+
+/// Small enough for two beside each other in a small window, large enough to be read.
+constexpr double previewScale = 0.75;
+constexpr int spacing = 6;
+
+int scaled(double points) { return static_cast<int>(points * previewScale); }
+
+}  // namespace
+
+PreviewTile::PreviewTile(const Surroundings& surroundings, const WidgetDescription& description,
+                         WidgetFamily family)
+    : Gtk::Box(Gtk::ORIENTATION_VERTICAL, spacing),
+      surroundings_(surroundings),
+      kind_(description.kind),
+      family_(family),
+      picture_(surroundings_.drawing) {
+  const StringTable& strings = surroundings_.strings;
+  const std::string title = familyTitle(family, strings);
+  buildPreview(description.displayName + ", " + title);
+  button_.set_label(fillPlaceholders(strings.localized("Add %@"), {title}));
+  button_.get_accessible()->set_name(button_.get_label() + ": " + description.displayName);
+  button_.set_halign(Gtk::ALIGN_CENTER);
+  button_.signal_clicked().connect([this] { add(); });
+  pack_start(pointer_, Gtk::PACK_SHRINK);
+  pack_start(button_, Gtk::PACK_SHRINK);
+  set_valign(Gtk::ALIGN_START);
+  askForPlaceholder();
+}
+
+PreviewTile::~PreviewTile() { surroundings_.extension.cancel(question_); }
+
+void PreviewTile::buildPreview(const std::string& displayName) {
+  const Size size = widgetSize(family_);
+  preview_.set_size_request(scaled(size.width), scaled(size.height));
+  preview_.signal_draw().connect(sigc::mem_fun(*this, &PreviewTile::paint));
+  preview_.get_accessible()->set_role(Atk::ROLE_IMAGE);
+  preview_.get_accessible()->set_name(displayName);
+  pointer_.set_halign(Gtk::ALIGN_CENTER);
+  pointer_.add(preview_);
+  pointer_.signal_button_press_event().connect([this](const GdkEventButton* event) {
+    const bool isDoubleClick =
+        event->type == GDK_2BUTTON_PRESS && event->button == GDK_BUTTON_PRIMARY;
+    if (isDoubleClick) add();
+    return isDoubleClick;
+  });
+}
+
+void PreviewTile::askForPlaceholder() {
+  question_ = surroundings_.extension.sample(
+      WidgetExtension::SampleKind::snapshot, kind_,
+      {.family = family_, .configuration = {}, .context = {.isPreview = true}},
+      [this, alive = std::weak_ptr(isAlive_)](const auto& answer) {
+        if (alive.expired()) return;
+        if (answer) showEntry(*answer);
+        askForTimeline();
+      });
+}
+
+void PreviewTile::askForTimeline() {
+  question_ = surroundings_.extension.timeline(
+      kind_, {.family = family_, .configuration = {}, .context = {.isPreview = true}},
+      [this, alive = std::weak_ptr(isAlive_)](const auto& answer) {
+        if (alive.expired()) return;
+        question_ = 0;
+        if (answer && !answer->entries.empty()) showEntry(answer->entries.front());
+      });
+}
+
+void PreviewTile::showEntry(const ViewEntry& entry) {
+  entry_ = entry;
+  refresh();
+}
+
+void PreviewTile::refresh() {
+  if (!entry_) return;
+  if (!picture_.show(entry_->view, {.size = widgetSize(family_), .time = entry_->date})) return;
+  preview_.get_accessible()->set_description(picture_.layout().accessibleDescription);
+  preview_.queue_draw();
+}
+
+bool PreviewTile::paint(const Cairo::RefPtr<Cairo::Context>& context) {
+  context->scale(previewScale, previewScale);
+  picture_.paint(context->cobj());
+  return true;
+}
+
+}  // namespace lanternfold

@@ -1,0 +1,44 @@
+// The host as the desktop knows it: one application on the session's bus, and what reaches it from
+// outside.
+//
+// Made by: `runHostProgram`. Main thread, which runs the toolkit's main loop.
+#pragma once
+
+#include <gtkmm/application.h>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "HostProgram/HostDesktop.h"
+
+namespace lanternfold {
+
+/// On the bus, and of the desktop file.
+inline constexpr const char* hostApplicationId = "net.quernaple.LanternfoldX.Widgets";
+
+class HostApplication {
+ public:
+  /// `application` is registered, and the first of its kind. Everything outlives this.
+  HostApplication(Gtk::Application& application, WindowKind kind, const HostServices& services);
+  ~HostApplication();
+  HostApplication(const HostApplication&) = delete;
+  HostApplication& operator=(const HostApplication&) = delete;
+
+  /// Until somebody quits it, or the system asks it to end.
+  void run();
+
+ private:
+  [[nodiscard]] HostDesktop& desktop();
+  void activate();
+  void open(const std::vector<Glib::RefPtr<Gio::File>>& files);
+  void quitOnSignal(int signal);
+
+  Gtk::Application& application_;
+  WindowKind kind_;
+  HostServices services_;
+  std::unique_ptr<HostDesktop> desktop_;  ///< from the first activation on
+  std::vector<sigc::connection> connections_;
+  std::vector<unsigned> signalSources_;
+};
+
+}  // namespace lanternfold

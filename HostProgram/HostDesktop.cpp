@@ -1,0 +1,179 @@
+#include "HostProgram/HostDesktop.h"
+
+#include <array>
+#include <utility>
+
+#include "HostProgram/Cards/DesktopWindows.h"
+#include "HostProgram/Consent/ConsentQuestion.h"
+#include "HostProgram/Consent/WifiNames.h"
+#include "HostProgram/Dialogs/Dialogs.h"
+#include "HostProgram/Display/SchemeWatch.h"
+#include "HostProgram/Gallery/GalleryWindow.h"
+#include "HostProgram/Links/LinkOpener.h"
+#include "HostProgram/Menu/CardMenus.h"
+#include "Support/RelativeDateText.h"
+#include "Wiring/DistinctDiagnosticLog.h"
+#include "Wiring/DrawingLanguage.h"
+
+namespace lanternfold {
+
+/// In the order of construction: windows go before what they draw with and tell of.
+class HostDesktop::Parts {
+ public:
+  Parts(WindowKind kind, const HostServices& services, std::function<void()> quit);
+
+  void raise() { windows_.raiseAll(); }
+  void openLink(const std::string& url) { links_.open(url); }
+
+ private:
+  [[nodiscard]] std::string timeText(std::chrono::system_clock::time_point time) const;
+  [[nodiscard]] CardMenus::Surroundings menuSurroundings(std::function<void()> quit);
+  [[nodiscard]] DesktopWindows::Handlers windowHandlers();
+  void listen();
+  void openGallery();
+  void addWidget(const std::string& kind, WidgetFamily family);
+  void askForConsent();
+  void askForRemoval(const std::string& id);
+  void setScheme(ColourScheme scheme);
+
+  HostServices services_;
+  DistinctDiagnosticLog drawingLog_;
+  PictureRenderer renderer_;
+  CardDrawing drawing_;
+  std::unique_ptr<WindowPlacer> placer_;
+  Dialogs dialogs_;
+  LinkOpener links_;
+  WifiNames wifiNames_;
+  CardMenus menus_;
+  DesktopWindows windows_;
+  std::unique_ptr<GalleryWindow> gallery_;
+  std::unique_ptr<PathMonitor> paths_;
+  bool hasHeardOfPath_ = false;
+  SchemeWatch schemes_;
+};
+
+HostDesktop::Parts::Parts(WindowKind kind, const HostServices& services, std::function<void()> quit)
+    : services_(services),
+      drawingLog_(services.log),
+      renderer_({.assetFolder = services.assets,
+                 .report = [this](std::string_view line) { drawingLog_.line(line); },
+                 .language = languageTag(services.language)}),
+      drawing_{.renderer = renderer_,
+               .report = [this](std::string_view line) { drawingLog_.line(line); },
+               .direction = layoutDirection(services.language),
+               .timeText = [this](auto time) { return timeText(time); }},
+      placer_(makeWindowPlacer(kind)),
+      dialogs_(services.strings),
+      links_(services.log, [](const std::string&) {}),
+      wifiNames_({.consent = services.locationConsent,
+                  .record = services.consentRecord,
+                  .authority = services.consentAuthority,
+                  .extension = services.extension,
+                  .askUser = [this] { askForConsent(); },
+                  .changed = [this] { services_.desk.reloadAll(); }}),
+      menus_(menuSurroundings(std::move(quit))),
+      windows_({.desk = services.desk,
+                .drawing = drawing_,
+                .placer = *placer_,
+                .clock = services.clock,
+                .log = services.log},
+               windowHandlers()),
+      paths_(services.pathMonitors.makePathMonitor(std::nullopt)),
+      schemes_(services.appearance, [this](ColourScheme scheme) { setScheme(scheme); }) {
+  drawing_.scheme = schemes_.scheme();
+  listen();
+  services_.desk.start();
+}
+
+CardMenus::Surroundings HostDesktop::Parts::menuSurroundings(std::function<void()> quit) {
+  return {.desk = services_.desk,
+          .adapters = services_.adapters,
+          .wifiNames = wifiNames_,
+          .strings = services_.strings,
+          .tell = [this](const std::string& sentence) { dialogs_.tell(sentence); },
+          .addWidget = [this] { openGallery(); },
+          .quit = std::move(quit)};
+}
+
+DesktopWindows::Handlers HostDesktop::Parts::windowHandlers() {
+  return {.openLink = [this](const std::string& url) { links_.open(url); },
+          .openMenu = [this](const std::string& id, CardWindow& window,
+                             const GdkEvent* event) { menus_.open(id, window, event); },
+          .removalAsked = [this](const std::string& id) { askForRemoval(id); },
+          .catalogueChanged = [this] { gallery_.reset(); }};
+}
+
+void HostDesktop::Parts::listen() {
+  paths_->setPathUpdateHandler([this](const NetworkPath&) {
+    // The first one says how things are, not that they have changed.
+    if (std::exchange(hasHeardOfPath_, true)) services_.desk.networkPathChanged();
+  });
+  paths_->start(services_.mainQueue);
+  services_.loginSession.start(
+      {.lockChanged = [this](bool isLocked) { services_.desk.setLocked(isLocked); },
+       .resumed = [this] { services_.desk.resumed(); }});
+}
+
+std::string HostDesktop::Parts::timeText(std::chrono::system_clock::time_point time) const {
+  return relativeDateText(time, services_.clock.now(),
+                          {.locale = services_.language.dateLocale, .timeZone = {}});
+}
+
+void HostDesktop::Parts::setScheme(ColourScheme scheme) {
+  windows_.setScheme(scheme);
+  if (gallery_) gallery_->refresh();
+}
+
+void HostDesktop::Parts::openGallery() {
+  if (!gallery_) {
+    gallery_ = std::make_unique<GalleryWindow>(
+        PreviewTile::Surroundings{.extension = services_.extension,
+                                  .drawing = drawing_,
+                                  .strings = services_.strings,
+                                  .add = [this](const std::string& kind,
+                                                WidgetFamily family) { addWidget(kind, family); }},
+        services_.desk.catalogue());
+    gallery_->signal_hide().connect(
+        [this] { services_.mainQueue.async([this] { gallery_.reset(); }); });
+  }
+  gallery_->present();
+}
+
+void HostDesktop::Parts::addWidget(const std::string& kind, WidgetFamily family) {
+  const auto added = services_.desk.add(kind, family, {}, std::nullopt);
+  if (!added) dialogs_.tell(added.error());
+}
+
+void HostDesktop::Parts::askForConsent() {
+  dialogs_.ask(consentQuestion(services_.strings), [this](std::size_t answer) {
+    wifiNames_.decide(consentOfAnswer(answer), [this](const auto& decided) {
+      if (!decided) dialogs_.tell(decided.error());
+    });
+  });
+}
+
+void HostDesktop::Parts::askForRemoval(const std::string& id) {
+  const StringTable& strings = services_.strings;
+  dialogs_.ask({.title = strings.localized("Remove widget"),
+                .text = strings.localized("Remove this widget from the desktop?"),
+                .explanation = {},
+                .answers = {strings.localized("Cancel"), strings.localized("Remove")},
+                .defaultAnswer = 1},
+               [this, id](std::size_t answer) {
+                 if (answer != 1) return;
+                 if (const auto removed = services_.desk.remove(id); !removed) {
+                   dialogs_.tell(removed.error());
+                 }
+               });
+}
+
+HostDesktop::HostDesktop(WindowKind kind, const HostServices& services, std::function<void()> quit)
+    : parts_(std::make_unique<Parts>(kind, services, std::move(quit))) {}
+
+HostDesktop::~HostDesktop() = default;
+
+void HostDesktop::raise() { parts_->raise(); }
+
+void HostDesktop::openLink(const std::string& url) { parts_->openLink(url); }
+
+}  // namespace lanternfold

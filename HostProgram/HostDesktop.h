@@ -1,0 +1,34 @@
+// Everything of the host that the user sees, and how it hangs together.
+//
+// Made by: `HostApplication`, when it is activated first. Main thread.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "HostProgram/Display/DisplayChoice.h"
+#include "HostProgram/HostServices.h"
+
+namespace lanternfold {
+
+class HostDesktop {
+ public:
+  /// Shows the widgets. `quit` ends the program, later. The services outlive this.
+  HostDesktop(WindowKind kind, const HostServices& services, std::function<void()> quit);
+  ~HostDesktop();
+  HostDesktop(const HostDesktop&) = delete;
+  HostDesktop& operator=(const HostDesktop&) = delete;
+
+  /// To the front for a while, so that the user finds the widgets.
+  void raise();
+
+  /// A link of the product's own that the system has handed over.
+  void openLink(const std::string& url);
+
+ private:
+  class Parts;
+  std::unique_ptr<Parts> parts_;
+};
+
+}  // namespace lanternfold

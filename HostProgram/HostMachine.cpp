@@ -1,0 +1,139 @@
+#include "HostProgram/HostMachine.h"
+
+#include <cstdlib>
+#include <string>
+
+#include "NetworkMonitor/Interfaces/PosixInterfaceResolver.h"
+#include "NetworkWidgetVexExtension/Providers/BestRouteFinder.h"
+#include "PlatformLinux/Bus/BusAddresses.h"
+#include "PlatformLinux/Defaults/ConfigurationDirectory.h"
+#include "PlatformLinux/Defaults/DataDirectory.h"
+#include "PlatformLinux/Desktop/LogindSession.h"
+#include "PlatformLinux/Desktop/PortalAppearance.h"
+#include "PlatformLinux/System/AsioDispatch.h"
+#include "PlatformLinux/System/EventLoop.h"
+#include "PlatformLinux/System/GettextStringTable.h"
+#include "PlatformLinux/System/GlibMainRunner.h"
+#include "PlatformLinux/System/LinuxConnectionMetricsReader.h"
+#include "PlatformLinux/System/LinuxInterfaceNaming.h"
+#include "PlatformLinux/System/LinuxNetworkConfiguration.h"
+#include "PlatformLinux/System/LinuxNetworkKernel.h"
+#include "PlatformLinux/System/LinuxPathMonitor.h"
+#include "PlatformLinux/System/LinuxResolverConfiguration.h"
+#include "PlatformLinux/System/PosixFileSystem.h"
+#include "PlatformLinux/System/SocketChildProgram.h"
+#include "PlatformLinux/System/SystemClock.h"
+#include "PlatformLinux/System/UdevHardwareDatabase.h"
+#include "WidgetHost/AdapterIntentHandler.h"
+#include "WidgetHost/Service/ExtensionClient.h"
+#include "WidgetHost/Store/WidgetStore.h"
+#include "Wiring/DataFolders.h"
+#include "Wiring/LanguageChoice.h"
+#include "Wiring/LocationSide.h"
+#include "Wiring/ProgramName.h"
+
+namespace lanternfold {
+namespace {
+
+std::string environmentText(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? "" : value;
+}
+
+/// Beside this program, where both are installed and built.
+std::filesystem::path extensionProgram() {
+  std::error_code error;
+  return std::filesystem::read_symlink("/proc/self/exe", error).parent_path() /
+         extensionProgramName;
+}
+
+WidgetStore::Place storePlace(const ConfigurationDirectory& directory) {
+  const auto& folder = directory.location();
+  return {.file = folder ? *folder / "widgets.json" : std::filesystem::path(),
+          .makeFolder = [&directory]() -> std::expected<void, std::string> {
+            if (auto made = directory.folder(); !made) return std::unexpected(made.error());
+            return {};
+          }};
+}
+
+}  // namespace
+
+/// In the order of construction: what listens to the event loop goes before the loop does, and the
+/// queues, which finish the works that are running, before what those use.
+struct HostMachine::Parts {
+  Parts(const HostChoice& choice, const UserLanguage& spoken, DiagnosticLog& diagnostics)
+      : log(diagnostics),
+        strings(catalogueDomain(), translationsFolder(), spoken),
+        dataDirectory(choice.dataFolder),
+        launcher(extensionProgram(), argumentsOf(choice.common), eventLoop, mainQueue),
+        desk({.extension = extension,
+              .store = store,
+              .mainQueue = mainQueue,
+              .clock = clock,
+              .strings = strings,
+              .log = log},
+             {.refreshInterval = choice.refreshInterval}),
+        services{.desk = desk,
+                 .extension = extension,
+                 .adapters = adapters,
+                 .locationConsent = location.consent(),
+                 .consentRecord = location.record(),
+                 .consentAuthority = location.authority(),
+                 .pathMonitors = pathMonitors,
+                 .loginSession = loginSession,
+                 .appearance = appearance,
+                 .mainQueue = mainQueue,
+                 .clock = clock,
+                 .strings = strings,
+                 .log = log,
+                 .language = spoken,
+                 .assets = assetsFolder()} {}
+
+  DiagnosticLog& log;
+  SystemClock clock;
+  GettextStringTable strings;
+  PosixFileSystem files;
+  DataDirectory dataDirectory;
+  ConfigurationDirectory configuration;
+  EventLoop eventLoop;
+  AsioDispatch dispatch{eventLoop, std::make_unique<GlibMainRunner>()};
+  DispatchQueue& mainQueue = dispatch.mainQueue();
+  LinuxPathMonitorFactory pathMonitors{eventLoop};
+  LocationSide location{{.directory = dataDirectory,
+                         .files = files,
+                         .loop = eventLoop,
+                         .dispatch = dispatch,
+                         .log = log}};
+  LogindSession loginSession{
+      {.busAddress = systemBusAddress(), .sessionId = environmentText("XDG_SESSION_ID")},
+      mainQueue};
+  PortalAppearance appearance{sessionBusAddress(), mainQueue};
+  // Which adapters there are.
+  LinuxNetworkKernel kernel;
+  LinuxResolverConfiguration resolverConfiguration;
+  LinuxInterfaceNaming interfaceNaming;
+  UdevHardwareDatabase hardwareDatabase;
+  LinuxNetworkConfiguration networkConfiguration{hardwareDatabase};
+  AdapterIntentHandler adapters{
+      std::make_shared<PosixInterfaceResolver>(
+          std::make_shared<LinuxConnectionMetricsReader>(),
+          NetUtils(SNUtils(kernel, resolverConfiguration, interfaceNaming, log)),
+          networkConfiguration, strings),
+      std::make_shared<BestRouteFinder>(pathMonitors, mainQueue), strings};
+  // The widgets.
+  WidgetStore store{files, storePlace(configuration), log};
+  SocketChildProgramLauncher launcher;
+  ExtensionClient extension{
+      {.launcher = launcher, .mainQueue = mainQueue, .clock = clock, .log = log}};
+  WidgetDesk desk;
+  HostServices services;
+};
+
+HostMachine::HostMachine(const HostChoice& choice, const UserLanguage& language, DiagnosticLog& log)
+    : parts_(std::make_unique<Parts>(choice, language, log)) {}
+
+HostMachine::~HostMachine() = default;
+
+const HostServices& HostMachine::services() const { return parts_->services; }
+
+}  // namespace lanternfold

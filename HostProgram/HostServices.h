@@ -1,0 +1,43 @@
+// What the host's windows need of everything that is no window.
+//
+// Made by: `HostMachine`. Read by: `HostApplication`.
+#pragma once
+
+#include <filesystem>
+
+#include "NetworkWidgetVexExtension/Intents/AdapterConfigurationIntentHandling.h"
+#include "Platform/Clock.h"
+#include "Platform/DesktopAppearance.h"
+#include "Platform/DiagnosticLog.h"
+#include "Platform/Dispatch.h"
+#include "Platform/LocationManager.h"
+#include "Platform/LoginSession.h"
+#include "Platform/PathMonitor.h"
+#include "Platform/StringTable.h"
+#include "PlatformLinux/Location/ConsentAuthority.h"
+#include "PlatformLinux/Location/ConsentRecord.h"
+#include "Support/UserLanguage.h"
+#include "WidgetHost/Desk/WidgetDesk.h"
+#include "WidgetHost/Service/WidgetExtension.h"
+
+namespace lanternfold {
+
+struct HostServices {
+  WidgetDesk& desk;  ///< not yet started
+  WidgetExtension& extension;
+  AdapterConfigurationIntentHandling& adapters;
+  LocationConsent& locationConsent;
+  ConsentRecord& consentRecord;
+  ConsentAuthority* consentAuthority = nullptr;  ///< null outside a sandbox
+  PathMonitorFactory& pathMonitors;
+  LoginSession& loginSession;
+  DesktopAppearance& appearance;
+  DispatchQueue& mainQueue;
+  const Clock& clock;
+  const StringTable& strings;
+  DiagnosticLog& log;
+  UserLanguage language;
+  std::filesystem::path assets;
+};
+
+}  // namespace lanternfold

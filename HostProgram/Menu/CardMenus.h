@@ -1,0 +1,55 @@
+// Opens the menus of cards, and does what is taken from them.
+//
+// Made by: the host's application, once. Main thread.
+#pragma once
+
+#include <functional>
+#include <gtkmm/menu.h>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "HostProgram/Cards/CardWindow.h"
+#include "HostProgram/Consent/WifiNames.h"
+#include "HostProgram/Menu/CardMenu.h"
+#include "NetworkWidgetVexExtension/Intents/AdapterConfigurationIntentHandling.h"
+#include "Platform/DiagnosticLog.h"
+#include "WidgetHost/Desk/WidgetDesk.h"
+
+namespace lanternfold {
+
+class CardMenus {
+ public:
+  struct Surroundings {
+    WidgetDesk& desk;
+    AdapterConfigurationIntentHandling& adapters;
+    WifiNames& wifiNames;
+    const StringTable& strings;
+    /// Of what the user did not get, a sentence without its full stop.
+    std::function<void(const std::string& sentence)> tell;
+    std::function<void()> addWidget;
+    std::function<void()> quit;
+  };
+
+  /// Everything outlives the menus.
+  explicit CardMenus(Surroundings surroundings) : surroundings_(std::move(surroundings)) {}
+
+  /// Over the window of the card `id`, at the pointer of `event`, or in the middle without one.
+  void open(const std::string& id, CardWindow& window, const GdkEvent* event);
+
+ private:
+  struct Place;
+
+  void showMenu(const std::string& id, const Place& place, std::vector<NetworkAdapter> adapters);
+  void take(const std::string& id, const CardMenuAction& action);
+  void take(const std::string& id, CardCommand command);
+  void configure(const std::string& id, const CardMenuAction& action);
+  void tellFailure(const std::expected<void, std::string>& result) const;
+
+  Surroundings surroundings_;
+  std::unique_ptr<Gtk::Menu> menu_;
+  /// A question for adapters that is overtaken opens no menu any more.
+  std::shared_ptr<bool> latest_;
+};
+
+}  // namespace lanternfold

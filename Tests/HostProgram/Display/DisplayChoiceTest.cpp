@@ -1,0 +1,72 @@
+// With what kind of windows widgets are shown, as the session's environment allows.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "HostProgram/Display/DisplayChoice.h"
+
+namespace lanternfold {
+namespace {
+
+using testing::HasSubstr;
+
+constexpr auto withLayers = [] { return WaylandCompositor::withLayers; };
+constexpr auto withoutLayers = [] { return WaylandCompositor::withoutLayers; };
+constexpr auto unreachable = [] { return WaylandCompositor::unreachable; };
+
+WaylandCompositor mustNotBeAsked() {
+  ADD_FAILURE() << "a compositor was asked that there is not";
+  return WaylandCompositor::unreachable;
+}
+
+WindowKind kindOf(const DisplayEnvironment& environment,
+                  const std::function<WaylandCompositor()>& compositor) {
+  const auto choice = chooseDisplay(environment, compositor);
+  EXPECT_TRUE(choice.has_value());
+  return choice.value_or(WindowKind::x11);
+}
+
+TEST(DisplayChoiceTest, WithoutADisplayTheSentenceSaysWhatElseThereIs) {
+  const auto choice = chooseDisplay({}, mustNotBeAsked);
+  ASSERT_FALSE(choice);
+  EXPECT_EQ(choice.error().status, ExitStatus::failed);
+  EXPECT_THAT(choice.error().sentence, HasSubstr("desktop session"));
+  EXPECT_THAT(choice.error().sentence, HasSubstr("lanternfold-widgets render"));
+}
+
+TEST(DisplayChoiceTest, X11AloneIsX11) {
+  EXPECT_EQ(kindOf({.x11 = ":0"}, mustNotBeAsked), WindowKind::x11);
+}
+
+TEST(DisplayChoiceTest, LayersAreBest) {
+  EXPECT_EQ(kindOf({.x11 = ":0", .wayland = "wayland-0"}, withLayers), WindowKind::waylandLayer);
+  EXPECT_EQ(kindOf({.wayland = "wayland-0"}, withLayers), WindowKind::waylandLayer);
+}
+
+TEST(DisplayChoiceTest, WithoutLayersWidgetsStayBelowOnTheOtherDisplay) {
+  EXPECT_EQ(kindOf({.x11 = ":0", .wayland = "wayland-0"}, withoutLayers), WindowKind::x11);
+}
+
+TEST(DisplayChoiceTest, OrdinaryWindowsAreTheLastResort) {
+  EXPECT_EQ(kindOf({.wayland = "wayland-0"}, withoutLayers), WindowKind::waylandPlain);
+}
+
+TEST(DisplayChoiceTest, ACompositorThatCannotBeReachedIsNone) {
+  EXPECT_EQ(kindOf({.x11 = ":0", .wayland = "wayland-9"}, unreachable), WindowKind::x11);
+  EXPECT_FALSE(chooseDisplay({.wayland = "wayland-9"}, unreachable));
+}
+
+TEST(DisplayChoiceTest, TheUsersOwnChoiceOfABackendStands) {
+  const DisplayEnvironment both{.x11 = ":0", .wayland = "wayland-0"};
+  DisplayEnvironment chosen = both;
+  chosen.backend = "x11";
+  EXPECT_EQ(kindOf(chosen, mustNotBeAsked), WindowKind::x11);
+  chosen.backend = "wayland";
+  EXPECT_EQ(kindOf(chosen, withoutLayers), WindowKind::waylandPlain);
+  chosen.backend = "broadway,*";
+  EXPECT_EQ(kindOf(chosen, withLayers), WindowKind::waylandLayer);
+  chosen.backend = "broadway";
+  EXPECT_FALSE(chooseDisplay(chosen, mustNotBeAsked));
+}
+
+}  // namespace
+}  // namespace lanternfold
