@@ -3,6 +3,7 @@
 #include <array>
 #include <utility>
 
+#include "HostProgram/BandwidthMonitor.h"
 #include "HostProgram/Cards/DesktopWindows.h"
 #include "HostProgram/Consent/ConsentQuestion.h"
 #include "HostProgram/Consent/WifiNames.h"
@@ -42,6 +43,7 @@ class HostDesktop::Parts {
   CardDrawing drawing_;
   std::unique_ptr<WindowPlacer> placer_;
   Dialogs dialogs_;
+  BandwidthMonitor bandwidth_;
   LinkOpener links_;
   WifiNames wifiNames_;
   CardMenus menus_;
@@ -64,7 +66,8 @@ HostDesktop::Parts::Parts(WindowKind kind, const HostServices& services, std::fu
                .timeText = [this](auto time) { return timeText(time); }},
       placer_(makeWindowPlacer(kind)),
       dialogs_(services.strings),
-      links_(services.log, [](const std::string&) {}),
+      bandwidth_(services_, drawing_),
+      links_(services.log, [this](const std::string& url) { bandwidth_.open(url); }),
       wifiNames_({.consent = services.locationConsent,
                   .record = services.consentRecord,
                   .authority = services.consentAuthority,
@@ -106,12 +109,21 @@ DesktopWindows::Handlers HostDesktop::Parts::windowHandlers() {
 void HostDesktop::Parts::listen() {
   paths_->setPathUpdateHandler([this](const NetworkPath&) {
     // The first one says how things are, not that they have changed.
-    if (std::exchange(hasHeardOfPath_, true)) services_.desk.networkPathChanged();
+    if (!std::exchange(hasHeardOfPath_, true)) return;
+    services_.desk.networkPathChanged();
+    bandwidth_.networkPathChanged();
   });
   paths_->start(services_.mainQueue);
-  services_.loginSession.start(
-      {.lockChanged = [this](bool isLocked) { services_.desk.setLocked(isLocked); },
-       .resumed = [this] { services_.desk.resumed(); }});
+  services_.loginSession.start({.lockChanged =
+                                    [this](bool isLocked) {
+                                      services_.desk.setLocked(isLocked);
+                                      bandwidth_.setLocked(isLocked);
+                                    },
+                                .resumed =
+                                    [this] {
+                                      services_.desk.resumed();
+                                      bandwidth_.resumed();
+                                    }});
 }
 
 std::string HostDesktop::Parts::timeText(std::chrono::system_clock::time_point time) const {
@@ -121,6 +133,7 @@ std::string HostDesktop::Parts::timeText(std::chrono::system_clock::time_point t
 
 void HostDesktop::Parts::setScheme(ColourScheme scheme) {
   windows_.setScheme(scheme);
+  bandwidth_.refreshScheme();
   if (gallery_) gallery_->refresh();
 }
 

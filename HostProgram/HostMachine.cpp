@@ -76,6 +76,9 @@ struct HostMachine::Parts {
         services{.desk = desk,
                  .extension = extension,
                  .adapters = adapters,
+                 .interfaces = *interfaces,
+                 .counters = *counters,
+                 .bestRoutes = *bestRoutes,
                  .locationConsent = location.consent(),
                  .consentRecord = location.record(),
                  .consentAuthority = location.authority(),
@@ -114,12 +117,14 @@ struct HostMachine::Parts {
   LinuxInterfaceNaming interfaceNaming;
   UdevHardwareDatabase hardwareDatabase;
   LinuxNetworkConfiguration networkConfiguration{hardwareDatabase};
-  AdapterIntentHandler adapters{
-      std::make_shared<PosixInterfaceResolver>(
-          std::make_shared<LinuxConnectionMetricsReader>(),
-          NetUtils(SNUtils(kernel, resolverConfiguration, interfaceNaming, log)),
-          networkConfiguration, strings),
-      std::make_shared<BestRouteFinder>(pathMonitors, mainQueue), strings};
+  std::shared_ptr<LinuxConnectionMetricsReader> counters =
+      std::make_shared<LinuxConnectionMetricsReader>();
+  std::shared_ptr<PosixInterfaceResolver> interfaces = std::make_shared<PosixInterfaceResolver>(
+      counters, NetUtils(SNUtils(kernel, resolverConfiguration, interfaceNaming, log)),
+      networkConfiguration, strings);
+  std::shared_ptr<BestRouteFinder> bestRoutes =
+      std::make_shared<BestRouteFinder>(pathMonitors, mainQueue);
+  AdapterIntentHandler adapters{interfaces, bestRoutes, strings};
   // The widgets.
   WidgetStore store{files, storePlace(configuration), log};
   SocketChildProgramLauncher launcher;

@@ -36,13 +36,6 @@ std::expected<Glib::RefPtr<Gtk::Application>, CommandFailure> registeredApplicat
   return application;
 }
 
-/// What the first one has got is sent when this one looks after its bus again.
-void handOver(Gtk::Application& first, const Console& console) {
-  first.activate();
-  if (const auto bus = first.get_dbus_connection()) bus->flush_sync();
-  console.output << shownAlready << '\n';
-}
-
 std::expected<void, CommandFailure> show(const HostChoice& choice, WindowKind kind,
                                          const Console& console) {
   const UserLanguage language = chooseUserLanguage();
@@ -52,7 +45,9 @@ std::expected<void, CommandFailure> show(const HostChoice& choice, WindowKind ki
   if (!registered) return std::unexpected(registered.error());
   Gtk::Application& application = *registered->operator->();
   if (application.is_remote()) {
-    handOver(application, console);
+    // The first one is activated, and nothing more.
+    application.run();
+    console.output << shownAlready << '\n';
     return {};
   }
   if (kind == WindowKind::waylandPlain) log.line(notBelow);

@@ -5,7 +5,10 @@
 
 #include <filesystem>
 
+#include "NetworkMonitor/Metrics/ConnectionMetricsReader.h"
+#include "NetworkMonitor/Monitor/Resolvers.h"
 #include "NetworkWidgetVexExtension/Intents/AdapterConfigurationIntentHandling.h"
+#include "NetworkWidgetVexExtension/Providers/BestRouteFinder.h"
 #include "Platform/Clock.h"
 #include "Platform/DesktopAppearance.h"
 #include "Platform/DiagnosticLog.h"
@@ -26,6 +29,9 @@ struct HostServices {
   WidgetDesk& desk;  ///< not yet started
   WidgetExtension& extension;
   AdapterConfigurationIntentHandling& adapters;
+  InterfaceResolver& interfaces;
+  ConnectionMetricsReader& counters;
+  BestRouteFinder& bestRoutes;
   LocationConsent& locationConsent;
   ConsentRecord& consentRecord;
   ConsentAuthority* consentAuthority = nullptr;  ///< null outside a sandbox

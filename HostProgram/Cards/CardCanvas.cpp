@@ -1,5 +1,6 @@
 #include "HostProgram/Cards/CardCanvas.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -7,6 +8,19 @@
 #include "WidgetService/WidgetFamily.h"
 
 namespace lanternfold {
+
+namespace {
+
+/// A button's ring stands around what it shows, which may be as small as a letter.
+constexpr double buttonRingMargin = 5;
+constexpr double buttonRingRadius = 9;
+
+Rect around(const Rect& frame) {
+  return {{frame.left() - buttonRingMargin, frame.top() - buttonRingMargin},
+          {frame.size.width + 2 * buttonRingMargin, frame.size.height + 2 * buttonRingMargin}};
+}
+
+}  // namespace
 
 CardCanvas::CardCanvas(const CardDrawing& drawing, Handlers handlers)
     : handlers_(std::move(handlers)), picture_(drawing) {
@@ -48,6 +62,7 @@ void CardCanvas::addButton() {
   button.signal_clicked().connect([this, &button] { activate(button); });
   button.signal_state_flags_changed().connect(
       [this, &button](Gtk::StateFlags) { showPressed(button); });
+  button.property_has_focus().signal_changed().connect([this] { queue_draw(); });
   put(button, 0, 0);
 }
 
@@ -74,10 +89,40 @@ void CardCanvas::showPressed(const FaceButton& button) {
   refresh();
 }
 
+std::vector<Gtk::Widget*> CardCanvas::focusOrder() {
+  std::vector<Gtk::Widget*> order{this};
+  for (const auto& button : buttons_) {
+    if (button->get_visible()) order.push_back(button.get());
+  }
+  return order;
+}
+
+/// The toolkit's own containers are focused either as a whole or in their parts.
+bool CardCanvas::on_focus(Gtk::DirectionType direction) {
+  if (direction != Gtk::DIR_TAB_FORWARD && direction != Gtk::DIR_TAB_BACKWARD) return false;
+  std::vector<Gtk::Widget*> order = focusOrder();
+  if (direction == Gtk::DIR_TAB_BACKWARD) std::ranges::reverse(order);
+  const auto current =
+      std::ranges::find_if(order, [](const Gtk::Widget* widget) { return widget->has_focus(); });
+  const auto next = current == order.end() ? order.begin() : current + 1;
+  if (next == order.end()) return false;
+  (*next)->grab_focus();
+  return true;
+}
+
 bool CardCanvas::on_draw(const Cairo::RefPtr<Cairo::Context>& context) {
   picture_.paint(context->cobj());
-  if (has_visible_focus()) drawFocusRing(context, {{0, 0}, state_.size}, widgetCornerRadius);
+  drawFocus(context);
   return Gtk::Fixed::on_draw(context);
+}
+
+void CardCanvas::drawFocus(const Cairo::RefPtr<Cairo::Context>& context) const {
+  if (has_visible_focus()) drawFocusRing(context, {{0, 0}, state_.size}, widgetCornerRadius);
+  for (const auto& button : buttons_) {
+    if (button->has_visible_focus()) {
+      drawFocusRing(context, around(button->face().frame), buttonRingRadius);
+    }
+  }
 }
 
 }  // namespace lanternfold

@@ -33,6 +33,7 @@ class CardCanvas final : public Gtk::Fixed {
 
  protected:
   bool on_draw(const Cairo::RefPtr<Cairo::Context>& context) override;
+  bool on_focus(Gtk::DirectionType direction) override;
 
  private:
   void lay(FaceButton& button, const CardFace& face);
@@ -40,6 +41,9 @@ class CardCanvas final : public Gtk::Fixed {
   void addButton();
   void activate(const FaceButton& button);
   void showPressed(const FaceButton& button);
+  void drawFocus(const Cairo::RefPtr<Cairo::Context>& context) const;
+  /// The card itself, then its buttons.
+  [[nodiscard]] std::vector<Gtk::Widget*> focusOrder();
 
   Handlers handlers_;
   CardPicture picture_;

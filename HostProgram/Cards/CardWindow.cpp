@@ -28,6 +28,7 @@ CardWindow::CardWindow(const CardDrawing& drawing, WindowPlacer& placer, Handler
   gesture_->signal_drag_end().connect([this](double, double) { endDrag(/*isKept=*/true); });
   gesture_->signal_cancel().connect([this](GdkEventSequence*) { endDrag(/*isKept=*/false); });
   get_screen()->signal_composited_changed().connect(sigc::mem_fun(*this, &CardWindow::applyShape));
+  property_focus_visible().signal_changed().connect([this] { canvas_.queue_draw(); });
   placer_.prepare(*this);
 }
 

@@ -5,12 +5,8 @@
 #include <gdkmm/display.h>
 #include <gtk/gtk.h>
 
-#include "HostProgram/Cards/FocusRing.h"
-
 namespace lanternfold {
 namespace {
-
-constexpr double ringCornerRadius = 6;
 
 int wholePoints(double length) { return static_cast<int>(std::ceil(length)); }
 
@@ -31,15 +27,7 @@ void FaceButton::setFace(const CardFace& face) {
   showCursor();
 }
 
-bool FaceButton::on_draw(const Cairo::RefPtr<Cairo::Context>& context) {
-  if (has_visible_focus()) {
-    const Rect frame{
-        {0, 0},
-        {static_cast<double>(get_allocated_width()), static_cast<double>(get_allocated_height())}};
-    drawFocusRing(context, frame, ringCornerRadius);
-  }
-  return true;
-}
+bool FaceButton::on_draw(const Cairo::RefPtr<Cairo::Context>&) { return true; }
 
 void FaceButton::on_realize() {
   Gtk::Button::on_realize();

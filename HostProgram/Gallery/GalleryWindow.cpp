@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <gdk/gdkkeysyms.h>
-#include <gtkmm/flowbox.h>
 #include <gtkmm/label.h>
 
 #include <pangomm/attrlist.h>
@@ -12,8 +11,9 @@ namespace {
 
 constexpr int margin = 24;
 constexpr int spacing = 12;
-constexpr int usualWidth = 680;
-constexpr int usualHeight = 720;
+/// Wide enough for a widget of each size.
+constexpr int usualWidth = 800;
+constexpr int usualHeight = 640;
 
 Gtk::Label* makeLabel(const std::string& text) {
   auto* const label = Gtk::make_managed<Gtk::Label>(text);
@@ -57,22 +57,11 @@ void GalleryWindow::addKind(const PreviewTile::Surroundings& surroundings,
   auto* const kind = Gtk::make_managed<Gtk::Box>(Gtk::ORIENTATION_VERTICAL, spacing);
   kind->pack_start(*makeTitle(description.displayName), Gtk::PACK_SHRINK);
   kind->pack_start(*makeLabel(description.description), Gtk::PACK_SHRINK);
-  auto* const families = Gtk::make_managed<Gtk::FlowBox>();
-  families->set_selection_mode(Gtk::SELECTION_NONE);
-  families->set_homogeneous(false);
-  families->set_column_spacing(margin);
-  families->set_row_spacing(margin);
-  families->set_max_children_per_line(
-      static_cast<unsigned>(std::max<std::size_t>(description.supportedFamilies.size(), 1)));
-  families->set_halign(Gtk::ALIGN_START);
+  auto* const families = Gtk::make_managed<Gtk::Box>(Gtk::ORIENTATION_HORIZONTAL, margin);
   for (const WidgetFamily family : description.supportedFamilies) {
     auto& tile =
         tiles_.emplace_back(std::make_unique<PreviewTile>(surroundings, description, family));
-    // What can be focused is the button inside.
-    auto* const place = Gtk::make_managed<Gtk::FlowBoxChild>();
-    place->set_can_focus(false);
-    place->add(*tile);
-    families->add(*place);
+    families->pack_start(*tile, Gtk::PACK_SHRINK);
   }
   kind->pack_start(*families, Gtk::PACK_SHRINK);
   kinds_.pack_start(*kind, Gtk::PACK_SHRINK);

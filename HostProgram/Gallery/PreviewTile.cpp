@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "HostProgram/Menu/CardMenu.h"
-#include "Support/TextPlaceholders.h"
 
 namespace lanternfold {
 namespace {
@@ -26,11 +25,14 @@ PreviewTile::PreviewTile(const Surroundings& surroundings, const WidgetDescripti
   const StringTable& strings = surroundings_.strings;
   const std::string title = familyTitle(family, strings);
   buildPreview(description.displayName + ", " + title);
-  button_.set_label(fillPlaceholders(strings.localized("Add %@"), {title}));
-  button_.get_accessible()->set_name(button_.get_label() + ": " + description.displayName);
+  size_.set_text(title);
+  button_.set_label(strings.localized("Add"));
+  button_.get_accessible()->set_name(strings.localized("Add") + ": " + description.displayName +
+                                     ", " + title);
   button_.set_halign(Gtk::ALIGN_CENTER);
   button_.signal_clicked().connect([this] { add(); });
   pack_start(pointer_, Gtk::PACK_SHRINK);
+  pack_start(size_, Gtk::PACK_SHRINK);
   pack_start(button_, Gtk::PACK_SHRINK);
   set_valign(Gtk::ALIGN_START);
   askForPlaceholder();

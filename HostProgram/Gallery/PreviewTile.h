@@ -6,6 +6,7 @@
 #include <gtkmm/button.h>
 #include <gtkmm/drawingarea.h>
 #include <gtkmm/eventbox.h>
+#include <gtkmm/label.h>
 #include <memory>
 #include <string>
 
@@ -54,6 +55,7 @@ class PreviewTile final : public Gtk::Box {
   std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
   Gtk::EventBox pointer_;
   Gtk::DrawingArea preview_;
+  Gtk::Label size_;
   Gtk::Button button_;
 };
 
