@@ -8,6 +8,7 @@ import functools
 import json
 import os
 import subprocess
+import time
 from pathlib import Path
 
 from namespaces import mount
@@ -160,7 +161,9 @@ class SwayDisplay(Display):
 
     def picture(self, path, output=None, scale=None):
         """What the monitors show, as a PNG file at that path, in the pixels of the greatest scale
-        unless told."""
+        unless told. The pointer would be a part of it, and so goes to a corner."""
+        if self._pointer is not None:
+            self.move(0, self.size[1] - 1)
         self.run("grim", *(["-o", output] if output else []), *(["-s", str(scale)] if scale else []),
                   str(path))
         return path
@@ -193,6 +196,7 @@ class SwayDisplay(Display):
             self._pointer = self._session.begin([POINTER], stdin=subprocess.PIPE,
                                                 stdout=subprocess.PIPE, **self.environment)
             self._expect(b"ready\n")
+            time.sleep(0.3)  # programs come to know that there is a pointer, and listen to it
         self._pointer.stdin.write(" ".join(map(str, words)).encode() + b"\n")
         self._pointer.stdin.flush()
         self._expect(b"done\n")

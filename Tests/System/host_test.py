@@ -25,12 +25,17 @@ __all__ = ["ADAPTER", "APPLICATION", "BANDWIDTH", "FAMILIES", "INTERNET", "KINDS
 class HostTest(ExtensionTest):
     """On no display yet."""
 
+    # What the user has decided on Wi-Fi names beforehand; none: nothing, so that a dialog asks.
+    consent = "deny"
+
     def setUp(self):
         super().setUp()
         self.add_adapter()
         self.service_options = self.options(**self.start_services())
         self.session = DesktopSession().__enter__()
         self.addCleanup(self.session.__exit__)
+        if self.consent is not None:
+            run("location", self.consent, "--data-dir", str(self.data), check=True)
         self.display = self.make_display()
         self.store = self.session.folder / "config" / "net.quernaple.LanternfoldX" / "widgets.json"
 

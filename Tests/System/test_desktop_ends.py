@@ -16,7 +16,7 @@ NO_BUS = "unix:path=/nonexistent"
 class EndTests:
     """On either display."""
 
-    def start(self, **options):
+    def begin(self, **options):
         host = self.start_host(**options)
         self.assert_shown(self.wait_for_widgets()[0])
         return host
@@ -24,12 +24,12 @@ class EndTests:
     def test_the_system_asks_it_to_end(self):
         for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
             with self.subTest(signal=number):
-                host = self.start()
+                host = self.begin()
                 self.finish(host, number)
                 self.assertEqual([], host.errors)
 
     def test_a_command_asks_it_to_end(self):
-        host = self.start()
+        host = self.begin()
         self.ctl("quit")
         self.assert_clean_end(host)
         self.assertEqual([], host.errors)
@@ -46,7 +46,7 @@ class EndTests:
 
     def test_the_display_dies(self):
         """A sentence, and an end that is no crash."""
-        host = self.start()
+        host = self.begin()
         before = self.store.read_bytes()
         self.display.server.kill()
         self.assert_clean_end(host, status=1)
@@ -54,13 +54,13 @@ class EndTests:
         self.assertEqual(before, self.store.read_bytes())
 
     def test_killed_it_takes_the_extension_along_and_begins_where_it_was(self):
-        host = self.start()
+        host = self.begin()
         before = self.widgets()
         wait_until(host.extensions, "an extension")
         host.process.kill()
         host.wait()
         wait_until(lambda: not running("lanternfold-widget-extension"), "the extension's end", 5)
-        self.start()
+        self.begin()
         self.assertEqual(before, self.widgets())
 
     def test_no_bus_at_all(self):
@@ -81,13 +81,13 @@ class EndTests:
         self.assert_all_shown(widgets)
 
     def test_no_system_bus(self):
-        host = self.start(DBUS_SYSTEM_BUS_ADDRESS=NO_BUS)
+        host = self.begin(DBUS_SYSTEM_BUS_ADDRESS=NO_BUS)
         self.assert_all_shown()
         self.finish(host)
 
     def test_the_session_bus_goes(self):
         """Whoever can no longer be asked goes on showing what there is, or ends cleanly."""
-        host = self.start()
+        host = self.begin()
         self.session.buses[0].kill()
         time.sleep(2)
         if host.is_alive():
@@ -97,7 +97,7 @@ class EndTests:
 
 class XEndTest(EndTests, XTest):
     def test_the_window_manager_is_replaced(self):
-        host = self.start()
+        host = self.begin()
         self.display.manager.kill()
         self.display.manager.wait()
         self.session.begin(["openbox", "--sm-disable"], **self.display.environment)
@@ -107,6 +107,6 @@ class XEndTest(EndTests, XTest):
 
 class SwayEndTest(EndTests, SwayTest):
     def test_the_compositor_is_asked_to_leave(self):
-        host = self.start()
+        host = self.begin()
         self.display.run("sh", "-c", "swaymsg exit || true")
         self.assert_clean_end(host, status=1)

@@ -21,7 +21,7 @@ HOST_NAME = "lanternfold-widget-host"
 class FailureTests:
     """On either display."""
 
-    def start(self, *arguments):
+    def begin(self, *arguments):
         self.session.begin_accessibility()
         host = self.start_host(*arguments)
         self.assert_all_shown(self.wait_for_widgets())
@@ -42,7 +42,7 @@ class FailureTests:
         return self.says("'Try again'")
 
     def test_a_crash_leaves_what_was_shown(self):
-        host = self.start()
+        host = self.begin()
         self.kill(host)
         self.assert_all_shown()
         self.ctl("reload")
@@ -51,7 +51,7 @@ class FailureTests:
 
     def test_five_crashes_in_a_minute_are_enough(self):
         """Every card says so, and one button brings all of them back."""
-        host = self.start()
+        host = self.begin()
         for _ in range(5):
             self.kill(host)
         wait_until(self.try_again_is_shown, "quiet cards", 10)

@@ -38,7 +38,7 @@ class OutputTest(SwayTest):
                                if each["monitor"] == "HEADLESS-1"])
         widget = self.widget(BANDWIDTH)
         x, y = self.empty_corner(widget)
-        self.display.drag((x, y), (1280 + 600, 500))
+        self.display.drag((x, y), (1280 + 200, 700))
         wait_until(lambda: self.on(self.second), "a widget on the second output")
         there = self.widget(BANDWIDTH)
         self.assert_shown(there, offset=(1280, 0))

@@ -13,7 +13,7 @@ GRID = 8
 class MoveTests:
     """On either display."""
 
-    def start(self):
+    def begin(self):
         host = self.start_host()
         self.assert_all_shown(self.wait_for_widgets())
         return host
@@ -30,7 +30,7 @@ class MoveTests:
         return wait_until(look, "a move", 10)
 
     def test_a_card_is_dragged_to_the_grid_and_stays_there(self):
-        host = self.start()
+        host = self.begin()
         widget = self.widget(BANDWIDTH)
         self.drag(widget, 40 - widget["x"] + 3, 700 - widget["y"] + 3)
         now = self.moved(widget)
@@ -38,18 +38,18 @@ class MoveTests:
         self.assertLessEqual(abs(now["x"] - 43) + abs(now["y"] - 703), 2 * GRID)
         self.assert_all_shown()
         self.finish(host)
-        self.start()
+        self.begin()
         self.assertEqual(now, self.widget(BANDWIDTH))
 
     def test_a_card_snaps_beside_another(self):
-        self.start()
+        self.begin()
         still, widget = self.widget(PANORAMIC), self.widget(BANDWIDTH)
         left = still["x"] - 24 - SIZES["small"][0]
         self.drag(widget, left + 5 - widget["x"], still["y"] + 290 - widget["y"])
         self.assertEqual(left, self.moved(widget)["x"])
 
     def test_a_card_cannot_be_dragged_off_the_monitor(self):
-        self.start()
+        self.begin()
         widget = self.widget(BANDWIDTH)
         x, y = self.empty_corner(widget)
         width, height = self.display.size
@@ -59,7 +59,7 @@ class MoveTests:
         self.assert_shown(now)
 
     def test_a_click_moves_nothing(self):
-        self.start()
+        self.begin()
         before = self.widgets()
         for widget in before:
             x, y = self.empty_corner(widget)
@@ -67,7 +67,7 @@ class MoveTests:
         self.assertEqual(before, self.widgets())
 
     def test_commands_remove_and_add(self):
-        host = self.start()
+        host = self.begin()
         gone = self.widget(INTERNET)
         self.ctl("remove", gone["id"])
         self.assertEqual(4, len(self.widgets()))
@@ -77,11 +77,11 @@ class MoveTests:
         self.assertEqual((new, "small"), (widget["id"], widget["family"]))
         self.assert_all_shown()
         self.finish(host)
-        self.start()
+        self.begin()
         self.assertEqual(widget, self.widget(INTERNET))
 
     def test_an_adapter_of_ones_own_choice(self):
-        self.start()
+        self.begin()
         self.ctl("add", ADAPTER, "--adapter", "en0")
         chosen, = (each for each in self.widgets() if each["kind"] == ADAPTER
                    and "adapter" in each["configuration"])

@@ -70,7 +70,7 @@ class XShowTest(ShowTests, ShowTest, XTest):
         self.assertEqual({(each["x"], each["y"]) for each in widgets}, set(windows))
         for window in windows.values():
             properties = self.display.properties(window)
-            for state in ("BELOW", "STICKY", "SKIP_TASKBAR", "SKIP_PAGER"):
+            for state in ("BELOW", "SKIP_TASKBAR", "SKIP_PAGER"):
                 self.assertIn(f"_NET_WM_STATE_{state}", properties["_NET_WM_STATE"])
             self.assertEqual("4294967295", properties["_NET_WM_DESKTOP"])
             self.assertEqual("0, 0, 0, 0", properties["_NET_FRAME_EXTENTS"])
