@@ -19,6 +19,7 @@
 #include "CommandLine/Commands/StateCommand.h"
 #include "CommandLine/Commands/TimelineCommand.h"
 #include "CommandLine/Commands/WifiCommand.h"
+#include "CommandLine/DesktopCommandLine.h"
 #include "CommandLine/NetCommandLine.h"
 #include "Wiring/ArgumentParsing.h"
 #include "Wiring/CommonOptions.h"
@@ -353,6 +354,8 @@ ParsedCommandLine parseCommandLine(std::span<const std::string> arguments) {
   addRender(app, choice);
   addGallery(app, choice);
   addTimeline(app, choice);
+  addShow(app, choice);
+  addCtl(app, choice);
   addWifi(app, choice);
   addLocation(app, choice);
   addEchoService(app, choice);

@@ -88,7 +88,7 @@ void warnOfMissingAdapter(const EntryCall& question, const Machine& machine,
 
 }  // namespace
 
-void addWidgetOptions(CLI::App& command, WidgetOptions& options) {
+void addWidgetChoice(CLI::App& command, WidgetOptions& options) {
   const std::string kinds = namesOf(widgetKinds());
   command.add_option("kind", options.kind, "The widget: " + kinds)
       ->option_text("KIND")
@@ -107,6 +107,10 @@ void addWidgetOptions(CLI::App& command, WidgetOptions& options) {
           "the one of the best default route")
       ->option_text("NAME")
       ->type_name("an interface's name");
+}
+
+void addWidgetOptions(CLI::App& command, WidgetOptions& options) {
+  addWidgetChoice(command, options);
   command.add_flag("--show-timestamp", options.showTimestamp, "Show the time of drawing");
 }
 

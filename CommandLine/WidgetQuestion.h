@@ -27,7 +27,9 @@ struct WidgetOptions {
   bool showTimestamp = false;
 };
 
-/// KIND, --family, --adapter and --show-timestamp. `options` outlives the parsing.
+/// KIND, --family and --adapter. `options` outlives the parsing.
+void addWidgetChoice(CLI::App& command, WidgetOptions& options);
+/// The same and --show-timestamp.
 void addWidgetOptions(CLI::App& command, WidgetOptions& options);
 
 /// The failure names what is wrong of the kind, the family or the adapter, and what may stand

@@ -86,7 +86,7 @@ ExtensionMessage parseExtensionMessage(std::string_view line) {
   auto message = parseArchive(line, levelsAroundArchive);
   if (!message) {
     const ViewArchiveFault& fault = message.error();
-    return nonsense((fault.path.empty() ? "" : fault.path + ": ") + fault.sentence);
+    return nonsense(escapedText(fault.path.empty() ? "" : fault.path + ": ") + fault.sentence);
   }
   if (!std::holds_alternative<ArchiveValue::Object>(message->value)) {
     return nonsense("a message is an object");

@@ -5,11 +5,7 @@
 namespace lanternfold {
 namespace {
 
-std::filesystem::path installedShareFolder() {
-  std::error_code error;
-  const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-  return program.parent_path().parent_path() / "share";
-}
+std::filesystem::path installedShareFolder() { return programFolder().parent_path() / "share"; }
 
 /// `installed` when it is there, else `built`.
 std::filesystem::path firstThatExists(const std::filesystem::path& installed,
@@ -19,6 +15,11 @@ std::filesystem::path firstThatExists(const std::filesystem::path& installed,
 }
 
 }  // namespace
+
+std::filesystem::path programFolder() {
+  std::error_code error;
+  return std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
+}
 
 std::filesystem::path assetsFolder() {
   return firstThatExists(installedShareFolder() / "lanternfold-widgets" / "Assets",

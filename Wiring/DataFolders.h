@@ -6,6 +6,9 @@
 
 namespace lanternfold {
 
+/// Where this program stands; the others of the product stand beside it.
+[[nodiscard]] std::filesystem::path programFolder();
+
 /// The folder of symbols, logo and colours.
 [[nodiscard]] std::filesystem::path assetsFolder();
 

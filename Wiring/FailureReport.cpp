@@ -21,7 +21,9 @@ std::string remedyForLack(const std::error_code& lack) {
 
 ExitStatus reportFailure(const CommandFailure& failure, const char* program,
                          const Console& console) {
-  console.errors << program << ": " << printable(failure.sentence) << '\n';
+  if (!failure.sentence.empty()) {
+    console.errors << program << ": " << printable(failure.sentence) << '\n';
+  }
   return failure.status;
 }
 

@@ -8,7 +8,8 @@
 
 namespace lanternfold {
 
-/// One line among the errors, behind the program's name; the status to end with.
+/// One line among the errors, behind the program's name, unless somebody else has said it already
+/// and the sentence is empty; the status to end with.
 [[nodiscard]] ExitStatus reportFailure(const CommandFailure& failure, const char* program,
                                        const Console& console);
 

@@ -3,10 +3,12 @@
 #include <cstdio>
 #include <string>
 
+#include "PlatformLinux/Bus/BusAddresses.h"
 #include "PlatformLinux/Connection/SocketConnection.h"
 #include "PlatformLinux/Defaults/DataDirectory.h"
 #include "PlatformLinux/Defaults/LinuxGroupContainer.h"
 #include "PlatformLinux/Defaults/SqliteUserDefaults.h"
+#include "PlatformLinux/Desktop/BusWidgetControl.h"
 #include "PlatformLinux/System/AsioDispatch.h"
 #include "PlatformLinux/System/EventLoop.h"
 #include "PlatformLinux/System/GettextStringTable.h"
@@ -30,6 +32,7 @@
 #include "Wiring/LanguageChoice.h"
 #include "Wiring/LinuxMainLoop.h"
 #include "Wiring/LocationSide.h"
+#include "Wiring/ProcessHostStarter.h"
 #include "Wiring/ProgramName.h"
 #include "Wiring/WifiConsent.h"
 
@@ -88,6 +91,8 @@ struct LinuxMachine::Parts {
   RelayedConsent consent{location.consent()};
   LinuxWifiClient wifiClient{[this] { return mayTellWifiNames(consent); }};
   LinuxHostLookup hostLookup;
+  BusWidgetControl widgetControl{sessionBusAddress()};
+  ProcessHostStarter hostStarter{programFolder()};
   SocketConnectionFactory connections{eventLoop};
   Machine machine{.platform = {.kernel = kernel,
                                .resolverConfiguration = resolverConfiguration,
@@ -114,6 +119,8 @@ struct LinuxMachine::Parts {
                   .consentRecord = location.record(),
                   .consentAuthority = location.authority(),
                   .mainLoop = mainLoop,
+                  .widgetControl = widgetControl,
+                  .hostStarter = hostStarter,
                   .assets = assetsFolder()};
 };
 

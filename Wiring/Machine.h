@@ -10,10 +10,12 @@
 
 #include "NetworkMonitor/Metrics/ConnectionMetricsReader.h"
 #include "Platform/Platform.h"
+#include "Platform/WidgetControl.h"
 #include "PlatformLinux/Location/ConsentAuthority.h"
 #include "PlatformLinux/Location/ConsentRecord.h"
 #include "PlatformLinux/Wifi/WifiReport.h"
 #include "Support/UserLanguage.h"
+#include "Wiring/HostStarter.h"
 #include "Wiring/SoleRecorder.h"
 
 namespace lanternfold {
@@ -50,6 +52,9 @@ struct Machine {
   /// Whom `consentRecord` has to have asked before names are shown; null outside a sandbox.
   ConsentAuthority* consentAuthority = nullptr;
   MainLoop& mainLoop;
+  /// The widgets on this user's desktop, shown by a program that may not run.
+  WidgetControl& widgetControl;
+  HostStarter& hostStarter;
   /// Where the symbols, the logo and the colours are kept.
   std::filesystem::path assets;
 };

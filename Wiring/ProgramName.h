@@ -7,5 +7,6 @@ namespace lanternfold {
 inline constexpr const char* programName = "lanternfold-widgets";
 
 inline constexpr const char* extensionProgramName = "lanternfold-widget-extension";
+inline constexpr const char* hostProgramName = "lanternfold-widget-host";
 
 }  // namespace lanternfold

@@ -9,6 +9,7 @@
 
 #include "NetBase/LiteralInterfaceNaming.h"
 #include "Tests/CommandLine/FactualWifi.h"
+#include "Tests/CommandLine/FakeHostStarter.h"
 #include "Tests/CommandLine/FakeSoleRecorder.h"
 #include "Tests/Support/FakeConnection.h"
 #include "Tests/Support/FakeFileSystem.h"
@@ -22,6 +23,7 @@
 #include "Tests/Support/FakeStringTable.h"
 #include "Tests/Support/FakeUrlSessions.h"
 #include "Tests/Support/FakeUserDefaults.h"
+#include "Tests/Support/FakeWidgetControl.h"
 #include "Tests/Support/RecordingDiagnosticLog.h"
 #include "Tests/Support/SimulatedClock.h"
 #include "Tests/Support/SimulatedDispatch.h"
@@ -111,6 +113,8 @@ class FakeMachine {
   FakeConnectionFactory connections;
   FakeSoleRecorder soleRecorder;
   SimulatedMainLoop mainLoop{dispatch};
+  FakeWidgetControl widgetControl;
+  FakeHostStarter hostStarter;
   Machine machine{.platform = {.kernel = kernel,
                                .resolverConfiguration = resolverConfiguration,
                                .networkConfiguration = networkConfiguration,
@@ -134,6 +138,8 @@ class FakeMachine {
                   .readWifi = [this] { return wifi.report(); },
                   .consentRecord = consentRecord,
                   .mainLoop = mainLoop,
+                  .widgetControl = widgetControl,
+                  .hostStarter = hostStarter,
                   .assets = std::filesystem::path(LANTERNFOLD_SOURCE_DIR) / "Assets"};
 
   /// An Ethernet link with a private address, a router and some traffic.

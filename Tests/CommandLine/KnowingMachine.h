@@ -68,6 +68,13 @@ class KnowingMachine {
         {"location", "status"},
         {"location", "status", "--json"},
         {"location", "deny"},
+        {"show"},
+        {"show", "--detach"},
+        {"ctl", "add", "WlanNetworkStateWidget"},
+        {"ctl", "list"},
+        {"ctl", "list", "--json"},
+        {"ctl", "reload"},
+        {"ctl", "quit"},
         {"wifi", "--bogus"},
     };
     constexpr const char* entries[] = {"timeline", "snapshot", "placeholder"};
@@ -160,6 +167,8 @@ class KnowingMachine {
                          .readWifi = fake_.machine.readWifi,
                          .consentRecord = consentRecord_,
                          .mainLoop = fake_.mainLoop,
+                         .widgetControl = fake_.widgetControl,
+                         .hostStarter = fake_.hostStarter,
                          .assets = fake_.machine.assets};
   Traces traces_;
 };

@@ -188,6 +188,8 @@ TEST_F(WifiStateTest, AnInterfaceCalledAsTheKernelCallsItIsNoOtherAdapter) {
                       .readWifi = machine.machine.readWifi,
                       .consentRecord = machine.consentRecord,
                       .mainLoop = machine.mainLoop,
+                      .widgetControl = machine.widgetControl,
+                      .hostStarter = machine.hostStarter,
                       .assets = machine.machine.assets};
   machine.addEthernet("enp1s0", {192, 0, 2, 20});
   addWifiLink(machine, "wlp2s0");

@@ -9,7 +9,6 @@ namespace lanternfold {
 namespace {
 
 using testing::AllOf;
-using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;

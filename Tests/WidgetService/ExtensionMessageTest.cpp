@@ -93,6 +93,10 @@ TEST(ExtensionMessage, AnythingElseIsNonsense) {
   for (const auto& [line, fault] : lines) EXPECT_EQ(textOf(line), "nonsense: " + fault) << line;
 }
 
+TEST(ExtensionMessage, AMarkThatTurnsTheWritingIsNotRepeated) {
+  EXPECT_EQ(textOf(R"({"a\u200Eb":})"), R"(nonsense: a\xe2\x80\x8eb: It is not JSON.)");
+}
+
 TEST(ExtensionMessage, AnIdentifierIsOneThatAHostMayHaveChosen) {
   EXPECT_EQ(textOf(message(R"("id":9007199254740992,"result":{})")), "answer 9007199254740992");
   EXPECT_EQ(textOf(message(R"("id":-9007199254740992,"result":{})")), "answer -9007199254740992");

@@ -8,6 +8,7 @@
 
 #include "Tests/Support/GoldenText.h"
 #include "ViewTree/Elements.h"
+#include "WidgetService/ExtensionMessage.h"
 #include "WidgetService/LineSplitter.h"
 #include "WidgetService/ServiceAnswer.h"
 #include "WidgetService/ServiceMessage.h"
@@ -97,6 +98,19 @@ TEST(WidgetServiceFixture, IsWhatIsSaid) {
   }
   EXPECT_GE(messages, 15U);
   expectGolden(fixture, said);
+}
+
+TEST(WidgetServiceFixture, IsUnderstoodByAHost) {
+  std::ifstream stream(fixture);
+  std::size_t messages = 0;
+  for (std::string line; std::getline(stream, line);) {
+    if (!line.starts_with("< ")) continue;
+    ++messages;
+    const ExtensionMessage message = parseExtensionMessage(line.substr(2));
+    EXPECT_FALSE(std::holds_alternative<ExtensionNonsense>(message)) << line;
+    EXPECT_FALSE(std::holds_alternative<UnknownExtensionMessage>(message)) << line;
+  }
+  EXPECT_GE(messages, 15U);
 }
 
 }  // namespace

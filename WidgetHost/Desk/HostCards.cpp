@@ -1,6 +1,7 @@
 #include "WidgetHost/Desk/HostCards.h"
 
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include "NetworkWidgetVexExtension/Views/BackgroundView.h"
@@ -55,6 +56,13 @@ View staleMark(const StringTable& strings) {
       .frame(corner);
 }
 
+/// The time of drawing is that of a picture, which would be taken for the content's. As deep as the
+/// archive of views lets a view be.
+void removeDrawingTime(View& view) {
+  if (std::holds_alternative<DrawingTimeNode>(view.node)) view = emptyView();
+  for (View& child : view.children) removeDrawingTime(child);
+}
+
 }  // namespace
 
 View emptyCard(const StringTable& strings) {
@@ -78,6 +86,7 @@ View quietCard(const StringTable& strings, WidgetFamily family) {
 }
 
 View staleCard(View content, const StringTable& strings) {
+  removeDrawingTime(content);
   std::vector<View> layers;
   // The content's own background would let the desktop through.
   layers.push_back(emptyCard(strings));

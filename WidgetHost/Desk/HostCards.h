@@ -21,7 +21,8 @@ inline constexpr const char* tryAgainIntent = "TryAgainHostIntent";
 /// While the extension is left alone: says so, and has a button that lets it be started again.
 [[nodiscard]] View quietCard(const StringTable& strings, WidgetFamily family);
 
-/// `content`, which fills a widget, made fainter and marked as one that is not up to date.
+/// `content`, which fills a widget, made fainter and marked as one that is not up to date. It says
+/// no time of drawing any more.
 [[nodiscard]] View staleCard(View content, const StringTable& strings);
 
 }  // namespace lanternfold

@@ -92,6 +92,7 @@ WidgetRequest WidgetDesk::State::requestOf(const Item& item) const {
 
 std::string WidgetDesk::State::insert(PlacedWidget widget) {
   std::vector<std::string> taken;
+  taken.reserve(items_.size());
   for (const Item& item : items_) taken.push_back(item.placed.id);
   widget.id = freeWidgetId(taken);
   Item& item = items_.emplace_back(Item{.placed = std::move(widget)});
@@ -110,6 +111,7 @@ void WidgetDesk::State::erase(const std::string& id) {
 
 void WidgetDesk::State::save() {
   std::vector<PlacedWidget> placed;
+  placed.reserve(items_.size());
   for (const Item& item : items_) placed.push_back(item.placed);
   // Why it is not on the disk stands in the log; the desktop is as the user has made it.
   (void)store_.save(placed);

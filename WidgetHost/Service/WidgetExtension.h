@@ -19,7 +19,8 @@ namespace lanternfold {
 enum class ExtensionFailure {
   timedOut,   ///< half a minute has passed
   gone,       ///< the extension could not be started, crashed, left, or said what makes no sense
-  refused,    ///< it answered with an error
+  refused,    ///< it answered with an error, or with what is no answer to the question; or too
+              ///< many questions wait already
   tooOften,   ///< it has failed so often that it is not started any more until `tryAgain`
   cancelled,  ///< the question was taken back
 };

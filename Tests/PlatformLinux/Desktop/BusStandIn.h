@@ -6,7 +6,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
-#include <vector>
+#include <utility>
 
 namespace lanternfold {
 
@@ -45,6 +45,8 @@ class BusStandIn {
   void prepare(const std::string& path, const std::string& method, GVariant* reply);
   void emit(const std::string& path, const std::string& interface, const std::string& name,
             GVariant* arguments);
+  /// For objects of the product's own.
+  [[nodiscard]] GDBusConnection* connection() const { return connection_; }
   /// How often `method` was called, answered or not.
   [[nodiscard]] int callsOf(const std::string& method) const;
 
