@@ -22,7 +22,9 @@ class Describer {
 
   void add(const View& view) {
     if (said_.size() >= longestAccessibleDescription) return;
-    if (view.accessibleName) return say(*view.accessibleName);
+    if (view.accessibleName) say(*view.accessibleName);
+    // Of rows between accessories the name is the title, which stands before what they say.
+    if (view.accessibleName && !std::holds_alternative<AccessoryRowNode>(view.node)) return;
     if (const auto* content = std::get_if<TextNode>(&view.node)) return say(content->text);
     if (const auto* time = std::get_if<DrawingTimeNode>(&view.node)) {
       return say(fillPlaceholders(time->format, {drawingTime_}));

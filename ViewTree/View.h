@@ -23,7 +23,8 @@ namespace lanternfold {
 struct View {
   ViewNode node;
   std::vector<View> children;
-  /// What a screen reader says in place of what the view would say by itself.
+  /// What a screen reader says in place of what the view would say by itself, of an accessory row
+  /// before that.
   std::optional<std::string> accessibleName;
 
   [[nodiscard]] View frame(double width, double height, Alignment alignment = centred) &&;
@@ -50,7 +51,8 @@ struct View {
 inline constexpr std::size_t longestAccessibleDescription = 4096;
 
 /// What a screen reader says of `view`: its accessible name, else its own text, else what its
-/// children say. `drawingTime` stands in for the time in texts that show it. Decorations say
+/// children say. The name of an accessory row is its title: what its children say follows it.
+/// `drawingTime` stands in for the time in texts that show it. Decorations say
 /// nothing.
 [[nodiscard]] std::string accessibleDescription(const View& view, const std::string& drawingTime);
 /// The same of views that stand together.

@@ -30,7 +30,9 @@ NetworkStateEntry entryWith(std::vector<BasicInterface> others) {
 void addSources(const LaidOutView& view, std::vector<std::string>& sources) {
   const bool isSource = std::holds_alternative<AccessoryRowNode>(view.node);
   for (const char* title : {"Internet", "Wi-Fi", "Cellular", "Port en1", "Port en2", "Port en3"}) {
-    if (isSource && view.accessibleDescription == title) sources.emplace_back(title);
+    if (isSource && view.accessibleDescription.starts_with(title + std::string(", "))) {
+      sources.emplace_back(title);
+    }
   }
   for (const LaidOutView& child : view.children) addSources(child, sources);
 }

@@ -183,11 +183,12 @@ TEST(NetworkSourceListView, IsTopLeadingInAllTheWidthThereIs) {
   EXPECT_THAT(dumpOf(list.body(environment)), HasSubstr("top spacing 5"));
 }
 
-TEST(NetworkSourceView, SaysTheSourcesNameAsItsTitle) {
+TEST(NetworkSourceView, SaysTheSourcesNameAndThenItsRows) {
   const View view =
       NetworkSourceView{NetworkSourceView::Direction::horizontal, sampleInterface(), 8, true}.body(
           environment);
-  EXPECT_EQ(accessibleDescription(view, ""), "Virtio network device");
+  EXPECT_TRUE(accessibleDescription(view, "").starts_with("Virtio network device, eth0, "))
+      << accessibleDescription(view, "");
 }
 
 /// The frame of the first node of `Kind` below `view`.

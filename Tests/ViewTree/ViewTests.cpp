@@ -16,6 +16,13 @@ TEST(View, SaysItsAccessibleNameInPlaceOfItsTexts) {
   EXPECT_EQ(accessibleDescription(text("\u2193", {}).accessible("Received"), ""), "Received");
 }
 
+TEST(View, SaysTheNameOfRowsBetweenAccessoriesBeforeThem) {
+  const View row = accessoryRow({}, symbol("globe"), text("10.0.0.1", {}),
+                                text("5", {}).accessible("Received 5 MB"))
+                       .accessible("Internet");
+  EXPECT_EQ(accessibleDescription(row, ""), "Internet, 10.0.0.1, Received 5 MB");
+}
+
 TEST(View, SaysTheRichestOfItsChoices) {
   const View choice = firstThatFits(FitAxes::both, {text("long", {}), text("short", {})});
   EXPECT_EQ(accessibleDescription(choice, ""), "long");
