@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <glib-unix.h>
+#include <utility>
 
 namespace lanternfold {
 namespace {
@@ -20,8 +21,8 @@ gboolean quit(gpointer application) {
 }  // namespace
 
 HostApplication::HostApplication(Gtk::Application& application, WindowKind kind,
-                                 const HostServices& services)
-    : application_(application), kind_(kind), services_(services) {
+                                 const HostServices& services, std::function<void()> shown)
+    : application_(application), kind_(kind), services_(services), shown_(std::move(shown)) {
   connections_.push_back(application_.signal_activate().connect([this] { activate(); }));
   connections_.push_back(
       application_.signal_open().connect([this](const Gio::Application::type_vec_files& files,
@@ -49,14 +50,17 @@ void HostApplication::run() {
 HostDesktop& HostApplication::desktop() {
   if (!desktop_) {
     desktop_ = std::make_unique<HostDesktop>(kind_, services_, [this] { application_.quit(); });
+    shown_();
   }
   return *desktop_;
 }
 
 void HostApplication::activate() {
-  const bool isFirst = !desktop_;
-  if (!isFirst) desktop().raise();
-  (void)desktop();
+  if (desktop_) {
+    desktop_->raise();
+  } else {
+    (void)desktop();
+  }
 }
 
 void HostApplication::open(const std::vector<Glib::RefPtr<Gio::File>>& files) {

@@ -4,22 +4,25 @@
 // Made by: `runHostProgram`. Main thread, which runs the toolkit's main loop.
 #pragma once
 
+#include <functional>
 #include <gtkmm/application.h>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "HostProgram/HostDesktop.h"
+#include "PlatformLinux/Desktop/WidgetControlNames.h"
 
 namespace lanternfold {
 
-/// On the bus, and of the desktop file.
-inline constexpr const char* hostApplicationId = "net.quernaple.LanternfoldX.Widgets";
+inline constexpr const char* hostApplicationId = widgetHostBusName;
 
 class HostApplication {
  public:
-  /// `application` is registered, and the first of its kind. Everything outlives this.
-  HostApplication(Gtk::Application& application, WindowKind kind, const HostServices& services);
+  /// `application` is registered, and the first of its kind. `shown` is called once, when the
+  /// widgets are there. Everything outlives this.
+  HostApplication(Gtk::Application& application, WindowKind kind, const HostServices& services,
+                  std::function<void()> shown);
   ~HostApplication();
   HostApplication(const HostApplication&) = delete;
   HostApplication& operator=(const HostApplication&) = delete;
@@ -36,6 +39,7 @@ class HostApplication {
   Gtk::Application& application_;
   WindowKind kind_;
   HostServices services_;
+  std::function<void()> shown_;
   std::unique_ptr<HostDesktop> desktop_;  ///< from the first activation on
   std::vector<sigc::connection> connections_;
   std::vector<unsigned> signalSources_;

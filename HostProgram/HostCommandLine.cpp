@@ -7,6 +7,8 @@
 #include <CLI/CLI.hpp>
 
 #include "Wiring/PrintableText.h"
+#include "Wiring/ProgramName.h"
+#include "Wiring/StartNotice.h"
 
 namespace lanternfold {
 namespace {
@@ -15,30 +17,39 @@ constexpr const char* programDescription =
     "Shows the widgets on the desktop until it is asked to end. \"lanternfold-widgets show\" "
     "starts it.";
 
-constexpr const char* intervalValues = "a number of seconds from 10 to 86400";
-constexpr long shortestInterval = 10;
-constexpr long longestInterval = 86400;
+constexpr const char* descriptorValues = "the number of an open descriptor from 3 on";
 
-std::optional<std::chrono::seconds> parseInterval(const std::string& text) {
-  long number = 0;
+/// As they stand on the command line, not yet checked.
+struct HostOptions {
+  std::optional<std::string> interval;
+  std::optional<std::string> started;
+  CommonOptions common;
+};
+
+std::expected<int, CommandFailure> parseDescriptor(const std::string& text) {
+  int number = 0;
   const char* const end = text.data() + text.size();
   const auto [rest, error] = std::from_chars(text.data(), end, number);
-  if (error != std::errc{} || rest != end) return std::nullopt;
-  if (number < shortestInterval || number > longestInterval) return std::nullopt;
-  return std::chrono::seconds(number);
+  if (error == std::errc{} && rest == end && number >= 3) return number;
+  return std::unexpected(badArguments(std::string(startNoticeOption) + " takes " +
+                                      descriptorValues + ", not " + inQuotes(text)));
 }
 
-ParsedHostCommandLine choose(const std::optional<std::string>& interval, CommonOptions common) {
-  auto checked = checkCommonOptions(common);
+ParsedHostCommandLine choose(HostOptions options) {
+  auto checked = checkCommonOptions(options.common);
   if (!checked) return checked.error();
-  HostChoice choice{.common = std::move(common), .dataFolder = std::move(checked->dataFolder)};
-  if (!interval) return choice;
-  const auto seconds = parseInterval(*interval);
-  if (!seconds) {
-    return badArguments(std::string("--refresh-interval takes ") + intervalValues + ", not " +
-                        inQuotes(*interval));
+  HostChoice choice{.common = std::move(options.common),
+                    .dataFolder = std::move(checked->dataFolder)};
+  if (options.interval) {
+    const auto interval = parseRefreshInterval(*options.interval);
+    if (!interval) return interval.error();
+    choice.refreshInterval = *interval;
   }
-  choice.refreshInterval = *seconds;
+  if (options.started) {
+    const auto descriptor = parseDescriptor(*options.started);
+    if (!descriptor) return descriptor.error();
+    choice.startedDescriptor = *descriptor;
+  }
   return choice;
 }
 
@@ -47,17 +58,20 @@ ParsedHostCommandLine choose(const std::optional<std::string>& interval, CommonO
 ParsedHostCommandLine parseHostCommandLine(std::span<const std::string> arguments) {
   CLI::App app{programDescription, hostProgramName};
   app.set_version_flag("--version", std::string(hostProgramName) + " " LANTERNFOLD_VERSION);
-  std::optional<std::string> interval;
-  CommonOptions common;
-  app.add_option("--refresh-interval", interval,
+  HostOptions options;
+  app.add_option("--refresh-interval", options.interval,
                  "How long a widget stays as it is when nothing happens (300)")
       ->option_text("SECONDS")
-      ->type_name(intervalValues);
-  addCommonOptions(app, common);
+      ->type_name(refreshIntervalValues);
+  app.add_option(startNoticeOption, options.started,
+                 "A pipe's end, to which a byte is written as soon as the widgets are shown")
+      ->option_text("N")
+      ->type_name(descriptorValues);
+  addCommonOptions(app, options.common);
   const ParsedArguments parsed = parseArguments(app, arguments);
   if (const auto* failure = std::get_if<CommandFailure>(&parsed)) return *failure;
   if (const auto* information = std::get_if<InformationText>(&parsed)) return *information;
-  return choose(interval, std::move(common));
+  return choose(std::move(options));
 }
 
 }  // namespace lanternfold

@@ -13,17 +13,17 @@
 #include "Wiring/ArgumentParsing.h"
 #include "Wiring/CommonOptions.h"
 #include "Wiring/Console.h"
+#include "Wiring/RefreshInterval.h"
 
 namespace lanternfold {
-
-inline constexpr const char* hostProgramName = "lanternfold-widget-host";
 
 struct HostChoice {
   /// Checked, and handed on to the extension as they were given.
   CommonOptions common;
   std::optional<std::filesystem::path> dataFolder;
-  /// Between a timeline's end and the next question for one: 10 seconds to a day.
-  std::chrono::seconds refreshInterval = std::chrono::minutes(5);
+  std::chrono::seconds refreshInterval = defaultRefreshInterval;
+  /// The end of a pipe, at whose other end somebody waits for the widgets to be shown.
+  std::optional<int> startedDescriptor;
 };
 
 using ParsedHostCommandLine = std::variant<HostChoice, InformationText, CommandFailure>;

@@ -40,13 +40,6 @@ std::string environmentText(const char* name) {
   return value == nullptr ? "" : value;
 }
 
-/// Beside this program, where both are installed and built.
-std::filesystem::path extensionProgram() {
-  std::error_code error;
-  return std::filesystem::read_symlink("/proc/self/exe", error).parent_path() /
-         extensionProgramName;
-}
-
 WidgetStore::Place storePlace(const ConfigurationDirectory& directory) {
   const auto& folder = directory.location();
   return {.file = folder ? *folder / "widgets.json" : std::filesystem::path(),
@@ -65,7 +58,8 @@ struct HostMachine::Parts {
       : log(diagnostics),
         strings(catalogueDomain(), translationsFolder(), spoken),
         dataDirectory(choice.dataFolder),
-        launcher(extensionProgram(), argumentsOf(choice.common), eventLoop, mainQueue),
+        launcher(programFolder() / extensionProgramName, argumentsOf(choice.common), eventLoop,
+                 mainQueue),
         desk({.extension = extension,
               .store = store,
               .mainQueue = mainQueue,
@@ -79,6 +73,7 @@ struct HostMachine::Parts {
                  .interfaces = *interfaces,
                  .counters = *counters,
                  .bestRoutes = *bestRoutes,
+                 .configuration = configuration,
                  .locationConsent = location.consent(),
                  .consentRecord = location.record(),
                  .consentAuthority = location.authority(),

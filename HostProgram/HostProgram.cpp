@@ -1,7 +1,7 @@
 #include "HostProgram/HostProgram.h"
 
+#include <cstdio>
 #include <expected>
-#include <giomm/error.h>
 #include <ostream>
 #include <variant>
 
@@ -10,59 +10,63 @@
 #include "HostProgram/HostApplication.h"
 #include "HostProgram/HostCommandLine.h"
 #include "HostProgram/HostMachine.h"
+#include "HostProgram/SessionBus.h"
+#include "HostProgram/SoleHost.h"
+#include "PlatformLinux/Desktop/WidgetControlObject.h"
 #include "PlatformLinux/System/StreamDiagnosticLog.h"
+#include "WidgetHost/Control/HostControl.h"
 #include "Wiring/FailureReport.h"
 #include "Wiring/LanguageChoice.h"
+#include "Wiring/ProgramName.h"
 #include "Wiring/ServiceOptions.h"
+#include "Wiring/StartNotice.h"
 
 namespace lanternfold {
 namespace {
 
 constexpr const char* shownAlready =
-    "the widgets are shown already, and stand in front of the other windows for a moment";
+    "the widgets are shown already; with a message bus they stand in front of the other windows "
+    "for a moment";
 constexpr const char* notBelow =
     "this compositor has no layer below the windows, so the widgets are ordinary windows; move "
     "them with the pointer";
 
-std::expected<Glib::RefPtr<Gtk::Application>, CommandFailure> registeredApplication() {
-  auto application = Gtk::Application::create(hostApplicationId, Gio::APPLICATION_HANDLES_OPEN);
-  try {
-    application->register_application();
-  } catch (const Glib::Error& error) {
-    return std::unexpected(
-        workFailed("the session's message bus refuses the widgets: " + std::string(error.what()) +
-                   "; sign in anew, or start them with \"dbus-run-session\""));
-  }
-  return application;
-}
-
 std::expected<void, CommandFailure> show(const HostChoice& choice, WindowKind kind,
-                                         const Console& console) {
+                                         StartNotice& started, const Console& console) {
   const UserLanguage language = chooseUserLanguage();
   StreamDiagnosticLog log(stderr, StreamDiagnosticLog::WhenFull::loseLine);
   if (auto ready = setUpToolkit(kind, language, log); !ready) return ready;
-  const auto registered = registeredApplication();
-  if (!registered) return std::unexpected(registered.error());
-  Gtk::Application& application = *registered->operator->();
-  if (application.is_remote()) {
-    // The first one is activated, and nothing more.
-    application.run();
-    console.output << shownAlready << '\n';
+  const auto application =
+      Gtk::Application::create(hostApplicationId, Gio::APPLICATION_HANDLES_OPEN);
+  HostMachine machine(choice, language, log);
+  const HostServices& services = machine.services();
+  HostControl control(services.desk, [&application] { application->quit(); });
+  // The verbs are there before the name is by which they are called.
+  const SessionBus bus;
+  std::optional<WidgetControlObject> verbs;
+  if (bus.connection() != nullptr) {
+    verbs.emplace(bus.connection(), control, services.mainQueue);
+  }
+  const auto claim = claimSoleHost(*application.operator->(), services.configuration);
+  if (!claim) return std::unexpected(claim.error());
+  if (!*claim) {
+    console.output << shownAlready << std::endl;
+    started.tell();
     return {};
   }
   if (kind == WindowKind::waylandPlain) log.line(notBelow);
-  HostMachine machine(choice, language, log);
-  HostApplication host(application, kind, machine.services());
+  HostApplication host(*application.operator->(), kind, services, [&started] { started.tell(); });
   host.run();
   return {};
 }
 
 std::expected<void, CommandFailure> run(const HostChoice& choice, const Console& console) {
+  StartNotice started(choice.startedDescriptor);
   const auto kind = chooseDisplay(displayEnvironmentOfProcess(), askWaylandCompositor);
   if (!kind) return std::unexpected(kind.error());
   auto readable = requireCertificateAuthorities(choice.common.services.certificateAuthoritiesFile);
   if (!readable) return readable;
-  return withSystemLacks([&] { return show(choice, *kind, console); });
+  return withSystemLacks([&] { return show(choice, *kind, started, console); });
 }
 
 }  // namespace

@@ -17,6 +17,7 @@
 #include "Platform/LoginSession.h"
 #include "Platform/PathMonitor.h"
 #include "Platform/StringTable.h"
+#include "PlatformLinux/Defaults/ConfigurationDirectory.h"
 #include "PlatformLinux/Location/ConsentAuthority.h"
 #include "PlatformLinux/Location/ConsentRecord.h"
 #include "Support/UserLanguage.h"
@@ -32,6 +33,7 @@ struct HostServices {
   InterfaceResolver& interfaces;
   ConnectionMetricsReader& counters;
   BestRouteFinder& bestRoutes;
+  const ConfigurationDirectory& configuration;
   LocationConsent& locationConsent;
   ConsentRecord& consentRecord;
   ConsentAuthority* consentAuthority = nullptr;  ///< null outside a sandbox

@@ -42,7 +42,16 @@ TEST(HostCommandLineTest, TheIntervalsBoundsBelongToIt) {
   }
   for (const char* text : {"9", "86401", "0", "-60", "", "1e3", "60s", "99999999999999999999"}) {
     EXPECT_THAT(sentenceOf({"--refresh-interval", text}),
-                HasSubstr("--refresh-interval takes a number of seconds from 10 to 86400"))
+                HasSubstr("--refresh-interval takes a whole number of seconds from 10 to 86400"))
+        << text;
+  }
+}
+
+TEST(HostCommandLineTest, SomebodyMayWaitForItsStart) {
+  const auto parsed = parseHostCommandLine(Arguments{"--started-fd", "7"});
+  EXPECT_EQ(std::get<HostChoice>(parsed).startedDescriptor, 7);
+  for (const char* text : {"0", "2", "-1", "", "x", "3x", "99999999999"}) {
+    EXPECT_THAT(sentenceOf({"--started-fd", text}), HasSubstr("--started-fd takes the number"))
         << text;
   }
 }
