@@ -22,7 +22,7 @@ pkg_check_modules(gio REQUIRED IMPORTED_TARGET gio-2.0)
 pkg_check_modules(cairo_surfaces REQUIRED IMPORTED_TARGET cairo-pdf cairo-svg)
 pkg_check_modules(png REQUIRED IMPORTED_TARGET libpng)
 pkg_check_modules(gtkmm REQUIRED IMPORTED_TARGET gtkmm-3.0 gtk-layer-shell-0)
-pkg_check_modules(wayland REQUIRED IMPORTED_TARGET wayland-client)
+pkg_check_modules(displays REQUIRED IMPORTED_TARGET wayland-client x11)
 
 function(lanternfold_room name)
   cmake_parse_arguments(ROOM "" "" "USES;LIBRARIES" ${ARGN})
@@ -82,7 +82,7 @@ target_compile_definitions(ExtensionProgram PRIVATE LANTERNFOLD_VERSION="${PROJE
 target_compile_definitions(CommandLine PRIVATE LANTERNFOLD_VERSION="${PROJECT_VERSION}")
 lanternfold_room(HostProgram USES Wiring WidgetHost NetworkWidgetVexExtension WidgetService Rendering
                                   PlatformLinux ViewTree NetworkMonitor NetBase Platform Support
-                 LIBRARIES CLI11::CLI11 PkgConfig::gtkmm PkgConfig::wayland PkgConfig::pangocairo
+                 LIBRARIES CLI11::CLI11 PkgConfig::gtkmm PkgConfig::displays PkgConfig::pangocairo
                            PkgConfig::cairo_surfaces PkgConfig::glib)
 target_compile_definitions(HostProgram PRIVATE LANTERNFOLD_VERSION="${PROJECT_VERSION}")
 

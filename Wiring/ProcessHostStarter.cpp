@@ -11,7 +11,6 @@
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
-#include <utility>
 
 #include "PlatformLinux/System/FileAccess.h"
 #include "PlatformLinux/System/FileDescriptor.h"
@@ -25,6 +24,7 @@ namespace {
 /// Ends with the null that the system wants.
 std::vector<char*> pointersTo(std::vector<std::string>& words) {
   std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
   for (std::string& word : words) pointers.push_back(word.data());
   pointers.push_back(nullptr);
   return pointers;
@@ -92,9 +92,9 @@ std::expected<void, CommandFailure> outcomeOf(int status) {
 
 }  // namespace
 
-ProcessHostStarter::ProcessHostStarter(std::filesystem::path folder,
+ProcessHostStarter::ProcessHostStarter(const std::filesystem::path& folder,
                                        std::chrono::milliseconds limit)
-    : program_(std::move(folder) / hostProgramName), limit_(limit) {}
+    : program_(folder / hostProgramName), limit_(limit) {}
 
 CommandFailure ProcessHostStarter::become(const std::vector<std::string>& arguments) {
   std::vector<std::string> words = {program_};

@@ -11,7 +11,7 @@ namespace lanternfold {
 class ProcessHostStarter final : public HostStarter {
  public:
   /// `folder` holds the host's program; one that has said nothing within `limit` is ended.
-  explicit ProcessHostStarter(std::filesystem::path folder,
+  explicit ProcessHostStarter(const std::filesystem::path& folder,
                               std::chrono::milliseconds limit = std::chrono::seconds(60));
 
   [[nodiscard]] CommandFailure become(const std::vector<std::string>& arguments) override;

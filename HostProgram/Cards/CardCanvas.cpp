@@ -31,22 +31,24 @@ CardCanvas::CardCanvas(const CardDrawing& drawing, Handlers handlers)
 }
 
 void CardCanvas::show(const std::string& name, const View& view, const CardState& state) {
-  view_ = view;
   state_ = state;
   set_size_request(static_cast<int>(state.size.width), static_cast<int>(state.size.height));
   get_accessible()->set_name(name);
-  refresh();
+  if (picture_.show(view, state_)) showPicture();
 }
 
 void CardCanvas::refresh() {
-  if (!picture_.show(view_, state_)) return;
-  get_accessible()->set_description(picture_.layout().accessibleDescription);
+  if (picture_.show(state_)) showPicture();
+}
+
+void CardCanvas::showPicture() {
+  get_accessible()->set_description(picture_.description());
   layFaces();
   queue_draw();
 }
 
 void CardCanvas::layFaces() {
-  const std::vector<CardFace> faces = cardFaces(picture_.layout(), state_.size);
+  const std::vector<CardFace>& faces = picture_.faces();
   while (buttons_.size() < faces.size()) addButton();
   // A button keeps its place among the others, and with it the keyboard's focus. What is too many
   // is kept hidden, since it may be just this one's signal that has led here.

@@ -36,6 +36,7 @@ class CardCanvas final : public Gtk::Fixed {
   bool on_focus(Gtk::DirectionType direction) override;
 
  private:
+  void showPicture();
   void lay(FaceButton& button, const CardFace& face);
   void layFaces();
   void addButton();
@@ -47,7 +48,6 @@ class CardCanvas final : public Gtk::Fixed {
 
   Handlers handlers_;
   CardPicture picture_;
-  View view_;
   CardState state_;
   Glib::RefPtr<Gtk::CssProvider> bareButtons_ = Gtk::CssProvider::create();
   std::vector<std::unique_ptr<FaceButton>> buttons_;

@@ -5,10 +5,11 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "HostProgram/Cards/CardDrawing.h"
+#include "HostProgram/Cards/CardFaces.h"
 #include "ViewTree/DrawList.h"
-#include "ViewTree/Layout.h"
 
 namespace lanternfold {
 
@@ -30,8 +31,15 @@ class CardPicture {
 
   /// Whether the picture differs from the one before.
   bool show(const View& view, const CardState& state);
+  /// The same with the view that is shown already.
+  bool show(const CardState& state);
 
-  [[nodiscard]] const LaidOutView& layout() const { return layout_; }
+  /// What is shown; none at first.
+  [[nodiscard]] const std::optional<View>& view() const { return view_; }
+  /// What of it can be pressed.
+  [[nodiscard]] const std::vector<CardFace>& faces() const { return faces_; }
+  /// What a screen reader says of it.
+  [[nodiscard]] const std::string& description() const { return description_; }
 
   /// A unit of `surface` is a point; outside of the rounded corners nothing is painted.
   void paint(cairo_t* surface) const;
@@ -47,12 +55,14 @@ class CardPicture {
     friend bool operator==(const Style&, const Style&) = default;
   };
 
-  void draw();
+  [[nodiscard]] Style styleOf(const CardState& state) const;
+  void draw(Style style);
 
   const CardDrawing& drawing_;
   std::optional<View> view_;
   Style style_;
-  LaidOutView layout_;
+  std::vector<CardFace> faces_;
+  std::string description_;
   DrawList commands_;
 };
 

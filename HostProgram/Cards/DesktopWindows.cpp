@@ -30,50 +30,45 @@ DesktopWindows::~DesktopWindows() {
 }
 
 void DesktopWindows::countMonitors() {
-  monitors_ = currentMonitors();
+  monitors_ =
+      surroundings_.placer.roomOn(currentMonitors(), [this] { monitorWatch_->countAgain(); });
   areas_.clear();
   for (const PlacedMonitor& monitor : monitors_) areas_.push_back(monitor.area);
   surroundings_.desk.monitorsChanged(areas_);
-  for (auto& [id, shown] : shown_) {
-    if (const auto card = surroundings_.desk.card(id)) place(shown, *card);
+  for (auto& [id, window] : windows_) {
+    if (const auto card = surroundings_.desk.card(id)) place(window, *card);
   }
 }
 
 void DesktopWindows::setScheme(ColourScheme scheme) {
   surroundings_.drawing.scheme = scheme;
-  for (auto& [id, shown] : shown_) shown.window->canvas().refresh();
+  for (auto& [id, window] : windows_) window.canvas().refresh();
 }
 
 void DesktopWindows::cardAdded(const std::string& id) {
   const auto card = surroundings_.desk.card(id);
-  if (!card || shown_.contains(id)) return;
-  Shown& shown = shown_[id];
-  shown.window =
-      std::make_unique<CardWindow>(surroundings_.drawing, surroundings_.placer, handlersOf(id));
-  shown.time = surroundings_.clock.now();
-  show(shown, *card);
+  if (!card || windows_.contains(id)) return;
+  const auto [added, isNew] =
+      windows_.try_emplace(id, surroundings_.drawing, surroundings_.placer, handlersOf(id));
+  show(added->second, *card);
 }
 
 void DesktopWindows::cardChanged(const std::string& id) {
-  const auto found = shown_.find(id);
+  const auto found = windows_.find(id);
   const auto card = surroundings_.desk.card(id);
-  if (found != shown_.end() && card) show(found->second, *card);
+  if (found != windows_.end() && card) show(found->second, *card);
 }
 
-void DesktopWindows::cardRemoved(const std::string& id) { shown_.erase(id); }
+void DesktopWindows::cardRemoved(const std::string& id) { windows_.erase(id); }
 
 void DesktopWindows::catalogueChanged() { handlers_.catalogueChanged(); }
 
-void DesktopWindows::show(Shown& shown, const Card& card) {
-  if (shown.view != card.view) {
-    shown.view = card.view;
-    shown.time = surroundings_.clock.now();
-  }
-  shown.window->showCard(nameOf(card.placed.kind), card.view,
-                         {.size = widgetSize(card.placed.family),
-                          .time = shown.time,
-                          .isContentInvalidated = card.isAwaited});
-  place(shown, card);
+void DesktopWindows::show(CardWindow& window, const Card& card) {
+  window.showCard(nameOf(card.placed.kind), card.view,
+                  {.size = widgetSize(card.placed.family),
+                   .time = card.date.value_or(surroundings_.clock.now()),
+                   .isContentInvalidated = card.isAwaited});
+  place(window, card);
 }
 
 std::string DesktopWindows::nameOf(const std::string& kind) const {
@@ -86,15 +81,15 @@ std::optional<MonitorPosition> DesktopWindows::shownPlace(const Card& card) cons
   return shownPosition(card.placed.position, widgetSize(card.placed.family), areas_);
 }
 
-void DesktopWindows::place(Shown& shown, const Card& card) {
+void DesktopWindows::place(CardWindow& window, const Card& card) {
   const auto position = shownPlace(card);
   const auto monitor = std::ranges::find_if(monitors_, [&position](const PlacedMonitor& one) {
     return position && one.area.name == position->monitor;
   });
   if (monitor == monitors_.end()) {
-    shown.window->hide();
+    window.hide();
   } else {
-    shown.window->placeAt(*monitor, pointOf(*position));
+    window.placeAt(*monitor, pointOf(*position));
   }
 }
 
@@ -102,9 +97,7 @@ CardWindow::Handlers DesktopWindows::handlersOf(const std::string& id) {
   return {.press = [this, id](const std::string& intent) { surroundings_.desk.press(id, intent); },
           .openLink = handlers_.openLink,
           .openMenu =
-              [this, id](const GdkEvent* event) {
-                handlers_.openMenu(id, *shown_.at(id).window, event);
-              },
+              [this, id](const GdkEvent* event) { handlers_.openMenu(id, windows_.at(id), event); },
           .landing = [this, id](const CardDrag& drag) { return landing(id, drag); },
           .moved = [this, id](const MonitorPosition& position) { move(id, position); },
           .stepped = [this, id](int right, int down) { step(id, right, down); },
@@ -150,23 +143,23 @@ void DesktopWindows::step(const std::string& id, int right, int down) {
 }
 
 void DesktopWindows::focusNextTo(const std::string& id, bool isForward) {
-  const auto here = shown_.find(id);
-  if (here == shown_.end()) return;
+  const auto here = windows_.find(id);
+  if (here == windows_.end()) return;
   auto next = here;
   if (isForward) {
-    if (++next == shown_.end()) next = shown_.begin();
+    if (++next == windows_.end()) next = windows_.begin();
   } else {
-    if (next == shown_.begin()) next = shown_.end();
+    if (next == windows_.begin()) next = windows_.end();
     --next;
   }
-  next->second.window->raiseCard();
+  next->second.raiseCard();
 }
 
 void DesktopWindows::raiseAll() {
-  if (shown_.empty()) return;
+  if (windows_.empty()) return;
   lowering_.disconnect();
   // The focus ends in the one that is raised last.
-  for (auto& [id, shown] : std::views::reverse(shown_)) shown.window->raiseCard();
+  for (auto& [id, window] : std::views::reverse(windows_)) window.raiseCard();
   lowering_ = Glib::signal_timeout().connect_seconds(
       [this] {
         lowerAll();
@@ -177,7 +170,7 @@ void DesktopWindows::raiseAll() {
 
 void DesktopWindows::lowerAll() {
   lowering_.disconnect();
-  for (auto& [id, shown] : shown_) shown.window->lowerCard();
+  for (auto& [id, window] : windows_) window.lowerCard();
 }
 
 }  // namespace lanternfold

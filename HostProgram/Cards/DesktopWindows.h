@@ -3,7 +3,6 @@
 // Made by: the host's application. Main thread.
 #pragma once
 
-#include <chrono>
 #include <functional>
 #include <glibmm/main.h>
 #include <map>
@@ -55,16 +54,10 @@ class DesktopWindows final : public WidgetDeskObserver {
   void catalogueChanged() override;
 
  private:
-  struct Shown {
-    std::unique_ptr<CardWindow> window;
-    View view;
-    std::chrono::system_clock::time_point time;  ///< when `view` came
-  };
-
   [[nodiscard]] CardWindow::Handlers handlersOf(const std::string& id);
   [[nodiscard]] std::string nameOf(const std::string& kind) const;
-  void show(Shown& shown, const Card& card);
-  void place(Shown& shown, const Card& card);
+  void show(CardWindow& window, const Card& card);
+  void place(CardWindow& window, const Card& card);
   void countMonitors();
   [[nodiscard]] std::optional<CardWindow::Landing> landing(const std::string& id,
                                                            const CardDrag& drag) const;
@@ -79,7 +72,7 @@ class DesktopWindows final : public WidgetDeskObserver {
   Handlers handlers_;
   std::vector<PlacedMonitor> monitors_;
   std::vector<MonitorArea> areas_;  ///< of `monitors_`
-  std::map<std::string, Shown> shown_;
+  std::map<std::string, CardWindow> windows_;
   sigc::connection lowering_;
   std::unique_ptr<MonitorWatch> monitorWatch_;
 };

@@ -1,5 +1,6 @@
 #include "HostProgram/Display/LayerWindowPlacer.h"
 
+#include <algorithm>
 #include <cmath>
 #include <gdkmm/screen.h>
 #include <gtk-layer-shell/gtk-layer-shell.h>
@@ -68,6 +69,31 @@ class GhostMove final : public WindowPlacer::Move {
 };
 
 }  // namespace
+
+std::vector<PlacedMonitor> LayerWindowPlacer::roomOn(std::vector<PlacedMonitor> monitors,
+                                                     const std::function<void()>& changed) {
+  std::erase_if(surveys_, [&monitors](const auto& survey) {
+    return std::ranges::find(monitors, survey.first, [](const PlacedMonitor& monitor) {
+             return monitor.area.name;
+           }) == monitors.end();
+  });
+  for (PlacedMonitor& monitor : monitors) {
+    monitor.area.size = surveyOf(monitor.area.name, changed).room(monitor.area.size);
+    monitor.area.workArea = {{0, 0}, monitor.area.size};
+  }
+  return monitors;
+}
+
+/// One that was unplugged and came back is another output.
+LayerSurvey& LayerWindowPlacer::surveyOf(const std::string& name,
+                                         const std::function<void()>& changed) {
+  std::unique_ptr<LayerSurvey>& survey = surveys_[name];
+  GdkMonitor* const output = monitorNamed(name);
+  if (!survey || survey->output() != output) {
+    survey = std::make_unique<LayerSurvey>(output, changed);
+  }
+  return *survey;
+}
 
 void LayerWindowPlacer::prepare(Gtk::Window& window) {
   putOnLayer(window, GTK_LAYER_SHELL_LAYER_BOTTOM);

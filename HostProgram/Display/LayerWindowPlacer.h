@@ -1,12 +1,20 @@
 // Widgets on the layer of a Wayland compositor that lies between the wallpaper and the windows.
 #pragma once
 
+#include <map>
+#include <memory>
+#include <string>
+
+#include "HostProgram/Display/LayerSurvey.h"
 #include "HostProgram/Display/WindowPlacer.h"
 
 namespace lanternfold {
 
 class LayerWindowPlacer final : public WindowPlacer {
  public:
+  /// The compositor counts from where panels end, and so does what is returned.
+  [[nodiscard]] std::vector<PlacedMonitor> roomOn(std::vector<PlacedMonitor> monitors,
+                                                  const std::function<void()>& changed) override;
   void prepare(Gtk::Window& window) override;
   void place(Gtk::Window& window, const PlacedMonitor& monitor, Point origin, Size size) override;
   [[nodiscard]] Point pointerOnDesktop(const GdkEvent& event, Point inWindow,
@@ -15,6 +23,12 @@ class LayerWindowPlacer final : public WindowPlacer {
                                                 const GdkEvent& event) override;
   void raise(Gtk::Window& window) override;
   void lower(Gtk::Window& window) override;
+
+ private:
+  [[nodiscard]] LayerSurvey& surveyOf(const std::string& name,
+                                      const std::function<void()>& changed);
+
+  std::map<std::string, std::unique_ptr<LayerSurvey>> surveys_;  ///< by the monitor's name
 };
 
 }  // namespace lanternfold

@@ -111,12 +111,6 @@ class MonitorWatch::State {
   State(const State&) = delete;
   State& operator=(const State&) = delete;
 
- private:
-  static void disconnectAll(std::vector<sigc::connection>& connections) {
-    for (sigc::connection& connection : connections) connection.disconnect();
-    connections.clear();
-  }
-
   void hear() {
     if (settling_.connected()) return;
     settling_ = Glib::signal_timeout().connect(
@@ -126,6 +120,12 @@ class MonitorWatch::State {
           return false;
         },
         settlingMilliseconds);
+  }
+
+ private:
+  static void disconnectAll(std::vector<sigc::connection>& connections) {
+    for (sigc::connection& connection : connections) connection.disconnect();
+    connections.clear();
   }
 
   void listenToMonitors() {
@@ -151,5 +151,7 @@ MonitorWatch::MonitorWatch(std::function<void()> changed)
     : state_(std::make_unique<State>(std::move(changed))) {}
 
 MonitorWatch::~MonitorWatch() = default;
+
+void MonitorWatch::countAgain() { state_->hear(); }
 
 }  // namespace lanternfold

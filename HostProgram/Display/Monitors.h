@@ -28,6 +28,9 @@ class MonitorWatch final {
   MonitorWatch(const MonitorWatch&) = delete;
   MonitorWatch& operator=(const MonitorWatch&) = delete;
 
+  /// Something else says that there was a change.
+  void countAgain();
+
  private:
   class State;
   std::unique_ptr<State> state_;

@@ -4,6 +4,11 @@
 
 namespace lanternfold {
 
+std::vector<PlacedMonitor> PlainWindowPlacer::roomOn(std::vector<PlacedMonitor> monitors,
+                                                     const std::function<void()>&) {
+  return monitors;
+}
+
 void PlainWindowPlacer::prepare(Gtk::Window& window) {
   window.set_decorated(false);
   window.set_focus_on_map(false);

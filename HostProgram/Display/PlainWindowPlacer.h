@@ -8,6 +8,8 @@ namespace lanternfold {
 
 class PlainWindowPlacer final : public WindowPlacer {
  public:
+  [[nodiscard]] std::vector<PlacedMonitor> roomOn(std::vector<PlacedMonitor> monitors,
+                                                  const std::function<void()>& changed) override;
   void prepare(Gtk::Window& window) override;
   void place(Gtk::Window& window, const PlacedMonitor& monitor, Point origin, Size size) override;
   [[nodiscard]] Point pointerOnDesktop(const GdkEvent& event, Point inWindow,

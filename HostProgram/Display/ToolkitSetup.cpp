@@ -5,12 +5,11 @@
 #include <string>
 #include <string_view>
 
+#include "HostProgram/Display/DisplayLoss.h"
+#include "PlatformLinux/Desktop/WidgetControlNames.h"
+
 namespace lanternfold {
 namespace {
-
-constexpr const char* displayGone =
-    "the display has gone, and the widgets with it; start them again with \"lanternfold-widgets "
-    "show\" in the next session";
 
 std::string_view fieldOf(const GLogField* fields, gsize count, std::string_view name) {
   for (gsize index = 0; index < count; ++index) {
@@ -49,12 +48,16 @@ std::expected<void, CommandFailure> setUpToolkit(WindowKind kind, const UserLang
   ::setenv("GDK_GL", "disable", /*overwrite=*/0);
   // Numbers and messages keep the form that the program has given them.
   gtk_disable_setlocale();
+  // What the desktop files its windows under.
+  g_set_prgname(widgetHostBusName);
   gdk_set_allowed_backends(backendOf(kind));
   if (gtk_init_check(nullptr, nullptr) == FALSE) {
     return std::unexpected(
         workFailed("the display cannot be opened; check DISPLAY or WAYLAND_DISPLAY, and that this "
                    "user may use it"));
   }
+  sayWhenX11IsGone();
+  g_set_application_name("Lanternfold Widgets");
   gtk_widget_set_default_direction(language.isRightToLeft ? GTK_TEXT_DIR_RTL : GTK_TEXT_DIR_LTR);
   return {};
 }

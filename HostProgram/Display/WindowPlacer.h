@@ -7,6 +7,7 @@
 #include <gdk/gdk.h>
 #include <gtkmm/window.h>
 #include <memory>
+#include <vector>
 
 #include <cairomm/context.h>
 
@@ -28,6 +29,11 @@ class WindowPlacer {
   using Paint = std::function<void(const Cairo::RefPtr<Cairo::Context>&)>;
 
   virtual ~WindowPlacer() = default;
+
+  /// The monitors as far as they are free for widgets, which the display may know better than the
+  /// toolkit. `changed` is called when that changes by itself, never inside of a call.
+  [[nodiscard]] virtual std::vector<PlacedMonitor> roomOn(std::vector<PlacedMonitor> monitors,
+                                                          const std::function<void()>& changed) = 0;
 
   /// Once, before the window is shown for the first time.
   virtual void prepare(Gtk::Window& window) = 0;

@@ -23,6 +23,11 @@ class WindowMove final : public WindowPlacer::Move {
 
 }  // namespace
 
+std::vector<PlacedMonitor> X11WindowPlacer::roomOn(std::vector<PlacedMonitor> monitors,
+                                                   const std::function<void()>&) {
+  return monitors;
+}
+
 void X11WindowPlacer::prepare(Gtk::Window& window) {
   window.set_decorated(false);
   window.set_skip_taskbar_hint(true);

@@ -21,6 +21,7 @@ PreviewTile::PreviewTile(const Surroundings& surroundings, const WidgetDescripti
       surroundings_(surroundings),
       kind_(description.kind),
       family_(family),
+      state_{.size = widgetSize(family)},
       picture_(surroundings_.drawing) {
   const StringTable& strings = surroundings_.strings;
   const std::string title = familyTitle(family, strings);
@@ -78,14 +79,16 @@ void PreviewTile::askForTimeline() {
 }
 
 void PreviewTile::showEntry(const ViewEntry& entry) {
-  entry_ = entry;
-  refresh();
+  state_.time = entry.date;
+  if (picture_.show(entry.view, state_)) showPicture();
 }
 
 void PreviewTile::refresh() {
-  if (!entry_) return;
-  if (!picture_.show(entry_->view, {.size = widgetSize(family_), .time = entry_->date})) return;
-  preview_.get_accessible()->set_description(picture_.layout().accessibleDescription);
+  if (picture_.show(state_)) showPicture();
+}
+
+void PreviewTile::showPicture() {
+  preview_.get_accessible()->set_description(picture_.description());
   preview_.queue_draw();
 }
 

@@ -42,14 +42,15 @@ class PreviewTile final : public Gtk::Box {
   void askForPlaceholder();
   void askForTimeline();
   void showEntry(const ViewEntry& entry);
+  void showPicture();
   bool paint(const Cairo::RefPtr<Cairo::Context>& context);
   void add() const { surroundings_.add(kind_, family_); }
 
   Surroundings surroundings_;
   std::string kind_;
   WidgetFamily family_;
+  CardState state_;
   CardPicture picture_;
-  std::optional<ViewEntry> entry_;
   WidgetExtension::Question question_ = 0;
   /// What answers look at that may come when the tile is gone.
   std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);

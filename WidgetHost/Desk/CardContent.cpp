@@ -18,20 +18,21 @@ std::chrono::nanoseconds until(CardContent::Date date, CardContent::Date now) {
 
 }  // namespace
 
-void CardContent::receiveSample(View view) {
-  if (!entry_) sample_ = std::move(view);
+void CardContent::receiveSample(ViewEntry sample) {
+  if (!entry_) sample_ = std::move(sample);
 }
 
 void CardContent::receiveTimeline(Timeline<ViewEntry> timeline, const Moment& now) {
   if (timeline.entries.empty()) return;
   std::ranges::stable_sort(timeline.entries, {}, &ViewEntry::date);
   later_.clear();
-  for (auto& [date, view] : timeline.entries) {
-    later_.push_back({.due = now.time + until(date, now.date), .view = std::move(view)});
+  for (ViewEntry& entry : timeline.entries) {
+    const auto due = now.time + until(entry.date, now.date);
+    later_.push_back({.due = due, .entry = std::move(entry)});
   }
   std::ranges::reverse(later_);
   sample_.reset();
-  entry_ = std::move(later_.back().view);
+  entry_ = std::move(later_.back().entry);
   later_.pop_back();
   advance(now.time);
 }
@@ -45,7 +46,7 @@ void CardContent::forget() {
 bool CardContent::advance(TimePoint now) {
   bool isAnother = false;
   while (!later_.empty() && later_.back().due <= now) {
-    entry_ = std::move(later_.back().view);
+    entry_ = std::move(later_.back().entry);
     later_.pop_back();
     isAnother = true;
   }
@@ -61,10 +62,15 @@ View CardContent::view(const Standing& standing, const StringTable& strings,
   if (standing.isLeftAlone) return quietCard(strings, family);
   // A sample that stays would be taken for facts.
   if (standing.isStale) {
-    return entry_ ? staleCard(*entry_, strings) : unansweredCard(strings, family);
+    return entry_ ? staleCard(entry_->view, strings) : unansweredCard(strings, family);
   }
-  if (entry_) return *entry_;
-  return sample_ ? *sample_ : emptyCard(strings);
+  if (entry_) return entry_->view;
+  return sample_ ? sample_->view : emptyCard(strings);
+}
+
+std::optional<CardContent::Date> CardContent::date() const {
+  const std::optional<ViewEntry>& shown = entry_ ? entry_ : sample_;
+  return shown ? std::optional(shown->date) : std::nullopt;
 }
 
 std::optional<std::chrono::nanoseconds> untilEndOf(const Timeline<ViewEntry>& timeline,

@@ -32,7 +32,7 @@ class CardContent {
   };
 
   /// A sample never takes the place of a timeline.
-  void receiveSample(View view);
+  void receiveSample(ViewEntry sample);
   /// Shows the entry of now, or else the first, and the later ones as their dates come. A timeline
   /// without entries changes nothing.
   void receiveTimeline(Timeline<ViewEntry> timeline, const Moment& now);
@@ -51,15 +51,17 @@ class CardContent {
   }
   [[nodiscard]] View view(const Standing& standing, const StringTable& strings,
                           WidgetFamily family) const;
+  /// Of the entry or the sample that there is; none without one.
+  [[nodiscard]] std::optional<Date> date() const;
 
  private:
   struct LaterEntry {
     TimePoint due;
-    View view;
+    ViewEntry entry;
   };
 
-  std::optional<View> sample_;
-  std::optional<View> entry_;
+  std::optional<ViewEntry> sample_;
+  std::optional<ViewEntry> entry_;
   std::vector<LaterEntry> later_;  ///< the next one last
 };
 

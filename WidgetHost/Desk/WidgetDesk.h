@@ -33,6 +33,8 @@ struct Card {
   /// What the extension has answered last, a quiet card while it is left alone, or an empty
   /// background before the first answer. Never trusted beyond what the archive of views checks.
   View view;
+  /// When what `view` shows was true; none before the first answer.
+  std::optional<std::chrono::system_clock::time_point> date = std::nullopt;
   bool isSample = false;   ///< a placeholder: no timeline has come yet
   bool isStale = false;    ///< two reloads in a row have failed; `view` says so
   bool isAwaited = false;  ///< the user has asked for something newer, which is not there yet

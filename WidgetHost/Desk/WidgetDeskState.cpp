@@ -63,6 +63,7 @@ Card WidgetDesk::State::cardOf(const Item& item) const {
   const CardContent::Standing standing{.isStale = isStale(item), .isLeftAlone = isLeftAlone()};
   return {.placed = item.placed,
           .view = item.content.view(standing, strings_, item.placed.family),
+          .date = item.content.date(),
           .isSample = item.content.isSample(standing),
           .isStale = standing.isStale,
           .isAwaited = item.isAwaited};
@@ -248,7 +249,7 @@ void WidgetDesk::State::askTimeline(Item& item) {
 
 void WidgetDesk::State::receiveSample(Item& item, std::expected<ViewEntry, Failure> answer) {
   if (answer) {
-    item.content.receiveSample(std::move(answer->view));
+    item.content.receiveSample(*std::move(answer));
     announcements_.changed(item.placed.id);
   } else if (answer.error() != Failure::refused) {
     return miss(item, answer.error());

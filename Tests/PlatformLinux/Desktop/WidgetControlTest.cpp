@@ -17,7 +17,6 @@ namespace lanternfold {
 namespace {
 
 using namespace std::chrono_literals;
-using testing::ElementsAre;
 using testing::HasSubstr;
 using Cause = WidgetControlFailure::Cause;
 
