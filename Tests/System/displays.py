@@ -127,7 +127,7 @@ class XDisplay(Display):
 class SwayDisplay(Display):
     """sway, which refuses to be root, and shows its outputs to nobody but pictures."""
 
-    background = "404040"
+    background = "3f3f3f"
 
     def __init__(self, session, size=SIZE, configuration=()):
         self._session = session
@@ -150,6 +150,8 @@ class SwayDisplay(Display):
         self.environment = {"WAYLAND_DISPLAY": str(socket), "SWAYSOCK": str(ipc)}
         wait_until(self.outputs, "an output")
         self._pointer = None
+        # A keyboard that stays: without any no window has the focus.
+        session.begin(["wtype", "-s", "3600000", "-k", "Escape"], **self.environment)
 
     def outputs(self):
         """The monitors, by name."""

@@ -10,12 +10,11 @@ import time
 from desktop_session import DesktopSession
 from displays import XDisplay
 from host_process import ctl
-from host_test import SwayTest, XTest
+from host_test import APPLICATION, SwayTest, XTest
 from process_tree import wait_until
+from program import run
 
 KILLS, HOSTS = 100, 4
-# What an application is called on the accessibility bus.
-HOST_NAME = "lanternfold-widget-host"
 
 
 class FailureTests:
@@ -36,7 +35,7 @@ class FailureTests:
             wait_until(lambda: pid not in host.extensions(), "its end", 5)
 
     def press_try_again(self):
-        self.session.accessible("press", HOST_NAME, "Try again")
+        self.session.accessible("press", APPLICATION, "Try again")
 
     def try_again_is_shown(self):
         return self.says("'Try again'")
@@ -89,7 +88,7 @@ class FailureTests:
         wait_until(lambda: len(self.asked()) >= before + 5, "questions", 10)
 
     def says(self, text):
-        return text in str(self.session.accessible("tree", HOST_NAME))
+        return text in str(self.session.accessible("tree", APPLICATION))
 
 
 class XFailureTest(FailureTests, XTest):
@@ -134,8 +133,9 @@ class Desktop:
         self.session.begin_accessibility()
         test.session, test.display = self.session, XDisplay(self.session)
         self.display = test.display
-        test.service_options = [*test.service_options[:1], str(test.folder / f"data {seed}"),
-                                *test.service_options[2:]]
+        data = str(test.folder / f"data {seed}")
+        run("location", "deny", "--data-dir", data, check=True)
+        test.service_options = [*test.service_options[:1], data, *test.service_options[2:]]
         self.host = test.start_host()
         test.assert_shown(test.wait_for_widgets()[0])
 
@@ -168,6 +168,6 @@ class Desktop:
 
     def have_it_started(self):
         ctl(self.environment, "reload")
-        tree = self.session.accessible("tree", HOST_NAME)
+        tree = self.session.accessible("tree", APPLICATION)
         if "'Try again'" in str(tree):
-            self.session.accessible("press", HOST_NAME, "Try again")
+            self.session.accessible("press", APPLICATION, "Try again")
