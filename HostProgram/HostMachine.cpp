@@ -1,8 +1,8 @@
 #include "HostProgram/HostMachine.h"
 
-#include <cstdlib>
 #include <string>
 
+#include "HostProgram/HostEnvironment.h"
 #include "NetworkMonitor/Interfaces/PosixInterfaceResolver.h"
 #include "NetworkWidgetVexExtension/Providers/BestRouteFinder.h"
 #include "PlatformLinux/Bus/BusAddresses.h"
@@ -34,11 +34,6 @@
 
 namespace lanternfold {
 namespace {
-
-std::string environmentText(const char* name) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? "" : value;
-}
 
 WidgetStore::Place storePlace(const ConfigurationDirectory& directory) {
   const auto& folder = directory.location();
@@ -103,8 +98,7 @@ struct HostMachine::Parts {
                          .dispatch = dispatch,
                          .log = log}};
   LogindSession loginSession{
-      {.busAddress = systemBusAddress(), .sessionId = environmentText("XDG_SESSION_ID")},
-      mainQueue};
+      {.busAddress = systemBusAddress(), .sessionId = loginSessionOfProcess()}, mainQueue};
   PortalAppearance appearance{sessionBusAddress(), mainQueue};
   // Which adapters there are.
   LinuxNetworkKernel kernel;

@@ -9,6 +9,7 @@
 #include "HostProgram/Display/ToolkitSetup.h"
 #include "HostProgram/HostApplication.h"
 #include "HostProgram/HostCommandLine.h"
+#include "HostProgram/HostEnvironment.h"
 #include "HostProgram/HostMachine.h"
 #include "HostProgram/SessionBus.h"
 #include "HostProgram/SoleHost.h"

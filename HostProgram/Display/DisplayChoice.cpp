@@ -1,6 +1,5 @@
 #include "HostProgram/Display/DisplayChoice.h"
 
-#include <cstdlib>
 #include <string_view>
 
 namespace lanternfold {
@@ -9,12 +8,6 @@ namespace {
 constexpr const char* noDisplay =
     "there is no display to show widgets on; start it in a desktop session, or draw them with "
     "\"lanternfold-widgets render\" or \"gallery\", or read them with \"state\"";
-
-std::optional<std::string> variable(const char* name) {
-  const char* value = std::getenv(name);
-  if (value == nullptr || *value == '\0') return std::nullopt;
-  return value;
-}
 
 /// GDK_BACKEND is a list, of which "*" is any.
 bool mayUse(const DisplayEnvironment& environment, std::string_view backend) {
@@ -25,12 +18,6 @@ bool mayUse(const DisplayEnvironment& environment, std::string_view backend) {
 }
 
 }  // namespace
-
-DisplayEnvironment displayEnvironmentOfProcess() {
-  return {.x11 = variable("DISPLAY"),
-          .wayland = variable("WAYLAND_DISPLAY"),
-          .backend = variable("GDK_BACKEND")};
-}
 
 std::expected<WindowKind, CommandFailure> chooseDisplay(
     const DisplayEnvironment& environment,

@@ -20,9 +20,6 @@ struct DisplayEnvironment {
   std::optional<std::string> backend;  ///< GDK_BACKEND: the user's own choice
 };
 
-/// Of this process.
-[[nodiscard]] DisplayEnvironment displayEnvironmentOfProcess();
-
 /// What is found out of a Wayland compositor.
 enum class WaylandCompositor {
   unreachable,

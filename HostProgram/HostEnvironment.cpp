@@ -1,0 +1,25 @@
+#include "HostProgram/HostEnvironment.h"
+
+#include <cstdlib>
+
+namespace lanternfold {
+namespace {
+
+/// None for a variable that is not set or empty.
+std::optional<std::string> variable(const char* name) {
+  const char* value = std::getenv(name);
+  if (value == nullptr || *value == '\0') return std::nullopt;
+  return value;
+}
+
+}  // namespace
+
+DisplayEnvironment displayEnvironmentOfProcess() {
+  return {.x11 = variable("DISPLAY"),
+          .wayland = variable("WAYLAND_DISPLAY"),
+          .backend = variable("GDK_BACKEND")};
+}
+
+std::string loginSessionOfProcess() { return variable("XDG_SESSION_ID").value_or(""); }
+
+}  // namespace lanternfold
