@@ -6,19 +6,20 @@ set(application net.quernaple.LanternfoldX.Widgets)
 set(packaging "${CMAKE_SOURCE_DIR}/Packaging")
 
 # lanternfold_install_configured(FILE FOLDER)
-#   FILE is Packaging/FILE.in with @LANTERNFOLD_PROGRAMS@, the folder of the installed programs,
-#   which is known no sooner than at the installation. FOLDER stands below the prefix; a CMake
+#   FILE is Packaging/FILE.in with @LANTERNFOLD_PROGRAMS@, the folder of the installed programs, and
+#   @LANTERNFOLD_HOST@, the command that starts the host (see InstalledPrograms.cmake). FOLDER stands below the prefix; a CMake
 #   expression in it is evaluated then.
 function(lanternfold_install_configured file folder)
   install(CODE "
-    set(LANTERNFOLD_PROGRAMS \"\${CMAKE_INSTALL_PREFIX}\")
-    cmake_path(APPEND LANTERNFOLD_PROGRAMS \"${CMAKE_INSTALL_BINDIR}\")
     set(folder \"\${CMAKE_INSTALL_PREFIX}\")
     cmake_path(APPEND folder \"${folder}\")
     configure_file(\"${packaging}/${file}.in\" \"${CMAKE_BINARY_DIR}/Packaging/${file}\" @ONLY)
     file(INSTALL \"${CMAKE_BINARY_DIR}/Packaging/${file}\" DESTINATION \"\${folder}\")")
 endfunction()
 
+# First of all: it may turn out that nothing can be installed there.
+install(CODE "set(LANTERNFOLD_BINDIR \"${CMAKE_INSTALL_BINDIR}\")")
+install(SCRIPT "${CMAKE_SOURCE_DIR}/CMake/InstalledPrograms.cmake")
 install(TARGETS lanternfold-widgets lanternfold-widget-extension lanternfold-widget-host)
 install(DIRECTORY Assets DESTINATION "${CMAKE_INSTALL_DATADIR}/lanternfold-widgets")
 

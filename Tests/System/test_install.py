@@ -3,6 +3,8 @@ programs that find there what they read, and each other."""
 
 import configparser
 import shlex
+import shutil
+import subprocess
 import tempfile
 import unittest
 from pathlib import Path
@@ -10,7 +12,8 @@ from pathlib import Path
 import pictures
 from installation import APPLICATION, PROGRAMS, Installation, install
 
-SCHEME = "x-scheme-handler/net.quernaple.lanternfoldx"
+# Some look a scheme up in lower case, others as it is written.
+SCHEMES = ("x-scheme-handler/net.quernaple.lanternfoldx", "x-scheme-handler/net.quernaple.LanternfoldX")
 LANGUAGES = ("ar", "de", "es", "fr", "it", "ja", "ru", "zh_CN")
 PROGRAM_MODE, FILE_MODE, FOLDER_MODE = 0o755, 0o644, 0o755
 EXPECTED = {
@@ -72,6 +75,30 @@ class PackageTest(unittest.TestCase):
         unit = ini(self.root / "usr/share/systemd/user/lanternfold-widgets.service")
         self.assertEqual(unit["Service"]["ExecStart"], '"/usr/bin/lanternfold-widget-host"')
 
+    def test_commands_without_a_space_need_no_quotes(self):
+        """Which some that read desktop files do not know."""
+        for folder in ("usr/share/applications", "etc/xdg/autostart"):
+            command = ini(next((self.root / folder).iterdir()))["Desktop Entry"]["Exec"]
+            self.assertEqual(command.split(" ")[0], "/usr/bin/lanternfold-widget-host")
+
+    def test_prefix_that_no_unit_can_name_is_refused_before_anything_is_installed(self):
+        with tempfile.TemporaryDirectory(prefix="lanternfold-") as folder:
+            for name in ("50%", 'in "quotes"', "back`tick", "back\\slash", "$HOME", "a;b"):
+                with self.assertRaises(subprocess.CalledProcessError) as refusal:
+                    install(f"{folder}/{name}")
+                self.assertIn("choose another --prefix",
+                              " ".join(refusal.exception.stderr.decode().split()), name)
+                self.assertEqual(list(Path(folder).iterdir()), [], name)
+
+    def test_a_session_wants_the_units_once_they_are_enabled(self):
+        units = ("lanternfold-widgets.service", "lanternfold-widgets-record.service")
+        subprocess.run(["systemctl", f"--root={self.root}", "--global", "enable", *units], check=True,
+                       capture_output=True, timeout=60)
+        wants = self.root / "etc/systemd/user"
+        self.addCleanup(shutil.rmtree, wants)
+        self.assertTrue((wants / "graphical-session.target.wants" / units[0]).is_symlink())
+        self.assertTrue((wants / "default.target.wants" / units[1]).is_symlink())
+
 
 class UserTest(unittest.TestCase):
     """As a user installs it for himself, and what the tools of a desktop say of it."""
@@ -101,8 +128,9 @@ class UserTest(unittest.TestCase):
         self.assertEqual(entry["X-systemd-skip"], "true")
 
     def test_who_opens_the_links(self):
-        handler = self.installed.output("xdg-mime", "query", "default", SCHEME)
-        self.assertEqual(handler, f"{APPLICATION}.desktop\n")
+        for scheme in SCHEMES:
+            handler = self.installed.output("xdg-mime", "query", "default", scheme)
+            self.assertEqual(handler, f"{APPLICATION}.desktop\n", scheme)
 
     def test_metadata(self):
         metadata = self.share / "metainfo" / f"{APPLICATION}.metainfo.xml"
@@ -121,8 +149,12 @@ class UserTest(unittest.TestCase):
         service = ini(self.share / f"dbus-1/services/{APPLICATION}.service")["D-BUS Service"]
         self.assertEqual(service["Name"], APPLICATION)
         self.assertEqual(self.assert_starts_the_host(service["Exec"]), [])
-        unit = self.share / "systemd/user" / service["SystemdService"]
-        self.assertEqual(ini(unit)["Service"]["BusName"], service["Name"])
+        self.assertTrue((self.share / "systemd/user" / service["SystemdService"]).is_file())
+
+    def test_a_host_that_is_started_beside_another_one_has_not_failed(self):
+        """It ends with status 0 without ever having had the name on the bus."""
+        host = ini(self.share / "systemd/user/lanternfold-widgets.service")["Service"]
+        self.assertEqual((host["Type"], host.get("BusName")), ("exec", None))
 
     def test_icons(self):
         icons = self.share / "icons/hicolor"
