@@ -1,29 +1,29 @@
-# Commands, options and kinds of widgets are offered as the program's own help has them.
+# Completions of lanternfold-widgets and lanternfold-widget-host for fish.
+#
+# The program itself is asked what it takes: commands, options, and which of them take a value stand in its
+# help.
 
-# COMMAND...: the help of that command.
-function __lanternfold_help
-    set -l program (string replace -r '^~' $HOME -- (commandline -opc)[1])
-    $program $argv --help 2>/dev/null
+# The commands below the one that the help of the standard input is of, a line each: name, tab, what it does.
+function __lanternfold_widgets_commands
+    awk '/^[A-Z].*:$/ { wanted = $0 == "Subcommands:" }
+        wanted && /^  [a-z]/ { what = substr($0, 3); sub(/  +/, "\t", what); print what }'
 end
 
-# HELP...: the commands below it, with what they do.
-function __lanternfold_commands
-    printf '%s\n' $argv | sed -n '/^Subcommands:/,/^$/s/^  \([^ ]*\) *\(.*\)/\1\t\2/p'
+# Every name of an option, a line each: name, tab, what it does. With a name, only what stands for its value.
+function __lanternfold_widgets_options
+    awk -v option="$argv[1]" '/^  -/ {
+        what = match($0, /[^ ]  +[^ ]/) ? substr($0, RSTART + RLENGTH - 1) : ""
+        value = $0 ~ /^  [^ ]+ [A-Z]/ ? $2 : ""
+        count = split($1, names, ",")
+        for (i = 1; i <= count; ++i) {
+            if (option == "") print names[i] "\t" what
+            else if (option == names[i] && value != "") print value
+        }
+    }'
 end
 
-# HELP...: its options, with what they mean.
-function __lanternfold_options
-    printf '%s\n' $argv | string match -r '^  -.*' | while read -l names text
-        set -l meaning (string replace -r '^[A-Z,:]* +' '' -- $text)
-        for name in (string split , -- $names)
-            printf '%s\t%s\n' $name $meaning
-        end
-    end
-end
-
-# OPTION HELP...: what may stand behind it; fails for one that takes no value.
-function __lanternfold_values
-    switch $argv[1]
+function __lanternfold_widgets_values --argument-names option value current
+    switch $option
         case --family
             printf '%s\n' small medium large
         case --scheme
@@ -31,41 +31,75 @@ function __lanternfold_values
         case --entry
             printf '%s\n' timeline snapshot placeholder
         case --categories
-            printf '%s\n' internet wlan other cellular
+            __fish_append , internet wlan other cellular
         case --adapter
-            printf '%s\n' auto (path basename /sys/class/net/*)
-        case --excluding --prefix
-            path basename /sys/class/net/*
-        case -o --output --file --ca-file --geolocation-table
-            __fish_complete_path (commandline -ct)
-        case --data-dir
-            __fish_complete_directories (commandline -ct) ''
+            echo auto
+            command ls /sys/class/net
+        case --excluding
+            __fish_append , (command ls /sys/class/net)
         case '*'
-            printf '%s\n' $argv[2..] | string match -qr "^  (-.,)?$argv[1] [A-Z]"
+            switch $value
+                case FILE
+                    __fish_complete_path $current
+                case DIR
+                    __fish_complete_directories $current ''
+            end
     end
 end
 
-function __lanternfold_offers
-    set -l words (commandline -opc)[2..]
-    set -l commands
-    set -l help (__lanternfold_help)
-    for word in $words
-        if __lanternfold_commands $help | string match -qr -- "^$word\t"
-            set -a commands $word
-            set help (__lanternfold_help $commands)
+# What may stand in the place of a word that is no option.
+function __lanternfold_widgets_words --argument-names program help
+    echo $help | __lanternfold_widgets_commands
+    switch (echo $help | awk '/^[A-Z].*:$/ { wanted = $0 == "Positionals:" } wanted && /^  [a-z]/ { print $2 }')
+        case KIND
+            echo $help | string match --all --regex '[A-Z][A-Za-z]*Widget\b' | sort -u
+        case ACTION
+            printf '%s\n' status allow allow-in-use deny reset
+        case ID
+            $program ctl list --json 2>/dev/null </dev/null | string match --all --regex '(?<="id":")[^"]*'
+    end
+end
+
+function __lanternfold_widgets
+    set --local words (commandline --tokenize --cut-at-cursor --current-process)
+    set --local current (commandline --current-token --cut-at-cursor)
+    set --local program (string replace --regex '^~/' $HOME/ $words[1])
+    type --query $program
+    or return
+    set --local help ($program --help 2>/dev/null </dev/null | string collect)
+    set --local chosen
+    for word in $words[2..]
+        if echo $help | __lanternfold_widgets_commands | string match --quiet --regex "^"(string escape --style=regex -- $word)"\t"
+            set --append chosen $word
+            set help ($program $chosen --help 2>/dev/null </dev/null | string collect)
         end
     end
-    if string match -q -- '-*' "$words[-1]"
-        __lanternfold_values $words[-1] $help; and return
+
+    # The value stands behind the option, or behind an equals sign in the same word.
+    set --local option
+    set --local before ''
+    if string match --quiet -- '--*=*' $current
+        set option (string split --max 1 = -- $current)[1]
+        set before "$option="
+        set current (string split --max 1 = -- $current)[2]
+    else if set --query words[2]
+        set option $words[-1]
     end
-    if string match -q -- '-*' (commandline -ct)
-        __lanternfold_options $help
-        return
+    set --local value
+    if string match --quiet -- '-*' $option
+        set value (echo $help | __lanternfold_widgets_options $option)
     end
-    __lanternfold_commands $help
-    test "$commands" = location; and printf '%s\n' status allow allow-in-use deny reset
-    printf '%s\n' $help | string match -r '^  kind KIND.*' | string match -ar '[A-Za-z]+Widget\b'
+    if test -n "$value"
+        for offered in (__lanternfold_widgets_values $option $value $current)
+            echo $before$offered
+        end
+    else if string match --quiet -- '-*' $current
+        echo $help | __lanternfold_widgets_options
+    else
+        __lanternfold_widgets_words $program $help
+    end
 end
 
-complete -c lanternfold-widgets -f -a '(__lanternfold_offers)'
-complete -c lanternfold-widget-host -f -a '(__lanternfold_offers)'
+for program in lanternfold-widgets lanternfold-widget-host
+    complete --command $program --no-files --arguments '(__lanternfold_widgets)'
+end
