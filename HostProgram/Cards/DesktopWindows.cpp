@@ -152,6 +152,8 @@ void DesktopWindows::focusNextTo(const std::string& id, bool isForward) {
     if (next == windows_.begin()) next = windows_.end();
     --next;
   }
+  // Of several that stand in front a compositor keeps the keyboard at the first.
+  lowerAll();
   next->second.raiseCard();
 }
 

@@ -36,6 +36,8 @@ void LayerSurvey::prepare(Gtk::Window& window, bool isAcross) {
   gtk_layer_set_anchor(window.gobj(),
                        isAcross ? GTK_LAYER_SHELL_EDGE_RIGHT : GTK_LAYER_SHELL_EDGE_BOTTOM, TRUE);
   window.set_size_request(1, 1);
+  // A screen reader passes by what is there for measuring alone.
+  window.get_accessible()->set_role(Atk::ROLE_REDUNDANT_OBJECT);
   // A monitor that is unplugged closes its surfaces; these go with the survey.
   window.signal_delete_event().connect([&window](GdkEventAny*) {
     window.hide();

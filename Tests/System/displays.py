@@ -187,11 +187,13 @@ class SwayDisplay(Display):
         self._order("release", KERNEL_BUTTONS[button])
 
     def key(self, *names):
-        """Keys one after the other, by their X names; "shift+F10" for two at once."""
+        """As on X. The pauses let programs learn the keyboard, which is another one each time."""
+        words = ["-s", "300"]
         for name in names:
             *held, last = name.split("+")
-            words = [word for each in held for word in ("-M", each)] + ["-k", last]
-            self.run("wtype", *words)
+            words += [word for each in held for word in ("-M", each)]
+            words += ["-k", last, *(word for each in held for word in ("-m", each)), "-s", "200"]
+        self.run("wtype", *words)
 
     def _order(self, *words):
         if self._pointer is None:
