@@ -1,12 +1,14 @@
 #!/usr/bin/python3
-"""What stands behind the location portal on a desktop: the dialog that asks the user, the
-administrator's switch, and the service that knows where the machine is. On private buses only.
+"""What stands behind the portals on a desktop: the dialog that asks the user for consent, the
+administrator's switch, the service that knows where the machine is, and the settings. On private
+buses only.
 
 usage: desktop_services.py      (with Debian's own Python, which has its D-Bus library)
 
 A line of JSON on standard output tells each event; a line on standard input is an order:
   answer N      the open dialog, or else the next one, is answered so
   disable 0|1   the administrator switches location off, or on again
+  scheme N      the user prefers colours: 0 any, 1 dark, 2 light
 """
 
 import json
@@ -23,6 +25,8 @@ DESKTOP_PATH = "/org/freedesktop/portal/desktop"
 PROPERTIES = "org.freedesktop.DBus.Properties"
 GEOCLUE = "org.freedesktop.GeoClue2"
 CLIENT_PATH = "/org/freedesktop/GeoClue2/Client/1"
+SETTINGS = "org.freedesktop.impl.portal.Settings"
+APPEARANCE, SCHEME = "org.freedesktop.appearance", "color-scheme"
 
 
 def tell(event, **facts):
@@ -43,7 +47,7 @@ class Dialog(dbus.service.Object):
 
 
 class Desktop(dbus.service.Object):
-    """The access dialog, and the lockdown settings beside it."""
+    """The access dialog, and the lockdown and the appearance beside it."""
 
     def __init__(self, bus):
         super().__init__(bus, DESKTOP_PATH)
@@ -52,6 +56,7 @@ class Desktop(dbus.service.Object):
         self._reply = None
         self._prepared = []
         self._disabled = False
+        self._scheme = 0
 
     @dbus.service.method("org.freedesktop.impl.portal.Access", in_signature="osssssa{sv}",
                          out_signature="ua{sv}", async_callbacks=("reply", "_error"))
@@ -82,6 +87,24 @@ class Desktop(dbus.service.Object):
         self.PropertiesChanged("org.freedesktop.impl.portal.Lockdown",
                                {"disable-location": dbus.Boolean(disabled)}, [])
         tell("disabled", now=disabled)
+
+    def prefer(self, scheme):
+        self._scheme = scheme
+        self.SettingChanged(APPEARANCE, SCHEME, dbus.UInt32(scheme, variant_level=1))
+
+    @dbus.service.signal(SETTINGS, signature="ssv")
+    def SettingChanged(self, namespace, key, value):
+        pass
+
+    @dbus.service.method(SETTINGS, in_signature="as", out_signature="a{sa{sv}}")
+    def ReadAll(self, namespaces):
+        return {APPEARANCE: {SCHEME: dbus.UInt32(self._scheme, variant_level=1)}}
+
+    @dbus.service.method(SETTINGS, in_signature="ss", out_signature="v")
+    def Read(self, namespace, key):
+        if (namespace, key) != (APPEARANCE, SCHEME):
+            raise dbus.DBusException("no such setting", name="org.freedesktop.portal.Error.NotFound")
+        return dbus.UInt32(self._scheme, variant_level=1)
 
     @dbus.service.signal(PROPERTIES, signature="sa{sv}as")
     def PropertiesChanged(self, interface, changed, invalidated):
@@ -150,7 +173,8 @@ def main():
             return False
         order, value = line.split()
         {"answer": desktop.answer,
-         "disable": lambda number: desktop.disable(bool(number))}[order](int(value))
+         "disable": lambda number: desktop.disable(bool(number)),
+         "scheme": desktop.prefer}[order](int(value))
         return True
 
     GLib.io_add_watch(sys.stdin.fileno(), GLib.IO_IN | GLib.IO_HUP, take_orders)

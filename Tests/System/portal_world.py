@@ -36,7 +36,8 @@ BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus
 
 BACKEND_FILE = f"""[portal]
 DBusName={BACKEND}
-Interfaces=org.freedesktop.impl.portal.Access;org.freedesktop.impl.portal.Lockdown;
+Interfaces=org.freedesktop.impl.portal.Access;org.freedesktop.impl.portal.Lockdown;\
+org.freedesktop.impl.portal.Settings;
 UseIn=lanternfold
 """
 
@@ -97,6 +98,7 @@ class PortalWorld:
         self.data = self.folder / "app" / "data"
         self.record = self.data / "portal-location-consent"
         self._ends = []
+        self.buses = []  # their processes: the session's, the system's
         self._backend_options = backend_options
 
     def __enter__(self):
@@ -147,6 +149,7 @@ class PortalWorld:
             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, env=self.environment)
         os.close(writable)
         self._ends.append(lambda: (process.kill(), process.wait(timeout=HANG_SECONDS)))
+        self.buses.append(process)
         with os.fdopen(readable) as stream:
             return stream.readline().strip()
 

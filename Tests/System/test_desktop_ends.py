@@ -1,0 +1,112 @@
+"""How the host ends, and what it does without the buses of a desktop: quickly, with nothing left
+behind and nothing lost."""
+
+import json
+import signal
+import time
+
+from host_test import SwayTest, XTest
+from process_tree import running, wait_until
+from program import run
+
+# A service on the session bus that is not there.
+NO_BUS = "unix:path=/nonexistent"
+
+
+class EndTests:
+    """On either display."""
+
+    def begin(self, **options):
+        host = self.start_host(**options)
+        self.assert_shown(self.wait_for_widgets()[0])
+        return host
+
+    def test_the_system_asks_it_to_end(self):
+        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+            with self.subTest(signal=number):
+                host = self.begin()
+                self.finish(host, number)
+                self.assertEqual([], host.errors)
+
+    def test_a_command_asks_it_to_end(self):
+        host = self.begin()
+        self.ctl("quit")
+        self.assert_clean_end(host)
+        self.assertEqual([], host.errors)
+        self.assertEqual(1, run("ctl", "list", env=self.environment).returncode)
+
+    def test_asked_before_anything_is_shown(self):
+        for moment in range(0, 400, 50):
+            host = self.start_host()
+            time.sleep(moment / 1000)
+            host.process.send_signal(signal.SIGTERM)
+            status = host.wait(10)
+            self.assertIn(status, (0, -signal.SIGTERM), host.errors)
+            wait_until(lambda: not running("lanternfold-widget-extension"), "the extension's end", 5)
+
+    def test_the_display_dies(self):
+        """A sentence, and an end that is no crash."""
+        host = self.begin()
+        before = self.store.read_bytes()
+        self.display.server.kill()
+        self.assert_clean_end(host, status=1)
+        self.assertEqual(1, len(host.errors), host.errors)
+        self.assertEqual(before, self.store.read_bytes())
+
+    def test_killed_it_takes_the_extension_along_and_begins_where_it_was(self):
+        host = self.begin()
+        before = self.widgets()
+        wait_until(host.extensions, "an extension")
+        host.process.kill()
+        host.wait()
+        wait_until(lambda: not running("lanternfold-widget-extension"), "the extension's end", 5)
+        self.begin()
+        self.assertEqual(before, self.widgets())
+
+    def test_no_bus_at_all(self):
+        """The widgets are there; a second host finds the first."""
+        variables = {"DBUS_SESSION_BUS_ADDRESS": NO_BUS, "DBUS_SYSTEM_BUS_ADDRESS": NO_BUS}
+        host = self.start_host(**variables)
+        self.assert_default_set_shown()
+        second = self.start_host(**variables)
+        self.assertEqual(0, second.wait(), second.errors)
+        self.assertTrue(host.is_alive())
+        self.finish(host)
+
+    def assert_default_set_shown(self):
+        """Without anybody who could be asked where they stand: the file says it."""
+        wait_until(self.store.exists, "the file of the widgets")
+        widgets = json.loads(self.store.read_text())["widgets"]
+        self.assertEqual(5, len(widgets))
+        self.assert_all_shown(widgets)
+
+    def test_no_system_bus(self):
+        host = self.begin(DBUS_SYSTEM_BUS_ADDRESS=NO_BUS)
+        self.assert_all_shown()
+        self.finish(host)
+
+    def test_the_session_bus_goes(self):
+        """Whoever can no longer be asked goes on showing what there is, or ends cleanly."""
+        host = self.begin()
+        self.session.buses[0].kill()
+        time.sleep(2)
+        if host.is_alive():
+            host.process.terminate()
+        self.assert_clean_end(host)
+
+
+class XEndTest(EndTests, XTest):
+    def test_the_window_manager_is_replaced(self):
+        host = self.begin()
+        self.display.manager.kill()
+        self.display.manager.wait()
+        self.session.begin(["openbox", "--sm-disable"], **self.display.environment)
+        self.assert_all_shown()
+        self.assertTrue(host.is_alive())
+
+
+class SwayEndTest(EndTests, SwayTest):
+    def test_the_compositor_is_asked_to_leave(self):
+        host = self.begin()
+        self.display.run("sh", "-c", "swaymsg exit || true")
+        self.assert_clean_end(host, status=1)

@@ -1,0 +1,182 @@
+"""An extension that dies at random, or is left alone: what the cards show meanwhile, and how a user
+gets it back."""
+
+import os
+import random
+import signal
+import threading
+import time
+
+from desktop_session import DesktopSession
+from displays import XDisplay
+from host_process import ctl
+from host_test import APPLICATION, SwayTest, XTest
+from namespaces import ip
+from process_tree import wait_until
+from program import run
+
+KILLS, HOSTS = 100, 4
+
+
+class FailureTests:
+    """On either display."""
+
+    def begin(self, *arguments):
+        self.session.begin_accessibility()
+        host = self.start_host(*arguments)
+        self.assert_all_shown(self.wait_for_widgets())
+        return host
+
+    def kill(self, host):
+        """Ends the extension, having it started before that."""
+        if not host.extensions():
+            self.ctl("reload")
+        for pid in wait_until(host.extensions, "an extension", 20):
+            os.kill(pid, signal.SIGKILL)
+            wait_until(lambda: pid not in host.extensions(), "its end", 5)
+
+    def press_try_again(self):
+        self.session.accessible("press", APPLICATION, "Try again")
+
+    def try_again_is_shown(self):
+        return self.says("'Try again'")
+
+    def test_a_crash_leaves_what_was_shown(self):
+        host = self.begin()
+        self.kill(host)
+        self.assert_all_shown()
+        self.ctl("reload")
+        wait_until(host.extensions, "another extension", 10)
+        self.assert_all_shown()
+
+    def test_five_crashes_in_a_minute_are_enough(self):
+        """Every card says so, and one button brings all of them back."""
+        host = self.begin()
+        for _ in range(5):
+            self.kill(host)
+        wait_until(self.try_again_is_shown, "quiet cards", 10)
+        time.sleep(1.5)
+        self.assertEqual([], host.extensions())
+        ip("link set far0 down", "link set far0 up")
+        time.sleep(2)
+        self.assertEqual([], host.extensions())
+        self.press_try_again()
+        wait_until(host.extensions, "another extension", 5)
+        self.assert_all_shown()
+        self.assertFalse(self.try_again_is_shown())
+        self.finish(host)
+
+    def test_a_command_brings_it_back_too(self):
+        host = self.begin()
+        for _ in range(5):
+            self.kill(host)
+        wait_until(self.try_again_is_shown, "quiet cards", 10)
+        self.ctl("reload")
+        self.assert_all_shown()
+
+    def test_what_is_not_up_to_date_says_so(self):
+        """After two updates that have failed, until one succeeds."""
+        self.session.begin_accessibility()
+        self.start_recorded_host()
+        widgets = self.wait_for_widgets()
+        self.assert_all_shown(widgets)
+        self.refusals.touch()
+        self.reload()
+        self.assert_shown(widgets[0])
+        self.assertFalse(self.says("Not up to date"))
+        self.reload()
+        wait_until(lambda: self.says("Not up to date"), "the mark", 10)
+        self.refusals.unlink()
+        self.ctl("reload")
+        self.assert_all_shown(widgets)
+        self.assertFalse(self.says("Not up to date"))
+
+    def reload(self):
+        before = len(self.asked())
+        self.ctl("reload")
+        wait_until(lambda: len(self.asked()) >= before + 5, "questions", 10)
+
+    def says(self, text):
+        return text in str(self.session.accessible("tree", APPLICATION))
+
+
+class XFailureTest(FailureTests, XTest):
+    pass
+
+
+class SwayFailureTest(FailureTests, SwayTest):
+    pass
+
+
+class KillTest(XTest):
+    """Killed at random moments, a hundred times in all, on several desktops at once: each fifth
+    time somebody has to press a button."""
+
+    def test_a_hundred_times(self):
+        seed = random.randrange(1_000_000)
+        desktops = [Desktop(self, f"{seed} {number}") for number in range(HOSTS)]
+        threads = [threading.Thread(target=each.kill_often, args=[KILLS // HOSTS])
+                   for each in desktops]
+        for thread in threads:
+            thread.start()
+        for thread in threads:
+            thread.join()
+        for each in desktops:
+            self.assertIsNone(each.failure, f"seed {seed}: {each.failure}")
+            self.assertEqual(KILLS // HOSTS, each.kills)
+            self.session, self.display = each.session, each.display
+            self.ctl("reload")
+            self.assert_all_shown()
+            self.finish(each.host)
+
+
+class Desktop:
+    """One more session with a display and a host of its own."""
+
+    def __init__(self, test, seed):
+        self.random = random.Random(seed)
+        self.kills = 0
+        self.failure = None
+        self.session = DesktopSession().__enter__()
+        test.addCleanup(self.session.__exit__)
+        self.session.begin_accessibility()
+        test.session, test.display = self.session, XDisplay(self.session)
+        self.display = test.display
+        data = str(test.folder / f"data {seed}")
+        run("location", "deny", "--data-dir", data, check=True)
+        test.service_options = [*test.service_options[:1], data, *test.service_options[2:]]
+        self.host = test.start_host()
+        test.assert_shown(test.wait_for_widgets()[0])
+
+    @property
+    def environment(self):
+        return self.session.environment | self.display.environment
+
+    def kill_often(self, count):
+        try:
+            while self.kills < count:
+                self.kill_once()
+        except Exception as error:  # told by the test's own thread
+            self.failure = error
+
+    def kill_once(self):
+        pids = self.host.extensions()
+        if not pids:
+            self.have_it_started()
+            pids = wait_until(self.host.extensions, f"an extension after {self.kills} kills", 40)
+        time.sleep(self.random.expovariate(20))
+        for pid in pids:
+            try:
+                os.kill(pid, signal.SIGKILL)
+                self.kills += 1
+            except ProcessLookupError:
+                pass
+        wait_until(lambda: not set(pids) & set(self.host.extensions()), "its end", 5)
+        if not self.host.is_alive():
+            raise AssertionError(f"the host has ended: {self.host.errors}")
+
+    def have_it_started(self):
+        ctl(self.environment, "reload")
+        tree = self.session.accessible("tree", APPLICATION)
+        if "'Try again'" in str(tree):
+            self.session.accessible("press", APPLICATION, "Try again")

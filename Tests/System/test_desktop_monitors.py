@@ -1,0 +1,141 @@
+"""Monitors that come, go, and change their scale or their size under the widgets."""
+
+import json
+
+from displays import SwayDisplay, XDisplay
+from host_test import BANDWIDTH, PANORAMIC, SIZES, SwayTest, XTest
+from process_tree import wait_until
+
+
+class ScaleTest(SwayTest):
+    def test_twice_as_many_pixels_are_as_sharp_as_a_drawn_picture(self):
+        self.start_host()
+        widgets = self.wait_for_widgets()
+        self.assert_all_shown(widgets)
+        self.display.command("output", "HEADLESS-1", "resolution", "2560x1800", "scale", "2")
+        self.assert_all_shown(scale=2)
+        self.display.command("output", "HEADLESS-1", "resolution", "1280x900", "scale", "1")
+        self.assert_all_shown(widgets)
+        self.assertEqual(widgets, self.widgets())
+
+
+class NewMonitorTest(SwayTest):
+    """A compositor without monitors makes new ones, and never takes one away."""
+
+    def make_display(self):
+        return super().make_display(configuration=[
+            "output HEADLESS-1 position 0 0",
+            "output HEADLESS-2 resolution 1280x900 position 1280 0"])
+
+    def plug(self):
+        self.display.command("create_output")
+        wait_until(lambda: len(self.display.outputs()) == 2, "a second output")
+
+    def test_a_card_is_dragged_to_a_monitor_that_has_come(self):
+        self.start_host()
+        self.assert_all_shown(self.wait_for_widgets())
+        self.plug()
+        there = self.drag_to_the_second(1280 + 200, 700)
+        self.assert_shown(there, offset=(1280, 0))
+
+    def drag_to_the_second(self, x, y):
+        """The small widget, once it stands on the other monitor."""
+        self.display.drag(self.empty_corner(self.widget(BANDWIDTH)), (x, y))
+        wait_until(lambda: self.widget(BANDWIDTH)["monitor"] == "HEADLESS-2", "a widget over there")
+        return self.widget(BANDWIDTH)
+
+    def test_another_scale_on_another_monitor(self):
+        self.plug()
+        self.display.command("output", "HEADLESS-2", "scale", "2")
+        self.start_host()
+        self.wait_for_widgets()
+        there = self.drag_to_the_second(1280 + 300, 300)
+        card = self.drawn(BANDWIDTH, "small", scale=2)
+
+        def is_sharp():
+            self.display.picture(self.folder / "screen.png", output="HEADLESS-2", scale=2)
+            return self.compared(card, there["x"], there["y"], 2) is None
+        wait_until(is_sharp, "a sharp card", 20)
+
+
+class LostMonitorTest(XTest):
+    """Two monitors side by side, LEFT and RIGHT, which share the screen of 1280 by 900."""
+
+    def make_display(self):
+        display = super().make_display()
+        display.run("xrandr", "--setmonitor", "LEFT", "640/160x900/225+0+0", "screen")
+        display.run("xrandr", "--setmonitor", "RIGHT", "640/160x900/225+640+0", "none")
+        return display
+
+    def plug(self):
+        self.display.run("xrandr", "--setmonitor", "RIGHT", "640/160x900/225+640+0", "none")
+
+    def unplug(self):
+        self.display.run("xrandr", "--delmonitor", "RIGHT")
+
+    def begin_on_the_right(self):
+        """A host with a single widget, which a user has put on the monitor to the right."""
+        self.store.parent.mkdir(parents=True)
+        self.store.write_text(json.dumps({"version": 1, "widgets": [
+            {"id": "1", "kind": BANDWIDTH, "family": "small", "monitor": "RIGHT", "x": 200,
+             "y": 600}]}))
+        host = self.start_host()
+        widget, = self.wait_for_widgets(1)
+        self.assert_shown(widget, offset=(640, 0))
+        return host, widget
+
+    def test_a_monitor_is_unplugged_and_plugged_again(self):
+        """Its widget is shown on the one that is left, as far from its corner, and returns."""
+        _, widget = self.begin_on_the_right()
+        self.unplug()
+        self.assert_shown(widget)
+        self.assertEqual([widget], self.widgets())
+        self.plug()
+        self.assert_shown(widget, offset=(640, 0))
+
+    def test_a_user_moves_a_widget_that_is_away_from_its_monitor(self):
+        """It stays where it was put, also when the monitor is back."""
+        self.begin_on_the_right()
+        self.unplug()
+        self.assert_shown(self.widgets()[0])
+        self.display.drag((200 + 85, 600 + 166), (100 + 85, 100 + 166))
+        wait_until(lambda: self.widgets()[0]["monitor"] == "LEFT", "a move")
+        moved = self.widgets()[0]
+        self.plug()
+        self.assert_shown(moved)
+
+    def test_a_monitor_comes_and_goes_again_and_again(self):
+        host, widget = self.begin_on_the_right()
+        for _ in range(20):
+            self.unplug()
+            self.plug()
+        self.assert_shown(widget, offset=(640, 0))
+        self.finish(host)
+        self.assertEqual([], host.errors)
+
+
+class TinyMonitorTests:
+    def test_a_monitor_of_200_by_200(self):
+        """Every widget stands in its left top corner, or where it fits."""
+        host = self.start_host()
+        widgets = self.wait_for_widgets()
+        small = next(each for each in widgets if each["kind"] == BANDWIDTH)
+        self.assertLessEqual(max(small["x"], small["y"]) + SIZES["small"][0], 200)
+        large = next(each for each in widgets if each["kind"] == PANORAMIC)
+        self.assertEqual((0, 0), (large["x"], large["y"]))
+        for widget in widgets:
+            if widget["kind"] != BANDWIDTH:
+                self.ctl("remove", widget["id"])
+        self.assert_shown(small)
+        self.finish(host)
+        self.assertEqual([], host.errors)
+
+
+class TinyXTest(TinyMonitorTests, XTest):
+    def make_display(self):
+        return XDisplay(self.session, size=(200, 200))
+
+
+class TinySwayTest(TinyMonitorTests, SwayTest):
+    def make_display(self):
+        return SwayDisplay(self.session, size=(200, 200))
