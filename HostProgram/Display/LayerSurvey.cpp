@@ -1,52 +1,86 @@
 #include "HostProgram/Display/LayerSurvey.h"
 
 #include <gdkmm/screen.h>
+#include <glibmm/main.h>
 #include <gtk-layer-shell/gtk-layer-shell.h>
 #include <utility>
 
 #include <cairomm/region.h>
 
 namespace lanternfold {
+namespace {
 
-LayerSurvey::LayerSurvey(GdkMonitor* output, std::function<void()> changed)
-    : output_(output), changed_(std::move(changed)) {
-  across_.signal_size_allocate().connect(
-      [this](const Gtk::Allocation& size) { note(width_, size.get_width()); });
-  down_.signal_size_allocate().connect(
-      [this](const Gtk::Allocation& size) { note(height_, size.get_height()); });
-  prepare(across_, /*isAcross=*/true);
-  prepare(down_, /*isAcross=*/false);
+void putAcross(Gtk::Window& window, GdkMonitor* output, GtkLayerShellEdge farEdge) {
+  gtk_layer_init_for_window(window.gobj());
+  gtk_layer_set_namespace(window.gobj(), "lanternfold-widgets-room");
+  gtk_layer_set_layer(window.gobj(), GTK_LAYER_SHELL_LAYER_BACKGROUND);
+  gtk_layer_set_monitor(window.gobj(), output);
+  for (const GtkLayerShellEdge edge :
+       {GTK_LAYER_SHELL_EDGE_LEFT, GTK_LAYER_SHELL_EDGE_TOP, farEdge}) {
+    gtk_layer_set_anchor(window.gobj(), edge, TRUE);
+  }
 }
 
-Size LayerSurvey::room(Size whole) const {
-  return {width_ > 1 ? width_ : whole.width, height_ > 1 ? height_ : whole.height};
-}
-
-void LayerSurvey::prepare(Gtk::Window& window, bool isAcross) {
+void makeUnseen(Gtk::Window& window) {
   window.set_app_paintable(true);
   if (const auto visual = window.get_screen()->get_rgba_visual()) {
     gtk_widget_set_visual(GTK_WIDGET(window.gobj()), visual->gobj());
   }
-  gtk_layer_init_for_window(window.gobj());
-  gtk_layer_set_namespace(window.gobj(), "lanternfold-widgets-room");
-  gtk_layer_set_layer(window.gobj(), GTK_LAYER_SHELL_LAYER_BACKGROUND);
-  gtk_layer_set_monitor(window.gobj(), output_);
-  gtk_layer_set_anchor(window.gobj(), GTK_LAYER_SHELL_EDGE_LEFT, TRUE);
-  gtk_layer_set_anchor(window.gobj(), GTK_LAYER_SHELL_EDGE_TOP, TRUE);
-  gtk_layer_set_anchor(window.gobj(),
-                       isAcross ? GTK_LAYER_SHELL_EDGE_RIGHT : GTK_LAYER_SHELL_EDGE_BOTTOM, TRUE);
   window.set_size_request(1, 1);
-  // A monitor that is unplugged closes its surfaces; these go with the survey.
+}
+
+}  // namespace
+
+LayerSurvey::LayerSurvey(GdkMonitor* output, std::function<void()> changed)
+    : output_(output), changed_(std::move(changed)) {
+  begin();
+}
+
+Size LayerSurvey::room(Size whole) const {
+  if (width_ == 0) return whole;
+  return {static_cast<double>(width_), static_cast<double>(height_)};
+}
+
+void LayerSurvey::begin() {
+  if (across_) return;
+  across_ = makeProbe(/*isAcross=*/true);
+  down_ = makeProbe(/*isAcross=*/false);
+}
+
+std::unique_ptr<LayerSurvey::Probe> LayerSurvey::makeProbe(bool isAcross) {
+  auto probe = std::make_unique<Probe>();
+  Gtk::Window& window = probe->window;
+  makeUnseen(window);
+  putAcross(window, output_, isAcross ? GTK_LAYER_SHELL_EDGE_RIGHT : GTK_LAYER_SHELL_EDGE_BOTTOM);
+  window.signal_size_allocate().connect(
+      [this, found = probe.get(), isAcross](const Gtk::Allocation& size) {
+        note(*found, isAcross ? size.get_width() : size.get_height());
+      });
+  // A monitor that is unplugged closes its surfaces; these go with the look.
   window.signal_delete_event().connect([&window](GdkEventAny*) {
     window.hide();
     return true;
   });
   window.show();
   window.input_shape_combine_region(Cairo::Region::create());
+  return probe;
 }
 
-void LayerSurvey::note(int& known, int length) {
-  if (std::exchange(known, length) != length) changed_();
+/// The toolkit gives them their own small size first.
+void LayerSurvey::note(Probe& probe, int length) {
+  if (length <= 1) return;
+  probe.length = length;
+  const bool isComplete = across_ && across_->length > 0 && down_ && down_->length > 0;
+  if (isComplete) Glib::signal_idle().connect_once(sigc::mem_fun(*this, &LayerSurvey::finish));
+}
+
+void LayerSurvey::finish() {
+  const auto across = std::exchange(across_, nullptr);
+  const auto down = std::exchange(down_, nullptr);
+  if (!across || !down) return;
+  const int formerWidth = std::exchange(width_, across->length);
+  const int formerHeight = std::exchange(height_, down->length);
+  if (formerWidth != width_ || formerHeight != height_) changed_();
 }
 
 }  // namespace lanternfold

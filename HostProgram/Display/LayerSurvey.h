@@ -6,13 +6,16 @@
 
 #include <functional>
 #include <gtkmm/window.h>
+#include <memory>
+#include <sigc++/trackable.h>
 
 #include "ViewTree/Geometry.h"
 
 namespace lanternfold {
 
-/// Two surfaces that nobody sees, a point thick. Main thread.
-class LayerSurvey {
+/// Two surfaces that nobody sees, a point thick, until the compositor has said how long they are:
+/// if they stayed, a screen reader would count them among the widgets. Main thread.
+class LayerSurvey : public sigc::trackable {
  public:
   /// `changed` is called when the room becomes another one, never inside of a call. `output` is
   /// there for as long as this.
@@ -22,19 +25,29 @@ class LayerSurvey {
 
   [[nodiscard]] GdkMonitor* output() const { return output_; }
 
-  /// Points; `whole` as long as the compositor has not said.
+  /// Looks anew.
+  void begin();
+
+  /// Points, as of the last look; `whole` before there was one.
   [[nodiscard]] Size room(Size whole) const;
 
  private:
-  void prepare(Gtk::Window& window, bool isAcross);
-  void note(int& known, int length);
+  /// Of a length that is found out.
+  struct Probe {
+    Gtk::Window window;
+    int length = 0;  ///< 0 before it is known
+  };
+
+  [[nodiscard]] std::unique_ptr<Probe> makeProbe(bool isAcross);
+  void note(Probe& probe, int length);
+  void finish();
 
   GdkMonitor* output_;
   std::function<void()> changed_;
-  int width_ = 0;   ///< 0 before it is known
-  int height_ = 0;  ///< the same
-  Gtk::Window across_;
-  Gtk::Window down_;
+  int width_ = 0;                  ///< 0 before it is known
+  int height_ = 0;                 ///< the same
+  std::unique_ptr<Probe> across_;  ///< null but for during a look
+  std::unique_ptr<Probe> down_;    ///< the same
 };
 
 }  // namespace lanternfold

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <gdkmm/screen.h>
+#include <glibmm/main.h>
 #include <gtk-layer-shell/gtk-layer-shell.h>
 #include <utility>
 
@@ -68,7 +69,24 @@ class GhostMove final : public WindowPlacer::Move {
   Gtk::Window ghost_;
 };
 
+/// Panels that start with the session are there by then.
+constexpr unsigned panelSeconds = 10;
+
 }  // namespace
+
+LayerWindowPlacer::LayerWindowPlacer()
+    : laterLook_(Glib::signal_timeout().connect_seconds(
+          [this] {
+            lookAnew();
+            return false;
+          },
+          panelSeconds)) {}
+
+LayerWindowPlacer::~LayerWindowPlacer() { laterLook_.disconnect(); }
+
+void LayerWindowPlacer::lookAnew() {
+  for (auto& [name, survey] : surveys_) survey->begin();
+}
 
 std::vector<PlacedMonitor> LayerWindowPlacer::roomOn(std::vector<PlacedMonitor> monitors,
                                                      const std::function<void()>& changed) {
@@ -112,12 +130,15 @@ Point LayerWindowPlacer::pointerOnDesktop(const GdkEvent&, Point inWindow,
 
 std::unique_ptr<WindowPlacer::Move> LayerWindowPlacer::beginMove(Gtk::Window& window, Size size,
                                                                  Paint paint, const GdkEvent&) {
+  // Where it may be put down matters now.
+  lookAnew();
   return std::make_unique<GhostMove>(window, size, std::move(paint));
 }
 
+/// Some compositors give the keyboard to the oldest surface up there that would take it.
 void LayerWindowPlacer::raise(Gtk::Window& window) {
   gtk_layer_set_layer(window.gobj(), GTK_LAYER_SHELL_LAYER_TOP);
-  gtk_layer_set_keyboard_mode(window.gobj(), GTK_LAYER_SHELL_KEYBOARD_MODE_ON_DEMAND);
+  gtk_layer_set_keyboard_mode(window.gobj(), GTK_LAYER_SHELL_KEYBOARD_MODE_NONE);
 }
 
 /// A surface can ask for the keyboard only so, and only one should.

@@ -12,6 +12,11 @@ namespace lanternfold {
 
 class LayerWindowPlacer final : public WindowPlacer {
  public:
+  LayerWindowPlacer();
+  ~LayerWindowPlacer() override;
+  LayerWindowPlacer(const LayerWindowPlacer&) = delete;
+  LayerWindowPlacer& operator=(const LayerWindowPlacer&) = delete;
+
   /// The compositor counts from where panels end, and so does what is returned.
   [[nodiscard]] std::vector<PlacedMonitor> roomOn(std::vector<PlacedMonitor> monitors,
                                                   const std::function<void()>& changed) override;
@@ -29,7 +34,10 @@ class LayerWindowPlacer final : public WindowPlacer {
   [[nodiscard]] LayerSurvey& surveyOf(const std::string& name,
                                       const std::function<void()>& changed);
 
+  void lookAnew();
+
   std::map<std::string, std::unique_ptr<LayerSurvey>> surveys_;  ///< by the monitor's name
+  sigc::connection laterLook_;
 };
 
 }  // namespace lanternfold

@@ -19,6 +19,7 @@ SIZE = (1280, 900)
 POINTER = os.environ.get("LANTERNFOLD_VIRTUAL_POINTER", "")
 PYTHON = "/usr/bin/python3"
 LEFT, RIGHT = 1, 3
+SLOWLY_MILLISECONDS = 700
 # The kernel's numbers of X's buttons.
 KERNEL_BUTTONS = {LEFT: 272, RIGHT: 273}
 GRAB = """import sys
@@ -123,6 +124,11 @@ class XDisplay(Display):
         """Keys one after the other, by their X names; "shift+F10" for two at once."""
         self.run("xdotool", "key", "--delay", "60", *names)
 
+    def begin_keys(self, *names):
+        """The same, slowly: the process that presses them."""
+        return self._session.begin(["xdotool", "key", "--delay", SLOWLY_MILLISECONDS, *names],
+                                   **self.environment)
+
 
 class SwayDisplay(Display):
     """sway, which refuses to be root, and shows its outputs to nobody but pictures."""
@@ -137,7 +143,7 @@ class SwayDisplay(Display):
         # Ended by `session`; the compositor's own files belong to nobody.
         os.chown(self._folder, 65534, 65534)
         (session.folder / "sway.conf").write_text("\n".join(
-            ["output * resolution {}x{} position 0 0".format(*size), "default_border none",
+            ["output HEADLESS-1 resolution {}x{}".format(*size), "default_border none",
              "xwayland disable", "focus_follows_mouse no", *configuration]) + "\n")
         self.server = session.begin(
             ["setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", "sway", "-c",
@@ -187,11 +193,22 @@ class SwayDisplay(Display):
         self._order("release", KERNEL_BUTTONS[button])
 
     def key(self, *names):
-        """Keys one after the other, by their X names; "shift+F10" for two at once."""
+        """As on X."""
+        self.run("wtype", *self._words(names, 200))
+
+    def begin_keys(self, *names):
+        """As on X. One keyboard presses all of them: a program is slow to learn another one."""
+        return self._session.begin(["wtype", *self._words(names, SLOWLY_MILLISECONDS)],
+                                   **self.environment)
+
+    @staticmethod
+    def _words(names, pause):
+        words = ["-s", "300"]
         for name in names:
             *held, last = name.split("+")
-            words = [word for each in held for word in ("-M", each)] + ["-k", last]
-            self.run("wtype", *words)
+            words += [word for each in held for word in ("-M", each)]
+            words += ["-k", last, *(word for each in held for word in ("-m", each)), "-s", str(pause)]
+        return words
 
     def _order(self, *words):
         if self._pointer is None:

@@ -33,7 +33,8 @@ class AccessibleTests:
         """The cards' windows as a reader sees them, once all are there."""
 
         def look():
-            found = [each for application in self.tree() for each in application["children"]]
+            found = [each for application in self.tree() for each in application["children"]
+                     if each["role"] != "redundant object"]  # which readers pass by
             return found if len(found) == 5 else None
         return wait_until(look, "five windows")
 
@@ -67,9 +68,9 @@ class AccessibleTests:
         self.windows()
         self.display.click(*self.empty_corner(widgets[0]))
         reached = set()
-        for key in 5 * ("Tab", "Tab", "F6"):
+        typing = self.display.begin_keys(*5 * ("Tab", "Tab", "F6"))
+        while typing.poll() is None:
             reached |= {path for path, node in paths(self.tree()) if "FOCUSED" in node["states"]}
-            self.display.key(key)
         missing = {path for path, node in paths(self.tree())
                    if node["role"] in ("push button", "link")} - reached
         self.assertEqual(set(), missing, reached)

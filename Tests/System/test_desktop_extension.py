@@ -11,6 +11,7 @@ from desktop_session import DesktopSession
 from displays import XDisplay
 from host_process import ctl
 from host_test import APPLICATION, SwayTest, XTest
+from namespaces import ip
 from process_tree import wait_until
 from program import run
 
@@ -56,14 +57,22 @@ class FailureTests:
         wait_until(self.try_again_is_shown, "quiet cards", 10)
         time.sleep(1.5)
         self.assertEqual([], host.extensions())
-        self.ctl("reload")
-        time.sleep(1)
+        ip("link set far0 down", "link set far0 up")
+        time.sleep(2)
         self.assertEqual([], host.extensions())
         self.press_try_again()
         wait_until(host.extensions, "another extension", 5)
         self.assert_all_shown()
         self.assertFalse(self.try_again_is_shown())
         self.finish(host)
+
+    def test_a_command_brings_it_back_too(self):
+        host = self.begin()
+        for _ in range(5):
+            self.kill(host)
+        wait_until(self.try_again_is_shown, "quiet cards", 10)
+        self.ctl("reload")
+        self.assert_all_shown()
 
     def test_what_is_not_up_to_date_says_so(self):
         """After two updates that have failed, until one succeeds."""

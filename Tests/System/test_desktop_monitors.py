@@ -1,5 +1,7 @@
 """Monitors that come, go, and change their scale or their size under the widgets."""
 
+import json
+
 from displays import SwayDisplay, XDisplay
 from host_test import BANDWIDTH, PANORAMIC, SIZES, SwayTest, XTest
 from process_tree import wait_until
@@ -17,74 +19,97 @@ class ScaleTest(SwayTest):
         self.assertEqual(widgets, self.widgets())
 
 
-class OutputTest(SwayTest):
+class NewMonitorTest(SwayTest):
+    """A compositor without monitors makes new ones, and never takes one away."""
+
     def make_display(self):
         return super().make_display(configuration=[
-            "output HEADLESS-1 position 0 0", "output HEADLESS-2 position 1280 0"])
+            "output HEADLESS-1 position 0 0",
+            "output HEADLESS-2 resolution 1280x900 position 1280 0"])
 
     def plug(self):
         self.display.command("create_output")
         wait_until(lambda: len(self.display.outputs()) == 2, "a second output")
-        self.second, = set(self.display.outputs()) - {"HEADLESS-1"}
 
-    def on(self, monitor):
-        return [each for each in self.widgets() if each["monitor"] == monitor]
-
-    def test_a_monitor_is_unplugged_and_plugged_again(self):
-        """Its widget is shown on the one that is left, and returns."""
+    def test_a_card_is_dragged_to_a_monitor_that_has_come(self):
+        self.start_host()
+        self.assert_all_shown(self.wait_for_widgets())
         self.plug()
-        host = self.start_host()
-        self.assert_all_shown([each for each in self.wait_for_widgets()
-                               if each["monitor"] == "HEADLESS-1"])
-        widget = self.widget(BANDWIDTH)
-        x, y = self.empty_corner(widget)
-        self.display.drag((x, y), (1280 + 200, 700))
-        wait_until(lambda: self.on(self.second), "a widget on the second output")
-        there = self.widget(BANDWIDTH)
+        there = self.drag_to_the_second(1280 + 200, 700)
         self.assert_shown(there, offset=(1280, 0))
-        self.display.command("output", self.second, "disable")
-        remembered = self.widget(BANDWIDTH)
-        self.assertEqual(there, remembered)
-        self.assert_shown(there)  # as far from the corner of the one that is left
-        self.display.command("output", self.second, "enable")
-        self.assert_shown(there, offset=(1280, 0))
-        self.assertTrue(host.is_alive())
+
+    def drag_to_the_second(self, x, y):
+        """The small widget, once it stands on the other monitor."""
+        self.display.drag(self.empty_corner(self.widget(BANDWIDTH)), (x, y))
+        wait_until(lambda: self.widget(BANDWIDTH)["monitor"] == "HEADLESS-2", "a widget over there")
+        return self.widget(BANDWIDTH)
 
     def test_another_scale_on_another_monitor(self):
         self.plug()
-        self.display.command("output", self.second, "scale", "2")
+        self.display.command("output", "HEADLESS-2", "scale", "2")
         self.start_host()
-        widget = next(each for each in self.wait_for_widgets() if each["kind"] == BANDWIDTH)
-        x, y = self.empty_corner(widget)
-        self.display.drag((x, y), (1280 + 300, 300))
-        wait_until(lambda: self.on(self.second), "a widget on the second output")
-        there, = self.on(self.second)
+        self.wait_for_widgets()
+        there = self.drag_to_the_second(1280 + 300, 300)
         card = self.drawn(BANDWIDTH, "small", scale=2)
 
         def is_sharp():
-            self.display.picture(self.folder / "screen.png", output=self.second, scale=2)
+            self.display.picture(self.folder / "screen.png", output="HEADLESS-2", scale=2)
             return self.compared(card, there["x"], there["y"], 2) is None
         wait_until(is_sharp, "a sharp card", 20)
 
-    def test_the_only_monitor_goes_for_a_while(self):
-        host = self.start_host()
-        widgets = self.wait_for_widgets()
-        self.assert_all_shown(widgets)
-        self.display.command("output", "HEADLESS-1", "disable")
-        self.assertEqual(widgets, self.widgets())
-        self.display.command("output", "HEADLESS-1", "enable")
-        self.assert_all_shown(widgets)
-        self.assertTrue(host.is_alive())
 
-    def test_monitors_come_and_go_again_and_again(self):
+class LostMonitorTest(XTest):
+    """Two monitors side by side, LEFT and RIGHT, which share the screen of 1280 by 900."""
+
+    def make_display(self):
+        display = super().make_display()
+        display.run("xrandr", "--setmonitor", "LEFT", "640/160x900/225+0+0", "screen")
+        display.run("xrandr", "--setmonitor", "RIGHT", "640/160x900/225+640+0", "none")
+        return display
+
+    def plug(self):
+        self.display.run("xrandr", "--setmonitor", "RIGHT", "640/160x900/225+640+0", "none")
+
+    def unplug(self):
+        self.display.run("xrandr", "--delmonitor", "RIGHT")
+
+    def begin_on_the_right(self):
+        """A host with a single widget, which a user has put on the monitor to the right."""
+        self.store.parent.mkdir(parents=True)
+        self.store.write_text(json.dumps({"version": 1, "widgets": [
+            {"id": "1", "kind": BANDWIDTH, "family": "small", "monitor": "RIGHT", "x": 200,
+             "y": 600}]}))
         host = self.start_host()
-        self.assert_all_shown(self.wait_for_widgets())
+        widget, = self.wait_for_widgets(1)
+        self.assert_shown(widget, offset=(640, 0))
+        return host, widget
+
+    def test_a_monitor_is_unplugged_and_plugged_again(self):
+        """Its widget is shown on the one that is left, as far from its corner, and returns."""
+        _, widget = self.begin_on_the_right()
+        self.unplug()
+        self.assert_shown(widget)
+        self.assertEqual([widget], self.widgets())
         self.plug()
-        for _ in range(15):
-            self.display.command("output", self.second, "disable")
-            self.display.command("output", self.second, "enable")
-        self.assertTrue(host.is_alive())
-        self.assert_all_shown([each for each in self.widgets() if each["monitor"] == "HEADLESS-1"])
+        self.assert_shown(widget, offset=(640, 0))
+
+    def test_a_user_moves_a_widget_that_is_away_from_its_monitor(self):
+        """It stays where it was put, also when the monitor is back."""
+        self.begin_on_the_right()
+        self.unplug()
+        self.assert_shown(self.widgets()[0])
+        self.display.drag((200 + 85, 600 + 166), (100 + 85, 100 + 166))
+        wait_until(lambda: self.widgets()[0]["monitor"] == "LEFT", "a move")
+        moved = self.widgets()[0]
+        self.plug()
+        self.assert_shown(moved)
+
+    def test_a_monitor_comes_and_goes_again_and_again(self):
+        host, widget = self.begin_on_the_right()
+        for _ in range(20):
+            self.unplug()
+            self.plug()
+        self.assert_shown(widget, offset=(640, 0))
         self.finish(host)
         self.assertEqual([], host.errors)
 

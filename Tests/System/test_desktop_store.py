@@ -87,7 +87,7 @@ class StoreTest(XTest):
         self.wait_for_widgets()
         self.finish(host)
         before = self.store.read_bytes()
-        mount("tmpfs", str(self.store.parent), "tmpfs", data="size=16k")
+        mount("tmpfs", str(self.store.parent), "tmpfs", data="size=16k,mode=700")
         self.addCleanup(unmount, str(self.store.parent))
         self.store.write_bytes(before)
         self.fill_disk()
@@ -113,8 +113,8 @@ class StoreTest(XTest):
     def test_what_a_script_asks_wrongly(self):
         host = self.start_host()
         self.wait_for_widgets()
-        for status, *arguments in ((1, "remove", "nobody"), (1, "add", "Nothing"),
-                                   (1, "add", ADAPTER, "--family", "large"), (1, "reload", "nobody"),
+        for status, *arguments in ((1, "remove", "nobody"), (2, "add", "Nothing"),
+                                   (2, "add", ADAPTER, "--family", "large"), (1, "reload", "nobody"),
                                    (2, "add", ADAPTER, "--family", "gigantic"), (2, "dance"),
                                    (1, "add", ADAPTER, "--adapter", "x" * 100_000)):
             with self.subTest(arguments=[each[:20] for each in arguments]):
