@@ -9,8 +9,6 @@ from pathlib import Path
 
 from process_tree import descendants
 
-TICK = 1 / os.sysconf("SC_CLK_TCK")
-
 
 def memory_kilobytes(pid):
     """Proportional (a page that is shared counts in part), and the process's own pages."""
@@ -21,10 +19,8 @@ def memory_kilobytes(pid):
 
 
 def processor_seconds(pid):
-    """Of a process by the kernel's exact clock, and of its children that have ended, in ticks."""
-    fields = Path(f"/proc/{pid}/stat").read_text().rpartition(")")[2].split()
-    own = time.clock_gettime((~pid << 3) | 2)  # the kernel's number of that process's clock
-    return own + (int(fields[13]) + int(fields[14])) * TICK
+    """Of all threads of a process so far, by the kernel's exact clock."""
+    return time.clock_gettime((~pid << 3) | 2)  # the kernel's number of that process's clock
 
 
 def wakeups_of_threads(pid):
@@ -47,27 +43,17 @@ class Costs:
     def __init__(self, pid):
         self._pid = pid
         self._proportional, self._own = [], []
-        self._wakeups = {}
-        self._wakeups_before = None
+        self._wakeups, self._seconds = {}, {}  # of who has ended: what it had at the last look
         self._is_over = threading.Event()
-        self._processor_before = self._processor_now()
         self._began = time.monotonic()
         self._look(True)
         self._wakeups_before = sum(self._wakeups.values())
+        self._seconds_before = sum(self._seconds.values())
         self._thread = threading.Thread(target=self._watch, daemon=True)
         self._thread.start()
 
     def _everyone(self):
         return [self._pid, *descendants(self._pid)]
-
-    def _processor_now(self):
-        total = 0
-        for pid in self._everyone():
-            try:
-                total += processor_seconds(pid)
-            except OSError:  # it has just ended, and its parent's share has it
-                pass
-        return total
 
     def _watch(self):
         looks = 0
@@ -81,6 +67,7 @@ class Costs:
             try:
                 for thread, count in wakeups_of_threads(pid).items():
                     self._wakeups[pid, thread] = count
+                self._seconds[pid] = processor_seconds(pid)
                 if with_memory:
                     sizes.append(memory_kilobytes(pid))
             except OSError:  # it has just ended
@@ -98,5 +85,5 @@ class Costs:
         return {"PSS MiB, median": statistics.median(self._proportional) / 1024,
                 "most": max(self._proportional) / 1024,
                 "own pages MiB": statistics.median(self._own) / 1024,
-                "CPU s a minute": (self._processor_now() - self._processor_before) / minutes,
+                "CPU s a minute": (sum(self._seconds.values()) - self._seconds_before) / minutes,
                 "wake-ups a minute": (sum(self._wakeups.values()) - self._wakeups_before) / minutes}
