@@ -1,6 +1,7 @@
 // Who decides on the location for this program: the user alone, or a sandbox's portal.
 //
-// Made by: `LinuxMachine`, one per program. Read by: the commands, through `Machine`.
+// Made by: `LinuxMachine` and the host's machine, one per program. Read by: the commands, through
+// `Machine`, and the host's windows.
 #pragma once
 
 #include <filesystem>

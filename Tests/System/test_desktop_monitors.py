@@ -1,4 +1,4 @@
-"""Monitors that come, go, and change their scale or their size under the widgets."""
+"""Monitors that come, and change their scale or their size under the widgets."""
 
 from displays import SwayDisplay, XDisplay
 from host_test import BANDWIDTH, PANORAMIC, SIZES, SwayTest, XTest
