@@ -6,7 +6,6 @@
 #include "Support/FatalError.h"
 #include "WidgetHost/Desk/CatalogueRules.h"
 #include "WidgetHost/Store/WidgetStore.h"
-#include "WidgetHost/Store/WidgetStoreText.h"
 
 namespace lanternfold {
 namespace {
@@ -92,10 +91,7 @@ WidgetRequest WidgetDesk::State::requestOf(const Item& item) const {
 // What changes.
 
 std::string WidgetDesk::State::insert(PlacedWidget widget) {
-  std::vector<std::string> taken;
-  taken.reserve(items_.size());
-  for (const Item& item : items_) taken.push_back(item.placed.id);
-  widget.id = freeWidgetId(taken);
+  widget.id = store_.newId();
   Item& item = items_.emplace_back(Item{.placed = std::move(widget)});
   announcements_.added(item.placed.id);
   beginSchedule(item);
