@@ -1,6 +1,7 @@
-"""An extension that dies at random, or is left alone: what the cards show meanwhile, and how a user
-gets it back."""
+"""An extension that dies at random, is left alone, or does not work from the beginning: what the
+cards show meanwhile, and how a user gets it back."""
 
+import json
 import os
 import random
 import signal
@@ -9,8 +10,8 @@ import time
 
 from desktop_session import DesktopSession
 from displays import XDisplay
-from host_process import ctl
-from host_test import APPLICATION, SwayTest, XTest
+from host_process import EXTENSION_NAME, ctl, host_beside
+from host_test import APPLICATION, KINDS, SwayTest, XTest
 from namespaces import ip
 from process_tree import wait_until
 from program import run
@@ -105,6 +106,80 @@ class XFailureTest(FailureTests, XTest):
 
 
 class SwayFailureTest(FailureTests, SwayTest):
+    pass
+
+
+class FirstStartTests:
+    """With nothing remembered, and an extension that does not work before somebody mends it."""
+
+    def begin(self, script):
+        self.session.begin_accessibility()
+        folder = self.session.folder / "broken"
+        program = host_beside(folder, "recording_extension.py")
+        self.extension = folder / EXTENSION_NAME
+        self.replace_extension(script)
+        return self.start_host(program=program)
+
+    def replace_extension(self, script):
+        """None: it is not installed."""
+        self.extension.unlink()
+        if script is not None:
+            fresh = self.extension.with_suffix(".new")
+            fresh.write_text(f"#!/bin/sh\n{script}\n")
+            fresh.chmod(0o755)
+            fresh.rename(self.extension)
+
+    def says(self, text):
+        return text in str(self.session.accessible("tree", APPLICATION))
+
+    def assert_cards_of_the_host(self, text="'Try again'", seconds=60):
+        wait_until(lambda: self.says(text), text, seconds, pause=0.5)
+        self.assertTrue(self.says("'Try again'"))
+        self.assertEqual(list(KINDS), [each["kind"] for each in self.wait_for_widgets()])
+
+    def mend(self, host):
+        """A press on one card brings all five."""
+        if not self.extension.exists():
+            self.extension.touch()
+        self.replace_extension(f'exec "{os.environ["LANTERNFOLD_WIDGET_EXTENSION"]}" "$@"')
+        self.session.accessible("press", APPLICATION, "Try again")
+        self.assert_all_shown(self.wait_for_widgets())
+        self.assertFalse(self.says("'Try again'"))
+        self.assertEqual(self.widgets(), json.loads(self.store.read_text())["widgets"])
+        self.finish(host)
+
+    def test_an_extension_that_ends_at_once(self):
+        """The next start, too, when the widgets are remembered."""
+        host = self.begin("exit 1")
+        self.assert_cards_of_the_host()
+        self.assertFalse(self.store.exists())
+        self.assert_cards_of_the_host("This widget has stopped")
+        self.mend(host)
+        remembered = self.store.read_bytes()
+        self.replace_extension("exit 1")
+        again = self.start_host(program=self.extension.with_name("lanternfold-widget-host"))
+        self.assert_cards_of_the_host()
+        self.assertEqual(remembered, self.store.read_bytes())
+        self.mend(again)
+
+    def test_an_extension_that_is_not_installed(self):
+        host = self.begin(None)
+        self.assert_cards_of_the_host()
+        self.assertFalse(self.store.exists())
+        self.mend(host)
+
+    def test_an_extension_that_never_answers(self):
+        host = self.begin("exec sleep 1000")
+        self.assert_cards_of_the_host()
+        self.assertFalse(self.store.exists())
+        self.mend(host)
+
+
+class XFirstStartTest(FirstStartTests, XTest):
+    pass
+
+
+class SwayFirstStartTest(FirstStartTests, SwayTest):
     pass
 
 
