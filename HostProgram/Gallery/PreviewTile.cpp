@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "HostProgram/Menu/CardMenu.h"
+#include "NetworkWidgetVexExtension/Views/WidgetFamilyTitle.h"
 
 namespace lanternfold {
 namespace {
@@ -24,7 +24,7 @@ PreviewTile::PreviewTile(const Surroundings& surroundings, const WidgetDescripti
       state_{.size = widgetSize(family)},
       picture_(surroundings_.drawing) {
   const StringTable& strings = surroundings_.strings;
-  const std::string title = familyTitle(family, strings);
+  const std::string title = widgetFamilyTitle(family, strings);
   buildPreview(description.displayName + ", " + title);
   size_.set_text(title);
   button_.set_label(strings.localized("Add"));
