@@ -30,6 +30,11 @@ CardCanvas::CardCanvas(const CardDrawing& drawing, Handlers handlers)
   Gtk::Fixed::show();
 }
 
+/// Buttons that go lose the focus and what else they are, of which they still tell.
+CardCanvas::~CardCanvas() {
+  for (sigc::connection& connection : connections_) connection.disconnect();
+}
+
 void CardCanvas::show(const std::string& name, const View& view, const CardState& state) {
   state_ = state;
   set_size_request(static_cast<int>(state.size.width), static_cast<int>(state.size.height));
@@ -61,10 +66,11 @@ void CardCanvas::layFaces() {
 
 void CardCanvas::addButton() {
   FaceButton& button = *buttons_.emplace_back(std::make_unique<FaceButton>(bareButtons_));
-  button.signal_clicked().connect([this, &button] { activate(button); });
-  button.signal_state_flags_changed().connect(
-      [this, &button](Gtk::StateFlags) { showPressed(button); });
-  button.property_has_focus().signal_changed().connect([this] { queue_draw(); });
+  connections_.push_back(button.signal_clicked().connect([this, &button] { activate(button); }));
+  connections_.push_back(button.signal_state_flags_changed().connect(
+      [this, &button](Gtk::StateFlags) { showPressed(button); }));
+  connections_.push_back(
+      button.property_has_focus().signal_changed().connect([this] { queue_draw(); }));
   put(button, 0, 0);
 }
 

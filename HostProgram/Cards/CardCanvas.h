@@ -23,6 +23,9 @@ class CardCanvas final : public Gtk::Fixed {
 
   /// `drawing` outlives the canvas.
   CardCanvas(const CardDrawing& drawing, Handlers handlers);
+  ~CardCanvas() override;
+  CardCanvas(const CardCanvas&) = delete;
+  CardCanvas& operator=(const CardCanvas&) = delete;
 
   /// `name` is the widget's, for a screen reader.
   void show(const std::string& name, const View& view, const CardState& state);
@@ -51,6 +54,7 @@ class CardCanvas final : public Gtk::Fixed {
   CardState state_;
   Glib::RefPtr<Gtk::CssProvider> bareButtons_ = Gtk::CssProvider::create();
   std::vector<std::unique_ptr<FaceButton>> buttons_;
+  std::vector<sigc::connection> connections_;  ///< to `buttons_`
 };
 
 }  // namespace lanternfold
