@@ -26,8 +26,8 @@ class CardWindow final : public Gtk::Window {
   struct Handlers {
     std::function<void(const std::string& intent)> press;
     std::function<void(const std::string& url)> openLink;
-    /// `event` is what has led to it; null from the keyboard.
-    std::function<void(const GdkEvent* event)> openMenu;
+    /// `event` is what has led to it: of a button or a key.
+    std::function<void(const GdkEvent& event)> openMenu;
     /// Where the card is to be shown while it is moved, and in the end.
     std::function<std::optional<Landing>(const CardDrag&)> landing;
     std::function<void(const MonitorPosition&)> moved;
@@ -42,6 +42,9 @@ class CardWindow final : public Gtk::Window {
 
   /// `drawing` and `placer` outlive the window.
   CardWindow(const CardDrawing& drawing, WindowPlacer& placer, Handlers handlers);
+  ~CardWindow() override;
+  CardWindow(const CardWindow&) = delete;
+  CardWindow& operator=(const CardWindow&) = delete;
 
   /// `name` is the widget's.
   void showCard(const std::string& name, const View& view, const CardState& state);
@@ -82,6 +85,7 @@ class CardWindow final : public Gtk::Window {
   std::unique_ptr<WindowPlacer::Move> move_;
   std::optional<Landing> landing_;
   bool isRaised_ = false;
+  sigc::connection focusRing_;
 };
 
 }  // namespace lanternfold

@@ -58,7 +58,15 @@ void DesktopWindows::cardChanged(const std::string& id) {
   if (found != windows_.end() && card) show(found->second, *card);
 }
 
-void DesktopWindows::cardRemoved(const std::string& id) { windows_.erase(id); }
+void DesktopWindows::cardRemoved(const std::string& id) {
+  handlers_.cardRemoved(id);
+  windows_.erase(id);
+}
+
+CardWindow* DesktopWindows::window(const std::string& id) {
+  const auto found = windows_.find(id);
+  return found == windows_.end() ? nullptr : &found->second;
+}
 
 void DesktopWindows::catalogueChanged() { handlers_.catalogueChanged(); }
 
@@ -95,8 +103,7 @@ void DesktopWindows::place(CardWindow& window, const Card& card) {
 CardWindow::Handlers DesktopWindows::handlersOf(const std::string& id) {
   return {.press = [this, id](const std::string& intent) { surroundings_.desk.press(id, intent); },
           .openLink = handlers_.openLink,
-          .openMenu =
-              [this, id](const GdkEvent* event) { handlers_.openMenu(id, windows_.at(id), event); },
+          .openMenu = [this, id](const GdkEvent& event) { handlers_.openMenu(id, event); },
           .landing = [this, id](const CardDrag& drag) { return landing(id, drag); },
           .moved = [this, id](const MonitorPosition& position) { move(id, position); },
           .stepped = [this, id](int right, int down) { step(id, right, down); },

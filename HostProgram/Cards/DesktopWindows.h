@@ -30,9 +30,11 @@ class DesktopWindows final : public WidgetDeskObserver {
   };
   struct Handlers {
     std::function<void(const std::string& url)> openLink;
-    /// Over `window`, the card's; `event` as of `CardWindow`.
-    std::function<void(const std::string& id, CardWindow& window, const GdkEvent* event)> openMenu;
+    /// `event` as of `CardWindow`.
+    std::function<void(const std::string& id, const GdkEvent& event)> openMenu;
     std::function<void(const std::string& id)> removalAsked;
+    /// Its window is about to go.
+    std::function<void(const std::string& id)> cardRemoved;
     std::function<void()> catalogueChanged;
   };
 
@@ -44,9 +46,15 @@ class DesktopWindows final : public WidgetDeskObserver {
 
   void setScheme(ColourScheme scheme);
 
+  /// That of the card `id`; null when there is none. For the turn of the main loop: nobody keeps it
+  /// longer.
+  [[nodiscard]] CardWindow* window(const std::string& id);
+
   /// Above all other windows for a while, so that a user finds them, with the keyboard's focus in
   /// the first one.
   void raiseAll();
+  /// Back below the windows, before the while is over.
+  void lowerAll();
 
   void cardAdded(const std::string& id) override;
   void cardChanged(const std::string& id) override;
@@ -67,7 +75,6 @@ class DesktopWindows final : public WidgetDeskObserver {
   void move(const std::string& id, const MonitorPosition& position);
   void focusNextTo(const std::string& id, bool isForward);
   void lowerLater();
-  void lowerAll();
 
   Surroundings surroundings_;
   Handlers handlers_;

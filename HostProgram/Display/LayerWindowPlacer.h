@@ -29,6 +29,7 @@ class LayerWindowPlacer final : public WindowPlacer {
   void raise(Gtk::Window& window) override;
   void raiseWithFocus(Gtk::Window& window) override;
   void lower(Gtk::Window& window) override;
+  [[nodiscard]] bool isClosedByUser() const override { return false; }
 
  private:
   [[nodiscard]] LayerSurvey& surveyOf(const std::string& name,

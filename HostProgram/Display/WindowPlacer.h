@@ -56,6 +56,10 @@ class WindowPlacer {
   virtual void raise(Gtk::Window& window) = 0;
   virtual void raiseWithFocus(Gtk::Window& window) = 0;
   virtual void lower(Gtk::Window& window) = 0;
+
+  /// Whether a window is closed by the user; else it is by the display, whose surfaces go with
+  /// their monitor.
+  [[nodiscard]] virtual bool isClosedByUser() const = 0;
 };
 
 [[nodiscard]] std::unique_ptr<WindowPlacer> makeWindowPlacer(WindowKind kind);
