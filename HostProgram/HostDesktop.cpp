@@ -248,9 +248,12 @@ void HostDesktop::Parts::removeFromMenu(const std::string& id) {
 }
 
 void HostDesktop::Parts::askForRemoval(const std::string& id) {
-  if (!services_.desk.card(id)) return;
-  dialogs_.ask(removalOf(id),
-               removalQuestion(services_.desk.cards().size() == 1, services_.strings),
+  const auto card = services_.desk.card(id);
+  if (!card) return;
+  const std::string size = familyTitle(card->placed.family, services_.strings);
+  const RemovalFacts facts{.widget = windows_.nameOf(card->placed.kind) + ", " + size,
+                           .isLast = services_.desk.cards().size() == 1};
+  dialogs_.ask(removalOf(id), removalQuestion(facts, services_.strings),
                [this, id](std::size_t answer) {
                  if (answer == removingAnswer) remove(id);
                });

@@ -50,6 +50,9 @@ class DesktopWindows final : public WidgetDeskObserver {
   /// longer.
   [[nodiscard]] CardWindow* window(const std::string& id);
 
+  /// What the user knows widgets of that kind by.
+  [[nodiscard]] std::string nameOf(const std::string& kind) const;
+
   /// Above all other windows for a while, so that a user finds them, with the keyboard's focus in
   /// the first one.
   void raiseAll();
@@ -63,7 +66,6 @@ class DesktopWindows final : public WidgetDeskObserver {
 
  private:
   [[nodiscard]] CardWindow::Handlers handlersOf(const std::string& id);
-  [[nodiscard]] std::string nameOf(const std::string& kind) const;
   void show(CardWindow& window, const Card& card);
   void place(CardWindow& window, const Card& card);
   void countMonitors();

@@ -14,6 +14,7 @@ std::unique_ptr<Gtk::MessageDialog> makeDialog(const Question& question) {
   dialog->set_title(question.title);
   // There is no other window by which to find it again.
   dialog->set_skip_taskbar_hint(false);
+  dialog->set_position(Gtk::WIN_POS_CENTER);
   if (!question.explanation.empty()) dialog->set_secondary_text(question.explanation);
   int number = 0;
   for (const std::string& answer : question.answers) dialog->add_button(answer, number++);

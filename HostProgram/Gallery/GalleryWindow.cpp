@@ -41,6 +41,7 @@ GalleryWindow::GalleryWindow(Surroundings surroundings, std::vector<WidgetDescri
       kinds_(Gtk::ORIENTATION_VERTICAL, margin) {
   set_title(surroundings_.strings.localized("Add widget"));
   set_default_size(usualWidth, usualHeight);
+  set_position(Gtk::WIN_POS_CENTER);
   kinds_.set_border_width(margin);
   scrolled_.set_policy(Gtk::POLICY_AUTOMATIC, Gtk::POLICY_AUTOMATIC);
   scrolled_.add(kinds_);

@@ -8,20 +8,24 @@
 namespace lanternfold {
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
 using testing::SizeIs;
 
 TEST(RemovalQuestionTest, TheAnswerThatRemovesIsThatOfTheEnterKey) {
-  const Question question = removalQuestion(/*isLast=*/false, BracketingStringTable());
+  const Question question =
+      removalQuestion({.widget = "Internet, Medium"}, BracketingStringTable());
   ASSERT_THAT(question.answers, SizeIs(2));
   EXPECT_THAT(question.answers.at(removingAnswer), HasSubstr("Remove"));
   EXPECT_EQ(question.defaultAnswer, removingAnswer);
-  EXPECT_EQ(question.explanation, "");
+  EXPECT_EQ(question.explanation, "Internet, Medium");
 }
 
 TEST(RemovalQuestionTest, OfTheLastOneItSaysHowToGetOthers) {
-  EXPECT_THAT(removalQuestion(/*isLast=*/true, BracketingStringTable()).explanation,
-              HasSubstr("start Lanternfold Widgets once more"));
+  EXPECT_THAT(
+      removalQuestion({.widget = "Internet, Medium", .isLast = true}, BracketingStringTable())
+          .explanation,
+      AllOf(HasSubstr("Internet, Medium"), HasSubstr("start Lanternfold Widgets once more")));
 }
 
 }  // namespace
