@@ -82,7 +82,7 @@ void CardCanvas::lay(FaceButton& button, const CardFace& face) {
 }
 
 void CardCanvas::activate(const FaceButton& button) {
-  // What is called may bring another view, and so end the button.
+  // What is called may bring another view, and with it another face.
   const auto action = button.face().action;
   if (const auto* pressed = std::get_if<ButtonNode>(&action)) handlers_.press(pressed->intent);
   if (const auto* link = std::get_if<LinkNode>(&action)) handlers_.openLink(link->url);

@@ -1,4 +1,6 @@
 // A card inside of its window: paints it, and lays the toolkit's buttons over what can be pressed.
+//
+// Made by: `CardWindow`. Main thread.
 #pragma once
 
 #include <functional>
@@ -29,7 +31,8 @@ class CardCanvas final : public Gtk::Fixed {
 
   /// `name` is the widget's, for a screen reader.
   void show(const std::string& name, const View& view, const CardState& state);
-  /// Draws anew what has changed by itself: the colour scheme, the words for the time.
+  /// The same view, drawn anew when something else of it has changed: the colour scheme, the words
+  /// for the time.
   void refresh();
 
   [[nodiscard]] const CardPicture& picture() const { return picture_; }

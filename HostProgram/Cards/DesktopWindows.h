@@ -1,6 +1,6 @@
 // All widgets of the desktop as windows: follows what the desk says, and where monitors are.
 //
-// Made by: the host's application. Main thread.
+// Made by: `HostDesktop`, once. Main thread.
 #pragma once
 
 #include <functional>

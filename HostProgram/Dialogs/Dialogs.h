@@ -1,6 +1,6 @@
 // Questions and messages to the user, in windows of their own that keep nothing waiting.
 //
-// Made by: the host's application, once. Main thread.
+// Made by: `HostDesktop`, once. Main thread.
 #pragma once
 
 #include <functional>

@@ -1,4 +1,6 @@
 // One widget in one size, as the gallery shows it: a live preview, and the button that adds it.
+//
+// Made by: `GalleryWindow`, for each size of each kind. Main thread.
 #pragma once
 
 #include <functional>

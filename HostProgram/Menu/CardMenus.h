@@ -1,6 +1,6 @@
 // Opens the menus of cards, and does what is taken from them.
 //
-// Made by: the host's application, once. Main thread.
+// Made by: `HostDesktop`, once. Main thread.
 #pragma once
 
 #include <functional>
