@@ -14,7 +14,10 @@ CardWindow::CardWindow(const CardDrawing& drawing, WindowPlacer& placer, Handler
     : placer_(placer),
       handlers_(std::move(handlers)),
       canvas_(drawing, {.press = handlers_.press, .openLink = handlers_.openLink}),
-      gesture_(Gtk::GestureDrag::create(*this)) {
+      gesture_(Gtk::GestureDrag::create(*this)),
+      foreignMoves_(*this, placer_,
+                    {.asked = [this] { return askedFrame(); },
+                     .moved = [this](Point place) { handlers_.movedElsewhere({place, size_}); }}) {
   set_app_paintable(true);
   chooseVisual();
   add(canvas_);
@@ -46,8 +49,15 @@ void CardWindow::showCard(const std::string& name, const View& view, const CardS
 
 void CardWindow::placeAt(const PlacedMonitor& monitor, Point origin) {
   monitor_ = monitor;
+  const Point former = frame_.origin;
   frame_.origin = {monitor.origin.x + origin.x, monitor.origin.y + origin.y};
-  if (!drag_ || !drag_->isMoving()) placer_.place(*this, monitor, origin, size_);
+  const bool isHeld = foreignMoves_.isPossible() && get_visible() && frame_.origin == former;
+  const bool isDragged = drag_ && drag_->isMoving();
+  if (!isHeld && !isDragged) placer_.place(*this, monitor, origin, size_);
+}
+
+std::optional<Rect> CardWindow::askedFrame() const {
+  return drag_ ? std::nullopt : std::optional(frame_);
 }
 
 void CardWindow::raiseCard() {

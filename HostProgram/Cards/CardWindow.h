@@ -11,6 +11,7 @@
 #include <string>
 
 #include "HostProgram/Cards/CardCanvas.h"
+#include "HostProgram/Cards/ForeignMoveWatch.h"
 #include "HostProgram/Display/WindowPlacer.h"
 
 namespace lanternfold {
@@ -31,6 +32,9 @@ class CardWindow final : public Gtk::Window {
     /// Where the card is to be shown while it is moved, and in the end.
     std::function<std::optional<Landing>(const CardDrag&)> landing;
     std::function<void(const MonitorPosition&)> moved;
+    /// The user has moved it by the window manager's own means: it stands at `frame` of the whole
+    /// desktop.
+    std::function<void(const Rect& frame)> movedElsewhere;
     /// A step of the grid, -1, 0 or 1 in each direction.
     std::function<void(int right, int down)> stepped;
     std::function<void()> removalAsked;
@@ -72,6 +76,7 @@ class CardWindow final : public Gtk::Window {
   void startMove(const GdkEvent& event);
   void endDrag(bool isKept);
   [[nodiscard]] std::optional<Point> pointerOnDesktop() const;
+  [[nodiscard]] std::optional<Rect> askedFrame() const;
   [[nodiscard]] bool handleKey(const GdkEventKey& event);
 
   WindowPlacer& placer_;
@@ -86,6 +91,7 @@ class CardWindow final : public Gtk::Window {
   std::optional<Landing> landing_;
   bool isRaised_ = false;
   sigc::connection focusRing_;
+  ForeignMoveWatch foreignMoves_;
 };
 
 }  // namespace lanternfold

@@ -106,6 +106,7 @@ CardWindow::Handlers DesktopWindows::handlersOf(const std::string& id) {
           .openMenu = [this, id](const GdkEvent& event) { handlers_.openMenu(id, event); },
           .landing = [this, id](const CardDrag& drag) { return landing(id, drag); },
           .moved = [this, id](const MonitorPosition& position) { move(id, position); },
+          .movedElsewhere = [this, id](const Rect& frame) { keepPlace(id, frame); },
           .stepped = [this, id](int right, int down) { step(id, right, down); },
           .removalAsked = [this, id] { handlers_.removalAsked(id); },
           .nextCard = [this, id](bool isForward) { focusNextTo(id, isForward); },
@@ -137,6 +138,14 @@ std::optional<CardWindow::Landing> DesktopWindows::landing(const std::string& id
 void DesktopWindows::move(const std::string& id, const MonitorPosition& position) {
   const auto moved = surroundings_.desk.move(id, position);
   if (!moved) surroundings_.log.line(moved.error());
+}
+
+/// Back to where it was when it cannot be there, or is there already as far as the desk knows.
+void DesktopWindows::keepPlace(const std::string& id, const Rect& frame) {
+  if (const auto position = standingPosition(frame, monitors_)) move(id, *position);
+  CardWindow* const moved = window(id);
+  const auto card = surroundings_.desk.card(id);
+  if (moved != nullptr && card) place(*moved, *card);
 }
 
 void DesktopWindows::step(const std::string& id, int right, int down) {

@@ -75,6 +75,7 @@ class DesktopWindows final : public WidgetDeskObserver {
   [[nodiscard]] std::optional<MonitorPosition> shownPlace(const Card& card) const;
   void step(const std::string& id, int right, int down);
   void move(const std::string& id, const MonitorPosition& position);
+  void keepPlace(const std::string& id, const Rect& frame);
   void focusNextTo(const std::string& id, bool isForward);
   void lowerLater();
 

@@ -2,9 +2,10 @@
 bandwidth monitor."""
 
 import subprocess
+import time
 
 from displays import RIGHT
-from host_test import ADAPTER, BANDWIDTH, PANORAMIC, XTest
+from host_test import ADAPTER, BANDWIDTH, PANORAMIC, SIZES, XTest
 from process_tree import wait_until
 
 QUESTION = "Remove widget"
@@ -177,6 +178,35 @@ class WindowsTest(XTest):
         self.raise_cards()
         self.display.click(*self.middle(gauge))
         self.assert_above_cards(MONITOR)
+        self.finish_silently()
+
+    # The window manager's own means
+
+    def test_a_card_that_the_window_manager_moves_stays_there(self):
+        self.begin()
+        widget = self.widget(ADAPTER)
+        x, y = self.empty_corner(widget)
+        self.display.run("xdotool", "keydown", "alt")
+        self.display.drag((x, y), (x - 501, y - 53))
+        self.display.run("xdotool", "keyup", "alt")
+        place = widget["x"] - 501, widget["y"] - 53
+        wait_until(lambda: (self.widget(ADAPTER)["x"], self.widget(ADAPTER)["y"]) == place,
+                   "the new place", 10)
+        self.ctl("reload")
+        time.sleep(2)  # for the answer, which once put it back
+        self.assertIn(place, self.card_windows())
+        self.finish_silently()
+
+    def test_a_card_that_was_put_off_the_work_area_comes_back(self):
+        self.begin()
+        widget = self.widget(ADAPTER)
+        x, y = self.empty_corner(widget)
+        self.display.run("xdotool", "keydown", "alt")
+        self.display.drag((x, y), (x, self.display.size[1] - 1))
+        self.display.run("xdotool", "keyup", "alt")
+        bottom = self.display.size[1] - SIZES["medium"][1]
+        wait_until(lambda: self.widget(ADAPTER)["y"] == bottom, "the new place", 10)
+        wait_until(lambda: (widget["x"], bottom) in self.card_windows(), "the window there", 10)
         self.finish_silently()
 
     # The keyboard
