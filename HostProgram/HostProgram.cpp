@@ -26,8 +26,7 @@ namespace lanternfold {
 namespace {
 
 constexpr const char* shownAlready =
-    "the widgets are shown already; with a message bus they stand in front of the other windows "
-    "for a moment";
+    "the widgets are shown already; they stand in front of the other windows for a moment";
 constexpr const char* notBelow =
     "this compositor has no layer below the windows, so the widgets are ordinary windows; move "
     "them with the pointer";
