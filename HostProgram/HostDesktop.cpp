@@ -17,11 +17,20 @@
 #include "Wiring/DrawingLanguage.h"
 
 namespace lanternfold {
+namespace {
+
+/// Whoever waits for the widgets waits no longer, also for an extension that never answers.
+constexpr unsigned shownLimitSeconds = 10;
+
+}  // namespace
 
 /// In the order of construction: windows go before what they draw with and tell of.
 class HostDesktop::Parts {
  public:
-  Parts(WindowKind kind, const HostServices& services, std::function<void()> quit);
+  Parts(WindowKind kind, const HostServices& services, Handlers handlers);
+  ~Parts() { shownLimit_.disconnect(); }
+  Parts(const Parts&) = delete;
+  Parts& operator=(const Parts&) = delete;
 
   void raise() { windows_.raiseAll(); }
   void openLink(const std::string& url) { links_.open(url); }
@@ -36,8 +45,13 @@ class HostDesktop::Parts {
   void askForConsent();
   void askForRemoval(const std::string& id);
   void setScheme(ColourScheme scheme);
+  void reveal();
+  void catalogueChanged();
+  void tellShown();
 
   HostServices services_;
+  std::function<void()> shown_;  ///< null once it has been called
+  sigc::connection shownLimit_;
   DistinctDiagnosticLog drawingLog_;
   PictureRenderer renderer_;
   CardDrawing drawing_;
@@ -54,8 +68,9 @@ class HostDesktop::Parts {
   SchemeWatch schemes_;
 };
 
-HostDesktop::Parts::Parts(WindowKind kind, const HostServices& services, std::function<void()> quit)
+HostDesktop::Parts::Parts(WindowKind kind, const HostServices& services, Handlers handlers)
     : services_(services),
+      shown_(std::move(handlers.shown)),
       drawingLog_(services.log),
       renderer_({.assetFolder = services.assets,
                  .report = [this](std::string_view line) { drawingLog_.line(line); },
@@ -74,7 +89,7 @@ HostDesktop::Parts::Parts(WindowKind kind, const HostServices& services, std::fu
                   .extension = services.extension,
                   .askUser = [this] { askForConsent(); },
                   .changed = [this] { services_.desk.reloadAll(); }}),
-      menus_(menuSurroundings(std::move(quit))),
+      menus_(menuSurroundings(std::move(handlers.quit))),
       windows_({.desk = services.desk,
                 .drawing = drawing_,
                 .placer = *placer_,
@@ -82,7 +97,8 @@ HostDesktop::Parts::Parts(WindowKind kind, const HostServices& services, std::fu
                 .log = services.log},
                windowHandlers()),
       paths_(services.pathMonitors.makePathMonitor(std::nullopt)),
-      schemes_(services.appearance, [this](ColourScheme scheme) { setScheme(scheme); }) {
+      schemes_(services.appearance, {.changed = [this](ColourScheme scheme) { setScheme(scheme); },
+                                     .settled = [this] { reveal(); }}) {
   drawing_.scheme = schemes_.scheme();
   listen();
   services_.desk.start();
@@ -103,10 +119,17 @@ DesktopWindows::Handlers HostDesktop::Parts::windowHandlers() {
           .openMenu = [this](const std::string& id, CardWindow& window,
                              const GdkEvent* event) { menus_.open(id, window, event); },
           .removalAsked = [this](const std::string& id) { askForRemoval(id); },
-          .catalogueChanged = [this] { gallery_.reset(); }};
+          .catalogueChanged = [this] { catalogueChanged(); },
+          .shown = [this] { tellShown(); }};
 }
 
 void HostDesktop::Parts::listen() {
+  shownLimit_ = Glib::signal_timeout().connect_seconds(
+      [this] {
+        tellShown();
+        return false;
+      },
+      shownLimitSeconds);
   paths_->setPathUpdateHandler([this](const NetworkPath&) {
     // The first one says how things are, not that they have changed.
     if (!std::exchange(hasHeardOfPath_, true)) return;
@@ -135,6 +158,22 @@ void HostDesktop::Parts::setScheme(ColourScheme scheme) {
   windows_.setScheme(scheme);
   bandwidth_.refreshScheme();
   if (gallery_) gallery_->refresh();
+}
+
+void HostDesktop::Parts::reveal() {
+  windows_.reveal();
+  if (!windows_.hasMonitors()) tellShown();
+}
+
+void HostDesktop::Parts::catalogueChanged() {
+  gallery_.reset();
+  // The user has taken all of them off the desktop.
+  if (services_.desk.cards().empty() && windows_.hasMonitors()) tellShown();
+}
+
+void HostDesktop::Parts::tellShown() {
+  shownLimit_.disconnect();
+  if (const auto shown = std::exchange(shown_, nullptr)) shown();
 }
 
 void HostDesktop::Parts::openGallery() {
@@ -180,8 +219,8 @@ void HostDesktop::Parts::askForRemoval(const std::string& id) {
                });
 }
 
-HostDesktop::HostDesktop(WindowKind kind, const HostServices& services, std::function<void()> quit)
-    : parts_(std::make_unique<Parts>(kind, services, std::move(quit))) {}
+HostDesktop::HostDesktop(WindowKind kind, const HostServices& services, Handlers handlers)
+    : parts_(std::make_unique<Parts>(kind, services, std::move(handlers))) {}
 
 HostDesktop::~HostDesktop() = default;
 
