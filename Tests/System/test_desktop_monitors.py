@@ -1,4 +1,4 @@
-"""Monitors that come, and change their scale or their size under the widgets."""
+"""Monitors that come, go, and change their scale or their size under the widgets."""
 
 import json
 
