@@ -56,7 +56,9 @@ std::expected<void, CommandFailure> show(const HostChoice& choice, WindowKind ki
     return {};
   }
   if (kind == WindowKind::waylandPlain) log.line(notBelow);
-  HostApplication host(*application.operator->(), kind, services, [&started] { started.tell(); });
+  const EndRequests requests;
+  HostApplication host(*application.operator->(), kind, services, requests,
+                       [&started] { started.tell(); });
   host.run(choice.link);
   return {};
 }

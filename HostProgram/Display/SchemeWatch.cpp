@@ -15,7 +15,8 @@ SchemeWatch::SchemeWatch(DesktopAppearance& appearance, std::function<void(Colou
     readTheme();
     choose();
   });
-  appearance.start([this](PreferredColourScheme preference) {
+  appearance.start([this, alive = std::weak_ptr(isAlive_)](PreferredColourScheme preference) {
+    if (alive.expired()) return;
     preference_ = preference;
     choose();
   });

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <sigc++/connection.h>
 #include <string>
 
@@ -13,7 +14,7 @@ namespace lanternfold {
 class SchemeWatch {
  public:
   /// `changed` is called when the scheme becomes another one, never inside of the call.
-  /// `appearance` is started, and goes before this or with it.
+  /// `appearance`, which is started, may outlive this.
   SchemeWatch(DesktopAppearance& appearance, std::function<void(ColourScheme)> changed);
   ~SchemeWatch();
   SchemeWatch(const SchemeWatch&) = delete;
@@ -31,6 +32,8 @@ class SchemeWatch {
   bool themePrefersDark_ = false;  ///< as the user has set it, before the cards' scheme did
   ColourScheme scheme_ = ColourScheme::light;
   sigc::connection themeChanges_;
+  /// What the appearance looks at that may tell of a change when this is gone.
+  std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
 };
 
 }  // namespace lanternfold

@@ -1,4 +1,4 @@
-// When the picture of a card is another one.
+// What a card is drawn anew for.
 #include <filesystem>
 
 #include <gmock/gmock.h>
@@ -20,6 +20,7 @@ class CardPictureTest : public testing::Test {
  protected:
   CardPictureTest() { clock_.advance(hours(23) + minutes(58)); }
 
+  int timesTold_ = 0;
   SimulatedClock clock_;
   PictureRenderer renderer_{
       {.assetFolder = std::filesystem::path(LANTERNFOLD_SOURCE_DIR) / "Assets",
@@ -28,11 +29,13 @@ class CardPictureTest : public testing::Test {
                        .report = [](std::string_view line) { ADD_FAILURE() << line; },
                        .timeText =
                            [this](auto time) {
+                             ++timesTold_;
                              return relativeDateText(time, clock_.now(),
                                                      {.locale = "en_GB", .timeZone = "UTC"});
                            }};
   CardPicture picture_{drawing_};
   const View view_ = drawingTime("Last update %@", {});
+  const View timeless_ = text("News", {});
 };
 
 TEST_F(CardPictureTest, TheLastUpdateIsTheDateOfTheAnswerHoweverLaterItIsDrawn) {
@@ -53,6 +56,21 @@ TEST_F(CardPictureTest, FromMidnightOnItWasYesterday) {
   clock_.advance(minutes(1));
   EXPECT_TRUE(picture_.show(view_, state));
   EXPECT_EQ(picture_.description(), "Last update Yesterday, 23:58");
+}
+
+TEST_F(CardPictureTest, TheTimeIsNotPutIntoWordsForACardThatDoesNotShowIt) {
+  const CardState state{.size = {170, 170}, .time = clock_.now()};
+  EXPECT_TRUE(picture_.show(timeless_, state));
+  EXPECT_FALSE(picture_.show(state));
+  EXPECT_EQ(timesTold_, 0);
+}
+
+TEST_F(CardPictureTest, ATimeThatIsSwitchedOnLaterIsThereAtOnce) {
+  const CardState state{.size = {170, 170}, .time = clock_.now()};
+  (void)picture_.show(timeless_, state);
+  EXPECT_TRUE(picture_.show(vstack(HorizontalAlignment::leading, 0, {timeless_, view_}), state));
+  EXPECT_EQ(timesTold_, 1);
+  EXPECT_THAT(picture_.description(), testing::HasSubstr("Last update Today, 23:58"));
 }
 
 }  // namespace
