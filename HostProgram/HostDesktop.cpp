@@ -13,6 +13,7 @@
 #include "HostProgram/Gallery/GalleryWindow.h"
 #include "HostProgram/Links/LinkOpener.h"
 #include "HostProgram/Menu/CardMenus.h"
+#include "NetworkWidgetVexExtension/Views/WidgetFamilyTitle.h"
 #include "Support/RelativeDateText.h"
 #include "Wiring/DistinctDiagnosticLog.h"
 #include "Wiring/DrawingLanguage.h"
@@ -250,7 +251,7 @@ void HostDesktop::Parts::removeFromMenu(const std::string& id) {
 void HostDesktop::Parts::askForRemoval(const std::string& id) {
   const auto card = services_.desk.card(id);
   if (!card) return;
-  const std::string size = familyTitle(card->placed.family, services_.strings);
+  const std::string size = widgetFamilyTitle(card->placed.family, services_.strings);
   const RemovalFacts facts{.widget = windows_.nameOf(card->placed.kind) + ", " + size,
                            .isLast = services_.desk.cards().size() == 1};
   dialogs_.ask(removalOf(id), removalQuestion(facts, services_.strings),
