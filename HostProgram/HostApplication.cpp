@@ -35,8 +35,9 @@ void HostApplication::run(const std::optional<std::string>& link) {
 
 HostDesktop& HostApplication::desktop() {
   if (!desktop_) {
-    desktop_ = std::make_unique<HostDesktop>(kind_, services_, [this] { application_.quit(); });
-    shown_();
+    desktop_ = std::make_unique<HostDesktop>(
+        kind_, services_,
+        HostDesktop::Handlers{.quit = [this] { application_.quit(); }, .shown = shown_});
   }
   return *desktop_;
 }

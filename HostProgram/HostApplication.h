@@ -21,8 +21,8 @@ inline constexpr const char* hostApplicationId = widgetHostBusName;
 
 class HostApplication {
  public:
-  /// `application` is registered, and the first of its kind. It quits on one of
-  /// `requests`. `shown` is called once, when the widgets are there. Everything outlives this.
+  /// `application` is registered, and the first of its kind. It quits on one of `requests`. `shown`
+  /// is called once, as of `HostDesktop`. Everything outlives this.
   HostApplication(Gtk::Application& application, WindowKind kind, const HostServices& services,
                   const EndRequests& requests, std::function<void()> shown);
   ~HostApplication();

@@ -22,6 +22,8 @@ namespace lanternfold {
 namespace {
 
 constexpr const char* consentSubject = "consent to Wi-Fi names";
+/// Whoever waits for the widgets waits no longer, also for an extension that never answers.
+constexpr unsigned shownLimitSeconds = 10;
 
 std::string removalOf(const std::string& id) { return "removal of " + id; }
 
@@ -30,7 +32,10 @@ std::string removalOf(const std::string& id) { return "removal of " + id; }
 /// In the order of construction: windows go before what they draw with and tell of.
 class HostDesktop::Parts {
  public:
-  Parts(WindowKind kind, const HostServices& services, std::function<void()> quit);
+  Parts(WindowKind kind, const HostServices& services, Handlers handlers);
+  ~Parts() { shownLimit_.disconnect(); }
+  Parts(const Parts&) = delete;
+  Parts& operator=(const Parts&) = delete;
 
   void raise();
   void openLink(const std::string& url);
@@ -51,10 +56,14 @@ class HostDesktop::Parts {
   void removeFromMenu(const std::string& id);
   void askForRemoval(const std::string& id);
   void cardRemoved(const std::string& id);
-  void catalogueChanged();
   void setScheme(ColourScheme scheme);
+  void reveal();
+  void catalogueChanged();
+  void tellShown();
 
   HostServices services_;
+  std::function<void()> shown_;  ///< null once it has been called
+  sigc::connection shownLimit_;
   DistinctDiagnosticLog drawingLog_;
   PictureRenderer renderer_;
   CardDrawing drawing_;
@@ -73,8 +82,9 @@ class HostDesktop::Parts {
   std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
 };
 
-HostDesktop::Parts::Parts(WindowKind kind, const HostServices& services, std::function<void()> quit)
+HostDesktop::Parts::Parts(WindowKind kind, const HostServices& services, Handlers handlers)
     : services_(services),
+      shown_(std::move(handlers.shown)),
       drawingLog_(services.log),
       renderer_({.assetFolder = services.assets,
                  .report = [this](std::string_view line) { drawingLog_.line(line); },
@@ -93,7 +103,7 @@ HostDesktop::Parts::Parts(WindowKind kind, const HostServices& services, std::fu
                   .extension = services.extension,
                   .askUser = [this] { askForConsent(); },
                   .changed = [this] { consentChanged(); }}),
-      menus_(menuSurroundings(std::move(quit))),
+      menus_(menuSurroundings(std::move(handlers.quit))),
       windows_({.desk = services.desk,
                 .drawing = drawing_,
                 .placer = *placer_,
@@ -101,7 +111,8 @@ HostDesktop::Parts::Parts(WindowKind kind, const HostServices& services, std::fu
                 .log = services.log},
                windowHandlers()),
       paths_(services.pathMonitors.makePathMonitor(std::nullopt)),
-      schemes_(services.appearance, [this](ColourScheme scheme) { setScheme(scheme); }) {
+      schemes_(services.appearance, {.changed = [this](ColourScheme scheme) { setScheme(scheme); },
+                                     .settled = [this] { reveal(); }}) {
   drawing_.scheme = schemes_.scheme();
   listen();
   services_.desk.start();
@@ -125,10 +136,17 @@ DesktopWindows::Handlers HostDesktop::Parts::windowHandlers() {
       .openMenu = [this](const std::string& id, const GdkEvent& event) { menus_.open(id, event); },
       .removalAsked = [this](const std::string& id) { askForRemoval(id); },
       .cardRemoved = [this](const std::string& id) { cardRemoved(id); },
-      .catalogueChanged = [this] { catalogueChanged(); }};
+      .catalogueChanged = [this] { catalogueChanged(); },
+      .shown = [this] { tellShown(); }};
 }
 
 void HostDesktop::Parts::listen() {
+  shownLimit_ = Glib::signal_timeout().connect_seconds(
+      [this] {
+        tellShown();
+        return false;
+      },
+      shownLimitSeconds);
   paths_->setPathUpdateHandler([this](const NetworkPath&) {
     // The first one says how things are, not that they have changed.
     if (!std::exchange(hasHeardOfPath_, true)) return;
@@ -180,8 +198,20 @@ void HostDesktop::Parts::cardRemoved(const std::string& id) {
   dialogs_.withdraw(removalOf(id));
 }
 
+void HostDesktop::Parts::reveal() {
+  windows_.reveal();
+  if (!windows_.hasMonitors()) tellShown();
+}
+
 void HostDesktop::Parts::catalogueChanged() {
   if (gallery_) gallery_->showCatalogue(services_.desk.catalogue());
+  // The user has taken all of them off the desktop.
+  if (services_.desk.cards().empty() && windows_.hasMonitors()) tellShown();
+}
+
+void HostDesktop::Parts::tellShown() {
+  shownLimit_.disconnect();
+  if (const auto shown = std::exchange(shown_, nullptr)) shown();
 }
 
 void HostDesktop::Parts::openGallery() {
@@ -260,8 +290,8 @@ void HostDesktop::Parts::askForRemoval(const std::string& id) {
                });
 }
 
-HostDesktop::HostDesktop(WindowKind kind, const HostServices& services, std::function<void()> quit)
-    : parts_(std::make_unique<Parts>(kind, services, std::move(quit))) {}
+HostDesktop::HostDesktop(WindowKind kind, const HostServices& services, Handlers handlers)
+    : parts_(std::make_unique<Parts>(kind, services, std::move(handlers))) {}
 
 HostDesktop::~HostDesktop() = default;
 

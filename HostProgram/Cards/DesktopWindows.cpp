@@ -34,9 +34,18 @@ void DesktopWindows::countMonitors() {
   areas_.clear();
   for (const PlacedMonitor& monitor : monitors_) areas_.push_back(monitor.area);
   surroundings_.desk.monitorsChanged(areas_);
+  placeAll();
+}
+
+void DesktopWindows::placeAll() {
   for (auto& [id, window] : windows_) {
     if (const auto card = surroundings_.desk.card(id)) place(window, *card);
   }
+}
+
+void DesktopWindows::reveal() {
+  isRevealed_ = true;
+  placeAll();
 }
 
 void DesktopWindows::setScheme(ColourScheme scheme) {
@@ -49,6 +58,10 @@ void DesktopWindows::cardAdded(const std::string& id) {
   if (!card || windows_.contains(id)) return;
   const auto [added, isNew] =
       windows_.try_emplace(id, surroundings_.drawing, surroundings_.placer, handlersOf(id));
+  added->second.signal_map_event().connect([this](GdkEventAny*) {
+    handlers_.shown();
+    return false;
+  });
   show(added->second, *card);
 }
 
@@ -89,6 +102,7 @@ std::optional<MonitorPosition> DesktopWindows::shownPlace(const Card& card) cons
 }
 
 void DesktopWindows::place(CardWindow& window, const Card& card) {
+  if (!isRevealed_) return;
   const auto position = shownPlace(card);
   const auto monitor = std::ranges::find_if(monitors_, [&position](const PlacedMonitor& one) {
     return position && one.area.name == position->monitor;
@@ -173,7 +187,7 @@ void DesktopWindows::focusNextTo(const std::string& id, bool isForward) {
 }
 
 void DesktopWindows::raiseAll() {
-  if (windows_.empty()) return;
+  if (windows_.empty() || !isRevealed_) return;
   for (auto& [id, window] : windows_) window.raiseCard();
   windows_.begin()->second.raiseCardWithFocus();
   lowerLater();

@@ -36,15 +36,22 @@ class DesktopWindows final : public WidgetDeskObserver {
     /// Its window is about to go.
     std::function<void(const std::string& id)> cardRemoved;
     std::function<void()> catalogueChanged;
+    /// A card has come onto the screen.
+    std::function<void()> shown;
   };
 
-  /// Everything outlives the windows. The desk is told of the monitors, and is to be started.
+  /// Everything outlives the windows, none of which is on the screen yet. The desk is told of the
+  /// monitors, and is to be started.
   DesktopWindows(const Surroundings& surroundings, Handlers handlers);
   ~DesktopWindows() override;
   DesktopWindows(const DesktopWindows&) = delete;
   DesktopWindows& operator=(const DesktopWindows&) = delete;
 
   void setScheme(ColourScheme scheme);
+
+  /// From now on they are on the screen. Once.
+  void reveal();
+  [[nodiscard]] bool hasMonitors() const { return !monitors_.empty(); }
 
   /// That of the card `id`; null when there is none. For the turn of the main loop: nobody keeps it
   /// longer.
@@ -69,6 +76,7 @@ class DesktopWindows final : public WidgetDeskObserver {
   void show(CardWindow& window, const Card& card);
   void place(CardWindow& window, const Card& card);
   void countMonitors();
+  void placeAll();
   [[nodiscard]] std::optional<CardWindow::Landing> landing(const std::string& id,
                                                            const CardDrag& drag) const;
   [[nodiscard]] std::vector<StandingWidget> standingBeside(const std::string& id) const;
@@ -84,6 +92,7 @@ class DesktopWindows final : public WidgetDeskObserver {
   std::vector<PlacedMonitor> monitors_;
   std::vector<MonitorArea> areas_;  ///< of `monitors_`
   std::map<std::string, CardWindow> windows_;
+  bool isRevealed_ = false;
   sigc::connection lowering_;
   std::unique_ptr<MonitorWatch> monitorWatch_;
 };
