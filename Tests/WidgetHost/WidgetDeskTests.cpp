@@ -317,54 +317,5 @@ TEST_F(WidgetDeskTest, AnIdThatStoodInTheFileIsNotGivenAgain) {
   EXPECT_EQ(desk_->add("C", {}, {}, {}), "10");
 }
 
-TEST_F(WidgetDeskTest, ACardThatComesAndGoesIsNotToldOf) {
-  startAndSettle();
-  const auto id = desk_->add("C", {}, {}, {});
-  ASSERT_TRUE(id);
-  ASSERT_TRUE(desk_->remove(*id));
-  EXPECT_THAT(told(), IsEmpty());
-}
-
-TEST_F(WidgetDeskTest, NothingIsToldInsideOfTheCall) {
-  startAndSettle();
-  ASSERT_TRUE(desk_->move("1", {"DP-1", 7, 7}));
-  EXPECT_THAT(observer_.takeTold(), IsEmpty());
-}
-
-TEST_F(WidgetDeskTest, AnObserverMayEndTheDesk) {
-  class Ending final : public WidgetDeskObserver {
-   public:
-    explicit Ending(std::optional<WidgetDesk>& desk) : desk_(desk) {}
-    void cardAdded(const std::string&) override {}
-    void cardChanged(const std::string&) override {
-      ++told;
-      desk_.reset();
-    }
-    void cardRemoved(const std::string&) override {}
-    void catalogueChanged() override {}
-    int told = 0;
-
-   private:
-    std::optional<WidgetDesk>& desk_;
-  };
-  startAndSettle();
-  Ending ending(desk_);
-  desk_->setObserver(&ending);
-  desk_->reloadAll();
-  dispatch_.advance(std::chrono::hours(1));
-  EXPECT_EQ(ending.told, 1);
-  EXPECT_THAT(extension_.waiting(), IsEmpty()) << "what was asked is taken back";
-}
-
-TEST_F(WidgetDeskTest, AnswersAfterItsEndFindNobody) {
-  startAndSettle();
-  extension_.setSilent(true);
-  desk_->reloadAll();
-  desk_.reset();
-  extension_.setSilent(false);
-  dispatch_.advance(std::chrono::hours(1));
-  EXPECT_EQ(extension_.takeAsked().size(), 3U);
-}
-
 }  // namespace
 }  // namespace lanternfold

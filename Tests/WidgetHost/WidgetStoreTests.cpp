@@ -139,6 +139,20 @@ TEST_F(WidgetStoreTest, AFileThatCannotBeReadIsNeverReplaced) {
   EXPECT_EQ(files_.bytes(file_), "secret");
 }
 
+TEST_F(WidgetStoreTest, OnceTheUserHasMovedItAwayTheWidgetsAreRemembered) {
+  files_.makeFolder(file_.parent_path());
+  files_.putFile(file_, "torn");
+  for (int number = 1; number <= mostKeptAside; ++number) {
+    files_.putFile(file_.string() + ".damaged-" + std::to_string(number), "older");
+  }
+  WidgetStore store = makeStore();
+  EXPECT_EQ(store.load(), std::nullopt);
+  EXPECT_FALSE(store.save({widget("1")}));
+  ASSERT_TRUE(files_.removeFile(file_));
+  EXPECT_TRUE(store.save({widget("1")}));
+  EXPECT_EQ(loaded(), std::vector{widget("1")});
+}
+
 TEST_F(WidgetStoreTest, WhatIsNoFileIsNeitherReadNorReplaced) {
   files_.putSpecialFile(file_);
   WidgetStore store = makeStore();

@@ -9,6 +9,7 @@ namespace {
 
 std::vector<WidgetKind> kindsOf(const std::vector<WidgetDescription>& catalogue) {
   std::vector<WidgetKind> kinds;
+  kinds.reserve(catalogue.size());
   for (const WidgetDescription& widget : catalogue) {
     kinds.push_back({.kind = widget.kind, .families = widget.supportedFamilies});
   }

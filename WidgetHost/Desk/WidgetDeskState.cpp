@@ -210,8 +210,8 @@ void WidgetDesk::State::receiveSample(Item& item, std::expected<ViewEntry, Failu
 void WidgetDesk::State::receiveTimeline(Item& item,
                                         std::expected<Timeline<ViewEntry>, Failure> answer) {
   if (!answer) return miss(item, answer.error());
-  schedule_.answered(item.placed.id, untilEndOf(*answer, clock_.date()), now());
   clock_.look();
+  schedule_.answered(item.placed.id, untilEndOf(*answer, clock_.date()), now());
   item.content.receiveTimeline(std::move(*answer), clock_.date());
   item.isAwaited = false;
   tellChange(item);

@@ -71,13 +71,22 @@ std::optional<std::vector<PlacedWidget>> WidgetStore::load() {
 
 bool WidgetStore::save(const std::vector<PlacedWidget>& widgets) {
   update(widgets);
-  if (!isWritable_) return false;
+  if (!isWritable_ && !wasMovedAway()) return false;
   if (const auto written = write(); !written) {
     sayOnce(written.error());
     return false;
   }
   said_.clear();
   return true;
+}
+
+/// As the user was asked to do with a file that is not to be replaced. What is known of one of a
+/// later version is not enough to write another.
+bool WidgetStore::wasMovedAway() {
+  if (stored_.isOfLaterVersion) return false;
+  const auto present = files_.attributes(place_.file);
+  isWritable_ = !present && present.error() == std::errc::no_such_file_or_directory;
+  return isWritable_;
 }
 
 void WidgetStore::setAside(const std::string& reason) {

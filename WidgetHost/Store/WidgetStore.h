@@ -45,6 +45,7 @@ class WidgetStore {
   bool save(const std::vector<PlacedWidget>& widgets);
 
  private:
+  [[nodiscard]] bool wasMovedAway();
   void setAside(const std::string& reason);
   /// An error when it cannot be kept, and then must not be replaced.
   [[nodiscard]] std::expected<void, std::string> keepWhatSomebodyElseWrote();
