@@ -59,7 +59,7 @@ class WindowPlacer {
   virtual void lower(Gtk::Window& window) = 0;
 
   /// Where the window stands on the whole desktop; none where nobody is told.
-  [[nodiscard]] virtual std::optional<Point> placeOf(const Gtk::Window& window) const = 0;
+  [[nodiscard]] virtual std::optional<Point> placeOf(Gtk::Window& window) const = 0;
 
   /// Whether a window is closed by the user; else it is by the display, whose surfaces go with
   /// their monitor.

@@ -76,12 +76,12 @@ void X11WindowPlacer::lower(Gtk::Window& window) {
   window.set_keep_below(true);
 }
 
-std::optional<Point> X11WindowPlacer::placeOf(const Gtk::Window& window) const {
+std::optional<Point> X11WindowPlacer::placeOf(Gtk::Window& window) const {
   const auto surface = window.get_window();
   if (!surface) return std::nullopt;
   int x = 0;
   int y = 0;
-  gdk_window_get_origin(const_cast<GdkWindow*>(surface->gobj()), &x, &y);
+  gdk_window_get_origin(surface->gobj(), &x, &y);
   return Point{static_cast<double>(x), static_cast<double>(y)};
 }
 
