@@ -255,6 +255,23 @@ class WindowsTest(XWindowsTest):
 
     # The keyboard
 
+    def test_the_keyboard_goes_from_card_to_card_as_they_were_added(self):
+        self.begin()
+        added = [self.ctl("add", BANDWIDTH).strip() for _ in range(6)]
+        wait_until(lambda: len(self.card_windows()) == 11, "the new cards", 10)
+        by_place = {(each["x"], each["y"]): each["id"] for each in self.widgets()}
+        order = [each["id"] for each in self.widgets()]
+        self.assertEqual(added, order[5:])
+        self.focus_card(self.widgets()[0])
+        names = {window: by_place[place] for place, window in self.card_windows().items()}
+        reached = []
+        for _ in order:
+            self.display.key("F6")
+            time.sleep(0.3)  # for the window manager
+            reached.append(names[int(self.display.run("xdotool", "getwindowfocus"))])
+        self.assertEqual(order[1:] + order[:1], reached)
+        self.finish_silently()
+
     def test_a_menu_of_the_keyboard_has_the_keyboard(self):
         self.begin()
         widget = self.widget(ADAPTER)
