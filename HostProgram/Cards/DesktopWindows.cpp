@@ -171,25 +171,32 @@ void DesktopWindows::step(const std::string& id, int right, int down) {
   move(id, steppedPosition(*position, size, right, down, *area));
 }
 
-void DesktopWindows::focusNextTo(const std::string& id, bool isForward) {
-  const auto here = windows_.find(id);
-  if (here == windows_.end()) return;
-  auto next = here;
-  if (isForward) {
-    if (++next == windows_.end()) next = windows_.begin();
-  } else {
-    if (next == windows_.begin()) next = windows_.end();
-    --next;
+/// In the order in which they were added, which their names do not tell: "10" is before "2".
+std::vector<std::string> DesktopWindows::shownCards() {
+  std::vector<std::string> shown;
+  for (const Card& card : surroundings_.desk.cards()) {
+    const CardWindow* const one = window(card.placed.id);
+    if (one != nullptr && one->get_visible()) shown.push_back(card.placed.id);
   }
-  here->second.raiseCard();
-  next->second.raiseCardWithFocus();
+  return shown;
+}
+
+void DesktopWindows::focusNextTo(const std::string& id, bool isForward) {
+  const std::vector<std::string> shown = shownCards();
+  const auto here = std::ranges::find(shown, id);
+  if (here == shown.end()) return;
+  const auto index = static_cast<std::size_t>(here - shown.begin());
+  const std::size_t next = (index + (isForward ? 1 : shown.size() - 1)) % shown.size();
+  window(id)->raiseCard();
+  window(shown.at(next))->raiseCardWithFocus();
   lowerLater();
 }
 
 void DesktopWindows::raiseAll() {
-  if (windows_.empty() || !isRevealed_) return;
-  for (auto& [id, window] : windows_) window.raiseCard();
-  windows_.begin()->second.raiseCardWithFocus();
+  const std::vector<std::string> shown = shownCards();
+  if (shown.empty()) return;
+  for (const std::string& id : shown) window(id)->raiseCard();
+  window(shown.front())->raiseCardWithFocus();
   lowerLater();
 }
 

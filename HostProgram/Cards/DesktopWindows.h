@@ -84,6 +84,7 @@ class DesktopWindows final : public WidgetDeskObserver {
   void step(const std::string& id, int right, int down);
   void move(const std::string& id, const MonitorPosition& position);
   void keepPlace(const std::string& id, const Rect& frame);
+  [[nodiscard]] std::vector<std::string> shownCards();
   void focusNextTo(const std::string& id, bool isForward);
   void lowerLater();
 

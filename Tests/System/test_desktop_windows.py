@@ -1,20 +1,27 @@
 """The windows beside the cards, and when they come and go: menus, questions, the gallery and the
 bandwidth monitor."""
 
+import os
 import subprocess
 import time
 
 from displays import RIGHT
-from host_test import ADAPTER, BANDWIDTH, PANORAMIC, SIZES, XTest
+from host_process import host_beside
+from host_test import (ADAPTER, BANDWIDTH, PANORAMIC, SIZES, SwayTest,
+                       XTest)
 from process_tree import wait_until
+from program import run
 
 QUESTION = "Remove widget"
 GALLERY = "Add widget"
+CONSENT = "Wi-Fi names"
 MONITOR = "Bandwidth Monitor"
 ROUNDS = 12
 
 
-class WindowsTest(XTest):
+class XWindowsTest(XTest):
+    """No test yet."""
+
     def begin(self):
         self.host = self.start_host()
         self.assert_all_shown(self.wait_for_widgets())
@@ -24,11 +31,14 @@ class WindowsTest(XTest):
         self.assertNotIn("CRITICAL", self.host.errors)
         self.assertNotIn("WARNING", self.host.errors)
 
+    def window_state(self, window):
+        return self.display.properties(window).get("_NET_WM_STATE", "")
+
     def titled(self, title):
         """The windows of that title that are no cards, lowest first."""
         return [each for each in self.display.windows()
                 if f'"{title}"' in self.display.properties(each).get("WM_NAME", "")
-                and "SKIP_TASKBAR" not in self.state(each)]
+                and "SKIP_TASKBAR" not in self.window_state(each)]
 
     def wait_for_window(self, title):
         return wait_until(lambda: self.titled(title), f"a window {title}", 10)[0]
@@ -62,6 +72,8 @@ class WindowsTest(XTest):
         last = ("Quit", "Wi-Fi names", "Add widget…", "Remove", "Refresh")
         self.display.key(*["Up"] * (last.index(label) + 1), "Return")
 
+
+class WindowsTest(XWindowsTest):
     # What goes with its widget
 
     def test_a_menu_goes_with_its_widget(self):
@@ -142,24 +154,56 @@ class WindowsTest(XTest):
         self.wait_for_window(GALLERY)
         self.finish_silently()
 
+    # The gallery
+
+    def test_a_gallery_that_is_closed_opens_again(self):
+        self.begin()
+        widget = self.widget(ADAPTER)
+        for _ in range(3):
+            self.open_menu(widget)
+            self.choose("Add widget…")
+            self.wait_for_window(GALLERY)
+            self.display.key("Escape")
+            self.wait_for_no_window(GALLERY)
+        self.finish_silently()
+
+    def test_a_gallery_that_is_open_shows_the_widgets_that_become_known(self):
+        self.begin()
+        widget = self.widget(ADAPTER)
+        self.finish(self.host)
+        signal = self.session.folder / "signal"
+        self.host = self.start_host(
+            program=host_beside(self.session.folder / "late", "late_extension.py"),
+            LANTERNFOLD_SIGNAL=str(signal),
+            LANTERNFOLD_WIDGET_EXTENSION=os.environ["LANTERNFOLD_WIDGET_EXTENSION"])
+        self.wait_for_widgets()
+        wait_until(lambda: (widget["x"], widget["y"]) in self.card_windows(), "the card", 10)
+        self.open_menu(widget)
+        self.choose("Add widget…")
+        gallery = self.wait_for_window(GALLERY)
+        left, top, _, _ = self.display.frame(gallery)
+        first_preview = left + 60, top + 180
+        empty = self.pixel(*first_preview)
+        signal.touch()
+        wait_until(lambda: self.pixel(*first_preview) != empty, "a preview", 20)
+        self.assertEqual([gallery], self.titled(GALLERY))
+        self.finish_silently()
+
     # Above the cards
 
     def assert_above_cards(self, title):
         window = self.wait_for_window(title)
         cards = [each for each in self.card_windows().values()
-                 if "SKIP_TASKBAR" in self.state(each)]
+                 if "SKIP_TASKBAR" in self.window_state(each)]
         self.assertEqual(5, len(cards))
-        wait_until(lambda: not any("_ABOVE" in self.state(card) for card in cards), "lowered cards", 5)
+        wait_until(lambda: not any("_ABOVE" in self.window_state(card) for card in cards), "lowered cards", 5)
         order = self.display.windows()
         self.assertTrue(all(order.index(card) < order.index(window) for card in cards), order)
-
-    def state(self, window):
-        return self.display.properties(window).get("_NET_WM_STATE", "")
 
     def raise_cards(self):
         cards = self.card_windows().values()
         self.assertEqual(0, self.show().returncode)
-        wait_until(lambda: all("_ABOVE" in self.state(card) for card in cards), "raised cards", 5)
+        wait_until(lambda: all("_ABOVE" in self.window_state(card) for card in cards), "raised cards", 5)
 
     def test_what_opens_is_above_cards_that_are_raised(self):
         self.begin()
@@ -211,6 +255,23 @@ class WindowsTest(XTest):
 
     # The keyboard
 
+    def test_the_keyboard_goes_from_card_to_card_as_they_were_added(self):
+        self.begin()
+        added = [self.ctl("add", BANDWIDTH).strip() for _ in range(6)]
+        wait_until(lambda: len(self.card_windows()) == 11, "the new cards", 10)
+        by_place = {(each["x"], each["y"]): each["id"] for each in self.widgets()}
+        order = [each["id"] for each in self.widgets()]
+        self.assertEqual(added, order[5:])
+        self.focus_card(self.widgets()[0])
+        names = {window: by_place[place] for place, window in self.card_windows().items()}
+        reached = []
+        for _ in order:
+            self.display.key("F6")
+            time.sleep(0.3)  # for the window manager
+            reached.append(names[int(self.display.run("xdotool", "getwindowfocus"))])
+        self.assertEqual(order[1:] + order[:1], reached)
+        self.finish_silently()
+
     def test_a_menu_of_the_keyboard_has_the_keyboard(self):
         self.begin()
         widget = self.widget(ADAPTER)
@@ -221,3 +282,32 @@ class WindowsTest(XTest):
             self.display.key("Escape")
             wait_until(lambda: not self.menus(), "no menu", 10)
         self.finish_silently()
+
+
+class UndecidedWindowsTest(XWindowsTest):
+    consent = None
+
+    def test_the_question_of_wifi_names_goes_when_it_is_decided_elsewhere(self):
+        self.host = self.start_host()
+        self.wait_for_widgets()
+        self.wait_for_window(CONSENT)
+        run("location", "deny", "--data-dir", str(self.data), check=True)
+        self.wait_for_no_window(CONSENT)
+        self.finish_silently()
+
+
+class SwayWindowsTest(SwayTest):
+    def has_window(self, title):
+        return f'"name": "{title}"' in self.display.run("swaymsg", "-t", "get_tree")
+
+    def test_a_window_covers_cards_that_were_raised(self):
+        host = self.start_host()
+        self.assert_all_shown(self.wait_for_widgets())
+        widget = self.widget(BANDWIDTH)
+        corner = widget["x"] + 20, widget["y"] + 85
+        shown = self.pixel(*corner)
+        self.assertEqual(0, self.show().returncode)
+        self.display.click(*self.middle(widget))
+        wait_until(lambda: self.has_window(MONITOR), "the bandwidth monitor", 10)
+        wait_until(lambda: self.pixel(*corner) != shown, "a covered card", 5)
+        self.finish(host)
