@@ -22,7 +22,7 @@ gboolean quit(gpointer application) {
 
 }  // namespace
 
-HostApplication::HostApplication(Gtk::Application& application, WindowKind kind,
+HostApplication::HostApplication(Gio::Application& application, WindowKind kind,
                                  const HostServices& services, std::function<void()> shown)
     : application_(application), kind_(kind), services_(services), shown_(std::move(shown)) {
   connections_.push_back(application_.signal_activate().connect([this] { activate(); }));

@@ -5,7 +5,7 @@
 #pragma once
 
 #include <functional>
-#include <gtkmm/application.h>
+#include <giomm/application.h>
 #include <memory>
 #include <optional>
 #include <string>
@@ -22,7 +22,7 @@ class HostApplication {
  public:
   /// `application` is registered, and the first of its kind. `shown` is called once, as of
   /// `HostDesktop`. Everything outlives this.
-  HostApplication(Gtk::Application& application, WindowKind kind, const HostServices& services,
+  HostApplication(Gio::Application& application, WindowKind kind, const HostServices& services,
                   std::function<void()> shown);
   ~HostApplication();
   HostApplication(const HostApplication&) = delete;
@@ -37,7 +37,7 @@ class HostApplication {
   void open(const std::vector<Glib::RefPtr<Gio::File>>& files);
   void quitOnSignal(int signal);
 
-  Gtk::Application& application_;
+  Gio::Application& application_;
   WindowKind kind_;
   HostServices services_;
   std::function<void()> shown_;
