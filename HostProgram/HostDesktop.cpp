@@ -33,7 +33,7 @@ class HostDesktop::Parts {
   Parts& operator=(const Parts&) = delete;
 
   void raise() { windows_.raiseAll(); }
-  void openLink(const std::string& url) { links_.open(url); }
+  void openLink(const std::string& url) { links_.openFromOutside(url); }
 
  private:
   [[nodiscard]] std::string timeText(std::chrono::system_clock::time_point time) const;
