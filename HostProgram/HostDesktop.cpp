@@ -87,6 +87,7 @@ HostDesktop::Parts::Parts(WindowKind kind, const HostServices& services, Handler
                   .record = services.consentRecord,
                   .authority = services.consentAuthority,
                   .extension = services.extension,
+                  .hasWifi = services.hasWifi,
                   .askUser = [this] { askForConsent(); },
                   .changed = [this] { services_.desk.reloadAll(); }}),
       menus_(menuSurroundings(std::move(handlers.quit))),
@@ -135,6 +136,7 @@ void HostDesktop::Parts::listen() {
     if (!std::exchange(hasHeardOfPath_, true)) return;
     services_.desk.networkPathChanged();
     bandwidth_.networkPathChanged();
+    wifiNames_.networkPathChanged();
   });
   paths_->start(services_.mainQueue);
   services_.loginSession.start({.lockChanged =
