@@ -186,3 +186,52 @@ class FirstColoursTest(XTest):
         seen = {self.pixel(x, y) for _ in range(5)}
         self.assert_shown(widgets[0], scheme="dark")
         self.assertFalse({colour for colour in seen if int(colour[:2], 16) > 0xC0}, seen)
+
+
+class NoLayersTest(XTest):
+    """A compositor without the layer below the windows, alone and beside an X server."""
+
+    def begin_weston(self):
+        """The variable by which programs find it."""
+        path = self.session.folder / "run" / "plain"
+        self.session.begin(["weston", "--backend=headless-backend.so", f"--socket={path.name}",
+                            "--idle-time=0", "--no-config"])
+        wait_until(path.exists, "the start of weston")
+        return {"WAYLAND_DISPLAY": str(path)}
+
+    def assert_said_once(self, host, text):
+        """The toolkit complains besides of a compositor without any keyboard, as this one is."""
+        lines = [line for line in host.errors if "gdk_seat" not in line]
+        self.assertEqual([True], [text in line for line in lines], host.errors)
+
+    def test_ordinary_windows(self):
+        host = self.start_host(without=("DISPLAY",), **self.begin_weston())
+        self.wait_for_widgets()
+        self.assert_said_once(host, "ordinary windows")
+        self.finish(host)
+
+    def test_it_returns_to_whoever_waits(self):
+        self.display.environment = self.begin_weston()
+        began = time.monotonic()
+        done = self.show("--detach")
+        self.assertEqual(0, done.returncode)
+        self.assertIn(b"ordinary windows", done.stderr)
+        self.assertLess(time.monotonic() - began, SOON_SECONDS)
+        self.ctl("quit")
+
+    def test_the_x_server_is_preferred_and_that_is_said(self):
+        host = self.start_host(**self.begin_weston())
+        self.assert_all_shown(self.wait_for_widgets())
+        self.assert_said_once(host, "X11 side")
+        self.finish(host)
+
+
+class NoWifiTest(XTest):
+    consent = None
+
+    def test_nobody_is_asked_about_the_names_of_networks_that_there_are_not(self):
+        self.start_host()
+        self.assert_all_shown(self.wait_for_widgets())
+        time.sleep(1)
+        self.assertEqual(set(self.card_windows().values()), set(self.display.windows()))
+        self.assertEqual(5, len(self.display.windows()))
