@@ -8,10 +8,12 @@
 #include "HostProgram/Consent/ConsentQuestion.h"
 #include "HostProgram/Consent/WifiNames.h"
 #include "HostProgram/Dialogs/Dialogs.h"
+#include "HostProgram/Dialogs/RemovalQuestion.h"
 #include "HostProgram/Display/SchemeWatch.h"
 #include "HostProgram/Gallery/GalleryWindow.h"
 #include "HostProgram/Links/LinkOpener.h"
 #include "HostProgram/Menu/CardMenus.h"
+#include "NetworkWidgetVexExtension/Views/WidgetFamilyTitle.h"
 #include "Support/RelativeDateText.h"
 #include "Wiring/DistinctDiagnosticLog.h"
 #include "Wiring/DrawingLanguage.h"
@@ -19,8 +21,11 @@
 namespace lanternfold {
 namespace {
 
+constexpr const char* consentSubject = "consent to Wi-Fi names";
 /// Whoever waits for the widgets waits no longer, also for an extension that never answers.
 constexpr unsigned shownLimitSeconds = 10;
+
+std::string removalOf(const std::string& id) { return "removal of " + id; }
 
 }  // namespace
 
@@ -32,8 +37,9 @@ class HostDesktop::Parts {
   Parts(const Parts&) = delete;
   Parts& operator=(const Parts&) = delete;
 
-  void raise() { windows_.raiseAll(); }
-  void openLink(const std::string& url) { links_.openFromOutside(url); }
+  void raise();
+  void openLink(const std::string& url);
+  void openLinkFromOutside(const std::string& url);
 
  private:
   [[nodiscard]] std::string timeText(std::chrono::system_clock::time_point time) const;
@@ -41,9 +47,16 @@ class HostDesktop::Parts {
   [[nodiscard]] DesktopWindows::Handlers windowHandlers();
   void listen();
   void openGallery();
+  void closeGallery();
+  [[nodiscard]] std::optional<ViewEntry> shownAlready(const std::string& kind,
+                                                      WidgetFamily family) const;
   void addWidget(const std::string& kind, WidgetFamily family);
   void askForConsent();
+  void consentChanged();
+  void remove(const std::string& id);
+  void removeFromMenu(const std::string& id);
   void askForRemoval(const std::string& id);
+  void cardRemoved(const std::string& id);
   void setScheme(ColourScheme scheme);
   void reveal();
   void catalogueChanged();
@@ -66,6 +79,8 @@ class HostDesktop::Parts {
   std::unique_ptr<PathMonitor> paths_;
   bool hasHeardOfPath_ = false;
   SchemeWatch schemes_;
+  /// What works look at that may come when all this is gone.
+  std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
 };
 
 HostDesktop::Parts::Parts(WindowKind kind, const HostServices& services, Handlers handlers)
@@ -80,7 +95,7 @@ HostDesktop::Parts::Parts(WindowKind kind, const HostServices& services, Handler
                .direction = layoutDirection(services.language),
                .timeText = [this](auto time) { return timeText(time); }},
       placer_(makeWindowPlacer(kind)),
-      dialogs_(services.strings),
+      dialogs_(services.strings, [this] { windows_.lowerAll(); }),
       bandwidth_(services_, drawing_),
       links_(services.log, [this](const std::string& url) { bandwidth_.open(url); }),
       wifiNames_({.consent = services.locationConsent,
@@ -89,7 +104,7 @@ HostDesktop::Parts::Parts(WindowKind kind, const HostServices& services, Handler
                   .extension = services.extension,
                   .hasWifi = services.hasWifi,
                   .askUser = [this] { askForConsent(); },
-                  .changed = [this] { services_.desk.reloadAll(); }}),
+                  .changed = [this] { consentChanged(); }}),
       menus_(menuSurroundings(std::move(handlers.quit))),
       windows_({.desk = services.desk,
                 .drawing = drawing_,
@@ -110,18 +125,21 @@ CardMenus::Surroundings HostDesktop::Parts::menuSurroundings(std::function<void(
           .adapters = services_.adapters,
           .wifiNames = wifiNames_,
           .strings = services_.strings,
+          .window = [this](const std::string& id) { return windows_.window(id); },
           .tell = [this](const std::string& sentence) { dialogs_.tell(sentence); },
           .addWidget = [this] { openGallery(); },
+          .remove = [this](const std::string& id) { removeFromMenu(id); },
           .quit = std::move(quit)};
 }
 
 DesktopWindows::Handlers HostDesktop::Parts::windowHandlers() {
-  return {.openLink = [this](const std::string& url) { links_.open(url); },
-          .openMenu = [this](const std::string& id, CardWindow& window,
-                             const GdkEvent* event) { menus_.open(id, window, event); },
-          .removalAsked = [this](const std::string& id) { askForRemoval(id); },
-          .catalogueChanged = [this] { catalogueChanged(); },
-          .shown = [this] { tellShown(); }};
+  return {
+      .openLink = [this](const std::string& url) { openLink(url); },
+      .openMenu = [this](const std::string& id, const GdkEvent& event) { menus_.open(id, event); },
+      .removalAsked = [this](const std::string& id) { askForRemoval(id); },
+      .cardRemoved = [this](const std::string& id) { cardRemoved(id); },
+      .catalogueChanged = [this] { catalogueChanged(); },
+      .shown = [this] { tellShown(); }};
 }
 
 void HostDesktop::Parts::listen() {
@@ -162,13 +180,39 @@ void HostDesktop::Parts::setScheme(ColourScheme scheme) {
   if (gallery_) gallery_->refresh();
 }
 
+/// Without a widget there is none whose menu has the gallery.
+void HostDesktop::Parts::raise() {
+  const bool isEmpty = services_.desk.cards().empty() && !services_.desk.catalogue().empty();
+  if (isEmpty) {
+    openGallery();
+  } else {
+    windows_.raiseAll();
+  }
+}
+
+/// Whoever opens it may have a window, which the widgets are not to cover.
+void HostDesktop::Parts::openLink(const std::string& url) {
+  windows_.lowerAll();
+  links_.open(url);
+}
+
+void HostDesktop::Parts::openLinkFromOutside(const std::string& url) {
+  windows_.lowerAll();
+  links_.openFromOutside(url);
+}
+
+void HostDesktop::Parts::cardRemoved(const std::string& id) {
+  menus_.cardRemoved(id);
+  dialogs_.withdraw(removalOf(id));
+}
+
 void HostDesktop::Parts::reveal() {
   windows_.reveal();
   if (!windows_.hasMonitors()) tellShown();
 }
 
 void HostDesktop::Parts::catalogueChanged() {
-  gallery_.reset();
+  if (gallery_) gallery_->showCatalogue(services_.desk.catalogue());
   // The user has taken all of them off the desktop.
   if (services_.desk.cards().empty() && windows_.hasMonitors()) tellShown();
 }
@@ -181,16 +225,33 @@ void HostDesktop::Parts::tellShown() {
 void HostDesktop::Parts::openGallery() {
   if (!gallery_) {
     gallery_ = std::make_unique<GalleryWindow>(
-        PreviewTile::Surroundings{.extension = services_.extension,
-                                  .drawing = drawing_,
-                                  .strings = services_.strings,
-                                  .add = [this](const std::string& kind,
-                                                WidgetFamily family) { addWidget(kind, family); }},
+        GalleryWindow::Surroundings{
+            .extension = services_.extension,
+            .onDesktop = [this](const auto& kind,
+                                WidgetFamily family) { return shownAlready(kind, family); },
+            .drawing = drawing_,
+            .strings = services_.strings,
+            .add = [this](const std::string& kind,
+                          WidgetFamily family) { addWidget(kind, family); }},
         services_.desk.catalogue());
-    gallery_->signal_hide().connect(
-        [this] { services_.mainQueue.async([this] { gallery_.reset(); }); });
+    gallery_->signal_hide().connect([this] { closeGallery(); });
   }
+  windows_.lowerAll();
   gallery_->present();
+}
+
+/// Not inside of the window's own signal. Opened again meanwhile, it stays.
+void HostDesktop::Parts::closeGallery() {
+  services_.mainQueue.async([this, alive = std::weak_ptr(isAlive_)] {
+    if (!alive.expired() && gallery_ && !gallery_->get_visible()) gallery_.reset();
+  });
+}
+
+/// Cards of an extension that is left alone show a card of the host's own.
+std::optional<ViewEntry> HostDesktop::Parts::shownAlready(const std::string& kind,
+                                                          WidgetFamily family) const {
+  if (services_.extension.hasFailedTooOften()) return std::nullopt;
+  return previewOnDesktop(services_.desk.cards(), kind, family);
 }
 
 void HostDesktop::Parts::addWidget(const std::string& kind, WidgetFamily family) {
@@ -199,25 +260,41 @@ void HostDesktop::Parts::addWidget(const std::string& kind, WidgetFamily family)
 }
 
 void HostDesktop::Parts::askForConsent() {
-  dialogs_.ask(consentQuestion(services_.strings), [this](std::size_t answer) {
+  dialogs_.ask(consentSubject, consentQuestion(services_.strings), [this](std::size_t answer) {
     wifiNames_.decide(consentOfAnswer(answer), [this](const auto& decided) {
       if (!decided) dialogs_.tell(decided.error());
     });
   });
 }
 
+/// It may have been decided elsewhere, and the question be open still.
+void HostDesktop::Parts::consentChanged() {
+  if (wifiNames_.decision() != ConsentDecision::notDetermined) dialogs_.withdraw(consentSubject);
+  services_.desk.reloadAll();
+}
+
+void HostDesktop::Parts::remove(const std::string& id) {
+  if (const auto removed = services_.desk.remove(id); !removed) dialogs_.tell(removed.error());
+}
+
+/// With the last one the menu goes, of which the user is to hear before.
+void HostDesktop::Parts::removeFromMenu(const std::string& id) {
+  if (services_.desk.cards().size() > 1) {
+    remove(id);
+  } else {
+    askForRemoval(id);
+  }
+}
+
 void HostDesktop::Parts::askForRemoval(const std::string& id) {
-  const StringTable& strings = services_.strings;
-  dialogs_.ask({.title = strings.localized("Remove widget"),
-                .text = strings.localized("Remove this widget from the desktop?"),
-                .explanation = {},
-                .answers = {strings.localized("Cancel"), strings.localized("Remove")},
-                .defaultAnswer = 1},
+  const auto card = services_.desk.card(id);
+  if (!card) return;
+  const std::string size = widgetFamilyTitle(card->placed.family, services_.strings);
+  const RemovalFacts facts{.widget = windows_.nameOf(card->placed.kind) + ", " + size,
+                           .isLast = services_.desk.cards().size() == 1};
+  dialogs_.ask(removalOf(id), removalQuestion(facts, services_.strings),
                [this, id](std::size_t answer) {
-                 if (answer != 1) return;
-                 if (const auto removed = services_.desk.remove(id); !removed) {
-                   dialogs_.tell(removed.error());
-                 }
+                 if (answer == removingAnswer) remove(id);
                });
 }
 
@@ -228,6 +305,6 @@ HostDesktop::~HostDesktop() = default;
 
 void HostDesktop::raise() { parts_->raise(); }
 
-void HostDesktop::openLink(const std::string& url) { parts_->openLink(url); }
+void HostDesktop::openLink(const std::string& url) { parts_->openLinkFromOutside(url); }
 
 }  // namespace lanternfold

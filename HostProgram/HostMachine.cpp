@@ -4,6 +4,7 @@
 
 #include "HostProgram/HostEnvironment.h"
 #include "NetworkMonitor/Interfaces/PosixInterfaceResolver.h"
+#include "NetworkWidgetVexExtension/Bundle/WidgetKinds.h"
 #include "NetworkWidgetVexExtension/Providers/BestRouteFinder.h"
 #include "PlatformLinux/Bus/BusAddresses.h"
 #include "PlatformLinux/Defaults/ConfigurationDirectory.h"
@@ -63,7 +64,9 @@ struct HostMachine::Parts {
               .clock = clock,
               .strings = strings,
               .log = log},
-             {.refreshInterval = choice.refreshInterval}),
+             {.refreshInterval = choice.refreshInterval,
+              .knownWidgets = widgetKinds(),
+              .dates = {.locale = spoken.dateLocale, .timeZone = {}}}),
         services{.desk = desk,
                  .extension = extension,
                  .adapters = adapters,

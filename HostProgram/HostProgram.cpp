@@ -77,7 +77,8 @@ std::expected<void, CommandFailure> show(const HostChoice& choice, const Display
   messages.begin();
   if (bus.isSilent()) log.line(busIsSilent);
   if (!display.remark.empty()) log.line(display.remark);
-  HostApplication host(*application.operator->(), display.kind, services, tell);
+  const EndRequests requests;
+  HostApplication host(*application.operator->(), display.kind, services, requests, tell);
   host.run(choice.link);
   return {};
 }

@@ -71,7 +71,15 @@ void DesktopWindows::cardChanged(const std::string& id) {
   if (found != windows_.end() && card) show(found->second, *card);
 }
 
-void DesktopWindows::cardRemoved(const std::string& id) { windows_.erase(id); }
+void DesktopWindows::cardRemoved(const std::string& id) {
+  handlers_.cardRemoved(id);
+  windows_.erase(id);
+}
+
+CardWindow* DesktopWindows::window(const std::string& id) {
+  const auto found = windows_.find(id);
+  return found == windows_.end() ? nullptr : &found->second;
+}
 
 void DesktopWindows::catalogueChanged() { handlers_.catalogueChanged(); }
 
@@ -109,10 +117,10 @@ void DesktopWindows::place(CardWindow& window, const Card& card) {
 CardWindow::Handlers DesktopWindows::handlersOf(const std::string& id) {
   return {.press = [this, id](const std::string& intent) { surroundings_.desk.press(id, intent); },
           .openLink = handlers_.openLink,
-          .openMenu =
-              [this, id](const GdkEvent* event) { handlers_.openMenu(id, windows_.at(id), event); },
+          .openMenu = [this, id](const GdkEvent& event) { handlers_.openMenu(id, event); },
           .landing = [this, id](const CardDrag& drag) { return landing(id, drag); },
           .moved = [this, id](const MonitorPosition& position) { move(id, position); },
+          .movedElsewhere = [this, id](const Rect& frame) { keepPlace(id, frame); },
           .stepped = [this, id](int right, int down) { step(id, right, down); },
           .removalAsked = [this, id] { handlers_.removalAsked(id); },
           .nextCard = [this, id](bool isForward) { focusNextTo(id, isForward); },
@@ -144,6 +152,14 @@ std::optional<CardWindow::Landing> DesktopWindows::landing(const std::string& id
 void DesktopWindows::move(const std::string& id, const MonitorPosition& position) {
   const auto moved = surroundings_.desk.move(id, position);
   if (!moved) surroundings_.log.line(moved.error());
+}
+
+/// Back to where it was when it cannot be there, or is there already as far as the desk knows.
+void DesktopWindows::keepPlace(const std::string& id, const Rect& frame) {
+  if (const auto position = standingPosition(frame, monitors_)) move(id, *position);
+  CardWindow* const moved = window(id);
+  const auto card = surroundings_.desk.card(id);
+  if (moved != nullptr && card) place(*moved, *card);
 }
 
 void DesktopWindows::step(const std::string& id, int right, int down) {

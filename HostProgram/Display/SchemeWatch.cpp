@@ -22,7 +22,8 @@ SchemeWatch::SchemeWatch(DesktopAppearance& appearance, Handlers handlers)
     readTheme();
     choose();
   });
-  appearance.start([this](PreferredColourScheme preference) {
+  appearance.start([this, alive = std::weak_ptr(isAlive_)](PreferredColourScheme preference) {
+    if (alive.expired()) return;
     preference_ = preference;
     choose();
     settle();

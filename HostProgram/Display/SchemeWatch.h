@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <sigc++/connection.h>
 #include <string>
 
@@ -21,7 +22,7 @@ class SchemeWatch {
     std::function<void()> settled;
   };
 
-  /// `appearance` is started, and goes before this or with it.
+  /// `appearance`, which is started, may outlive this.
   SchemeWatch(DesktopAppearance& appearance, Handlers handlers);
   ~SchemeWatch();
   SchemeWatch(const SchemeWatch&) = delete;
@@ -41,6 +42,8 @@ class SchemeWatch {
   ColourScheme scheme_ = ColourScheme::light;
   sigc::connection themeChanges_;
   sigc::connection patience_;
+  /// What the appearance looks at that may tell of a change when this is gone.
+  std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
 };
 
 }  // namespace lanternfold

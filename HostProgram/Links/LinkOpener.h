@@ -1,7 +1,7 @@
 // Opens the links of cards and those from outside, with the system's programs or with the host's
 // own bandwidth monitor.
 //
-// Made by: the host's application, once. Main thread.
+// Made by: `HostDesktop`, once. Main thread.
 #pragma once
 
 #include <functional>

@@ -73,8 +73,8 @@ class XDisplay(Display):
         hide_other_displays()
         readable, writable = os.pipe()
         self.server = session.begin(
-            ["Xvfb", "-displayfd", str(writable), "-screen", "0", "{}x{}x24".format(*size),
-             "-nolisten", "tcp", "-noreset"], pass_fds=[writable])
+            [*self._server(), "-displayfd", str(writable), "-nolisten", "tcp", "-noreset"],
+            pass_fds=[writable])
         os.close(writable)
         with os.fdopen(readable) as stream:
             self.environment = {"DISPLAY": f":{stream.readline().strip()}"}
@@ -82,6 +82,9 @@ class XDisplay(Display):
             self.manager = session.begin(manager, **self.environment)
             wait_until(lambda: "window id" in self._root_property("_NET_SUPPORTING_WM_CHECK"),
                        "the window manager's start")
+
+    def _server(self):
+        return ["Xvfb", "-screen", "0", "{}x{}x24".format(*self.size)]
 
     def _root_property(self, name):
         return self.run("xprop", "-root", name)

@@ -1,6 +1,9 @@
-"""Monitors that come, and change their scale or their size under the widgets."""
+"""Monitors that come, go, and change their scale or their size under the widgets."""
+
+import json
 
 from displays import SwayDisplay, XDisplay
+from xorg_display import LEFT, RIGHT, XorgDisplay
 from host_test import BANDWIDTH, PANORAMIC, SIZES, SwayTest, XTest
 from process_tree import wait_until
 
@@ -54,6 +57,57 @@ class NewMonitorTest(SwayTest):
             self.display.picture(self.folder / "screen.png", output="HEADLESS-2", scale=2)
             return self.compared(card, there["x"], there["y"], 2) is None
         wait_until(is_sharp, "a sharp card", 20)
+
+
+class LostMonitorTest(XTest):
+    def make_display(self):
+        return XorgDisplay(self.session)
+
+    def plug(self):
+        self.display.plug()
+
+    def unplug(self):
+        self.display.unplug()
+
+    def begin_on_the_right(self):
+        """A host with a single widget, which a user has put on the monitor to the right."""
+        self.store.parent.mkdir(parents=True)
+        self.store.write_text(json.dumps({"version": 1, "widgets": [
+            {"id": "1", "kind": BANDWIDTH, "family": "small", "monitor": RIGHT, "x": 200,
+             "y": 600}]}))
+        host = self.start_host()
+        widget, = self.wait_for_widgets(1)
+        self.assert_shown(widget, offset=(640, 0))
+        return host, widget
+
+    def test_a_monitor_is_unplugged_and_plugged_again(self):
+        """Its widget is shown on the one that is left, as far from its corner, and returns."""
+        _, widget = self.begin_on_the_right()
+        self.unplug()
+        self.assert_shown(widget)
+        self.assertEqual([widget], self.widgets())
+        self.plug()
+        self.assert_shown(widget, offset=(640, 0))
+
+    def test_a_user_moves_a_widget_that_is_away_from_its_monitor(self):
+        """It stays where it was put, also when the monitor is back."""
+        self.begin_on_the_right()
+        self.unplug()
+        self.assert_shown(self.widgets()[0])
+        self.display.drag((200 + 85, 600 + 166), (100 + 85, 100 + 166))
+        wait_until(lambda: self.widgets()[0]["monitor"] == LEFT, "a move")
+        moved = self.widgets()[0]
+        self.plug()
+        self.assert_shown(moved)
+
+    def test_a_monitor_comes_and_goes_again_and_again(self):
+        host, widget = self.begin_on_the_right()
+        for _ in range(20):
+            self.unplug()
+            self.plug()
+        self.assert_shown(widget, offset=(640, 0))
+        self.finish(host)
+        self.assertEqual([], host.errors)
 
 
 class TinyMonitorTests:
