@@ -9,6 +9,9 @@ import time
 HANG_SECONDS = 30
 ALL_PLANES = ctypes.c_ulong(~0)
 PIXMAP_OF_ROWS = 2
+# What is to be seen: the host's other surfaces look how much room there is.
+SEEN = re.compile(rb'get_layer_surface\(new id zwlr_layer_surface_v1@\d+, wl_surface@(\d+), '
+                  rb'.*, "(?:lanternfold-widgets|waybar)"\)')
 # A buffer becomes the contents of a surface with the next commit.
 ATTACHED = re.compile(rb"-> wl_surface@(\d+)\.attach\(wl_buffer@")
 COMMITTED = re.compile(rb"-> wl_surface@(\d+)\.commit\(")
@@ -59,17 +62,19 @@ def on_x(command, environment, size):
 
 
 def on_wayland(command, environment):
-    """The process, which is ended, and the seconds until the first picture of a surface was handed
-    over."""
+    """The seconds until the process, which is ended, hands over the first picture that is to be seen."""
     began = time.monotonic()
     process = subprocess.Popen(command, env=environment | {"WAYLAND_DEBUG": "1"},
                                stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                                stderr=subprocess.PIPE)
-    attached = set()
+    seen, attached = set(), set()
     for line in process.stderr:
+        if match := SEEN.search(line):
+            seen.add(match[1])
+            attached.discard(match[1])  # by a surface that is gone, and had the number before
         if match := ATTACHED.search(line):
             attached.add(match[1])
-        if (match := COMMITTED.search(line)) and match[1] in attached:
+        if (match := COMMITTED.search(line)) and match[1] in attached & seen:
             seconds = time.monotonic() - began
             process.kill()
             process.wait(timeout=HANG_SECONDS)

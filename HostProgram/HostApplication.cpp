@@ -6,7 +6,7 @@
 #include "HostProgram/Links/LinkStart.h"
 
 namespace lanternfold {
-HostApplication::HostApplication(Gtk::Application& application, WindowKind kind,
+HostApplication::HostApplication(Gio::Application& application, WindowKind kind,
                                  const HostServices& services, const EndRequests& requests,
                                  std::function<void()> shown)
     : application_(application), kind_(kind), services_(services), shown_(std::move(shown)) {

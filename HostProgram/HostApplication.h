@@ -5,7 +5,7 @@
 #pragma once
 
 #include <functional>
-#include <gtkmm/application.h>
+#include <giomm/application.h>
 #include <memory>
 #include <optional>
 #include <string>
@@ -23,7 +23,7 @@ class HostApplication {
  public:
   /// `application` is registered, and the first of its kind. It quits on one of `requests`. `shown`
   /// is called once, as of `HostDesktop`. Everything outlives this.
-  HostApplication(Gtk::Application& application, WindowKind kind, const HostServices& services,
+  HostApplication(Gio::Application& application, WindowKind kind, const HostServices& services,
                   const EndRequests& requests, std::function<void()> shown);
   ~HostApplication();
   HostApplication(const HostApplication&) = delete;
@@ -37,7 +37,7 @@ class HostApplication {
   void activate();
   void open(const std::vector<Glib::RefPtr<Gio::File>>& files);
 
-  Gtk::Application& application_;
+  Gio::Application& application_;
   WindowKind kind_;
   HostServices services_;
   std::function<void()> shown_;

@@ -39,6 +39,7 @@ class HostDesktop::Parts {
 
   void raise();
   void openLink(const std::string& url);
+  void openLinkFromOutside(const std::string& url);
 
  private:
   [[nodiscard]] std::string timeText(std::chrono::system_clock::time_point time) const;
@@ -101,6 +102,7 @@ HostDesktop::Parts::Parts(WindowKind kind, const HostServices& services, Handler
                   .record = services.consentRecord,
                   .authority = services.consentAuthority,
                   .extension = services.extension,
+                  .hasWifi = services.hasWifi,
                   .askUser = [this] { askForConsent(); },
                   .changed = [this] { consentChanged(); }}),
       menus_(menuSurroundings(std::move(handlers.quit))),
@@ -152,6 +154,7 @@ void HostDesktop::Parts::listen() {
     if (!std::exchange(hasHeardOfPath_, true)) return;
     services_.desk.networkPathChanged();
     bandwidth_.networkPathChanged();
+    wifiNames_.networkPathChanged();
   });
   paths_->start(services_.mainQueue);
   services_.loginSession.start({.lockChanged =
@@ -191,6 +194,11 @@ void HostDesktop::Parts::raise() {
 void HostDesktop::Parts::openLink(const std::string& url) {
   windows_.lowerAll();
   links_.open(url);
+}
+
+void HostDesktop::Parts::openLinkFromOutside(const std::string& url) {
+  windows_.lowerAll();
+  links_.openFromOutside(url);
 }
 
 void HostDesktop::Parts::cardRemoved(const std::string& id) {
@@ -297,6 +305,6 @@ HostDesktop::~HostDesktop() = default;
 
 void HostDesktop::raise() { parts_->raise(); }
 
-void HostDesktop::openLink(const std::string& url) { parts_->openLink(url); }
+void HostDesktop::openLink(const std::string& url) { parts_->openLinkFromOutside(url); }
 
 }  // namespace lanternfold

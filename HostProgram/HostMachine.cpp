@@ -25,6 +25,7 @@
 #include "PlatformLinux/System/SocketChildProgram.h"
 #include "PlatformLinux/System/SystemClock.h"
 #include "PlatformLinux/System/UdevHardwareDatabase.h"
+#include "PlatformLinux/System/WirelessRoles.h"
 #include "WidgetHost/AdapterIntentHandler.h"
 #include "WidgetHost/Service/ExtensionClient.h"
 #include "WidgetHost/Store/WidgetStore.h"
@@ -76,6 +77,7 @@ struct HostMachine::Parts {
                  .locationConsent = location.consent(),
                  .consentRecord = location.record(),
                  .consentAuthority = location.authority(),
+                 .hasWifi = [] { return WirelessRoles().hasNetworks(); },
                  .pathMonitors = pathMonitors,
                  .loginSession = loginSession,
                  .appearance = appearance,

@@ -1,6 +1,7 @@
 #include "HostProgram/HostMessages.h"
 
 #include <expected>
+#include <fcntl.h>
 #include <string>
 #include <utility>
 
@@ -39,11 +40,13 @@ HostMessages::HostMessages(bool isInBackground, DiagnosticLog& log) {
     file_ = *std::move(file);
   } else {
     log.line("what the widgets have to complain of later will be lost: " + file.error());
+    nobody_.emplace(::open("/dev/null", O_WRONLY | O_CLOEXEC));
   }
 }
 
 std::optional<int> HostMessages::descriptor() const {
-  return file_ ? std::optional(file_->descriptor()) : std::nullopt;
+  if (file_) return file_->descriptor();
+  return nobody_ && nobody_->isOpen() ? std::optional(nobody_->get()) : std::nullopt;
 }
 
 void HostMessages::begin() {

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "Platform/DiagnosticLog.h"
+#include "PlatformLinux/System/FileDescriptor.h"
 #include "PlatformLinux/System/LogFile.h"
 
 namespace lanternfold {
@@ -16,13 +17,13 @@ namespace lanternfold {
 class HostMessages {
  public:
   /// A host that was started in the background has such a file, and another one none. Where it
-  /// cannot be had a line of `log` says why, and the messages are lost.
+  /// cannot be had a line of `log` says why, and the messages are lost: the terminal is not kept.
   HostMessages(bool isInBackground, DiagnosticLog& log);
   ~HostMessages() { trimming_.disconnect(); }
   HostMessages(const HostMessages&) = delete;
   HostMessages& operator=(const HostMessages&) = delete;
 
-  /// Open as long as this; none without a file.
+  /// Open as long as this; none when this program's own streams are as good.
   [[nodiscard]] std::optional<int> descriptor() const;
 
   /// This host is the only one: what the last one has said is forgotten.
@@ -30,6 +31,7 @@ class HostMessages {
 
  private:
   std::optional<LogFile> file_;
+  std::optional<FileDescriptor> nobody_;  ///< in the place of the file
   sigc::connection trimming_;
 };
 

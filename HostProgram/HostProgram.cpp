@@ -53,8 +53,10 @@ std::expected<void, CommandFailure> show(const HostChoice& choice, const Display
   // The toolkit looks for it as well.
   const SessionBus bus;
   if (auto ready = setUpToolkit(display.kind, language, lines); !ready) return ready;
+  // Not the toolkit's own kind of application: that one looks for session managers and portals when
+  // it takes its name, and waits for each as long as the bus does.
   const auto application =
-      Gtk::Application::create(hostApplicationId, Gio::APPLICATION_HANDLES_OPEN);
+      Gio::Application::create(hostApplicationId, Gio::APPLICATION_HANDLES_OPEN);
   HostMessages messages(choice.startedDescriptor.has_value(), log);
   HostMachine machine(choice, language, log, messages.descriptor());
   const HostServices& services = machine.services();

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 
 #include "NetworkMonitor/Metrics/ConnectionMetricsReader.h"
 #include "NetworkMonitor/Monitor/Resolvers.h"
@@ -37,6 +38,7 @@ struct HostServices {
   LocationConsent& locationConsent;
   ConsentRecord& consentRecord;
   ConsentAuthority* consentAuthority = nullptr;  ///< null outside a sandbox
+  std::function<bool()> hasWifi;                 ///< whether the machine has, now; main thread
   PathMonitorFactory& pathMonitors;
   LoginSession& loginSession;
   DesktopAppearance& appearance;

@@ -48,7 +48,7 @@ std::expected<std::optional<SoleHostClaim>, CommandFailure> claimFolder(
 }  // namespace
 
 std::expected<std::optional<SoleHostClaim>, CommandFailure> claimSoleHost(
-    Gtk::Application& application, const ConfigurationDirectory& configuration,
+    Gio::Application& application, const ConfigurationDirectory& configuration,
     const std::optional<std::string>& link) {
   try {
     application.register_application();

@@ -4,7 +4,7 @@
 #pragma once
 
 #include <expected>
-#include <gtkmm/application.h>
+#include <giomm/application.h>
 #include <optional>
 #include <string>
 
@@ -26,7 +26,7 @@ struct SoleHostClaim {
 /// one to show its widgets. A host on another bus, or on none, cannot be told anything: that it has
 /// the folder is a failure, after a few seconds in which one that is just ending may be done.
 [[nodiscard]] std::expected<std::optional<SoleHostClaim>, CommandFailure> claimSoleHost(
-    Gtk::Application& application, const ConfigurationDirectory& configuration,
+    Gio::Application& application, const ConfigurationDirectory& configuration,
     const std::optional<std::string>& link);
 
 }  // namespace lanternfold

@@ -46,11 +46,18 @@ ConsentDecision WifiNames::decision() const {
   return ConsentDecision::notDetermined;
 }
 
-/// Who closes the dialog without a word is not asked again before the next start.
+void WifiNames::networkPathChanged() {
+  if (isWanted_) request();
+}
+
+/// Who closes the dialog without a word is not asked again before the next start. Names that nobody
+/// can see are not asked about.
 void WifiNames::request() {
   constexpr auto undecided = static_cast<std::int32_t>(ConsentDecision::notDetermined);
-  if (surroundings_.consent.authorizationStatus() != undecided) return;
-  if (std::exchange(hasAsked_, true)) return;
+  if (hasAsked_ || surroundings_.consent.authorizationStatus() != undecided) return;
+  isWanted_ = !surroundings_.hasWifi();
+  if (isWanted_) return;
+  hasAsked_ = true;
   if (surroundings_.authority == nullptr) {
     surroundings_.askUser();
   } else {

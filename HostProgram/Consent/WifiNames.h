@@ -1,5 +1,5 @@
-// The user's consent to show Wi-Fi names, as the host handles it: asks once when a widget needs it,
-// records what is decided, and tells the widgets.
+// The user's consent to show Wi-Fi names, as the host handles it: asks once when a widget needs it
+// on a machine that has Wi-Fi, records what is decided, and tells the widgets.
 //
 // Made by: `HostDesktop`, once. Main thread.
 #pragma once
@@ -25,6 +25,8 @@ class WifiNames {
     /// Whom to ask inside a sandbox; null outside of one.
     ConsentAuthority* authority = nullptr;
     WidgetExtension& extension;
+    /// Whether the machine has Wi-Fi now; asked whenever it matters.
+    std::function<bool()> hasWifi;
     /// Shows the dialog, which ends in `decide` or in nothing. Inside a sandbox the portal has one.
     std::function<void()> askUser;
     /// What widgets show may have changed.
@@ -44,6 +46,9 @@ class WifiNames {
   /// Whether a consent is a sandbox's portal's to give.
   [[nodiscard]] bool isConsentElsewhere() const { return surroundings_.authority != nullptr; }
 
+  /// The machine's network is not what it was: Wi-Fi that has come may be asked about.
+  void networkPathChanged();
+
   /// Records it, or has the portal asked. `decided` is called once, perhaps inside of the call.
   void decide(ConsentDecision decision, Decided decided);
 
@@ -55,6 +60,7 @@ class WifiNames {
   Surroundings surroundings_;
   std::unique_ptr<LocationManager> manager_;
   std::int32_t told_;
+  bool isWanted_ = false;  ///< by a widget, when there was no Wi-Fi to ask about
   bool hasAsked_ = false;
 };
 

@@ -1,19 +1,18 @@
 #include "HostProgram/Display/Monitors.h"
 
 #include <algorithm>
+#include <chrono>
 #include <gdkmm/display.h>
 #include <gdkmm/monitor.h>
 #include <gdkmm/screen.h>
 #include <glibmm/main.h>
 #include <utility>
 
+#include "HostProgram/Display/SettlingPace.h"
 #include "HostProgram/Display/WorkAreaNews.h"
 
 namespace lanternfold {
 namespace {
-
-/// A panel that appears, or a monitor that is plugged in, is several changes.
-constexpr unsigned settlingMilliseconds = 100;
 
 std::string textOf(const char* text) { return text == nullptr ? "" : text; }
 
@@ -112,14 +111,18 @@ class MonitorWatch::State {
   State& operator=(const State&) = delete;
 
   void hear() {
-    if (settling_.connected()) return;
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point now = Clock::now();
+    const auto wait = std::chrono::ceil<std::chrono::milliseconds>(pace_.change(now) - now);
+    settling_.disconnect();
     settling_ = Glib::signal_timeout().connect(
         [this] {
+          pace_.settle();
           listenToMonitors();
           changed_();
           return false;
         },
-        settlingMilliseconds);
+        static_cast<unsigned>(std::max<long>(wait.count(), 0)));
   }
 
  private:
@@ -143,6 +146,7 @@ class MonitorWatch::State {
   std::function<void()> changed_;
   std::vector<sigc::connection> lasting_;
   std::vector<sigc::connection> ofMonitors_;
+  SettlingPace pace_;
   sigc::connection settling_;
   WorkAreaNews workAreas_{[this] { hear(); }};
 };

@@ -22,7 +22,7 @@ namespace lanternfold {
 /// Hears of monitors that come, go, or change in size, scale or work area.
 class MonitorWatch final {
  public:
-  /// `changed` is called a tenth of a second after a change, once for all that come by then.
+  /// `changed` is called once for all changes that come together, as of `SettlingPace`.
   explicit MonitorWatch(std::function<void()> changed);
   ~MonitorWatch();
   MonitorWatch(const MonitorWatch&) = delete;

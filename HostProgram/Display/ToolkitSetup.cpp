@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <gtk/gtk.h>
+#include <gtkmm/main.h>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -64,6 +65,7 @@ std::expected<void, CommandFailure> setUpToolkit(WindowKind kind, const UserLang
         workFailed("the display cannot be opened; check DISPLAY or WAYLAND_DISPLAY, and that this "
                    "user may use it"));
   }
+  Gtk::Main::init_gtkmm_internals();
   sayWhenX11IsGone();
   g_set_application_name("Lanternfold Widgets");
   gtk_widget_set_default_direction(language.isRightToLeft ? GTK_TEXT_DIR_RTL : GTK_TEXT_DIR_LTR);

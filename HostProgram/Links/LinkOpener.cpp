@@ -1,32 +1,49 @@
 #include "HostProgram/Links/LinkOpener.h"
 
+#include <filesystem>
 #include <gdkmm/applaunchcontext.h>
 #include <gdkmm/display.h>
 #include <giomm/appinfo.h>
 #include <giomm/init.h>
+#include <glibmm/miscutils.h>
 
-#include "HostProgram/Links/LinkTarget.h"
 #include "WidgetHost/Links/LinkPolicy.h"
 #include "Wiring/PrintableText.h"
 
 namespace lanternfold {
 namespace {
 
-/// The desktop file of whom the system has for the product's own links; empty for nobody.
-std::string deepLinkHandler() {
-  const auto handler = Gio::AppInfo::get_default_for_uri_scheme(std::string(deepLinkScheme));
-  return handler ? std::string(handler->get_id()) : std::string();
+/// With every link followed; empty for what is not there.
+std::filesystem::path programAt(const std::filesystem::path& path) {
+  std::error_code error;
+  return std::filesystem::canonical(path, error);
+}
+
+/// Whether a program that is not this one has the product's own scheme.
+bool areOwnLinksHandledElsewhere() {
+  const auto application = Gio::AppInfo::get_default_for_uri_scheme(std::string(deepLinkScheme));
+  if (!application) return false;
+  const LinkHandler handler{
+      .desktopFile = application->get_id(),
+      .program = programAt(Glib::find_program_in_path(application->get_executable()))};
+  return !isThisProgram(handler, programAt("/proc/self/exe"));
 }
 
 }  // namespace
 
 void LinkOpener::open(const std::string& url) {
-  switch (linkTarget(url, deepLinkHandler())) {
+  follow(linkTarget(url, areOwnLinksHandledElsewhere()), url);
+}
+
+void LinkOpener::openFromOutside(const std::string& url) {
+  follow(linkTargetFromOutside(url), url);
+}
+
+void LinkOpener::follow(LinkTarget target, const std::string& url) {
+  switch (target) {
     case LinkTarget::nothing:
-      log_.line(
-          "a link of a widget was not opened, which is neither a page over https nor one of "
-          "this product's: " +
-          inQuotes(url));
+      log_.line("a link was not opened, which leads nowhere that the widgets may open: " +
+                inQuotes(url));
       break;
     case LinkTarget::system:
       handToSystem(url);

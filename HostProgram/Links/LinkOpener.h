@@ -1,4 +1,5 @@
-// Opens the links of cards, with the system's programs or with the host's own bandwidth monitor.
+// Opens the links of cards and those from outside, with the system's programs or with the host's
+// own bandwidth monitor.
 //
 // Made by: `HostDesktop`, once. Main thread.
 #pragma once
@@ -6,6 +7,7 @@
 #include <functional>
 #include <string>
 
+#include "HostProgram/Links/LinkTarget.h"
 #include "Platform/DiagnosticLog.h"
 
 namespace lanternfold {
@@ -18,8 +20,12 @@ class LinkOpener {
 
   /// Any text that an extension has for a link; what is not to be opened is a line of the log.
   void open(const std::string& url);
+  /// Any text that came over the bus or on the command line: as above, but nothing of it is handed
+  /// on to the system.
+  void openFromOutside(const std::string& url);
 
  private:
+  void follow(LinkTarget target, const std::string& url);
   void handToSystem(const std::string& url);
 
   DiagnosticLog& log_;

@@ -6,7 +6,7 @@
 
 namespace lanternfold {
 
-void runFromLink(Gtk::Application& application, const std::optional<std::string>& link) {
+void runFromLink(Gio::Application& application, const std::optional<std::string>& link) {
   std::vector<std::string> words{hostProgramName};
   if (link) words.push_back(*link);
   std::vector<char*> arguments;

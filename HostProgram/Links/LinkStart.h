@@ -3,7 +3,7 @@
 // Called by: `HostApplication`, and `claimSoleHost` for a host that is not the first.
 #pragma once
 
-#include <gtkmm/application.h>
+#include <giomm/application.h>
 #include <optional>
 #include <string>
 
@@ -11,6 +11,6 @@ namespace lanternfold {
 
 /// Has the first application of its name open `link`, or activates it without one. Returns at once
 /// in any other than the first, there when somebody quits it. `application` is registered.
-void runFromLink(Gtk::Application& application, const std::optional<std::string>& link);
+void runFromLink(Gio::Application& application, const std::optional<std::string>& link);
 
 }  // namespace lanternfold

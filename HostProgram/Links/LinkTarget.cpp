@@ -4,7 +4,12 @@
 
 namespace lanternfold {
 
-LinkTarget linkTarget(std::string_view url, std::string_view handler) {
+bool isThisProgram(const LinkHandler& handler, const std::filesystem::path& ownProgram) {
+  return handler.desktopFile == ownDesktopFile ||
+         (!handler.program.empty() && handler.program == ownProgram);
+}
+
+LinkTarget linkTarget(std::string_view url, bool isHandledElsewhere) {
   switch (linkVerdict(url)) {
     case LinkVerdict::refused:
       return LinkTarget::nothing;
@@ -13,7 +18,10 @@ LinkTarget linkTarget(std::string_view url, std::string_view handler) {
     case LinkVerdict::deepLink:
       break;
   }
-  if (!handler.empty() && handler != ownDesktopFile) return LinkTarget::system;
+  return isHandledElsewhere ? LinkTarget::system : linkTargetFromOutside(url);
+}
+
+LinkTarget linkTargetFromOutside(std::string_view url) {
   return isBandwidthMonitorLink(url) ? LinkTarget::ownBandwidthMonitor : LinkTarget::nothing;
 }
 

@@ -1,5 +1,7 @@
 #include "PlatformLinux/System/WirelessRoles.h"
 
+#include <algorithm>
+
 #include <linux/netlink.h>
 
 #include "PlatformLinux/Netlink/WirelessInterfaceMessage.h"
@@ -29,10 +31,19 @@ Roles readRoles() {
 
 }  // namespace
 
-std::optional<WirelessRole> WirelessRoles::roleOf(std::uint32_t interfaceIndex) {
+const WirelessRoles::Roles& WirelessRoles::roles() {
   if (!roles_) roles_ = readRoles();
-  const auto role = roles_->find(interfaceIndex);
-  return role == roles_->end() ? std::nullopt : std::optional(role->second);
+  return *roles_;
+}
+
+std::optional<WirelessRole> WirelessRoles::roleOf(std::uint32_t interfaceIndex) {
+  const auto role = roles().find(interfaceIndex);
+  return role == roles().end() ? std::nullopt : std::optional(role->second);
+}
+
+bool WirelessRoles::hasNetworks() {
+  return std::ranges::any_of(roles(),
+                             [](const auto& each) { return each.second == WirelessRole::network; });
 }
 
 }  // namespace lanternfold

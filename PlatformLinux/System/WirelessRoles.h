@@ -17,8 +17,15 @@ class WirelessRoles {
   /// None for an interface that is not Wi-Fi, and for every one when the kernel has no nl80211.
   [[nodiscard]] std::optional<WirelessRole> roleOf(std::uint32_t interfaceIndex);
 
+  /// Whether one of them carries the machine's traffic, or could.
+  [[nodiscard]] bool hasNetworks();
+
  private:
-  std::optional<std::map<std::uint32_t, WirelessRole>> roles_;
+  using Roles = std::map<std::uint32_t, WirelessRole>;
+
+  [[nodiscard]] const Roles& roles();
+
+  std::optional<Roles> roles_;
 };
 
 }  // namespace lanternfold

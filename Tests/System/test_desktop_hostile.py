@@ -4,8 +4,8 @@ names."""
 import time
 from pathlib import Path
 
-from host_process import ctl, host_beside
-from host_test import HostTest, SwayTest, XTest
+from host_process import PROGRAM, ctl, host_beside
+from host_test import APPLICATION, HostTest, SwayTest, XTest
 from process_figures import proportional_kilobytes
 from process_tree import running, wait_until
 
@@ -15,6 +15,8 @@ MANNERS = ("huge sizes", "large sizes", "many views", "many buttons", "deep", "t
            "wrong numbers", "nested json", "wrong types", "stays")
 MOST_KILOBYTES = 400_000
 WATCHED_SECONDS = 1.5
+OWN_SCHEME = "net.quernaple.LanternfoldX"
+OWN_LINK = f"{OWN_SCHEME}://bandwidth-monitor"
 HANDLER = """[Desktop Entry]
 Type=Application
 Name=Handler
@@ -99,7 +101,47 @@ class LinkTests:
 
 
 class XLinkTest(LinkTests, HostileTest, XTest):
-    pass
+    def open_by_bus(self, url):
+        self.display.run("gdbus", "call", "--session", "--dest", APPLICATION, "--object-path",
+                         "/" + APPLICATION.replace(".", "/"), "--method",
+                         "org.freedesktop.Application.Open", f"['{url}']", "{}")
+
+    def test_whoever_is_on_the_bus_cannot_have_pages_opened(self):
+        host = self.start_host()
+        self.wait_for_widgets()
+        for number, url in enumerate(("https://www.example/", "file:///etc/passwd", OWN_LINK + "x")):
+            self.open_by_bus(url)
+            wait_until(lambda: len(host.errors) == number + 1, f"a line on {url}")
+            self.assertIn("not opened", host.errors[-1])
+        self.assertEqual("", self.opened.read_text())
+
+    def test_a_handler_that_starts_the_host_again_is_no_loop(self):
+        """Another desktop file than its own starts it, whether or not that can be seen."""
+        for number, command in enumerate((PROGRAM, f"sh -c 'echo started >> {self.opened}; "
+                                                   f"exec {PROGRAM} \"$1\"' host")):
+            with self.subTest(command=command):
+                self.handle_own_links(command)
+                host = self.click_link(OWN_LINK, number)
+                wait_until(lambda: self.monitors() == 1, "the monitor")
+                time.sleep(1.5)
+                self.assertEqual((1, "started\n" * number),
+                                 (self.monitors(), self.opened.read_text()))
+                self.assertEqual([host.pid], running("lanternfold-widget-host"))
+                self.finish(host)
+
+    def handle_own_links(self, command):
+        folder = self.session.folder / "share" / "applications"
+        types = ";".join(f"x-scheme-handler/{each}" for each in (OWN_SCHEME, OWN_SCHEME.lower()))
+        (folder / "copy.desktop").write_text(
+            f"[Desktop Entry]\nType=Application\nName=Copy\nExec={command} %u\nMimeType={types};\n")
+        (folder / "mimeapps.list").write_text("[Default Applications]\n" + "".join(
+            f"{each}=copy.desktop\n" for each in types.split(";")))
+
+    def monitors(self):
+        """How many windows of bandwidth monitors there are besides the card."""
+        return sum("Bandwidth Monitor" in self.display.properties(each).get("WM_NAME", "")
+                   and "BELOW" not in self.display.properties(each).get("_NET_WM_STATE", "")
+                   for each in self.display.windows())
 
 
 class SwayLinkTest(LinkTests, HostileTest, SwayTest):

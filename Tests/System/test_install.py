@@ -145,6 +145,21 @@ class UserTest(unittest.TestCase):
         self.assertEqual(host["Install"]["WantedBy"], "graphical-session.target")
         self.assertEqual(host["Unit"]["PartOf"], "graphical-session.target")
 
+    def test_the_units_command_lines_run_as_they_are_written(self):
+        """There is no user's manager here: what it would start is started."""
+        commands = {unit.stem: shlex.split(ini(unit)["Service"]["ExecStart"])
+                    for unit in (self.share / "systemd/user").iterdir()}
+        done = self.installed.run(*commands["lanternfold-widgets"])
+        self.assertEqual(done.returncode, 1)
+        self.assertRegex(done.stderr, r"\Alanternfold-widget-host: there is no display [^\n]*\n\Z")
+        recorder = subprocess.Popen(commands["lanternfold-widgets-record"], stdout=subprocess.PIPE,
+                                    env=self.installed.environment, text=True)
+        self.addCleanup(recorder.stdout.close)
+        self.addCleanup(recorder.kill)
+        self.assertTrue(recorder.stdout.readline().startswith("{"))
+        recorder.terminate()
+        self.assertEqual(recorder.wait(timeout=30), 0)
+
     def test_the_bus_starts_the_unit(self):
         service = ini(self.share / f"dbus-1/services/{APPLICATION}.service")["D-BUS Service"]
         self.assertEqual(service["Name"], APPLICATION)

@@ -33,6 +33,7 @@ class WifiNamesTest : public testing::Test {
                                                   .record = record_,
                                                   .authority = authority,
                                                   .extension = extension_,
+                                                  .hasWifi = [this] { return hasWifi_; },
                                                   .askUser = [this] { ++questions_; },
                                                   .changed = [this] { ++changes_; }});
   }
@@ -56,6 +57,7 @@ class WifiNamesTest : public testing::Test {
                         log_};
   FakeLocationConsent consent_{dispatch_.mainQueue()};
   FakeWidgetExtension extension_{dispatch_.mainQueue(), clock_};
+  bool hasWifi_ = true;
   int questions_ = 0;
   int changes_ = 0;
   std::optional<WifiNames> names_;
@@ -67,6 +69,42 @@ TEST_F(WifiNamesTest, TheUserIsAskedOnceWhenAWidgetNeedsIt) {
   request();
   request();
   EXPECT_EQ(questions_, 1);
+}
+
+/// The first start on a machine with a cable alone was a question about networks that there are
+/// not.
+TEST_F(WifiNamesTest, WithoutWifiNobodyIsAsked) {
+  hasWifi_ = false;
+  (void)start();
+  request();
+  EXPECT_EQ(questions_, 0);
+}
+
+TEST_F(WifiNamesTest, WifiThatComesIsAskedAboutOnceWhenAWidgetHasNeededIt) {
+  hasWifi_ = false;
+  WifiNames& names = start();
+  request();
+  names.networkPathChanged();
+  EXPECT_EQ(questions_, 0);
+  hasWifi_ = true;
+  names.networkPathChanged();
+  names.networkPathChanged();
+  request();
+  EXPECT_EQ(questions_, 1);
+}
+
+TEST_F(WifiNamesTest, WifiThatComesIsNotAskedAboutWhileNoWidgetNeedsItOrAfterADecision) {
+  hasWifi_ = false;
+  WifiNames& names = start();
+  hasWifi_ = true;
+  names.networkPathChanged();
+  EXPECT_EQ(questions_, 0);
+  hasWifi_ = false;
+  request();
+  consent_.setAuthorizationStatus(2);
+  hasWifi_ = true;
+  names.networkPathChanged();
+  EXPECT_EQ(questions_, 0);
 }
 
 TEST_F(WifiNamesTest, WhatIsDecidedIsNotAskedAgain) {
