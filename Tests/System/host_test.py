@@ -3,6 +3,7 @@ an adapter, services that answer, and the host; and how to tell what is on the s
 
 import json
 import os
+import re
 import signal
 import subprocess
 
@@ -17,6 +18,7 @@ from program import run
 COMPARE = os.environ.get("LANTERNFOLD_COMPARE_SCREEN", "")
 APPLICATION = "net.quernaple.LanternfoldX.Widgets"
 KINDS = (PANORAMIC, INTERNET, ADAPTER, BANDWIDTH, WIFI)
+SANITIZER_REPORT = re.compile(r"Sanitizer: |: runtime error: ")
 SIZES = {"small": (170, 170), "medium": (364, 170), "large": (364, 382)}
 __all__ = ["ADAPTER", "APPLICATION", "BANDWIDTH", "FAMILIES", "INTERNET", "KINDS", "PANORAMIC",
            "SIZES", "WIFI", "HostTest", "SwayTest", "XTest"]
@@ -53,8 +55,18 @@ class HostTest(ExtensionTest):
         environment = {name: value for name, value in (self.environment | variables).items()
                        if name not in without}
         host = Host([program, *self.service_options, *arguments], env=environment)
-        self.addCleanup(host.__exit__)
+        self.addCleanup(self.end, host)
         return host
+
+    def end(self, host):
+        """However the test has left it: asked to end it does, and neither it nor the extension tells
+        of a fault that a sanitizer has found, of which a leak is told last."""
+        with host:
+            if host.is_alive():
+                host.process.terminate()
+            host.wait()
+        self.assertEqual([], [line for line in host.errors if SANITIZER_REPORT.search(line)],
+                         "\n".join(host.errors))
 
     def start_recorded_host(self, *arguments, **variables):
         """One whose extension is listened to (see `asked`), and refuses timelines while there is a
