@@ -216,6 +216,15 @@ class XTest(HostTest):
                 or "lanternfold" in self.display.properties(each).get("WM_CLASS", "").lower()}
 
 
+    def origin(self, widget=None):
+        """From where the places count that readers are told, which are on the screen."""
+        return 0, 0
+
+
 class SwayTest(HostTest):
     def make_display(self, **options):
         return SwayDisplay(self.session, **options)
+
+    def origin(self, widget=None):
+        """They count from the corner of a card; an ordinary window takes all of the screen."""
+        return (widget["x"], widget["y"]) if widget else (0, 0)
