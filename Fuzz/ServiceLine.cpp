@@ -10,6 +10,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Support/FatalError.h"
+#include "WidgetService/EntryMethod.h"
 #include "WidgetService/LineSplitter.h"
 #include "WidgetService/ServiceAnswer.h"
 #include "WidgetService/ServiceMessage.h"
@@ -48,18 +49,6 @@ Json toJson(const std::optional<Value>& value) {
   return value ? Json(*value) : Json(nullptr);
 }
 
-std::string_view methodOf(EntryCall::Kind entry) {
-  switch (entry) {
-    case EntryCall::Kind::placeholder:
-      return "widget/placeholder";
-    case EntryCall::Kind::snapshot:
-      return "widget/snapshot";
-    case EntryCall::Kind::timeline:
-      return "widget/timeline";
-  }
-  fatalError("an entry has no method");
-}
-
 Json adapterJson(const std::optional<AdapterParameter>& adapter) {
   if (!adapter) return nullptr;
   return {{"identifier", toJson(adapter->identifier)}, {"display", adapter->display}};
@@ -75,7 +64,7 @@ struct MessageWriter {
   Json operator()(const ListCall& /*call*/) const { return {{"method", "widgets/list"}}; }
   Json operator()(const EntryCall& call) const {
     const WidgetRequest& request = call.request;
-    return {{"method", methodOf(call.entry)},
+    return {{"method", entryMethod(call.entry)},
             {"params",
              {{"kind", call.kind},
               {"family", widgetFamilyName(request.family)},

@@ -4,7 +4,6 @@
 #include <set>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "Support/FatalError.h"
 #include "WidgetHost/Store/WidgetStoreText.h"
@@ -29,8 +28,8 @@ void checkBounds(const StoredWidgets& stored) {
     }
   }
   if (ids.size() > lanternfold::mostPlacedWidgets) fatalError("too many widgets are shown");
-  const std::vector<std::string> taken(ids.begin(), ids.end());
-  if (ids.contains(lanternfold::freeWidgetId(taken))) fatalError("a free id is taken");
+  lanternfold::WidgetIds known = stored.ids;
+  if (ids.contains(known.give())) fatalError("a free id is taken");
 }
 
 /// What is written of some of them: all that is known of those, and all that is not understood.

@@ -1,7 +1,7 @@
 // The window of the bandwidth monitor: a choice of adapters, and below it the card with the rates
 // and the graph.
 //
-// Made by: the host's composition, when the monitor's link is opened and no other program opens it.
+// Made by: `BandwidthMonitor`, when the monitor's link is opened and no other program opens it.
 #pragma once
 
 #include <functional>

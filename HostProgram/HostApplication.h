@@ -13,6 +13,7 @@
 
 #include "HostProgram/HostDesktop.h"
 #include "PlatformLinux/Desktop/WidgetControlNames.h"
+#include "PlatformLinux/System/EndRequests.h"
 
 namespace lanternfold {
 
@@ -20,10 +21,10 @@ inline constexpr const char* hostApplicationId = widgetHostBusName;
 
 class HostApplication {
  public:
-  /// `application` is registered, and the first of its kind. `shown` is called once, when the
-  /// widgets are there. Everything outlives this.
+  /// `application` is registered, and the first of its kind. It quits on one of `requests`. `shown`
+  /// is called once, as of `HostDesktop`. Everything outlives this.
   HostApplication(Gtk::Application& application, WindowKind kind, const HostServices& services,
-                  std::function<void()> shown);
+                  const EndRequests& requests, std::function<void()> shown);
   ~HostApplication();
   HostApplication(const HostApplication&) = delete;
   HostApplication& operator=(const HostApplication&) = delete;
@@ -35,7 +36,6 @@ class HostApplication {
   [[nodiscard]] HostDesktop& desktop();
   void activate();
   void open(const std::vector<Glib::RefPtr<Gio::File>>& files);
-  void quitOnSignal(int signal);
 
   Gtk::Application& application_;
   WindowKind kind_;
@@ -43,7 +43,6 @@ class HostApplication {
   std::function<void()> shown_;
   std::unique_ptr<HostDesktop> desktop_;  ///< from the first activation on
   std::vector<sigc::connection> connections_;
-  std::vector<unsigned> signalSources_;
 };
 
 }  // namespace lanternfold

@@ -8,23 +8,37 @@
 #include "HostProgram/Consent/ConsentQuestion.h"
 #include "HostProgram/Consent/WifiNames.h"
 #include "HostProgram/Dialogs/Dialogs.h"
+#include "HostProgram/Dialogs/RemovalQuestion.h"
 #include "HostProgram/Display/SchemeWatch.h"
 #include "HostProgram/Gallery/GalleryWindow.h"
 #include "HostProgram/Links/LinkOpener.h"
 #include "HostProgram/Menu/CardMenus.h"
+#include "NetworkWidgetVexExtension/Views/WidgetFamilyTitle.h"
 #include "Support/RelativeDateText.h"
 #include "Wiring/DistinctDiagnosticLog.h"
 #include "Wiring/DrawingLanguage.h"
 
 namespace lanternfold {
+namespace {
+
+constexpr const char* consentSubject = "consent to Wi-Fi names";
+/// Whoever waits for the widgets waits no longer, also for an extension that never answers.
+constexpr unsigned shownLimitSeconds = 10;
+
+std::string removalOf(const std::string& id) { return "removal of " + id; }
+
+}  // namespace
 
 /// In the order of construction: windows go before what they draw with and tell of.
 class HostDesktop::Parts {
  public:
-  Parts(WindowKind kind, const HostServices& services, std::function<void()> quit);
+  Parts(WindowKind kind, const HostServices& services, Handlers handlers);
+  ~Parts() { shownLimit_.disconnect(); }
+  Parts(const Parts&) = delete;
+  Parts& operator=(const Parts&) = delete;
 
-  void raise() { windows_.raiseAll(); }
-  void openLink(const std::string& url) { links_.open(url); }
+  void raise();
+  void openLink(const std::string& url);
 
  private:
   [[nodiscard]] std::string timeText(std::chrono::system_clock::time_point time) const;
@@ -32,12 +46,24 @@ class HostDesktop::Parts {
   [[nodiscard]] DesktopWindows::Handlers windowHandlers();
   void listen();
   void openGallery();
+  void closeGallery();
+  [[nodiscard]] std::optional<ViewEntry> shownAlready(const std::string& kind,
+                                                      WidgetFamily family) const;
   void addWidget(const std::string& kind, WidgetFamily family);
   void askForConsent();
+  void consentChanged();
+  void remove(const std::string& id);
+  void removeFromMenu(const std::string& id);
   void askForRemoval(const std::string& id);
+  void cardRemoved(const std::string& id);
   void setScheme(ColourScheme scheme);
+  void reveal();
+  void catalogueChanged();
+  void tellShown();
 
   HostServices services_;
+  std::function<void()> shown_;  ///< null once it has been called
+  sigc::connection shownLimit_;
   DistinctDiagnosticLog drawingLog_;
   PictureRenderer renderer_;
   CardDrawing drawing_;
@@ -52,10 +78,13 @@ class HostDesktop::Parts {
   std::unique_ptr<PathMonitor> paths_;
   bool hasHeardOfPath_ = false;
   SchemeWatch schemes_;
+  /// What works look at that may come when all this is gone.
+  std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
 };
 
-HostDesktop::Parts::Parts(WindowKind kind, const HostServices& services, std::function<void()> quit)
+HostDesktop::Parts::Parts(WindowKind kind, const HostServices& services, Handlers handlers)
     : services_(services),
+      shown_(std::move(handlers.shown)),
       drawingLog_(services.log),
       renderer_({.assetFolder = services.assets,
                  .report = [this](std::string_view line) { drawingLog_.line(line); },
@@ -65,7 +94,7 @@ HostDesktop::Parts::Parts(WindowKind kind, const HostServices& services, std::fu
                .direction = layoutDirection(services.language),
                .timeText = [this](auto time) { return timeText(time); }},
       placer_(makeWindowPlacer(kind)),
-      dialogs_(services.strings),
+      dialogs_(services.strings, [this] { windows_.lowerAll(); }),
       bandwidth_(services_, drawing_),
       links_(services.log, [this](const std::string& url) { bandwidth_.open(url); }),
       wifiNames_({.consent = services.locationConsent,
@@ -73,8 +102,8 @@ HostDesktop::Parts::Parts(WindowKind kind, const HostServices& services, std::fu
                   .authority = services.consentAuthority,
                   .extension = services.extension,
                   .askUser = [this] { askForConsent(); },
-                  .changed = [this] { services_.desk.reloadAll(); }}),
-      menus_(menuSurroundings(std::move(quit))),
+                  .changed = [this] { consentChanged(); }}),
+      menus_(menuSurroundings(std::move(handlers.quit))),
       windows_({.desk = services.desk,
                 .drawing = drawing_,
                 .placer = *placer_,
@@ -82,7 +111,8 @@ HostDesktop::Parts::Parts(WindowKind kind, const HostServices& services, std::fu
                 .log = services.log},
                windowHandlers()),
       paths_(services.pathMonitors.makePathMonitor(std::nullopt)),
-      schemes_(services.appearance, [this](ColourScheme scheme) { setScheme(scheme); }) {
+      schemes_(services.appearance, {.changed = [this](ColourScheme scheme) { setScheme(scheme); },
+                                     .settled = [this] { reveal(); }}) {
   drawing_.scheme = schemes_.scheme();
   listen();
   services_.desk.start();
@@ -93,20 +123,30 @@ CardMenus::Surroundings HostDesktop::Parts::menuSurroundings(std::function<void(
           .adapters = services_.adapters,
           .wifiNames = wifiNames_,
           .strings = services_.strings,
+          .window = [this](const std::string& id) { return windows_.window(id); },
           .tell = [this](const std::string& sentence) { dialogs_.tell(sentence); },
           .addWidget = [this] { openGallery(); },
+          .remove = [this](const std::string& id) { removeFromMenu(id); },
           .quit = std::move(quit)};
 }
 
 DesktopWindows::Handlers HostDesktop::Parts::windowHandlers() {
-  return {.openLink = [this](const std::string& url) { links_.open(url); },
-          .openMenu = [this](const std::string& id, CardWindow& window,
-                             const GdkEvent* event) { menus_.open(id, window, event); },
-          .removalAsked = [this](const std::string& id) { askForRemoval(id); },
-          .catalogueChanged = [this] { gallery_.reset(); }};
+  return {
+      .openLink = [this](const std::string& url) { openLink(url); },
+      .openMenu = [this](const std::string& id, const GdkEvent& event) { menus_.open(id, event); },
+      .removalAsked = [this](const std::string& id) { askForRemoval(id); },
+      .cardRemoved = [this](const std::string& id) { cardRemoved(id); },
+      .catalogueChanged = [this] { catalogueChanged(); },
+      .shown = [this] { tellShown(); }};
 }
 
 void HostDesktop::Parts::listen() {
+  shownLimit_ = Glib::signal_timeout().connect_seconds(
+      [this] {
+        tellShown();
+        return false;
+      },
+      shownLimitSeconds);
   paths_->setPathUpdateHandler([this](const NetworkPath&) {
     // The first one says how things are, not that they have changed.
     if (!std::exchange(hasHeardOfPath_, true)) return;
@@ -137,19 +177,73 @@ void HostDesktop::Parts::setScheme(ColourScheme scheme) {
   if (gallery_) gallery_->refresh();
 }
 
+/// Without a widget there is none whose menu has the gallery.
+void HostDesktop::Parts::raise() {
+  const bool isEmpty = services_.desk.cards().empty() && !services_.desk.catalogue().empty();
+  if (isEmpty) {
+    openGallery();
+  } else {
+    windows_.raiseAll();
+  }
+}
+
+/// Whoever opens it may have a window, which the widgets are not to cover.
+void HostDesktop::Parts::openLink(const std::string& url) {
+  windows_.lowerAll();
+  links_.open(url);
+}
+
+void HostDesktop::Parts::cardRemoved(const std::string& id) {
+  menus_.cardRemoved(id);
+  dialogs_.withdraw(removalOf(id));
+}
+
+void HostDesktop::Parts::reveal() {
+  windows_.reveal();
+  if (!windows_.hasMonitors()) tellShown();
+}
+
+void HostDesktop::Parts::catalogueChanged() {
+  if (gallery_) gallery_->showCatalogue(services_.desk.catalogue());
+  // The user has taken all of them off the desktop.
+  if (services_.desk.cards().empty() && windows_.hasMonitors()) tellShown();
+}
+
+void HostDesktop::Parts::tellShown() {
+  shownLimit_.disconnect();
+  if (const auto shown = std::exchange(shown_, nullptr)) shown();
+}
+
 void HostDesktop::Parts::openGallery() {
   if (!gallery_) {
     gallery_ = std::make_unique<GalleryWindow>(
-        PreviewTile::Surroundings{.extension = services_.extension,
-                                  .drawing = drawing_,
-                                  .strings = services_.strings,
-                                  .add = [this](const std::string& kind,
-                                                WidgetFamily family) { addWidget(kind, family); }},
+        GalleryWindow::Surroundings{
+            .extension = services_.extension,
+            .onDesktop = [this](const auto& kind,
+                                WidgetFamily family) { return shownAlready(kind, family); },
+            .drawing = drawing_,
+            .strings = services_.strings,
+            .add = [this](const std::string& kind,
+                          WidgetFamily family) { addWidget(kind, family); }},
         services_.desk.catalogue());
-    gallery_->signal_hide().connect(
-        [this] { services_.mainQueue.async([this] { gallery_.reset(); }); });
+    gallery_->signal_hide().connect([this] { closeGallery(); });
   }
+  windows_.lowerAll();
   gallery_->present();
+}
+
+/// Not inside of the window's own signal. Opened again meanwhile, it stays.
+void HostDesktop::Parts::closeGallery() {
+  services_.mainQueue.async([this, alive = std::weak_ptr(isAlive_)] {
+    if (!alive.expired() && gallery_ && !gallery_->get_visible()) gallery_.reset();
+  });
+}
+
+/// Cards of an extension that is left alone show a card of the host's own.
+std::optional<ViewEntry> HostDesktop::Parts::shownAlready(const std::string& kind,
+                                                          WidgetFamily family) const {
+  if (services_.extension.hasFailedTooOften()) return std::nullopt;
+  return previewOnDesktop(services_.desk.cards(), kind, family);
 }
 
 void HostDesktop::Parts::addWidget(const std::string& kind, WidgetFamily family) {
@@ -158,30 +252,46 @@ void HostDesktop::Parts::addWidget(const std::string& kind, WidgetFamily family)
 }
 
 void HostDesktop::Parts::askForConsent() {
-  dialogs_.ask(consentQuestion(services_.strings), [this](std::size_t answer) {
+  dialogs_.ask(consentSubject, consentQuestion(services_.strings), [this](std::size_t answer) {
     wifiNames_.decide(consentOfAnswer(answer), [this](const auto& decided) {
       if (!decided) dialogs_.tell(decided.error());
     });
   });
 }
 
+/// It may have been decided elsewhere, and the question be open still.
+void HostDesktop::Parts::consentChanged() {
+  if (wifiNames_.decision() != ConsentDecision::notDetermined) dialogs_.withdraw(consentSubject);
+  services_.desk.reloadAll();
+}
+
+void HostDesktop::Parts::remove(const std::string& id) {
+  if (const auto removed = services_.desk.remove(id); !removed) dialogs_.tell(removed.error());
+}
+
+/// With the last one the menu goes, of which the user is to hear before.
+void HostDesktop::Parts::removeFromMenu(const std::string& id) {
+  if (services_.desk.cards().size() > 1) {
+    remove(id);
+  } else {
+    askForRemoval(id);
+  }
+}
+
 void HostDesktop::Parts::askForRemoval(const std::string& id) {
-  const StringTable& strings = services_.strings;
-  dialogs_.ask({.title = strings.localized("Remove widget"),
-                .text = strings.localized("Remove this widget from the desktop?"),
-                .explanation = {},
-                .answers = {strings.localized("Cancel"), strings.localized("Remove")},
-                .defaultAnswer = 1},
+  const auto card = services_.desk.card(id);
+  if (!card) return;
+  const std::string size = widgetFamilyTitle(card->placed.family, services_.strings);
+  const RemovalFacts facts{.widget = windows_.nameOf(card->placed.kind) + ", " + size,
+                           .isLast = services_.desk.cards().size() == 1};
+  dialogs_.ask(removalOf(id), removalQuestion(facts, services_.strings),
                [this, id](std::size_t answer) {
-                 if (answer != 1) return;
-                 if (const auto removed = services_.desk.remove(id); !removed) {
-                   dialogs_.tell(removed.error());
-                 }
+                 if (answer == removingAnswer) remove(id);
                });
 }
 
-HostDesktop::HostDesktop(WindowKind kind, const HostServices& services, std::function<void()> quit)
-    : parts_(std::make_unique<Parts>(kind, services, std::move(quit))) {}
+HostDesktop::HostDesktop(WindowKind kind, const HostServices& services, Handlers handlers)
+    : parts_(std::make_unique<Parts>(kind, services, std::move(handlers))) {}
 
 HostDesktop::~HostDesktop() = default;
 

@@ -14,8 +14,16 @@ namespace lanternfold {
 
 class HostDesktop {
  public:
-  /// Shows the widgets. `quit` ends the program, later. The services outlive this.
-  HostDesktop(WindowKind kind, const HostServices& services, std::function<void()> quit);
+  struct Handlers {
+    /// Ends the program, later.
+    std::function<void()> quit;
+    /// Called once, never inside of the construction: when the first widget is on the screen, when
+    /// it is known that there is none to show, and after ten seconds in any case.
+    std::function<void()> shown;
+  };
+
+  /// Shows the widgets. The services outlive this.
+  HostDesktop(WindowKind kind, const HostServices& services, Handlers handlers);
   ~HostDesktop();
   HostDesktop(const HostDesktop&) = delete;
   HostDesktop& operator=(const HostDesktop&) = delete;

@@ -4,6 +4,7 @@
 
 #include "HostProgram/HostEnvironment.h"
 #include "NetworkMonitor/Interfaces/PosixInterfaceResolver.h"
+#include "NetworkWidgetVexExtension/Bundle/WidgetKinds.h"
 #include "NetworkWidgetVexExtension/Providers/BestRouteFinder.h"
 #include "PlatformLinux/Bus/BusAddresses.h"
 #include "PlatformLinux/Defaults/ConfigurationDirectory.h"
@@ -49,19 +50,22 @@ WidgetStore::Place storePlace(const ConfigurationDirectory& directory) {
 /// In the order of construction: what listens to the event loop goes before the loop does, and the
 /// queues, which finish the works that are running, before what those use.
 struct HostMachine::Parts {
-  Parts(const HostChoice& choice, const UserLanguage& spoken, DiagnosticLog& diagnostics)
+  Parts(const HostChoice& choice, const UserLanguage& spoken, DiagnosticLog& diagnostics,
+        std::optional<int> messages)
       : log(diagnostics),
         strings(catalogueDomain(), translationsFolder(), spoken),
         dataDirectory(choice.dataFolder),
         launcher(programFolder() / extensionProgramName, argumentsOf(choice.common), eventLoop,
-                 mainQueue),
+                 mainQueue, messages),
         desk({.extension = extension,
               .store = store,
               .mainQueue = mainQueue,
               .clock = clock,
               .strings = strings,
               .log = log},
-             {.refreshInterval = choice.refreshInterval}),
+             {.refreshInterval = choice.refreshInterval,
+              .knownWidgets = widgetKinds(),
+              .dates = {.locale = spoken.dateLocale, .timeZone = {}}}),
         services{.desk = desk,
                  .extension = extension,
                  .adapters = adapters,
@@ -123,8 +127,9 @@ struct HostMachine::Parts {
   HostServices services;
 };
 
-HostMachine::HostMachine(const HostChoice& choice, const UserLanguage& language, DiagnosticLog& log)
-    : parts_(std::make_unique<Parts>(choice, language, log)) {}
+HostMachine::HostMachine(const HostChoice& choice, const UserLanguage& language, DiagnosticLog& log,
+                         std::optional<int> messages)
+    : parts_(std::make_unique<Parts>(choice, language, log, messages)) {}
 
 HostMachine::~HostMachine() = default;
 

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "HostProgram/HostCommandLine.h"
 #include "HostProgram/HostServices.h"
@@ -14,9 +15,11 @@ namespace lanternfold {
 /// Main thread, which runs GLib's default main context.
 class HostMachine {
  public:
-  /// `log` outlives the machine. Throws std::system_error when the system lacks what the program
+  /// `log` outlives the machine. What the extension prints goes to the descriptor `messages`, or
+  /// where this program's own goes. Throws std::system_error when the system lacks what the program
   /// needs.
-  HostMachine(const HostChoice& choice, const UserLanguage& language, DiagnosticLog& log);
+  HostMachine(const HostChoice& choice, const UserLanguage& language, DiagnosticLog& log,
+              std::optional<int> messages);
   ~HostMachine();
   HostMachine(const HostMachine&) = delete;
   HostMachine& operator=(const HostMachine&) = delete;

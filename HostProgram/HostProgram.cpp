@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <expected>
+#include <memory>
 #include <ostream>
 #include <variant>
 
@@ -11,6 +12,7 @@
 #include "HostProgram/HostCommandLine.h"
 #include "HostProgram/HostEnvironment.h"
 #include "HostProgram/HostMachine.h"
+#include "HostProgram/HostMessages.h"
 #include "HostProgram/SessionBus.h"
 #include "HostProgram/SoleHost.h"
 #include "PlatformLinux/Desktop/WidgetControlObject.h"
@@ -26,48 +28,66 @@ namespace lanternfold {
 namespace {
 
 constexpr const char* shownAlready =
-    "the widgets are shown already; with a message bus they stand in front of the other windows "
-    "for a moment";
-constexpr const char* notBelow =
-    "this compositor has no layer below the windows, so the widgets are ordinary windows; move "
-    "them with the pointer";
+    "the widgets are shown already; they stand in front of the other windows for a moment";
+constexpr const char* busIsSilent =
+    "the session's message bus does not answer, so the widgets do without it: "
+    "\"lanternfold-widgets ctl\" cannot reach them; sign in anew when they are to be arranged by "
+    "it";
 
-std::expected<void, CommandFailure> show(const HostChoice& choice, WindowKind kind,
-                                         StartNotice& started, const Console& console) {
+/// One that somebody else has chosen.
+std::expected<void, CommandFailure> requirePipe(std::optional<int> descriptor) {
+  if (!descriptor || StartNotice::canBeToldTo(*descriptor)) return {};
+  return std::unexpected(badArguments(std::string(startNoticeOption) +
+                                      " takes the writing end of a "
+                                      "pipe, which the descriptor " +
+                                      std::to_string(*descriptor) + " is not"));
+}
+
+std::expected<void, CommandFailure> show(const HostChoice& choice, const DisplayChoice& display,
+                                         const Console& console) {
+  StartNotice started(choice.startedDescriptor);
   const UserLanguage language = chooseUserLanguage();
-  StreamDiagnosticLog log(stderr, StreamDiagnosticLog::WhenFull::loseLine);
-  if (auto ready = setUpToolkit(kind, language, log); !ready) return ready;
+  const auto lines =
+      std::make_shared<StreamDiagnosticLog>(stderr, StreamDiagnosticLog::WhenFull::loseLine);
+  DiagnosticLog& log = *lines;
+  // The toolkit looks for it as well.
+  const SessionBus bus;
+  if (auto ready = setUpToolkit(display.kind, language, lines); !ready) return ready;
   const auto application =
       Gtk::Application::create(hostApplicationId, Gio::APPLICATION_HANDLES_OPEN);
-  HostMachine machine(choice, language, log);
+  HostMessages messages(choice.startedDescriptor.has_value(), log);
+  HostMachine machine(choice, language, log, messages.descriptor());
   const HostServices& services = machine.services();
   HostControl control(services.desk, [&application] { application->quit(); });
   // The verbs are there before the name is by which they are called.
-  const SessionBus bus;
   std::optional<WidgetControlObject> verbs;
   if (bus.connection() != nullptr) {
     verbs.emplace(bus.connection(), control, services.mainQueue);
   }
   const auto claim = claimSoleHost(*application.operator->(), services.configuration, choice.link);
   if (!claim) return std::unexpected(claim.error());
+  const auto tell = [&started, &messages] { started.tell(messages.descriptor()); };
   if (!*claim) {
     console.output << shownAlready << std::endl;
-    started.tell();
+    tell();
     return {};
   }
-  if (kind == WindowKind::waylandPlain) log.line(notBelow);
-  HostApplication host(*application.operator->(), kind, services, [&started] { started.tell(); });
+  messages.begin();
+  if (bus.isSilent()) log.line(busIsSilent);
+  if (!display.remark.empty()) log.line(display.remark);
+  const EndRequests requests;
+  HostApplication host(*application.operator->(), display.kind, services, requests, tell);
   host.run(choice.link);
   return {};
 }
 
 std::expected<void, CommandFailure> run(const HostChoice& choice, const Console& console) {
-  StartNotice started(choice.startedDescriptor);
-  const auto kind = chooseDisplay(displayEnvironmentOfProcess(), askWaylandCompositor);
-  if (!kind) return std::unexpected(kind.error());
+  if (auto usable = requirePipe(choice.startedDescriptor); !usable) return usable;
+  const auto display = chooseDisplay(displayEnvironmentOfProcess(), askWaylandCompositor);
+  if (!display) return std::unexpected(display.error());
   auto readable = requireCertificateAuthorities(choice.common.services.certificateAuthoritiesFile);
   if (!readable) return readable;
-  return withSystemLacks([&] { return show(choice, *kind, started, console); });
+  return withSystemLacks([&] { return show(choice, *display, console); });
 }
 
 }  // namespace

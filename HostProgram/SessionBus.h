@@ -3,6 +3,7 @@
 // Made by: `runHostProgram`, once.
 #pragma once
 
+#include <chrono>
 #include <gio/gio.h>
 #include <memory>
 
@@ -11,7 +12,13 @@ namespace lanternfold {
 /// Main thread. The program outlives the bus: the widgets stay when it goes away.
 class SessionBus {
  public:
-  SessionBus();
+  /// Before any thread is started. A bus that takes a connection and says nothing on it is given up
+  /// after `limit`, and is none from then on for every library of this process: each would wait for
+  /// it anew.
+  explicit SessionBus(std::chrono::milliseconds limit = std::chrono::seconds(3));
+
+  /// Whether it was given up.
+  [[nodiscard]] bool isSilent() const { return isSilent_; }
 
   /// Null without a bus.
   [[nodiscard]] GDBusConnection* connection() const { return connection_.get(); }
@@ -21,6 +28,7 @@ class SessionBus {
     void operator()(GDBusConnection* connection) const { g_object_unref(connection); }
   };
   std::unique_ptr<GDBusConnection, Release> connection_;
+  bool isSilent_ = false;
 };
 
 }  // namespace lanternfold

@@ -1,4 +1,4 @@
-// Whether this host is the only one of its user's session.
+// Whether this host is the only one of its user.
 //
 // Called by: `runHostProgram`, before any window is made.
 #pragma once
@@ -16,13 +16,15 @@ namespace lanternfold {
 
 /// What keeps another host out, as long as it lasts.
 struct SoleHostClaim {
-  /// Of a session without a bus: a lock in the folder of the user's configuration.
+  /// In the folder of the user's configuration, which two sessions of one user share. None where
+  /// it cannot be made: widgets that are shown twice are better than none.
   std::optional<FileClaim> lock;
 };
 
-/// Takes the application's name on the bus; without a bus it claims the folder. None when another
-/// host has been there first: with a bus it has been told to open `link`, or without one to show
-/// its widgets.
+/// Takes the application's name on the bus, where there is one, and claims the folder. None when
+/// another host of the same bus has been there first: it has been told to open `link`, or without
+/// one to show its widgets. A host on another bus, or on none, cannot be told anything: that it has
+/// the folder is a failure, after a few seconds in which one that is just ending may be done.
 [[nodiscard]] std::expected<std::optional<SoleHostClaim>, CommandFailure> claimSoleHost(
     Gtk::Application& application, const ConfigurationDirectory& configuration,
     const std::optional<std::string>& link);

@@ -1,5 +1,6 @@
 #include "Support/RelativeDateText.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -120,6 +121,18 @@ class RelativeDateMaker {
   icu::RelativeDateTimeFormatter words_;
 };
 
+/// From the noon of a day to the first moment of the next: every day has a noon, but a clock may go
+/// forward at midnight.
+void goToNextDay(icu::Calendar& calendar, UErrorCode& status) {
+  const auto setHour = [&calendar](std::int32_t hour) {
+    calendar.set(UCAL_HOUR_OF_DAY, hour);
+    for (const auto field : {UCAL_MINUTE, UCAL_SECOND, UCAL_MILLISECOND}) calendar.set(field, 0);
+  };
+  setHour(12);
+  calendar.add(UCAL_DATE, 1, status);
+  setHour(0);
+}
+
 }  // namespace
 
 std::string relativeDateText(Moment moment, Moment now, const DateHabits& habits) {
@@ -131,6 +144,20 @@ std::string relativeDateText(Moment moment, Moment now, const DateHabits& habits
   if (U_FAILURE(status)) return text;
   result.findAndReplace(icu::UnicodeString(narrowNoBreakSpace), icu::UnicodeString(noBreakSpace));
   return result.toUTF8String(text);
+}
+
+Moment endOfDay(Moment moment, const DateHabits& habits) {
+  const Moment inADay = moment + std::chrono::hours(24);
+  UErrorCode status = U_ZERO_ERROR;
+  const std::unique_ptr<icu::TimeZone> zone = timeZoneOf(habits);
+  const std::unique_ptr<icu::Calendar> calendar(icu::Calendar::createInstance(*zone, status));
+  if (U_FAILURE(status)) return inADay;
+  calendar->setTime(dateOf(moment), status);
+  goToNextDay(*calendar, status);
+  const UDate end = calendar->getTime(status);
+  if (U_FAILURE(status)) return inADay;
+  const std::chrono::milliseconds sinceEpoch(static_cast<std::int64_t>(end));
+  return std::max(Moment(sinceEpoch), moment + std::chrono::milliseconds(1));
 }
 
 }  // namespace lanternfold

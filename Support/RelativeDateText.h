@@ -1,6 +1,6 @@
 // A moment as people say it: "Today, 10:30 AM" for today, a short date otherwise.
 //
-// Read by: the widgets' time of drawing.
+// Read by: the widgets' time of drawing, and the desk, which has it drawn anew.
 #pragma once
 
 #include <chrono>
@@ -26,5 +26,10 @@ struct DateHabits {
 [[nodiscard]] std::string relativeDateText(std::chrono::system_clock::time_point moment,
                                            std::chrono::system_clock::time_point now,
                                            const DateHabits& habits);
+
+/// The first moment at which that text may be another one: the next midnight in the user's zone, or
+/// the hour that stands in its place. Later than `moment`. Any thread.
+[[nodiscard]] std::chrono::system_clock::time_point endOfDay(
+    std::chrono::system_clock::time_point moment, const DateHabits& habits);
 
 }  // namespace lanternfold

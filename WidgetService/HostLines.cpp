@@ -5,7 +5,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "Support/FatalError.h"
+#include "WidgetService/EntryMethod.h"
 #include "WidgetService/WidgetFamilyName.h"
 
 namespace lanternfold {
@@ -36,18 +36,6 @@ Json jsonOf(const ConfigurationParameters& configuration) {
   return json;
 }
 
-std::string_view methodOf(EntryCall::Kind entry) {
-  switch (entry) {
-    case EntryCall::Kind::placeholder:
-      return "widget/placeholder";
-    case EntryCall::Kind::snapshot:
-      return "widget/snapshot";
-    case EntryCall::Kind::timeline:
-      return "widget/timeline";
-  }
-  fatalError("a kind of entry has no method");
-}
-
 /// A method, and its parameters as an object.
 struct Call {
   std::string_view method;
@@ -60,7 +48,7 @@ struct CallOf {
     Json parameters{{"kind", call.kind}, {"family", widgetFamilyName(call.request.family)}};
     parameters["configuration"] = jsonOf(call.request.configuration);
     parameters["context"] = Json{{"isPreview", call.request.context.isPreview}};
-    return {methodOf(call.entry), std::move(parameters)};
+    return {entryMethod(call.entry), std::move(parameters)};
   }
   Call operator()(const PerformIntentCall& call) const {
     return {"intent/perform", Json{{"intent", call.intent}}};

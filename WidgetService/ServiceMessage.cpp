@@ -6,6 +6,7 @@
 #include <optional>
 #include <utility>
 
+#include "WidgetService/EntryMethod.h"
 #include "WidgetService/MessageDocument.h"
 #include "WidgetService/MessageParameters.h"
 #include "WidgetService/QuotedText.h"
@@ -63,11 +64,14 @@ struct RequestMethod {
   ServiceCall (*call)(MessageParameters&);
 };
 
+template <EntryCall::Kind entry>
+constexpr RequestMethod entryRequest{entryMethod(entry), entryCall<entry>};
+
 constexpr std::array requestMethods{
     RequestMethod{"widgets/list", listCall},
-    RequestMethod{"widget/placeholder", entryCall<EntryCall::Kind::placeholder>},
-    RequestMethod{"widget/snapshot", entryCall<EntryCall::Kind::snapshot>},
-    RequestMethod{"widget/timeline", entryCall<EntryCall::Kind::timeline>},
+    entryRequest<EntryCall::Kind::placeholder>,
+    entryRequest<EntryCall::Kind::snapshot>,
+    entryRequest<EntryCall::Kind::timeline>,
     RequestMethod{"intent/perform", performIntentCall},
 };
 

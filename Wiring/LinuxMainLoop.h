@@ -12,8 +12,7 @@ class LinuxMainLoop final : public MainLoop {
   /// Both outlive the loop.
   LinuxMainLoop(EventLoop& eventLoop, AsioDispatch& dispatch);
 
-  /// SIGINT, SIGTERM and, unless it is ignored, SIGHUP are caught for the length of the run only;
-  /// after one of them has come, all are ignored for good.
+  /// What `EndRequests` catches ends the run.
   void runUntilInterrupted() override;
   void runFor(std::chrono::milliseconds limit) override;
   void stop() override;

@@ -14,6 +14,7 @@
 
 #include "PlatformLinux/System/FileAccess.h"
 #include "PlatformLinux/System/FileDescriptor.h"
+#include "PlatformLinux/System/ProcessEnd.h"
 #include "Wiring/PrintableText.h"
 #include "Wiring/ProgramName.h"
 #include "Wiring/StartNotice.h"
@@ -56,13 +57,24 @@ class Surroundings {
   posix_spawnattr_t attributes_{};
 };
 
+/// For what a host has to finish before it ends.
+constexpr std::chrono::seconds farewell{5};
+
 enum class Beginning { started, ended, silent };
 
+using Clock = std::chrono::steady_clock;
+
+/// A signal that comes meanwhile does not make it longer.
+std::chrono::milliseconds timeUntil(Clock::time_point deadline) {
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
+  return std::max(left, std::chrono::milliseconds(0));
+}
+
 /// Until the byte comes, or the end of whoever would send it.
-Beginning waitForNotice(int notice, std::chrono::milliseconds limit) {
+Beginning waitForNotice(int notice, Clock::time_point deadline) {
   pollfd waiting{.fd = notice, .events = POLLIN, .revents = 0};
-  const int ready =
-      uninterrupted([&] { return ::poll(&waiting, 1, static_cast<int>(limit.count())); });
+  const int ready = uninterrupted(
+      [&] { return ::poll(&waiting, 1, static_cast<int>(timeUntil(deadline).count())); });
   if (ready <= 0) return Beginning::silent;
   char byte = 0;
   const ssize_t count = uninterrupted([&] { return ::read(notice, &byte, 1); });
@@ -73,6 +85,14 @@ int statusAfterEndOf(pid_t process) {
   int status = 0;
   (void)uninterrupted([&] { return ::waitpid(process, &status, 0); });
   return status;
+}
+
+/// Nothing of it is left behind, also when it hangs.
+void putAnEndTo(pid_t process) {
+  (void)::kill(process, SIGTERM);
+  if (!waitForEnd(process, farewell)) (void)::kill(process, SIGKILL);
+  // One that a device holds up ends whenever the device lets it.
+  if (waitForEnd(process, farewell)) (void)statusAfterEndOf(process);
 }
 
 /// A host that finds another one hands over to it, and is done.
@@ -119,15 +139,18 @@ std::expected<void, CommandFailure> ProcessHostStarter::startDetached(
                                   surroundings.attributes(), pointersTo(words).data(), environ);
   started.reset();
   if (error != 0) return std::unexpected(cannotStart(error));
-  switch (waitForNotice(notice.get(), limit_)) {
+  const Clock::time_point deadline = Clock::now() + limit_;
+  switch (waitForNotice(notice.get(), deadline)) {
     case Beginning::started:
       return {};
     case Beginning::ended:
-      return outcomeOf(statusAfterEndOf(process));
+      // Its end of the pipe is gone before the process is.
+      if (waitForEnd(process, timeUntil(deadline))) return outcomeOf(statusAfterEndOf(process));
+      break;
     case Beginning::silent:
       break;
   }
-  (void)::kill(process, SIGTERM);
+  putAnEndTo(process);
   return std::unexpected(workFailed(
       "the program that shows the widgets has shown none for a minute; try again without "
       "--detach to see what it says"));

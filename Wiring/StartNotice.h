@@ -13,16 +13,20 @@ inline constexpr const char* startNoticeOption = "--started-fd";
 /// A program that ends without having told has failed. Main thread.
 class StartNotice {
  public:
-  /// `descriptor` is the end of a pipe that this closes; none when nobody waits.
+  /// Whether a descriptor that somebody else has chosen is the writing end of a pipe: a number that
+  /// is not open now would be another file's later, into which the notice would be written.
+  [[nodiscard]] static bool canBeToldTo(int descriptor);
+
+  /// `descriptor` can be told to, and is closed by this; none when nobody waits.
   explicit StartNotice(std::optional<int> descriptor);
   ~StartNotice();
   StartNotice(const StartNotice&) = delete;
   StartNotice& operator=(const StartNotice&) = delete;
 
-  /// Whoever has waited goes on, and whatever is written to standard output and standard error from
-  /// now on is written to nobody: the terminal is somebody else's again. Of no effect when nobody
-  /// waits, and the second time.
-  void tell();
+  /// Whoever has waited goes on. The terminal is somebody else's again: from now on standard output
+  /// is nobody's, and standard error goes to the descriptor `messages`, or to nobody. Of no effect
+  /// when nobody waits, and the second time.
+  void tell(std::optional<int> messages);
 
  private:
   std::optional<int> descriptor_;

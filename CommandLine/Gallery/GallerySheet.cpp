@@ -4,6 +4,7 @@
 
 #include "CommandLine/Gallery/CardGrid.h"
 #include "CommandLine/Gallery/GalleryStyle.h"
+#include "NetworkWidgetVexExtension/Views/WidgetFamilyTitle.h"
 #include "Support/FatalError.h"
 #include "ViewTree/Elements.h"
 
@@ -37,18 +38,6 @@ CardSpan spanOf(WidgetFamily family) {
   fatalError("a widget family takes no cells");
 }
 
-std::string familyName(WidgetFamily family, const StringTable& strings) {
-  switch (family) {
-    case WidgetFamily::small:
-      return strings.localized("Small");
-    case WidgetFamily::medium:
-      return strings.localized("Medium");
-    case WidgetFamily::large:
-      return strings.localized("Large");
-  }
-  fatalError("a widget family has no name");
-}
-
 /// A line that begins at the leading edge and one that ends at the trailing edge, which keeps its
 /// room; their feet stand on one line.
 View splitLine(View leading, View trailing, double width, double height) {
@@ -77,7 +66,7 @@ View shadow(Size card, const GalleryColours& colours) {
 View caption(const GalleryCard& card, double width, const GalleryColours& colours,
              const StringTable& strings) {
   return splitLine(text(card.displayName, {.font = nameFont}).foreground({colours.text}),
-                   text(familyName(card.family, strings), {.font = familyFont})
+                   text(widgetFamilyTitle(card.family, strings), {.font = familyFont})
                        .foreground({colours.secondaryText}),
                    width, nameFont.size * 1.25);
 }

@@ -30,6 +30,11 @@ CardCanvas::CardCanvas(const CardDrawing& drawing, Handlers handlers)
   Gtk::Fixed::show();
 }
 
+/// Buttons that go lose the focus and what else they are, of which they still tell.
+CardCanvas::~CardCanvas() {
+  for (sigc::connection& connection : connections_) connection.disconnect();
+}
+
 void CardCanvas::show(const std::string& name, const View& view, const CardState& state) {
   state_ = state;
   set_size_request(static_cast<int>(state.size.width), static_cast<int>(state.size.height));
@@ -61,10 +66,11 @@ void CardCanvas::layFaces() {
 
 void CardCanvas::addButton() {
   FaceButton& button = *buttons_.emplace_back(std::make_unique<FaceButton>(bareButtons_));
-  button.signal_clicked().connect([this, &button] { activate(button); });
-  button.signal_state_flags_changed().connect(
-      [this, &button](Gtk::StateFlags) { showPressed(button); });
-  button.property_has_focus().signal_changed().connect([this] { queue_draw(); });
+  connections_.push_back(button.signal_clicked().connect([this, &button] { activate(button); }));
+  connections_.push_back(button.signal_state_flags_changed().connect(
+      [this, &button](Gtk::StateFlags) { showPressed(button); }));
+  connections_.push_back(
+      button.property_has_focus().signal_changed().connect([this] { queue_draw(); }));
   put(button, 0, 0);
 }
 
@@ -76,7 +82,7 @@ void CardCanvas::lay(FaceButton& button, const CardFace& face) {
 }
 
 void CardCanvas::activate(const FaceButton& button) {
-  // What is called may bring another view, and so end the button.
+  // What is called may bring another view, and with it another face.
   const auto action = button.face().action;
   if (const auto* pressed = std::get_if<ButtonNode>(&action)) handlers_.press(pressed->intent);
   if (const auto* link = std::get_if<LinkNode>(&action)) handlers_.openLink(link->url);

@@ -1,4 +1,6 @@
 // A card inside of its window: paints it, and lays the toolkit's buttons over what can be pressed.
+//
+// Made by: `CardWindow`. Main thread.
 #pragma once
 
 #include <functional>
@@ -23,10 +25,14 @@ class CardCanvas final : public Gtk::Fixed {
 
   /// `drawing` outlives the canvas.
   CardCanvas(const CardDrawing& drawing, Handlers handlers);
+  ~CardCanvas() override;
+  CardCanvas(const CardCanvas&) = delete;
+  CardCanvas& operator=(const CardCanvas&) = delete;
 
   /// `name` is the widget's, for a screen reader.
   void show(const std::string& name, const View& view, const CardState& state);
-  /// Draws anew what has changed by itself: the colour scheme, the words for the time.
+  /// The same view, drawn anew when something else of it has changed: the colour scheme, the words
+  /// for the time.
   void refresh();
 
   [[nodiscard]] const CardPicture& picture() const { return picture_; }
@@ -51,6 +57,7 @@ class CardCanvas final : public Gtk::Fixed {
   CardState state_;
   Glib::RefPtr<Gtk::CssProvider> bareButtons_ = Gtk::CssProvider::create();
   std::vector<std::unique_ptr<FaceButton>> buttons_;
+  std::vector<sigc::connection> connections_;  ///< to `buttons_`
 };
 
 }  // namespace lanternfold

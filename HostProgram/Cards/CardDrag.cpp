@@ -64,6 +64,18 @@ std::optional<MonitorPosition> CardDrag::landing(std::span<const StandingWidget>
                          .y = static_cast<int>(std::lround(landed.y))};
 }
 
+std::optional<MonitorPosition> standingPosition(const Rect& frame,
+                                                std::span<const PlacedMonitor> monitors) {
+  const Point middle{frame.left() + frame.size.width / 2, frame.top() + frame.size.height / 2};
+  const PlacedMonitor* const monitor = monitorAt(middle, monitors);
+  if (monitor == nullptr) return std::nullopt;
+  const MonitorPosition position{
+      .monitor = monitor->area.name,
+      .x = static_cast<int>(std::lround(frame.left() - monitor->origin.x)),
+      .y = static_cast<int>(std::lround(frame.top() - monitor->origin.y))};
+  return shownPosition(position, frame.size, std::span(&monitor->area, 1));
+}
+
 MonitorPosition steppedPosition(const MonitorPosition& position, Size size, int right, int down,
                                 const MonitorArea& monitor) {
   const MonitorPosition stepped{.monitor = monitor.name,

@@ -49,6 +49,11 @@ class CardDrag {
   bool isMoving_ = false;
 };
 
+/// The place of a card that stands at `frame` of the whole desktop: on the monitor of its middle,
+/// inside of the work area. None without monitors.
+[[nodiscard]] std::optional<MonitorPosition> standingPosition(
+    const Rect& frame, std::span<const PlacedMonitor> monitors);
+
 /// Where a card at `position` lands that is moved by a step of the grid in each direction given
 /// (-1, 0 or 1), inside of its monitor's work area.
 [[nodiscard]] MonitorPosition steppedPosition(const MonitorPosition& position, Size size, int right,

@@ -1,6 +1,6 @@
 // What the drawing of all cards has in common.
 //
-// Made by: the host's wiring, once. Read by: whatever shows a card. Main thread.
+// Made by: `HostDesktop`, once. Read by: whatever shows a card. Main thread.
 #pragma once
 
 #include <chrono>

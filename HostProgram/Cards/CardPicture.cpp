@@ -1,15 +1,27 @@
 #include "HostProgram/Cards/CardPicture.h"
 
+#include <algorithm>
 #include <utility>
+#include <variant>
 
 #include "ViewTree/Layout.h"
 #include "WidgetService/WidgetFamily.h"
 
 namespace lanternfold {
+namespace {
+
+/// Few cards do, and the words for it are dear: a megabyte of the languages' data.
+bool tellsTime(const View& view) {
+  return std::holds_alternative<DrawingTimeNode>(view.node) ||
+         std::ranges::any_of(view.children, tellsTime);
+}
+
+}  // namespace
 
 bool CardPicture::show(const View& view, const CardState& state) {
   if (view_ == view) return show(state);
   view_ = view;
+  tellsTime_ = tellsTime(view);
   draw(styleOf(state));
   return true;
 }
@@ -24,7 +36,7 @@ bool CardPicture::show(const CardState& state) {
 CardPicture::Style CardPicture::styleOf(const CardState& state) const {
   return {.size = state.size,
           .scheme = drawing_.scheme,
-          .drawingTime = drawing_.timeText(state.time),
+          .drawingTime = tellsTime_ ? drawing_.timeText(state.time) : "",
           .pressedIntent = state.pressedIntent,
           .isContentInvalidated = state.isContentInvalidated};
 }

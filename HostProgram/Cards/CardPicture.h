@@ -60,6 +60,7 @@ class CardPicture {
 
   const CardDrawing& drawing_;
   std::optional<View> view_;
+  bool tellsTime_ = false;  ///< `view_` does
   Style style_;
   std::vector<CardFace> faces_;
   std::string description_;

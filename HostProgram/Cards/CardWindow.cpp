@@ -14,7 +14,10 @@ CardWindow::CardWindow(const CardDrawing& drawing, WindowPlacer& placer, Handler
     : placer_(placer),
       handlers_(std::move(handlers)),
       canvas_(drawing, {.press = handlers_.press, .openLink = handlers_.openLink}),
-      gesture_(Gtk::GestureDrag::create(*this)) {
+      gesture_(Gtk::GestureDrag::create(*this)),
+      foreignMoves_(*this, placer_,
+                    {.asked = [this] { return askedFrame(); },
+                     .moved = [this](Point place) { handlers_.movedElsewhere({place, size_}); }}) {
   set_app_paintable(true);
   chooseVisual();
   add(canvas_);
@@ -28,9 +31,12 @@ CardWindow::CardWindow(const CardDrawing& drawing, WindowPlacer& placer, Handler
   gesture_->signal_drag_end().connect([this](double, double) { endDrag(/*isKept=*/true); });
   gesture_->signal_cancel().connect([this](GdkEventSequence*) { endDrag(/*isKept=*/false); });
   get_screen()->signal_composited_changed().connect(sigc::mem_fun(*this, &CardWindow::applyShape));
-  property_focus_visible().signal_changed().connect([this] { canvas_.queue_draw(); });
+  focusRing_ = property_focus_visible().signal_changed().connect([this] { canvas_.queue_draw(); });
   placer_.prepare(*this);
 }
+
+/// The toolkit's window goes after the canvas.
+CardWindow::~CardWindow() { focusRing_.disconnect(); }
 
 void CardWindow::showCard(const std::string& name, const View& view, const CardState& state) {
   set_title(name);
@@ -43,8 +49,15 @@ void CardWindow::showCard(const std::string& name, const View& view, const CardS
 
 void CardWindow::placeAt(const PlacedMonitor& monitor, Point origin) {
   monitor_ = monitor;
+  const Point former = frame_.origin;
   frame_.origin = {monitor.origin.x + origin.x, monitor.origin.y + origin.y};
-  if (!drag_ || !drag_->isMoving()) placer_.place(*this, monitor, origin, size_);
+  const bool isHeld = foreignMoves_.isPossible() && get_visible() && frame_.origin == former;
+  const bool isDragged = drag_ && drag_->isMoving();
+  if (!isHeld && !isDragged) placer_.place(*this, monitor, origin, size_);
+}
+
+std::optional<Rect> CardWindow::askedFrame() const {
+  return drag_ ? std::nullopt : std::optional(frame_);
 }
 
 void CardWindow::raiseCard() {
@@ -83,10 +96,15 @@ void CardWindow::applyShape() {
   shape_combine_region(isComposed ? Cairo::RefPtr<Cairo::Region>() : shape);
 }
 
+/// A user who closes the window is asked whether the widget is to go; the window stays meanwhile.
 /// A monitor that is unplugged takes its surfaces along. What the widget is goes on: it is placed
 /// anew when the monitors have been counted.
 bool CardWindow::on_delete_event(GdkEventAny*) {
-  hide();
+  if (placer_.isClosedByUser()) {
+    handlers_.removalAsked();
+  } else {
+    hide();
+  }
   return true;
 }
 
@@ -154,7 +172,7 @@ void CardWindow::endDrag(bool isKept) {
 bool CardWindow::on_button_press_event(GdkEventButton* event) {
   const auto* const any = reinterpret_cast<const GdkEvent*>(event);
   if (gdk_event_triggers_context_menu(any) != FALSE) {
-    handlers_.openMenu(any);
+    handlers_.openMenu(*any);
     return true;
   }
   return Gtk::Window::on_button_press_event(event);
@@ -184,11 +202,11 @@ bool CardWindow::handleKey(const GdkEventKey& event) {
       handlers_.stepped(0, 1);
       return true;
     case GDK_KEY_Menu:
-      handlers_.openMenu(nullptr);
+      handlers_.openMenu(reinterpret_cast<const GdkEvent&>(event));
       return true;
     case GDK_KEY_F10:
       if (modifiers != GDK_SHIFT_MASK) return false;
-      handlers_.openMenu(nullptr);
+      handlers_.openMenu(reinterpret_cast<const GdkEvent&>(event));
       return true;
     case GDK_KEY_Delete:
     case GDK_KEY_KP_Delete:

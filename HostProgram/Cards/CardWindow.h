@@ -11,6 +11,7 @@
 #include <string>
 
 #include "HostProgram/Cards/CardCanvas.h"
+#include "HostProgram/Cards/ForeignMoveWatch.h"
 #include "HostProgram/Display/WindowPlacer.h"
 
 namespace lanternfold {
@@ -26,11 +27,14 @@ class CardWindow final : public Gtk::Window {
   struct Handlers {
     std::function<void(const std::string& intent)> press;
     std::function<void(const std::string& url)> openLink;
-    /// `event` is what has led to it; null from the keyboard.
-    std::function<void(const GdkEvent* event)> openMenu;
+    /// `event` is what has led to it: of a button or a key.
+    std::function<void(const GdkEvent& event)> openMenu;
     /// Where the card is to be shown while it is moved, and in the end.
     std::function<std::optional<Landing>(const CardDrag&)> landing;
     std::function<void(const MonitorPosition&)> moved;
+    /// The user has moved it by the window manager's own means: it stands at `frame` of the whole
+    /// desktop.
+    std::function<void(const Rect& frame)> movedElsewhere;
     /// A step of the grid, -1, 0 or 1 in each direction.
     std::function<void(int right, int down)> stepped;
     std::function<void()> removalAsked;
@@ -42,6 +46,9 @@ class CardWindow final : public Gtk::Window {
 
   /// `drawing` and `placer` outlive the window.
   CardWindow(const CardDrawing& drawing, WindowPlacer& placer, Handlers handlers);
+  ~CardWindow() override;
+  CardWindow(const CardWindow&) = delete;
+  CardWindow& operator=(const CardWindow&) = delete;
 
   /// `name` is the widget's.
   void showCard(const std::string& name, const View& view, const CardState& state);
@@ -69,6 +76,7 @@ class CardWindow final : public Gtk::Window {
   void startMove(const GdkEvent& event);
   void endDrag(bool isKept);
   [[nodiscard]] std::optional<Point> pointerOnDesktop() const;
+  [[nodiscard]] std::optional<Rect> askedFrame() const;
   [[nodiscard]] bool handleKey(const GdkEventKey& event);
 
   WindowPlacer& placer_;
@@ -82,6 +90,8 @@ class CardWindow final : public Gtk::Window {
   std::unique_ptr<WindowPlacer::Move> move_;
   std::optional<Landing> landing_;
   bool isRaised_ = false;
+  sigc::connection focusRing_;
+  ForeignMoveWatch foreignMoves_;
 };
 
 }  // namespace lanternfold

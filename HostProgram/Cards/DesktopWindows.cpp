@@ -34,9 +34,18 @@ void DesktopWindows::countMonitors() {
   areas_.clear();
   for (const PlacedMonitor& monitor : monitors_) areas_.push_back(monitor.area);
   surroundings_.desk.monitorsChanged(areas_);
+  placeAll();
+}
+
+void DesktopWindows::placeAll() {
   for (auto& [id, window] : windows_) {
     if (const auto card = surroundings_.desk.card(id)) place(window, *card);
   }
+}
+
+void DesktopWindows::reveal() {
+  isRevealed_ = true;
+  placeAll();
 }
 
 void DesktopWindows::setScheme(ColourScheme scheme) {
@@ -49,6 +58,10 @@ void DesktopWindows::cardAdded(const std::string& id) {
   if (!card || windows_.contains(id)) return;
   const auto [added, isNew] =
       windows_.try_emplace(id, surroundings_.drawing, surroundings_.placer, handlersOf(id));
+  added->second.signal_map_event().connect([this](GdkEventAny*) {
+    handlers_.shown();
+    return false;
+  });
   show(added->second, *card);
 }
 
@@ -58,7 +71,15 @@ void DesktopWindows::cardChanged(const std::string& id) {
   if (found != windows_.end() && card) show(found->second, *card);
 }
 
-void DesktopWindows::cardRemoved(const std::string& id) { windows_.erase(id); }
+void DesktopWindows::cardRemoved(const std::string& id) {
+  handlers_.cardRemoved(id);
+  windows_.erase(id);
+}
+
+CardWindow* DesktopWindows::window(const std::string& id) {
+  const auto found = windows_.find(id);
+  return found == windows_.end() ? nullptr : &found->second;
+}
 
 void DesktopWindows::catalogueChanged() { handlers_.catalogueChanged(); }
 
@@ -81,6 +102,7 @@ std::optional<MonitorPosition> DesktopWindows::shownPlace(const Card& card) cons
 }
 
 void DesktopWindows::place(CardWindow& window, const Card& card) {
+  if (!isRevealed_) return;
   const auto position = shownPlace(card);
   const auto monitor = std::ranges::find_if(monitors_, [&position](const PlacedMonitor& one) {
     return position && one.area.name == position->monitor;
@@ -95,10 +117,10 @@ void DesktopWindows::place(CardWindow& window, const Card& card) {
 CardWindow::Handlers DesktopWindows::handlersOf(const std::string& id) {
   return {.press = [this, id](const std::string& intent) { surroundings_.desk.press(id, intent); },
           .openLink = handlers_.openLink,
-          .openMenu =
-              [this, id](const GdkEvent* event) { handlers_.openMenu(id, windows_.at(id), event); },
+          .openMenu = [this, id](const GdkEvent& event) { handlers_.openMenu(id, event); },
           .landing = [this, id](const CardDrag& drag) { return landing(id, drag); },
           .moved = [this, id](const MonitorPosition& position) { move(id, position); },
+          .movedElsewhere = [this, id](const Rect& frame) { keepPlace(id, frame); },
           .stepped = [this, id](int right, int down) { step(id, right, down); },
           .removalAsked = [this, id] { handlers_.removalAsked(id); },
           .nextCard = [this, id](bool isForward) { focusNextTo(id, isForward); },
@@ -132,6 +154,14 @@ void DesktopWindows::move(const std::string& id, const MonitorPosition& position
   if (!moved) surroundings_.log.line(moved.error());
 }
 
+/// Back to where it was when it cannot be there, or is there already as far as the desk knows.
+void DesktopWindows::keepPlace(const std::string& id, const Rect& frame) {
+  if (const auto position = standingPosition(frame, monitors_)) move(id, *position);
+  CardWindow* const moved = window(id);
+  const auto card = surroundings_.desk.card(id);
+  if (moved != nullptr && card) place(*moved, *card);
+}
+
 void DesktopWindows::step(const std::string& id, int right, int down) {
   const auto card = surroundings_.desk.card(id);
   const auto position = card ? shownPlace(*card) : std::nullopt;
@@ -157,7 +187,7 @@ void DesktopWindows::focusNextTo(const std::string& id, bool isForward) {
 }
 
 void DesktopWindows::raiseAll() {
-  if (windows_.empty()) return;
+  if (windows_.empty() || !isRevealed_) return;
   for (auto& [id, window] : windows_) window.raiseCard();
   windows_.begin()->second.raiseCardWithFocus();
   lowerLater();

@@ -1,6 +1,6 @@
 // All widgets of the desktop as windows: follows what the desk says, and where monitors are.
 //
-// Made by: the host's application. Main thread.
+// Made by: `HostDesktop`, once. Main thread.
 #pragma once
 
 #include <functional>
@@ -30,13 +30,18 @@ class DesktopWindows final : public WidgetDeskObserver {
   };
   struct Handlers {
     std::function<void(const std::string& url)> openLink;
-    /// Over `window`, the card's; `event` as of `CardWindow`.
-    std::function<void(const std::string& id, CardWindow& window, const GdkEvent* event)> openMenu;
+    /// `event` as of `CardWindow`.
+    std::function<void(const std::string& id, const GdkEvent& event)> openMenu;
     std::function<void(const std::string& id)> removalAsked;
+    /// Its window is about to go.
+    std::function<void(const std::string& id)> cardRemoved;
     std::function<void()> catalogueChanged;
+    /// A card has come onto the screen.
+    std::function<void()> shown;
   };
 
-  /// Everything outlives the windows. The desk is told of the monitors, and is to be started.
+  /// Everything outlives the windows, none of which is on the screen yet. The desk is told of the
+  /// monitors, and is to be started.
   DesktopWindows(const Surroundings& surroundings, Handlers handlers);
   ~DesktopWindows() override;
   DesktopWindows(const DesktopWindows&) = delete;
@@ -44,9 +49,22 @@ class DesktopWindows final : public WidgetDeskObserver {
 
   void setScheme(ColourScheme scheme);
 
+  /// From now on they are on the screen. Once.
+  void reveal();
+  [[nodiscard]] bool hasMonitors() const { return !monitors_.empty(); }
+
+  /// That of the card `id`; null when there is none. For the turn of the main loop: nobody keeps it
+  /// longer.
+  [[nodiscard]] CardWindow* window(const std::string& id);
+
+  /// What the user knows widgets of that kind by.
+  [[nodiscard]] std::string nameOf(const std::string& kind) const;
+
   /// Above all other windows for a while, so that a user finds them, with the keyboard's focus in
   /// the first one.
   void raiseAll();
+  /// Back below the windows, before the while is over.
+  void lowerAll();
 
   void cardAdded(const std::string& id) override;
   void cardChanged(const std::string& id) override;
@@ -55,25 +73,26 @@ class DesktopWindows final : public WidgetDeskObserver {
 
  private:
   [[nodiscard]] CardWindow::Handlers handlersOf(const std::string& id);
-  [[nodiscard]] std::string nameOf(const std::string& kind) const;
   void show(CardWindow& window, const Card& card);
   void place(CardWindow& window, const Card& card);
   void countMonitors();
+  void placeAll();
   [[nodiscard]] std::optional<CardWindow::Landing> landing(const std::string& id,
                                                            const CardDrag& drag) const;
   [[nodiscard]] std::vector<StandingWidget> standingBeside(const std::string& id) const;
   [[nodiscard]] std::optional<MonitorPosition> shownPlace(const Card& card) const;
   void step(const std::string& id, int right, int down);
   void move(const std::string& id, const MonitorPosition& position);
+  void keepPlace(const std::string& id, const Rect& frame);
   void focusNextTo(const std::string& id, bool isForward);
   void lowerLater();
-  void lowerAll();
 
   Surroundings surroundings_;
   Handlers handlers_;
   std::vector<PlacedMonitor> monitors_;
   std::vector<MonitorArea> areas_;  ///< of `monitors_`
   std::map<std::string, CardWindow> windows_;
+  bool isRevealed_ = false;
   sigc::connection lowering_;
   std::unique_ptr<MonitorWatch> monitorWatch_;
 };

@@ -3,7 +3,8 @@
 // Pure. Used by: the host's windows.
 #pragma once
 
-#include "HostProgram/Dialogs/Dialogs.h"
+#include "HostProgram/Dialogs/Question.h"
+#include "Platform/StringTable.h"
 #include "PlatformLinux/Location/ConsentText.h"
 
 namespace lanternfold {

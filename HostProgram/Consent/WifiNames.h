@@ -1,7 +1,7 @@
 // The user's consent to show Wi-Fi names, as the host handles it: asks once when a widget needs it,
 // records what is decided, and tells the widgets.
 //
-// Made by: the host's application, once. Main thread.
+// Made by: `HostDesktop`, once. Main thread.
 #pragma once
 
 #include <cstdint>

@@ -12,6 +12,9 @@ std::unique_ptr<Gtk::MessageDialog> makeDialog(const Question& question) {
   auto dialog = std::make_unique<Gtk::MessageDialog>(question.text, /*use_markup=*/false,
                                                      Gtk::MESSAGE_OTHER, Gtk::BUTTONS_NONE);
   dialog->set_title(question.title);
+  // There is no other window by which to find it again.
+  dialog->set_skip_taskbar_hint(false);
+  dialog->set_position(Gtk::WIN_POS_CENTER);
   if (!question.explanation.empty()) dialog->set_secondary_text(question.explanation);
   int number = 0;
   for (const std::string& answer : question.answers) dialog->add_button(answer, number++);
@@ -21,27 +24,40 @@ std::unique_ptr<Gtk::MessageDialog> makeDialog(const Question& question) {
 
 }  // namespace
 
-void Dialogs::ask(const Question& question, std::function<void(std::size_t answer)> answered) {
-  Gtk::MessageDialog* const dialog = open_.emplace_back(makeDialog(question)).get();
-  dialog->signal_response().connect([this, dialog, answered = std::move(answered)](int response) {
-    dialog->hide();
-    // Not inside of its own signal.
-    Glib::signal_idle().connect_once(sigc::bind(sigc::mem_fun(*this, &Dialogs::forget), dialog));
-    if (response >= 0) answered(static_cast<std::size_t>(response));
-  });
+void Dialogs::ask(const std::string& subject, const Question& question,
+                  std::function<void(std::size_t answer)> answered) {
+  Dialog& dialog = open_[subject];
+  if (!dialog) {
+    dialog = makeDialog(question);
+    dialog->signal_response().connect(
+        [this, subject, answered = std::move(answered)](int response) {
+          withdraw(subject);
+          if (response >= 0) answered(static_cast<std::size_t>(response));
+        });
+  }
+  opening_();
   dialog->present();
 }
 
 void Dialogs::tell(const std::string& sentence) {
-  ask({.title = productTitle,
+  ask(sentence,
+      {.title = productTitle,
        .text = sentence + ".",
        .explanation = {},
        .answers = {strings_.localized("Close")}},
       [](std::size_t) {});
 }
 
-void Dialogs::forget(Gtk::MessageDialog* dialog) {
-  std::erase_if(open_, [dialog](const auto& open) { return open.get() == dialog; });
+/// It may be just its own signal that has led here.
+void Dialogs::withdraw(const std::string& subject) {
+  const auto found = open_.find(subject);
+  if (found == open_.end()) return;
+  found->second->hide();
+  shut_.push_back(std::move(found->second));
+  open_.erase(found);
+  Glib::signal_idle().connect_once(sigc::mem_fun(*this, &Dialogs::forgetShut));
 }
+
+void Dialogs::forgetShut() { shut_.clear(); }
 
 }  // namespace lanternfold

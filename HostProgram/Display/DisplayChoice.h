@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "Wiring/Console.h"
 
@@ -23,6 +24,7 @@ struct DisplayEnvironment {
 /// What is found out of a Wayland compositor.
 enum class WaylandCompositor {
   unreachable,
+  silent,         ///< takes a connection, and says nothing on it
   withLayers,     ///< windows can stay below the others, at a place of the program's own choice
   withoutLayers,  ///< windows are where the user puts them
 };
@@ -33,13 +35,20 @@ enum class WindowKind {
   waylandPlain,  ///< without a border, else like any other window: they do not stay below
 };
 
+struct DisplayChoice {
+  WindowKind kind = WindowKind::x11;
+  /// What the user is to know of it: a sentence without its full stop, or empty.
+  std::string_view remark = {};
+};
+
 /// Where widgets can stay below is better than where they cannot; Wayland is better than X11 where
 /// both can. `askCompositor` is called at the most once. The failure is a sentence that says what
 /// to do without a desktop.
-[[nodiscard]] std::expected<WindowKind, CommandFailure> chooseDisplay(
+[[nodiscard]] std::expected<DisplayChoice, CommandFailure> chooseDisplay(
     const DisplayEnvironment& environment, const std::function<WaylandCompositor()>& askCompositor);
 
-/// Asks the compositor of the environment itself, which blocks until it answers.
+/// Asks the compositor of the environment itself, which blocks until it answers, or for three
+/// seconds.
 [[nodiscard]] WaylandCompositor askWaylandCompositor();
 
 }  // namespace lanternfold

@@ -29,6 +29,8 @@ class LayerWindowPlacer final : public WindowPlacer {
   void raise(Gtk::Window& window) override;
   void raiseWithFocus(Gtk::Window& window) override;
   void lower(Gtk::Window& window) override;
+  [[nodiscard]] std::optional<Point> placeOf(Gtk::Window&) const override { return std::nullopt; }
+  [[nodiscard]] bool isClosedByUser() const override { return false; }
 
  private:
   [[nodiscard]] LayerSurvey& surveyOf(const std::string& name,

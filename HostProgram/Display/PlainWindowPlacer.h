@@ -19,6 +19,8 @@ class PlainWindowPlacer final : public WindowPlacer {
   void raise(Gtk::Window& window) override;
   void raiseWithFocus(Gtk::Window& window) override;
   void lower(Gtk::Window& window) override;
+  [[nodiscard]] std::optional<Point> placeOf(Gtk::Window&) const override { return std::nullopt; }
+  [[nodiscard]] bool isClosedByUser() const override { return true; }
 };
 
 }  // namespace lanternfold

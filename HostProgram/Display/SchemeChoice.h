@@ -1,6 +1,6 @@
 // Light or dark.
 //
-// Pure. Used by: the host's application, whenever the desktop says something of it.
+// Pure. Used by: `SchemeWatch`, whenever the desktop says something of it.
 #pragma once
 
 #include <string_view>

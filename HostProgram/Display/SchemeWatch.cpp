@@ -1,12 +1,19 @@
 #include "HostProgram/Display/SchemeWatch.h"
 
+#include <glibmm/main.h>
 #include <gtkmm/settings.h>
 #include <utility>
 
 namespace lanternfold {
+namespace {
 
-SchemeWatch::SchemeWatch(DesktopAppearance& appearance, std::function<void(ColourScheme)> changed)
-    : changed_(std::move(changed)) {
+/// A portal that runs answers within milliseconds; one that is only being started takes seconds.
+constexpr unsigned patienceMilliseconds = 250;
+
+}  // namespace
+
+SchemeWatch::SchemeWatch(DesktopAppearance& appearance, Handlers handlers)
+    : handlers_(std::move(handlers)) {
   const auto settings = Gtk::Settings::get_default();
   themePrefersDark_ = settings->property_gtk_application_prefer_dark_theme();
   readTheme();
@@ -15,13 +22,29 @@ SchemeWatch::SchemeWatch(DesktopAppearance& appearance, std::function<void(Colou
     readTheme();
     choose();
   });
-  appearance.start([this](PreferredColourScheme preference) {
+  appearance.start([this, alive = std::weak_ptr(isAlive_)](PreferredColourScheme preference) {
+    if (alive.expired()) return;
     preference_ = preference;
     choose();
+    settle();
   });
+  patience_ = Glib::signal_timeout().connect(
+      [this] {
+        settle();
+        return false;
+      },
+      patienceMilliseconds);
 }
 
-SchemeWatch::~SchemeWatch() { themeChanges_.disconnect(); }
+SchemeWatch::~SchemeWatch() {
+  themeChanges_.disconnect();
+  patience_.disconnect();
+}
+
+void SchemeWatch::settle() {
+  patience_.disconnect();
+  if (const auto settled = std::exchange(handlers_.settled, nullptr)) settled();
+}
 
 void SchemeWatch::readTheme() {
   themeName_ = Gtk::Settings::get_default()->property_gtk_theme_name().get_value();
@@ -33,7 +56,7 @@ void SchemeWatch::choose() {
   if (std::exchange(scheme_, scheme) == scheme) return;
   Gtk::Settings::get_default()->property_gtk_application_prefer_dark_theme() =
       scheme == ColourScheme::dark;
-  changed_(scheme);
+  handlers_.changed(scheme);
 }
 
 }  // namespace lanternfold

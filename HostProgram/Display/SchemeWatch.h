@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <sigc++/connection.h>
 #include <string>
 
@@ -12,9 +13,17 @@ namespace lanternfold {
 /// Main thread.
 class SchemeWatch {
  public:
-  /// `changed` is called when the scheme becomes another one, never inside of the call.
-  /// `appearance` is started, and goes before this or with it.
-  SchemeWatch(DesktopAppearance& appearance, std::function<void(ColourScheme)> changed);
+  /// Neither is called inside of a call.
+  struct Handlers {
+    /// The scheme has become another one.
+    std::function<void(ColourScheme)> changed;
+    /// Called once, when the desktop has said what it prefers, or has been silent for a quarter of
+    /// a second: what is shown from now on is not likely to change its colours at once.
+    std::function<void()> settled;
+  };
+
+  /// `appearance`, which is started, may outlive this.
+  SchemeWatch(DesktopAppearance& appearance, Handlers handlers);
   ~SchemeWatch();
   SchemeWatch(const SchemeWatch&) = delete;
   SchemeWatch& operator=(const SchemeWatch&) = delete;
@@ -24,13 +33,17 @@ class SchemeWatch {
  private:
   void readTheme();
   void choose();
+  void settle();
 
-  std::function<void(ColourScheme)> changed_;
+  Handlers handlers_;
   PreferredColourScheme preference_ = PreferredColourScheme::noPreference;
   std::string themeName_;
   bool themePrefersDark_ = false;  ///< as the user has set it, before the cards' scheme did
   ColourScheme scheme_ = ColourScheme::light;
   sigc::connection themeChanges_;
+  sigc::connection patience_;
+  /// What the appearance looks at that may tell of a change when this is gone.
+  std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
 };
 
 }  // namespace lanternfold

@@ -4,6 +4,7 @@
 #include <gtk/gtk.h>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "HostProgram/Display/DisplayLoss.h"
 #include "PlatformLinux/Desktop/WidgetControlNames.h"
@@ -27,7 +28,7 @@ GLogWriterOutput writeLog(GLogLevelFlags level, const GLogField* fields, gsize c
                           gpointer log) {
   const std::string_view domain = fieldOf(fields, count, "GLIB_DOMAIN");
   const std::string_view text = fieldOf(fields, count, "MESSAGE");
-  auto& lines = *static_cast<DiagnosticLog*>(log);
+  auto& lines = **static_cast<std::shared_ptr<DiagnosticLog>*>(log);
   if ((level & (G_LOG_LEVEL_INFO | G_LOG_LEVEL_DEBUG)) != 0) return G_LOG_WRITER_HANDLED;
   if (domain == "Gdk" && (level & G_LOG_LEVEL_MESSAGE) != 0) {
     lines.line(displayGone);
@@ -41,9 +42,16 @@ const char* backendOf(WindowKind kind) { return kind == WindowKind::x11 ? "x11" 
 
 }  // namespace
 
+void sendToolkitsLinesTo(std::shared_ptr<DiagnosticLog> log) {
+  // A writer cannot be taken away again: its share of the log is never given back.
+  g_log_set_writer_func(
+      writeLog, std::make_unique<std::shared_ptr<DiagnosticLog>>(std::move(log)).release(),
+      [](gpointer share) { delete static_cast<std::shared_ptr<DiagnosticLog>*>(share); });
+}
+
 std::expected<void, CommandFailure> setUpToolkit(WindowKind kind, const UserLanguage& language,
-                                                 DiagnosticLog& log) {
-  g_log_set_writer_func(writeLog, &log, nullptr);
+                                                 std::shared_ptr<DiagnosticLog> log) {
+  sendToolkitsLinesTo(std::move(log));
   // Nothing here is drawn by it, and it would be tens of megabytes of drivers.
   ::setenv("GDK_GL", "disable", /*overwrite=*/0);
   // Numbers and messages keep the form that the program has given them.

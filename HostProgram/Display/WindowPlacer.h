@@ -7,6 +7,7 @@
 #include <gdk/gdk.h>
 #include <gtkmm/window.h>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include <cairomm/context.h>
@@ -56,6 +57,13 @@ class WindowPlacer {
   virtual void raise(Gtk::Window& window) = 0;
   virtual void raiseWithFocus(Gtk::Window& window) = 0;
   virtual void lower(Gtk::Window& window) = 0;
+
+  /// Where the window stands on the whole desktop; none where nobody is told.
+  [[nodiscard]] virtual std::optional<Point> placeOf(Gtk::Window& window) const = 0;
+
+  /// Whether a window is closed by the user; else it is by the display, whose surfaces go with
+  /// their monitor.
+  [[nodiscard]] virtual bool isClosedByUser() const = 0;
 };
 
 [[nodiscard]] std::unique_ptr<WindowPlacer> makeWindowPlacer(WindowKind kind);

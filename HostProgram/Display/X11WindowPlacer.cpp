@@ -76,4 +76,13 @@ void X11WindowPlacer::lower(Gtk::Window& window) {
   window.set_keep_below(true);
 }
 
+std::optional<Point> X11WindowPlacer::placeOf(Gtk::Window& window) const {
+  const auto surface = window.get_window();
+  if (!surface) return std::nullopt;
+  int x = 0;
+  int y = 0;
+  surface->get_origin(x, y);
+  return Point{static_cast<double>(x), static_cast<double>(y)};
+}
+
 }  // namespace lanternfold

@@ -18,6 +18,8 @@ class X11WindowPlacer final : public WindowPlacer {
   void raise(Gtk::Window& window) override;
   void raiseWithFocus(Gtk::Window& window) override;
   void lower(Gtk::Window& window) override;
+  [[nodiscard]] std::optional<Point> placeOf(Gtk::Window& window) const override;
+  [[nodiscard]] bool isClosedByUser() const override { return true; }
 };
 
 }  // namespace lanternfold

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <gdk/gdkkeysyms.h>
 #include <gtkmm/label.h>
+#include <utility>
 
 #include <pangomm/attrlist.h>
 
@@ -34,30 +35,53 @@ Gtk::Label* makeTitle(const std::string& text) {
 
 }  // namespace
 
-GalleryWindow::GalleryWindow(const PreviewTile::Surroundings& surroundings,
-                             const std::vector<WidgetDescription>& catalogue)
-    : kinds_(Gtk::ORIENTATION_VERTICAL, margin) {
-  set_title(surroundings.strings.localized("Add widget"));
+GalleryWindow::GalleryWindow(Surroundings surroundings, std::vector<WidgetDescription> catalogue)
+    : surroundings_(std::move(surroundings)),
+      catalogue_(std::move(catalogue)),
+      kinds_(Gtk::ORIENTATION_VERTICAL, margin) {
+  set_title(surroundings_.strings.localized("Add widget"));
   set_default_size(usualWidth, usualHeight);
+  set_position(Gtk::WIN_POS_CENTER);
   kinds_.set_border_width(margin);
-  for (const WidgetDescription& description : catalogue) addKind(surroundings, description);
-  if (catalogue.empty()) {
-    kinds_.pack_start(
-        *makeLabel(surroundings.strings.localized("No widgets are known yet. Try again soon.")),
-        Gtk::PACK_SHRINK);
-  }
   scrolled_.set_policy(Gtk::POLICY_AUTOMATIC, Gtk::POLICY_AUTOMATIC);
   scrolled_.add(kinds_);
   add(scrolled_);
+  build();
+}
+
+void GalleryWindow::showCatalogue(std::vector<WidgetDescription> catalogue) {
+  if (catalogue_ == catalogue) return;
+  catalogue_ = std::move(catalogue);
+  clear();
+  build();
+}
+
+void GalleryWindow::build() {
+  questions_ = std::make_unique<PreviewQuestions>(surroundings_.extension, surroundings_.onDesktop);
+  for (const WidgetDescription& description : catalogue_) addKind(description);
+  if (catalogue_.empty()) {
+    kinds_.pack_start(
+        *makeLabel(surroundings_.strings.localized("No widgets are known yet. Try again soon.")),
+        Gtk::PACK_SHRINK);
+  }
   show_all_children();
 }
 
-void GalleryWindow::addKind(const PreviewTile::Surroundings& surroundings,
-                            const WidgetDescription& description) {
+void GalleryWindow::clear() {
+  questions_.reset();
+  tiles_.clear();
+  for (Gtk::Widget* const kind : kinds_.get_children()) kinds_.remove(*kind);
+}
+
+void GalleryWindow::addKind(const WidgetDescription& description) {
   auto* const kind = Gtk::make_managed<Gtk::Box>(Gtk::ORIENTATION_VERTICAL, spacing);
   kind->pack_start(*makeTitle(description.displayName), Gtk::PACK_SHRINK);
   kind->pack_start(*makeLabel(description.description), Gtk::PACK_SHRINK);
   auto* const families = Gtk::make_managed<Gtk::Box>(Gtk::ORIENTATION_HORIZONTAL, margin);
+  const PreviewTile::Surroundings surroundings{.questions = *questions_,
+                                               .drawing = surroundings_.drawing,
+                                               .strings = surroundings_.strings,
+                                               .add = surroundings_.add};
   for (const WidgetFamily family : description.supportedFamilies) {
     auto& tile =
         tiles_.emplace_back(std::make_unique<PreviewTile>(surroundings, description, family));

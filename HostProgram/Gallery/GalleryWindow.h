@@ -1,13 +1,14 @@
 // The window from which the user adds widgets: every kind in every size, as it would look.
 //
-// Made by: the host's application when it is asked for, and let go of when it is closed. Main
-// thread.
+// Made by: `HostDesktop` when it is asked for, and let go of when it is closed. Main thread.
 #pragma once
 
+#include <functional>
 #include <gtkmm/box.h>
 #include <gtkmm/scrolledwindow.h>
 #include <gtkmm/window.h>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "HostProgram/Gallery/PreviewTile.h"
@@ -16,8 +17,20 @@ namespace lanternfold {
 
 class GalleryWindow final : public Gtk::Window {
  public:
-  GalleryWindow(const PreviewTile::Surroundings& surroundings,
-                const std::vector<WidgetDescription>& catalogue);
+  struct Surroundings {
+    WidgetExtension& extension;
+    PreviewQuestions::OnDesktop onDesktop;
+    const CardDrawing& drawing;
+    const StringTable& strings;
+    /// Has the widget added.
+    std::function<void(const std::string& kind, WidgetFamily family)> add;
+  };
+
+  /// Everything outlives the window.
+  GalleryWindow(Surroundings surroundings, std::vector<WidgetDescription> catalogue);
+
+  /// In the place of the one that it shows.
+  void showCatalogue(std::vector<WidgetDescription> catalogue);
 
   /// The colour scheme has changed.
   void refresh();
@@ -26,11 +39,16 @@ class GalleryWindow final : public Gtk::Window {
   bool on_key_press_event(GdkEventKey* event) override;
 
  private:
-  void addKind(const PreviewTile::Surroundings& surroundings, const WidgetDescription& description);
+  void build();
+  void clear();
+  void addKind(const WidgetDescription& description);
 
+  Surroundings surroundings_;
+  std::vector<WidgetDescription> catalogue_;
   Gtk::ScrolledWindow scrolled_;
   Gtk::Box kinds_;
   std::vector<std::unique_ptr<PreviewTile>> tiles_;
+  std::unique_ptr<PreviewQuestions> questions_;  ///< those of `tiles_`; never null
 };
 
 }  // namespace lanternfold

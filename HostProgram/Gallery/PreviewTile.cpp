@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "HostProgram/Menu/CardMenu.h"
+#include "NetworkWidgetVexExtension/Views/WidgetFamilyTitle.h"
 
 namespace lanternfold {
 namespace {
@@ -24,7 +24,7 @@ PreviewTile::PreviewTile(const Surroundings& surroundings, const WidgetDescripti
       state_{.size = widgetSize(family)},
       picture_(surroundings_.drawing) {
   const StringTable& strings = surroundings_.strings;
-  const std::string title = familyTitle(family, strings);
+  const std::string title = widgetFamilyTitle(family, strings);
   buildPreview(description.displayName + ", " + title);
   size_.set_text(title);
   button_.set_label(strings.localized("Add"));
@@ -36,10 +36,8 @@ PreviewTile::PreviewTile(const Surroundings& surroundings, const WidgetDescripti
   pack_start(size_, Gtk::PACK_SHRINK);
   pack_start(button_, Gtk::PACK_SHRINK);
   set_valign(Gtk::ALIGN_START);
-  askForPlaceholder();
+  surroundings.questions.ask(kind_, family_, [this](const ViewEntry& entry) { showEntry(entry); });
 }
-
-PreviewTile::~PreviewTile() { surroundings_.extension.cancel(question_); }
 
 void PreviewTile::buildPreview(const std::string& displayName) {
   const Size size = widgetSize(family_);
@@ -55,27 +53,6 @@ void PreviewTile::buildPreview(const std::string& displayName) {
     if (isDoubleClick) add();
     return isDoubleClick;
   });
-}
-
-void PreviewTile::askForPlaceholder() {
-  question_ = surroundings_.extension.sample(
-      WidgetExtension::SampleKind::snapshot, kind_,
-      {.family = family_, .configuration = {}, .context = {.isPreview = true}},
-      [this, alive = std::weak_ptr(isAlive_)](const auto& answer) {
-        if (alive.expired()) return;
-        if (answer) showEntry(*answer);
-        askForTimeline();
-      });
-}
-
-void PreviewTile::askForTimeline() {
-  question_ = surroundings_.extension.timeline(
-      kind_, {.family = family_, .configuration = {}, .context = {.isPreview = true}},
-      [this, alive = std::weak_ptr(isAlive_)](const auto& answer) {
-        if (alive.expired()) return;
-        question_ = 0;
-        if (answer && !answer->entries.empty()) showEntry(answer->entries.front());
-      });
 }
 
 void PreviewTile::showEntry(const ViewEntry& entry) {

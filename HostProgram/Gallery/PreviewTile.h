@@ -1,4 +1,6 @@
 // One widget in one size, as the gallery shows it: a live preview, and the button that adds it.
+//
+// Made by: `GalleryWindow`, for each size of each kind. Main thread.
 #pragma once
 
 #include <functional>
@@ -11,26 +13,26 @@
 #include <string>
 
 #include "HostProgram/Cards/CardPicture.h"
+#include "HostProgram/Gallery/PreviewQuestions.h"
 #include "Platform/StringTable.h"
-#include "WidgetHost/Service/WidgetExtension.h"
 
 namespace lanternfold {
 
-/// Asks the extension for a placeholder at first, for what it shows of this machine then.
+/// Shows sample data at first, and what it shows of this machine when that is known.
 class PreviewTile final : public Gtk::Box {
  public:
   struct Surroundings {
-    WidgetExtension& extension;
+    PreviewQuestions& questions;
     const CardDrawing& drawing;
     const StringTable& strings;
     /// Has the widget added.
     std::function<void(const std::string& kind, WidgetFamily family)> add;
   };
 
-  /// Everything outlives the tile.
+  /// Everything outlives the tile, but for the questions: they end before, since they show their
+  /// answers on it.
   PreviewTile(const Surroundings& surroundings, const WidgetDescription& description,
               WidgetFamily family);
-  ~PreviewTile() override;
   PreviewTile(const PreviewTile&) = delete;
   PreviewTile& operator=(const PreviewTile&) = delete;
 
@@ -39,8 +41,6 @@ class PreviewTile final : public Gtk::Box {
 
  private:
   void buildPreview(const std::string& displayName);
-  void askForPlaceholder();
-  void askForTimeline();
   void showEntry(const ViewEntry& entry);
   void showPicture();
   bool paint(const Cairo::RefPtr<Cairo::Context>& context);
@@ -51,9 +51,6 @@ class PreviewTile final : public Gtk::Box {
   WidgetFamily family_;
   CardState state_;
   CardPicture picture_;
-  WidgetExtension::Question question_ = 0;
-  /// What answers look at that may come when the tile is gone.
-  std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
   Gtk::EventBox pointer_;
   Gtk::DrawingArea preview_;
   Gtk::Label size_;

@@ -1,6 +1,6 @@
 // Opens the links of cards, with the system's programs or with the host's own bandwidth monitor.
 //
-// Made by: the host's application, once. Main thread.
+// Made by: `HostDesktop`, once. Main thread.
 #pragma once
 
 #include <functional>

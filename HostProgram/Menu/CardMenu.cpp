@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "NetworkWidgetVexExtension/Views/AdapterChoice.h"
-#include "Support/FatalError.h"
+#include "NetworkWidgetVexExtension/Views/WidgetFamilyTitle.h"
 
 namespace lanternfold {
 namespace {
@@ -34,8 +34,8 @@ void addSizes(Entries& entries, const CardMenuFacts& facts, const StringTable& s
   if (facts.description.supportedFamilies.size() < 2) return;
   Entries sizes;
   for (const WidgetFamily family : facts.description.supportedFamilies) {
-    sizes.push_back(
-        choice(familyTitle(family, strings), family == facts.placed.family, ChooseFamily{family}));
+    sizes.push_back(choice(widgetFamilyTitle(family, strings), family == facts.placed.family,
+                           ChooseFamily{family}));
   }
   entries.push_back(submenu(strings.localized("Size"), std::move(sizes)));
 }
@@ -114,18 +114,6 @@ std::vector<CardMenuEntry> cardMenu(const CardMenuFacts& facts, const StringTabl
   entries.push_back(separator());
   entries.push_back(command(strings.localized("Quit"), CardCommand::quit));
   return entries;
-}
-
-std::string familyTitle(WidgetFamily family, const StringTable& strings) {
-  switch (family) {
-    case WidgetFamily::small:
-      return strings.localized("Small");
-    case WidgetFamily::medium:
-      return strings.localized("Medium");
-    case WidgetFamily::large:
-      return strings.localized("Large");
-  }
-  fatalError("a widget family has no title");
 }
 
 }  // namespace lanternfold

@@ -74,7 +74,4 @@ struct CardMenuFacts {
 [[nodiscard]] std::vector<CardMenuEntry> cardMenu(const CardMenuFacts& facts,
                                                   const StringTable& strings);
 
-/// What sizes are called in menus and galleries.
-[[nodiscard]] std::string familyTitle(WidgetFamily family, const StringTable& strings);
-
 }  // namespace lanternfold

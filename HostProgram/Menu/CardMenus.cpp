@@ -8,47 +8,41 @@
 
 namespace lanternfold {
 
-/// Where a menu is to open; what it was asked for with is kept, since the options of adapters come
-/// later.
-struct CardMenus::Place {
-  Place(CardWindow& card, const GdkEvent* asked)
-      : window(card.canvas()), event(asked == nullptr ? nullptr : gdk_event_copy(asked)) {}
-  ~Place() {
-    if (event != nullptr) gdk_event_free(event);
-  }
-  Place(const Place&) = delete;
-  Place& operator=(const Place&) = delete;
-
-  Gtk::Widget& window;
-  GdkEvent* event;
-};
-
-void CardMenus::open(const std::string& id, CardWindow& window, const GdkEvent* event) {
+void CardMenus::open(const std::string& id, const GdkEvent& event) {
   const auto card = surroundings_.desk.card(id);
   if (!card) return;
-  const auto place = std::make_shared<Place>(window, event);
   latest_ = std::make_shared<bool>(true);
   const auto& catalogue = surroundings_.desk.catalogue();
   const auto description =
       std::ranges::find(catalogue, card->placed.kind, &WidgetDescription::kind);
   if (description == catalogue.end() || !hasAdapterChoice(*description)) {
-    showMenu(id, *place, {});
+    showMenu(id, event, {});
     return;
   }
+  // The options may come a second later, when the card, and another one of the same place, can be
+  // gone: only its name is kept.
   surroundings_.adapters.provideAdapterOptions(
       AdapterConfigurationIntent::from(card->placed.configuration),
-      [this, id, place,
-       asked = std::weak_ptr(latest_)](AdapterConfigurationIntentHandling::AdapterOptions options) {
+      [this, id, asked = std::weak_ptr(latest_),
+       kept = std::shared_ptr<GdkEvent>(gdk_event_copy(&event), gdk_event_free)](
+          AdapterConfigurationIntentHandling::AdapterOptions options) {
         if (asked.expired()) return;
-        showMenu(id, *place, options ? *std::move(options) : std::vector<NetworkAdapter>());
+        showMenu(id, *kept, options ? *std::move(options) : std::vector<NetworkAdapter>());
       });
 }
 
-void CardMenus::showMenu(const std::string& id, const Place& place,
+void CardMenus::cardRemoved(const std::string& id) {
+  if (!menu_ || menuOwner_ != id) return;
+  menu_->popdown();
+  menu_.reset();
+}
+
+void CardMenus::showMenu(const std::string& id, const GdkEvent& event,
                          std::vector<NetworkAdapter> adapters) {
   const auto card = surroundings_.desk.card(id);
+  CardWindow* const window = surroundings_.window(id);
+  if (!card || window == nullptr || !window->get_mapped()) return;
   const auto& catalogue = surroundings_.desk.catalogue();
-  if (!card) return;
   CardMenuFacts facts{.placed = card->placed,
                       .adapters = std::move(adapters),
                       .wifiNames = surroundings_.wifiNames.decision(),
@@ -58,11 +52,21 @@ void CardMenus::showMenu(const std::string& id, const Place& place,
   if (description != catalogue.end()) facts.description = *description;
   menu_ = makeMenu(cardMenu(facts, surroundings_.strings),
                    [this, id](const CardMenuAction& action) { take(id, action); });
-  menu_->attach_to_widget(place.window);
-  if (place.event != nullptr) {
-    menu_->popup_at_pointer(place.event);
+  menuOwner_ = id;
+  popUp(*window, event);
+}
+
+/// Without its event a display may refuse the menu the keyboard and the pointer.
+void CardMenus::popUp(CardWindow& window, const GdkEvent& event) {
+  CardCanvas& canvas = window.canvas();
+  menu_->attach_to_widget(canvas);
+  // Of a window that is gone, the place is.
+  const bool hasPlace = event.type == GDK_BUTTON_PRESS && event.any.window != nullptr &&
+                        gdk_window_is_destroyed(event.any.window) == FALSE;
+  if (hasPlace) {
+    menu_->popup_at_pointer(&event);
   } else {
-    menu_->popup_at_widget(&place.window, Gdk::GRAVITY_CENTER, Gdk::GRAVITY_NORTH_WEST, nullptr);
+    menu_->popup_at_widget(&canvas, Gdk::GRAVITY_CENTER, Gdk::GRAVITY_NORTH_WEST, &event);
   }
 }
 
@@ -101,7 +105,7 @@ void CardMenus::take(const std::string& id, CardCommand command) {
       surroundings_.addWidget();
       break;
     case CardCommand::remove:
-      tellFailure(surroundings_.desk.remove(id));
+      surroundings_.remove(id);
       break;
     case CardCommand::quit:
       surroundings_.quit();

@@ -1,6 +1,6 @@
 // Opens the menus of cards, and does what is taken from them.
 //
-// Made by: the host's application, once. Main thread.
+// Made by: `HostDesktop`, once. Main thread.
 #pragma once
 
 #include <functional>
@@ -25,22 +25,28 @@ class CardMenus {
     AdapterConfigurationIntentHandling& adapters;
     WifiNames& wifiNames;
     const StringTable& strings;
+    /// That of a card; null when it is gone.
+    std::function<CardWindow*(const std::string& id)> window;
     /// Of what the user did not get, a sentence without its full stop.
     std::function<void(const std::string& sentence)> tell;
     std::function<void()> addWidget;
+    std::function<void(const std::string& id)> remove;
     std::function<void()> quit;
   };
 
   /// Everything outlives the menus.
   explicit CardMenus(Surroundings surroundings) : surroundings_(std::move(surroundings)) {}
 
-  /// Over the window of the card `id`, at the pointer of `event`, or in the middle without one.
-  void open(const std::string& id, CardWindow& window, const GdkEvent* event);
+  /// Over the window of the card `id`: at the pointer when `event` is of a button, else in the
+  /// middle.
+  void open(const std::string& id, const GdkEvent& event);
+
+  /// Its menu is shut.
+  void cardRemoved(const std::string& id);
 
  private:
-  struct Place;
-
-  void showMenu(const std::string& id, const Place& place, std::vector<NetworkAdapter> adapters);
+  void showMenu(const std::string& id, const GdkEvent& event, std::vector<NetworkAdapter> adapters);
+  void popUp(CardWindow& window, const GdkEvent& event);
   void take(const std::string& id, const CardMenuAction& action);
   void take(const std::string& id, CardCommand command);
   void configure(const std::string& id, const CardMenuAction& action);
@@ -48,6 +54,7 @@ class CardMenus {
 
   Surroundings surroundings_;
   std::unique_ptr<Gtk::Menu> menu_;
+  std::string menuOwner_;  ///< the card of `menu_`
   /// A question for adapters that is overtaken opens no menu any more.
   std::shared_ptr<bool> latest_;
 };

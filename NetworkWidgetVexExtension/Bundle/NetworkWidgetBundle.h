@@ -3,7 +3,6 @@
 // Made by: the composition root of whoever serves them.
 #pragma once
 
-#include <string>
 #include <utility>
 #include <vector>
 
@@ -11,15 +10,6 @@
 #include "WidgetService/Widget.h"
 
 namespace lanternfold {
-
-/// A widget as somebody names it who has no machine to make it on.
-struct WidgetKind {
-  std::string kind;
-  std::vector<WidgetFamily> families;  ///< from the smallest
-};
-
-/// Of every widget, in the order of the bundle.
-[[nodiscard]] std::vector<WidgetKind> widgetKinds();
 
 class NetworkWidgetBundle {
  public:

@@ -98,11 +98,13 @@ class SocketChildProgram final : public ChildProgram {
 
 SocketChildProgramLauncher::SocketChildProgramLauncher(std::filesystem::path program,
                                                        std::vector<std::string> arguments,
-                                                       EventLoop& loop, DispatchQueue& mainQueue)
+                                                       EventLoop& loop, DispatchQueue& mainQueue,
+                                                       std::optional<int> output)
     : program_(std::move(program)),
       arguments_(std::move(arguments)),
       loop_(loop),
       mainQueue_(mainQueue),
+      output_(output),
       running_(std::make_shared<RunningPrograms>()) {
   arguments_.emplace_back("--service-fd");
   arguments_.push_back(std::to_string(SpawnedProcess::socketNumber));
@@ -121,7 +123,7 @@ std::expected<std::unique_ptr<ChildProgram>, std::error_code> SocketChildProgram
   const FileDescriptor theirs(ends[1]);
   auto stream = SocketByteStream::adopt(ends[0], loop_, mainQueue_);
   if (!stream) fatalError("a socket of a pair was no connected socket");
-  auto process = SpawnedProcess::start(program_, arguments_, theirs.get());
+  auto process = SpawnedProcess::start(program_, arguments_, theirs.get(), output_);
   if (!process) return std::unexpected(process.error());
   return std::make_unique<SocketChildProgram>(
       *std::move(stream), ends[0],

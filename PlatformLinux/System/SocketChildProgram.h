@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,14 +17,16 @@ namespace lanternfold {
 class EventLoop;
 class RunningPrograms;
 
-/// The program has the socket under a descriptor that "--service-fd N" tells it, and this program's
-/// standard output and standard error. Its end is noticed by the event loop; no signal is handled.
+/// The program has the socket under a descriptor that "--service-fd N" tells it. Its end is noticed
+/// by the event loop; no signal is handled.
 class SocketChildProgramLauncher final : public ChildProgramLauncher {
  public:
-  /// `program` is a path; `arguments` stand before those that this adds. `loop` and `mainQueue`
-  /// outlive the launcher.
+  /// `program` is a path; `arguments` stand before those that this adds. What it prints goes to the
+  /// descriptor `output`, or where this program's own goes. `loop` and `mainQueue` outlive the
+  /// launcher, and `output` stays open.
   SocketChildProgramLauncher(std::filesystem::path program, std::vector<std::string> arguments,
-                             EventLoop& loop, DispatchQueue& mainQueue);
+                             EventLoop& loop, DispatchQueue& mainQueue,
+                             std::optional<int> output = std::nullopt);
   /// Every program that it has started has been destroyed before. Waits for those that have not
   /// ended yet, which takes a little more than two seconds at the most.
   ~SocketChildProgramLauncher() override;
@@ -37,6 +40,7 @@ class SocketChildProgramLauncher final : public ChildProgramLauncher {
   std::vector<std::string> arguments_;
   EventLoop& loop_;
   DispatchQueue& mainQueue_;
+  std::optional<int> output_;
   std::shared_ptr<RunningPrograms> running_;
 };
 

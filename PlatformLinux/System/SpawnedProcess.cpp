@@ -23,8 +23,12 @@ std::error_code systemError(int number) { return {number, std::generic_category(
 /// What becomes of the descriptors between the start of the process and that of its program.
 class DescriptorsAtStart {
  public:
-  explicit DescriptorsAtStart(int socket) {
+  DescriptorsAtStart(int socket, std::optional<int> output) {
     require(::posix_spawn_file_actions_init(&actions_));
+    // First: the socket may take the number that `output` has here.
+    for (const int stream : {STDOUT_FILENO, STDERR_FILENO}) {
+      if (output) require(::posix_spawn_file_actions_adddup2(&actions_, *output, stream));
+    }
     require(::posix_spawn_file_actions_adddup2(&actions_, socket, SpawnedProcess::socketNumber));
     require(::posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
     // Libraries open descriptors that are not marked for being closed.
@@ -77,14 +81,15 @@ void endAtOnce(pid_t process) {
 }  // namespace
 
 std::expected<SpawnedProcess, std::error_code> SpawnedProcess::start(
-    const std::filesystem::path& program, std::span<const std::string> arguments, int socket) {
+    const std::filesystem::path& program, std::span<const std::string> arguments, int socket,
+    std::optional<int> output) {
   std::vector<std::string> texts{program.string()};
   texts.insert(texts.end(), arguments.begin(), arguments.end());
   std::vector<char*> pointers;
   for (std::string& text : texts) pointers.push_back(text.data());
   pointers.push_back(nullptr);
   pid_t process = 0;
-  const DescriptorsAtStart descriptors(socket);
+  const DescriptorsAtStart descriptors(socket, output);
   const SignalsAtStart signals;
   const int error = ::posix_spawn(&process, program.c_str(), descriptors.get(), signals.get(),
                                   pointers.data(), environ);

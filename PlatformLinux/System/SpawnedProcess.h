@@ -6,6 +6,7 @@
 
 #include <expected>
 #include <filesystem>
+#include <optional>
 #include <span>
 #include <string>
 #include <system_error>
@@ -22,10 +23,12 @@ class SpawnedProcess {
   static constexpr int socketNumber = 3;
 
   /// Starts `program`, a path, with `arguments` behind its name. It has this process's environment,
-  /// standard output and standard error, nothing to read from, `socket` under `socketNumber`, and
-  /// no other descriptor; signals do to it what they do by default.
+  /// nothing to read from, `output` for standard output and standard error, or this process's own,
+  /// `socket` under `socketNumber`, and no other descriptor; signals do to it what they do by
+  /// default.
   [[nodiscard]] static std::expected<SpawnedProcess, std::error_code> start(
-      const std::filesystem::path& program, std::span<const std::string> arguments, int socket);
+      const std::filesystem::path& program, std::span<const std::string> arguments, int socket,
+      std::optional<int> output = std::nullopt);
 
   /// Becomes readable when the process has ended.
   [[nodiscard]] int descriptor() const { return descriptor_.get(); }

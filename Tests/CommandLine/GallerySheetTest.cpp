@@ -5,7 +5,7 @@
 
 #include "CommandLine/Gallery/GallerySheet.h"
 #include "CommandLine/Gallery/GalleryStyle.h"
-#include "NetworkWidgetVexExtension/Bundle/NetworkWidgetBundle.h"
+#include "NetworkWidgetVexExtension/Bundle/WidgetKinds.h"
 #include "Tests/Support/BracketingStringTable.h"
 #include "Tests/Support/FakeStringTable.h"
 #include "Tests/Support/GoldenText.h"

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "CommandLine/Program.h"
-#include "NetworkWidgetVexExtension/Bundle/NetworkWidgetBundle.h"
+#include "NetworkWidgetVexExtension/Bundle/WidgetKinds.h"
 #include "PlatformLinux/Defaults/DataDirectory.h"
 #include "PlatformLinux/Defaults/LinuxGroupContainer.h"
 #include "PlatformLinux/Defaults/SqliteUserDefaults.h"

@@ -169,5 +169,36 @@ TEST(RelativeDateText, MachinesOwnZoneWhenNoneIsNamed) {
               "^Today, 00:18; Yesterday, 16:18; $");
 }
 
+TEST(EndOfDay, IsTheNextMidnightInTheUsersZone) {
+  const Moment midnight = sys_days(std::chrono::year(2026) / 11 / 23);
+  EXPECT_EQ(endOfDay(morning, {.timeZone = "UTC"}), midnight);
+  EXPECT_EQ(endOfDay(morning, {.timeZone = "Europe/Rome"}), midnight - hours(1));
+  EXPECT_EQ(endOfDay(morning, {.timeZone = "America/Los_Angeles"}), midnight - hours(16));
+  EXPECT_EQ(endOfDay(midnight, {.timeZone = "UTC"}), midnight + days(1)) << "it is of the next day";
+  EXPECT_EQ(endOfDay(midnight - seconds(1), {.timeZone = "UTC"}), midnight);
+}
+
+TEST(EndOfDay, ADayMayHaveAnHourLessOrMore) {
+  const Moment spring = sys_days(std::chrono::year(2026) / 3 / 28) + hours(23);
+  EXPECT_EQ(endOfDay(spring, {.timeZone = "Europe/Rome"}), spring + hours(23));
+  const Moment autumn = sys_days(std::chrono::year(2026) / 10 / 24) + hours(22);
+  EXPECT_EQ(endOfDay(autumn, {.timeZone = "Europe/Rome"}), autumn + hours(25));
+}
+
+TEST(EndOfDay, WhereAClockGoesForwardAtMidnightItIsTheFirstHourThatThereIs) {
+  // On 2018-11-04 clocks in this zone went from 00:00 to 01:00.
+  const Moment change = sys_days(std::chrono::year(2018) / 11 / 4) + hours(3);
+  EXPECT_EQ(endOfDay(change - hours(1), {.timeZone = "America/Sao_Paulo"}), change);
+  EXPECT_EQ(endOfDay(change, {.timeZone = "America/Sao_Paulo"}), change + hours(23));
+}
+
+TEST(EndOfDay, TheTextOfADayChangesThenAndNotBefore) {
+  for (const char* const zone : {"UTC", "Asia/Kolkata", "Pacific/Apia", "America/St_Johns"}) {
+    const Moment end = endOfDay(morning, {.timeZone = zone});
+    EXPECT_EQ(inZone(zone, morning, end - seconds(1)), inZone(zone, morning, morning)) << zone;
+    EXPECT_NE(inZone(zone, morning, end), inZone(zone, morning, morning)) << zone;
+  }
+}
+
 }  // namespace
 }  // namespace lanternfold

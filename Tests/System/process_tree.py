@@ -19,13 +19,20 @@ def adopt_orphans():
 def children(pid):
     """Those of all its threads; none when it has ended."""
     result = []
-    try:
-        for task in os.listdir(f"/proc/{pid}/task"):
+    for task in tasks(pid):
+        try:
             text = Path(f"/proc/{pid}/task/{task}/children").read_text()
-            result += [int(word) for word in text.split()]
-    except (FileNotFoundError, ProcessLookupError):
-        pass
+        except (FileNotFoundError, ProcessLookupError):
+            continue  # a thread that has ended; its children are another one's
+        result += [int(word) for word in text.split()]
     return result
+
+
+def tasks(pid):
+    try:
+        return os.listdir(f"/proc/{pid}/task")
+    except (FileNotFoundError, ProcessLookupError):
+        return []
 
 
 def descendants(pid):

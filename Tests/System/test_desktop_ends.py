@@ -64,14 +64,41 @@ class EndTests:
         self.assertEqual(before, self.widgets())
 
     def test_no_bus_at_all(self):
-        """The widgets are there; a second host finds the first."""
+        """The widgets are there; a second host finds the first, which it cannot tell anything."""
         variables = {"DBUS_SESSION_BUS_ADDRESS": NO_BUS, "DBUS_SYSTEM_BUS_ADDRESS": NO_BUS}
         host = self.start_host(**variables)
         self.assert_default_set_shown()
-        second = self.start_host(**variables)
-        self.assertEqual(0, second.wait(), second.errors)
-        self.assertTrue(host.is_alive())
+        self.assert_kept_out_by(host, self.start_host(**variables))
         self.finish(host)
+
+    def assert_kept_out_by(self, first, second):
+        """It says who shows the widgets, and how to end that one."""
+        self.assertEqual(1, second.wait(), second.errors)
+        self.assertEqual(1, len(second.errors), second.errors)
+        self.assertRegex(second.errors[0], rf"process {first.pid},.*ctl quit.*\"kill {first.pid}\"")
+        self.assertTrue(first.is_alive())
+
+    def test_two_buses_of_one_user_share_one_file_and_so_one_host(self):
+        """As after two logins, or over ssh: the second host would write its own idea of the desktop
+        over that of the first."""
+        host = self.begin()
+        before = self.store.read_bytes()
+        second = self.start_host(DBUS_SESSION_BUS_ADDRESS=self.session.begin_bus())
+        self.assert_kept_out_by(host, second)
+        self.assertEqual(before, self.store.read_bytes())
+        self.finish(host)
+        self.begin()
+
+    def test_a_host_that_is_started_while_the_last_one_ends_waits_for_it(self):
+        host = self.begin()
+        host.process.send_signal(signal.SIGSTOP)
+        second = self.start_host(DBUS_SESSION_BUS_ADDRESS=self.session.begin_bus())
+        time.sleep(1)
+        host.process.kill()
+        host.wait()
+        self.assert_default_set_shown()
+        self.assertTrue(second.is_alive(), second.errors)
+        self.finish(second)
 
     def assert_default_set_shown(self):
         """Without anybody who could be asked where they stand: the file says it."""

@@ -71,6 +71,81 @@ TEST_F(DeskScheduleTest, ShowsEachEntryFromItsDateOn) {
   EXPECT_EQ(saidBy("1"), "A now");
 }
 
+TEST_F(DeskScheduleTest, AClockThatIsSetForwardShowsTheEntryOfThatDate) {
+  extension_.setTimeline([this](const std::string&, const WidgetRequest&) {
+    return Timeline<ViewEntry>{
+        .entries = {{.date = clock_.now(), .view = text("now", {})},
+                    {.date = clock_.now() + hours(2), .view = text("later", {})}},
+        .policy = TimelineReloadPolicy::never};
+  });
+  startAndSettle();
+  clock_.stepWallClock(hours(3));
+  desk_->resumed();
+  EXPECT_EQ(saidBy("1"), "later") << "as after a suspension, in which no steady clock goes on";
+}
+
+TEST_F(DeskScheduleTest, AClockThatIsSetBackWaitsForTheDateOfTheNextEntry) {
+  extension_.setTimeline([date = clock_.now()](const std::string&, const WidgetRequest&) {
+    return Timeline<ViewEntry>{.entries = {{.date = date, .view = text("now", {})},
+                                           {.date = date + hours(2), .view = text("later", {})}},
+                               .policy = TimelineReloadPolicy::never};
+  });
+  startAndSettle();
+  clock_.stepWallClock(-hours(5));
+  desk_->networkPathChanged();
+  dispatch_.advance(hours(3));
+  EXPECT_EQ(saidBy("1"), "now");
+  dispatch_.advance(hours(4));
+  EXPECT_EQ(saidBy("1"), "later");
+}
+
+/// One that is never to be asked for again, and says when it was made.
+Timeline<ViewEntry> datedTimeline(const Clock& clock) {
+  return {.entries = {{.date = clock.now(), .view = drawingTime("%@", {})}},
+          .policy = TimelineReloadPolicy::never};
+}
+
+TEST_F(DeskScheduleTest, WhatWasMadeTodayIsDrawnAnewAtMidnight) {
+  extension_.setTimeline([this](const std::string& kind, const WidgetRequest&) {
+    auto timeline = datedTimeline(clock_);
+    if (kind != "B") timeline.entries.front().view = text(kind, {});
+    return timeline;
+  });
+  clock_.advance(hours(20));
+  startAndSettle();
+  const auto made = clock_.now();
+  dispatch_.advance(hours(4) - seconds(1));
+  EXPECT_THAT(told(), IsEmpty());
+  dispatch_.advance(seconds(3));
+  EXPECT_THAT(told(), ElementsAre("changed 2")) << "the others say no time";
+  EXPECT_EQ(desk_->card("2")->date, made) << "the date of the answer, not of the drawing";
+  dispatch_.advance(hours(23));
+  EXPECT_THAT(told(), IsEmpty());
+  dispatch_.advance(hours(1));
+  EXPECT_THAT(told(), ElementsAre("changed 2"));
+}
+
+TEST_F(DeskScheduleTest, WithoutATimeOnACardMidnightWakesNobody) {
+  extension_.setTimeline([this](const std::string& kind, const WidgetRequest&) {
+    auto timeline = datedTimeline(clock_);
+    timeline.entries.front().view = text(kind, {});
+    return timeline;
+  });
+  startAndSettle();
+  EXPECT_EQ(dispatch_.waitingWorks(), 0U);
+}
+
+TEST_F(DeskScheduleTest, ATimeIsRenewedAfterAMidnightInALockedSession) {
+  extension_.setTimeline(
+      [this](const std::string&, const WidgetRequest&) { return datedTimeline(clock_); });
+  startAndSettle();
+  desk_->setLocked(true);
+  dispatch_.advance(hours(30));
+  EXPECT_THAT(told(), IsEmpty());
+  desk_->setLocked(false);
+  EXPECT_THAT(told(), ElementsAre("changed 1", "changed 2", "changed 3"));
+}
+
 TEST_F(DeskScheduleTest, ATimelineWithoutEntriesLeavesWhatIsShown) {
   startAndSettle();
   extension_.setTimeline(
@@ -208,7 +283,7 @@ TEST_F(DeskScheduleTest, ASampleIsNotKeptForFactsWhenNoTimelineComes) {
   dispatch_.advance(minutes(5));
   extension_.failAll(ExtensionFailure::timedOut);
   dispatch_.runReady();
-  EXPECT_EQ(saidBy("1"), "No data yet");
+  EXPECT_EQ(saidBy("1"), "No data yet, Try again");
   EXPECT_FALSE(desk_->card("1")->isSample);
   EXPECT_TRUE(desk_->card("1")->isStale);
 }
@@ -240,7 +315,7 @@ TEST_F(DeskScheduleTest, ACatalogueThatDoesNotComeIsAskedForAgain) {
   EXPECT_THAT(asked(), ElementsAre("list"));
   EXPECT_THAT(askedWithin(minutes(5)), ElementsAre("list"));
   EXPECT_TRUE(desk_->card("1")->isStale);
-  EXPECT_EQ(saidBy("1"), "No data yet");
+  EXPECT_EQ(saidBy("1"), "No data yet, Try again");
   extension_.setFailure(std::nullopt);
   desk_->reloadAll();
   EXPECT_THAT(asked(), Contains("timeline A large"));

@@ -1,4 +1,4 @@
-// A desk with everything around it in memory, and an observer that writes down what it is told.
+// A desk, an extension that a test directs, and an observer that writes down what it is told.
 #pragma once
 
 #include <memory>
@@ -9,15 +9,9 @@
 
 #include <gtest/gtest.h>
 
-#include "Tests/Support/FakeFileSystem.h"
-#include "Tests/Support/FakeStringTable.h"
 #include "Tests/Support/FakeWidgetExtension.h"
-#include "Tests/Support/RecordingDiagnosticLog.h"
-#include "Tests/Support/SimulatedClock.h"
-#include "Tests/Support/SimulatedDispatch.h"
+#include "Tests/WidgetHost/DeskMachine.h"
 #include "ViewTree/View.h"
-#include "WidgetHost/Desk/WidgetDesk.h"
-#include "WidgetHost/Store/WidgetStore.h"
 
 namespace lanternfold {
 
@@ -53,31 +47,15 @@ inline std::vector<MonitorArea> oneMonitor() {
 /// What a screen reader would say of a view: enough to tell cards apart.
 inline std::string said(const View& view) { return accessibleDescription(view, "now"); }
 
-class DeskWorld : public testing::Test {
+class DeskWorld : public testing::Test, protected DeskMachine {
  protected:
   DeskWorld() {
     extension_.setWidgets(threeWidgets());
     makeDesk();
   }
+  ~DeskWorld() override { desk_.reset(); }
 
-  void makeDesk() {
-    desk_.reset();
-    store_.emplace(files_,
-                   WidgetStore::Place{.file = file_,
-                                      .makeFolder = [this]() -> std::expected<void, std::string> {
-                                        files_.makeFolder(file_.parent_path());
-                                        return {};
-                                      }},
-                   log_);
-    desk_.emplace(WidgetDesk::Surroundings{.extension = extension_,
-                                           .store = *store_,
-                                           .mainQueue = dispatch_.mainQueue(),
-                                           .clock = clock_,
-                                           .strings = strings_,
-                                           .log = log_},
-                  WidgetDesk::Options{});
-    desk_->setObserver(&observer_);
-  }
+  void makeDesk() { DeskMachine::makeDesk(extension_, observer_, options_); }
 
   /// The three widgets as at the first start, with their first timelines.
   void startAndSettle() {
@@ -107,33 +85,10 @@ class DeskWorld : public testing::Test {
     const auto card = desk_->card(id);
     return card ? said(card->view) : "no card";
   }
-  /// What stands on the disk.
-  [[nodiscard]] std::vector<PlacedWidget> stored() const {
-    const auto text = files_.bytes(file_);
-    const auto read = text ? readWidgetStore(*text) : std::unexpected("no file");
-    std::vector<PlacedWidget> placed;
-    if (!read) return placed;
-    for (const StoredWidget& widget : read->widgets) {
-      if (widget.placed) placed.push_back(*widget.placed);
-    }
-    return placed;
-  }
-  [[nodiscard]] std::vector<PlacedWidget> placed() const {
-    std::vector<PlacedWidget> placed;
-    for (const Card& card : desk_->cards()) placed.push_back(card.placed);
-    return placed;
-  }
 
-  const std::filesystem::path file_ = "/config/app/widgets.json";
-  SimulatedClock clock_;
-  SimulatedDispatch dispatch_{clock_};
-  FakeFileSystem files_{clock_};
-  FakeStringTable strings_;
-  RecordingDiagnosticLog log_;
+  WidgetDesk::Options options_{.dates = {.locale = "en", .timeZone = "UTC"}};
   FakeWidgetExtension extension_{dispatch_.mainQueue(), clock_};
   RecordingDeskObserver observer_;
-  std::optional<WidgetStore> store_;
-  std::optional<WidgetDesk> desk_;
 };
 
 }  // namespace lanternfold

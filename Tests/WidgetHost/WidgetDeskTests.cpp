@@ -278,6 +278,45 @@ TEST_F(WidgetDeskTest, AFullDiskLeavesTheDesktopAsTheUserHasMadeIt) {
   EXPECT_THAT(log_.lines(), ElementsAre(HasSubstr("make room on the disk")));
 }
 
+TEST_F(WidgetDeskTest, WhatAFullDiskDidNotTakeIsSavedOnceThereIsRoom) {
+  startAndSettle();
+  files_.setFreeBytes(0);
+  ASSERT_TRUE(desk_->move("1", {"DP-1", 7, 7}));
+  dispatch_.advance(std::chrono::minutes(11));
+  EXPECT_EQ(log_.lines().size(), 1U) << "said once, however often it is tried";
+  files_.setFreeBytes(std::nullopt);
+  dispatch_.advance(std::chrono::minutes(5));
+  EXPECT_EQ(stored(), placed());
+}
+
+TEST_F(WidgetDeskTest, WhatAFullDiskDidNotTakeIsSavedAtTheEnd) {
+  startAndSettle();
+  files_.setFreeBytes(0);
+  ASSERT_TRUE(desk_->move("1", {"DP-1", 7, 7}));
+  const auto before = placed();
+  files_.setFreeBytes(std::nullopt);
+  desk_.reset();
+  EXPECT_EQ(stored(), before);
+}
+
+TEST_F(WidgetDeskTest, AnIdOfARemovedWidgetIsNotGivenAgain) {
+  startAndSettle();
+  ASSERT_TRUE(desk_->remove("3"));
+  EXPECT_EQ(desk_->add("C", {}, {}, {}), "4");
+  ASSERT_TRUE(desk_->remove("4"));
+  EXPECT_EQ(desk_->add("C", {}, {}, {}), "5");
+}
+
+TEST_F(WidgetDeskTest, AnIdThatStoodInTheFileIsNotGivenAgain) {
+  files_.putFile(
+      file_, R"({"version":1,"widgets":[{"id":"7","kind":"A","family":"small"},)"
+             R"({"id":"8","kind":"Gone","family":"small"},{"id":"9","kind":"C","family":"vast"},)"
+             R"({"id":"2","kind":"C","family":"small"}]})");
+  startAndSettle();
+  ASSERT_TRUE(desk_->remove("7"));
+  EXPECT_EQ(desk_->add("C", {}, {}, {}), "10");
+}
+
 TEST_F(WidgetDeskTest, ACardThatComesAndGoesIsNotToldOf) {
   startAndSettle();
   const auto id = desk_->add("C", {}, {}, {});

@@ -249,11 +249,12 @@ TEST(WidgetStoreText, IsIndentedUnlessThatAloneMakesItTooLong) {
   EXPECT_TRUE(widgetStoreText(read(text)) == text + "\n");
 }
 
-TEST(FreeWidgetId, CountsOnFromTheHighestNumber) {
-  const auto freeAmong = [](const std::vector<std::string>& ids) { return freeWidgetId(ids); };
-  EXPECT_EQ(freeAmong({}), "1");
-  EXPECT_EQ(freeAmong({"1", "7", "clock", "-3", "99999999999"}), "8");
-  EXPECT_EQ(freeAmong({"999999999", "1", "2"}), "3");
+TEST(WidgetStoreText, AnIdOfWhatIsNotUnderstoodIsTaken) {
+  StoredWidgets stored = read(list(R"({"id":"8","kind":"K","family":"vast"},)"
+                                   R"({"id":"3","kind":"K","family":"small"},)"
+                                   R"({"id":"3","kind":"K","family":"small"},7,{"id":12})"));
+  EXPECT_EQ(stored.widgets[2].placed->id, "9");
+  EXPECT_EQ(stored.ids.give(), "10");
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // The host as a process of its own: scripts stand for it.
 #include <array>
+#include <csignal>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
@@ -37,6 +38,13 @@ class ProcessHostStarterTest : public testing::Test {
     EXPECT_THAT(started.error().sentence, HasSubstr(text));
   }
   [[nodiscard]] std::string written() const { return folder_.bytesOf("written"); }
+  /// One that has written its number into "process".
+  [[nodiscard]] bool isHostThere() const {
+    std::string process = folder_.bytesOf("process");
+    EXPECT_FALSE(process.empty());
+    process.pop_back();
+    return fs::exists("/proc/" + process);
+  }
 
   TemporaryFolder folder_;
   std::chrono::milliseconds limit_ = std::chrono::seconds(30);
@@ -69,11 +77,28 @@ TEST_F(ProcessHostStarterTest, AHostThatIsKilledIsAFailure) {
 }
 
 TEST_F(ProcessHostStarterTest, AHostThatSaysNothingIsEnded) {
-  install("trap 'echo ended >written; exit' TERM; sleep 5 & wait");
+  install("trap 'echo ended >written; exit' TERM; echo $$ >process; sleep 5 & wait");
   limit_ = std::chrono::milliseconds(300);
   expectFailure(ExitStatus::failed, "has shown none");
-  (void)::wait(nullptr);
   EXPECT_EQ(written(), "ended\n");
+  EXPECT_FALSE(isHostThere()) << "not even as a process that nobody reaps";
+}
+
+/// Widgets once came minutes after their program had been given up.
+TEST_F(ProcessHostStarterTest, AHostThatDoesNotEvenEndIsKilled) {
+  install("trap '' TERM; echo $$ >process; exec sleep 60");
+  limit_ = std::chrono::milliseconds(300);
+  expectFailure(ExitStatus::failed, "has shown none");
+  EXPECT_FALSE(isHostThere());
+}
+
+/// Its end of the pipe is gone, and it is not.
+TEST_F(ProcessHostStarterTest, AHostThatClosesThePipeAndHangsIsWaitedForNoLonger) {
+  install("trap 'exit' TERM; exec 3>&- 4>&- 5>&- 6>&- 7>&- 8>&- 9>&-; sleep 60 & wait");
+  limit_ = std::chrono::milliseconds(500);
+  const auto begin = std::chrono::steady_clock::now();
+  expectFailure(ExitStatus::failed, "has shown none");
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
 }
 
 TEST_F(ProcessHostStarterTest, TheHostHasASessionOfItsOwnAndNoInput) {
@@ -158,12 +183,35 @@ TEST_F(StartNoticeTest, WhoWaitsHearsOfTheStartOnceAndOfNothingThatIsSaidLater) 
   runApart([this] {
     StartNotice notice(notice_[1]);
     say("before ");
-    notice.tell();
-    notice.tell();
+    notice.tell(std::nullopt);
+    notice.tell(std::nullopt);
     say("after ");
   });
   EXPECT_EQ(readAll(notice_[0]), "s");
   EXPECT_EQ(readAll(output_[0]), "before before ");
+}
+
+TEST_F(StartNoticeTest, LaterMessagesGoWhereTheyAreToBeFound) {
+  const TemporaryFolder folder;
+  folder.write("messages", "");
+  runApart([this, &folder] {
+    StartNotice notice(notice_[1]);
+    say("before ");
+    notice.tell(::open((folder / "messages").c_str(), O_WRONLY | O_APPEND | O_CLOEXEC));
+    say("after ");
+  });
+  EXPECT_EQ(readAll(output_[0]), "before before ");
+  EXPECT_EQ(folder.bytesOf("messages"), "after ");
+}
+
+/// A number that is not open would be that of the next file, and the notice be written into it.
+TEST_F(StartNoticeTest, OnlyTheWritingEndOfAPipeCanBeToldTo) {
+  EXPECT_TRUE(StartNotice::canBeToldTo(notice_[1]));
+  EXPECT_FALSE(StartNotice::canBeToldTo(notice_[0]));
+  const int file = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+  EXPECT_FALSE(StartNotice::canBeToldTo(file));
+  (void)::close(file);
+  EXPECT_FALSE(StartNotice::canBeToldTo(file));
 }
 
 TEST_F(StartNoticeTest, WithoutANoticeThePipeIsMerelyClosed) {
@@ -174,7 +222,7 @@ TEST_F(StartNoticeTest, WithoutANoticeThePipeIsMerelyClosed) {
 TEST_F(StartNoticeTest, WhereNobodyWaitsEverythingIsSaid) {
   runApart([] {
     StartNotice notice(std::nullopt);
-    notice.tell();
+    notice.tell(std::nullopt);
     say("after ");
   });
   EXPECT_EQ(readAll(output_[0]), "after after ");

@@ -2,18 +2,19 @@
 
 #include <algorithm>
 #include <utility>
+#include <variant>
 
+#include "Support/FatalError.h"
 #include "WidgetHost/Desk/HostCards.h"
 
 namespace lanternfold {
 namespace {
 
-/// An entry may be of the year 3000.
-constexpr std::chrono::nanoseconds longestWait = std::chrono::hours(24 * 365);
+constexpr std::chrono::hours longestWait{24 * 365};
 
-std::chrono::nanoseconds until(CardContent::Date date, CardContent::Date now) {
-  if (date <= now) return {};
-  return std::min<std::chrono::nanoseconds>(date - now, longestWait);
+bool hasDrawingTime(const View& view) {
+  return std::holds_alternative<DrawingTimeNode>(view.node) ||
+         std::ranges::any_of(view.children, hasDrawingTime);
 }
 
 }  // namespace
@@ -22,19 +23,15 @@ void CardContent::receiveSample(ViewEntry sample) {
   if (!entry_) sample_ = std::move(sample);
 }
 
-void CardContent::receiveTimeline(Timeline<ViewEntry> timeline, const Moment& now) {
+void CardContent::receiveTimeline(Timeline<ViewEntry> timeline, Date now) {
   if (timeline.entries.empty()) return;
   std::ranges::stable_sort(timeline.entries, {}, &ViewEntry::date);
-  later_.clear();
-  for (ViewEntry& entry : timeline.entries) {
-    const auto due = now.time + until(entry.date, now.date);
-    later_.push_back({.due = due, .entry = std::move(entry)});
-  }
-  std::ranges::reverse(later_);
+  std::ranges::reverse(timeline.entries);
+  later_ = std::move(timeline.entries);
   sample_.reset();
-  entry_ = std::move(later_.back().entry);
+  entry_ = std::move(later_.back());
   later_.pop_back();
-  advance(now.time);
+  advance(now);
 }
 
 void CardContent::forget() {
@@ -43,29 +40,51 @@ void CardContent::forget() {
   later_.clear();
 }
 
-bool CardContent::advance(TimePoint now) {
+bool CardContent::advance(Date now) {
   bool isAnother = false;
-  while (!later_.empty() && later_.back().due <= now) {
-    entry_ = std::move(later_.back().entry);
+  while (!later_.empty() && later_.back().date <= now) {
+    entry_ = std::move(later_.back());
     later_.pop_back();
     isAnother = true;
   }
   return isAnother;
 }
 
-std::optional<CardContent::TimePoint> CardContent::nextChange() const {
-  return later_.empty() ? std::nullopt : std::optional(later_.back().due);
+std::optional<CardContent::Date> CardContent::nextChange() const {
+  return later_.empty() ? std::nullopt : std::optional(later_.back().date);
+}
+
+CardContent::Face CardContent::face(const Standing& standing) const {
+  if (standing.isLeftAlone) return Face::quiet;
+  if (entry_) return standing.isStale ? Face::stale : Face::entry;
+  // A sample that stays would be taken for facts.
+  if (sample_ && !standing.isStale) return Face::sample;
+  return standing.isMissed ? Face::unanswered : Face::empty;
 }
 
 View CardContent::view(const Standing& standing, const StringTable& strings,
                        WidgetFamily family) const {
-  if (standing.isLeftAlone) return quietCard(strings, family);
-  // A sample that stays would be taken for facts.
-  if (standing.isStale) {
-    return entry_ ? staleCard(entry_->view, strings) : unansweredCard(strings, family);
+  switch (face(standing)) {
+    case Face::empty:
+      return emptyCard(strings);
+    case Face::sample:
+      return sample_->view;
+    case Face::entry:
+      return entry_->view;
+    case Face::stale:
+      return staleCard(entry_->view, strings);
+    case Face::unanswered:
+      return unansweredCard(strings, family);
+    case Face::quiet:
+      return quietCard(strings, family);
   }
-  if (entry_) return entry_->view;
-  return sample_ ? sample_->view : emptyCard(strings);
+  fatalError("a card has no face");
+}
+
+bool CardContent::saysTime(const Standing& standing) const {
+  const Face shown = face(standing);
+  if (shown == Face::sample) return hasDrawingTime(sample_->view);
+  return shown == Face::entry && hasDrawingTime(entry_->view);
 }
 
 std::optional<CardContent::Date> CardContent::date() const {
@@ -73,11 +92,18 @@ std::optional<CardContent::Date> CardContent::date() const {
   return shown ? std::optional(shown->date) : std::nullopt;
 }
 
+std::chrono::nanoseconds untilDate(CardContent::Date date, CardContent::Date now) {
+  if (date <= now) return {};
+  // The difference of far dates would not fit. An entry may be of the year 3000.
+  if (date >= now + longestWait) return longestWait;
+  return date - now;
+}
+
 std::optional<std::chrono::nanoseconds> untilEndOf(const Timeline<ViewEntry>& timeline,
                                                    CardContent::Date now) {
   if (timeline.policy == TimelineReloadPolicy::never) return std::nullopt;
   std::chrono::nanoseconds end{};
-  for (const ViewEntry& entry : timeline.entries) end = std::max(end, until(entry.date, now));
+  for (const ViewEntry& entry : timeline.entries) end = std::max(end, untilDate(entry.date, now));
   return end;
 }
 

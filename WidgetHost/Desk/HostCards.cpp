@@ -42,6 +42,16 @@ NetworkWidgetDefaultStyle styleOf(const StringTable& strings, WidgetFamily famil
   return NetworkWidgetDefaultStyle(WidgetEnvironment{.strings = strings, .widgetFamily = family});
 }
 
+View cardWithButton(std::string_view sentence, const StringTable& strings, WidgetFamily family) {
+  const NetworkWidgetDefaultStyle style = styleOf(strings, family);
+  const std::string title = strings.localized("Try again");
+  std::vector<View> lines;
+  lines.push_back(message(sentence, style));
+  lines.push_back(button(tryAgainIntent, face(title, style.firstValueFont, 1),
+                         face(title, style.firstValueFont, 0.5)));
+  return onBackground(vstack(HorizontalAlignment::centre, 10, std::move(lines)), style, strings);
+}
+
 View staleMark(const StringTable& strings) {
   FrameNode corner;
   corner.width.maximum = unlimited;
@@ -70,19 +80,13 @@ View emptyCard(const StringTable& strings) {
 }
 
 View unansweredCard(const StringTable& strings, WidgetFamily family) {
-  const NetworkWidgetDefaultStyle style = styleOf(strings, family);
-  return onBackground(message(strings.localized("No data yet"), style), style, strings);
+  return cardWithButton(strings.localized("No data yet"), strings, family);
 }
 
 View quietCard(const StringTable& strings, WidgetFamily family) {
-  const NetworkWidgetDefaultStyle style = styleOf(strings, family);
-  const std::string title = strings.localized("Try again");
-  std::vector<View> lines;
-  lines.push_back(
-      message(strings.localized("This widget has stopped, since it failed several times."), style));
-  lines.push_back(button(tryAgainIntent, face(title, style.firstValueFont, 1),
-                         face(title, style.firstValueFont, 0.5)));
-  return onBackground(vstack(HorizontalAlignment::centre, 10, std::move(lines)), style, strings);
+  return cardWithButton(
+      strings.localized("This widget has stopped, since it failed several times."), strings,
+      family);
 }
 
 View staleCard(View content, const StringTable& strings) {

@@ -9,13 +9,14 @@
 
 namespace lanternfold {
 
-/// The intent of the quiet card's button, which is for the host and never reaches an extension.
+/// The intent of the button on these cards, which is for the host and never reaches an extension.
 inline constexpr const char* tryAgainIntent = "TryAgainHostIntent";
 
 /// Before anything is known: the background alone.
 [[nodiscard]] View emptyCard(const StringTable& strings);
 
-/// Where nothing has been answered in time, and never was before.
+/// Where nothing has been answered in time, and never was before: says so, and has a button that
+/// asks anew.
 [[nodiscard]] View unansweredCard(const StringTable& strings, WidgetFamily family);
 
 /// While the extension is left alone: says so, and has a button that lets it be started again.

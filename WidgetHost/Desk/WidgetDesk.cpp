@@ -143,7 +143,9 @@ void WidgetDesk::press(std::string_view id, const std::string& intent) {
   if (state_->isLeftAlone()) {
     // No other button stands on a card now.
     if (intent == tryAgainIntent) state_->letStartAgain();
-  } else if (intent != tryAgainIntent && intent.size() <= longestIntentText) {
+  } else if (intent == tryAgainIntent) {
+    state_->tryAgain(*item);
+  } else if (intent.size() <= longestIntentText) {
     state_->perform(*item, intent);
   }
   state_->proceed();

@@ -14,10 +14,12 @@
 #include <string_view>
 #include <vector>
 
+#include "NetworkWidgetVexExtension/Bundle/WidgetKinds.h"
 #include "Platform/Clock.h"
 #include "Platform/DiagnosticLog.h"
 #include "Platform/Dispatch.h"
 #include "Platform/StringTable.h"
+#include "Support/RelativeDateText.h"
 #include "WidgetHost/Placement/MonitorLayout.h"
 #include "WidgetHost/Service/WidgetExtension.h"
 #include "WidgetHost/Store/PlacedWidget.h"
@@ -30,8 +32,8 @@ class WidgetStore;
 /// What the windows draw of one widget.
 struct Card {
   PlacedWidget placed;
-  /// What the extension has answered last, a quiet card while it is left alone, or an empty
-  /// background before the first answer. Never trusted beyond what the archive of views checks.
+  /// What the extension has answered last, or a card of the host's own (`CardContent::Face`). Never
+  /// trusted beyond what the archive of views checks.
   View view;
   /// When what `view` shows was true; none before the first answer.
   std::optional<std::chrono::system_clock::time_point> date = std::nullopt;
@@ -69,6 +71,10 @@ class WidgetDesk {
   struct Options {
     /// Between two questions for a timeline that ends, at the least.
     std::chrono::nanoseconds refreshInterval = std::chrono::minutes(5);
+    /// Those of the extension as far as they are known without it.
+    std::vector<WidgetKind> knownWidgets = {};
+    /// By which the cards say when their content was made.
+    DateHabits dates = {};
   };
 
   /// Everything in `surroundings` outlives the desk.
@@ -82,14 +88,15 @@ class WidgetDesk {
 
   /// Reads the store, and asks the extension for its catalogue and then for what to show. Without
   /// a store, or with a damaged one, each kind of the catalogue stands on the desktop once, as soon
-  /// as there is a monitor. Once.
+  /// as there is a monitor. While the extension fails to say its catalogue the known widgets stand
+  /// there, which are not remembered before the user changes one of them. Once.
   void start();
 
   /// In the store's order. A widget of a kind that the extension does not have is remembered, and
   /// is no card.
   [[nodiscard]] std::vector<Card> cards() const;
   [[nodiscard]] std::optional<Card> card(std::string_view id) const;
-  /// In the order of a gallery; empty before it is known.
+  /// In the order of a gallery; empty before it is known, not empty from then on.
   [[nodiscard]] const std::vector<WidgetDescription>& catalogue() const;
 
   /// What the user does. The error is one sentence for the user, without its full stop. Whatever
@@ -109,8 +116,8 @@ class WidgetDesk {
   /// that is left alone be started again.
   [[nodiscard]] std::expected<void, std::string> reload(std::string_view id);
   void reloadAll();
-  /// A button of a card was pressed: has the extension perform its intent and asks anew; the quiet
-  /// card's button lets the extension be started again.
+  /// A button of a card was pressed: has the extension perform its intent and asks anew; the button
+  /// of the host's own cards lets the extension be started again, and asks anew.
   void press(std::string_view id, const std::string& intent);
 
   /// What the machine does.

@@ -4,26 +4,19 @@
 #include <utility>
 
 #include "Support/FatalError.h"
-#include "WidgetHost/Desk/CatalogueRules.h"
 #include "WidgetHost/Store/WidgetStore.h"
-#include "WidgetHost/Store/WidgetStoreText.h"
 
 namespace lanternfold {
-namespace {
-
-/// In the schedule, where widgets stand by their ids, which are never empty.
-constexpr std::string_view catalogueId;
-
-}  // namespace
 
 WidgetDesk::State::State(const Surroundings& surroundings, const Options& options)
     : extension_(surroundings.extension),
       store_(surroundings.store),
       queue_(surroundings.mainQueue),
-      clock_(surroundings.clock),
+      clock_(surroundings.clock, options.dates),
       strings_(surroundings.strings),
       announcements_(surroundings.mainQueue),
-      schedule_(options.refreshInterval) {}
+      schedule_(options.refreshInterval),
+      knownWidgets_(options.knownWidgets) {}
 
 void WidgetDesk::State::start() {
   if (std::exchange(isStarted_, true)) fatalError("a desk was started twice");
@@ -46,6 +39,7 @@ void WidgetDesk::State::stop() {
   extension_.setFailedTooOftenHandler(nullptr);
   extension_.cancel(catalogueQuestion_);
   for (const Item& item : items_) extension_.cancel(item.question);
+  if (isUnsaved_) save();
 }
 
 WidgetDesk::State::Item* WidgetDesk::State::itemOf(std::string_view id) {
@@ -60,11 +54,11 @@ WidgetDesk::State::Item* WidgetDesk::State::shownItem(std::string_view id) {
 }
 
 Card WidgetDesk::State::cardOf(const Item& item) const {
-  const CardContent::Standing standing{.isStale = isStale(item), .isLeftAlone = isLeftAlone()};
+  const CardContent::Standing standing = standingOf(item);
   return {.placed = item.placed,
           .view = item.content.view(standing, strings_, item.placed.family),
           .date = item.content.date(),
-          .isSample = item.content.isSample(standing),
+          .isSample = item.content.face(standing) == CardContent::Face::sample,
           .isStale = standing.isStale,
           .isAwaited = item.isAwaited};
 }
@@ -92,13 +86,10 @@ WidgetRequest WidgetDesk::State::requestOf(const Item& item) const {
 // What changes.
 
 std::string WidgetDesk::State::insert(PlacedWidget widget) {
-  std::vector<std::string> taken;
-  taken.reserve(items_.size());
-  for (const Item& item : items_) taken.push_back(item.placed.id);
-  widget.id = freeWidgetId(taken);
+  widget.id = store_.newId();
   Item& item = items_.emplace_back(Item{.placed = std::move(widget)});
   announcements_.added(item.placed.id);
-  beginSchedule(item);
+  if (!catalogue_.empty()) beginSchedule(item);
   return item.placed.id;
 }
 
@@ -114,15 +105,17 @@ void WidgetDesk::State::save() {
   std::vector<PlacedWidget> placed;
   placed.reserve(items_.size());
   for (const Item& item : items_) placed.push_back(item.placed);
-  // Why it is not on the disk stands in the log; the desktop is as the user has made it.
-  (void)store_.save(placed);
+  if (std::exchange(areStandIns_, false)) wantsDefaultSet_ = false;
+  // Why it is not on the disk stands in the log; the desktop is as the user has made it, and is
+  // saved when there may be room again.
+  isUnsaved_ = !store_.save(placed);
 }
 
 void WidgetDesk::State::askAnew(Item& item, bool isAnother) {
   item.isAwaited = true;
-  announcements_.changed(item.placed.id);
-  if (!item.isScheduled) return;  // it is asked for as soon as the catalogue is known
-  schedule_.wish(item.placed.id, now());
+  tellChange(item);
+  // It is asked for as soon as the catalogue is known.
+  schedule_.wish(item.isScheduled ? std::string_view(item.placed.id) : catalogueId, now());
   if (isAnother) extension_.cancel(item.question);
 }
 
@@ -155,59 +148,15 @@ void WidgetDesk::State::letStartAgain() {
   leftAloneChanged();
 }
 
+void WidgetDesk::State::tryAgain(Item& item) {
+  if (faceOf(item) != CardContent::Face::unanswered) return;
+  extension_.tryAgain();
+  askAnew(item, false);
+}
+
 void WidgetDesk::State::setMonitors(std::vector<MonitorArea> monitors) {
   monitors_ = std::move(monitors);
   placeDefaultSet();
-}
-
-// The catalogue.
-
-void WidgetDesk::State::askCatalogue() {
-  catalogueQuestion_ = extension_.list([weak = weak_from_this()](auto answer) {
-    if (const auto state = weak.lock()) state->receiveCatalogue(std::move(answer));
-  });
-}
-
-void WidgetDesk::State::receiveCatalogue(
-    std::expected<std::vector<WidgetDescription>, Failure> answer) {
-  if (!answer) {
-    schedule_.failed(catalogueId, answer.error(), now());
-    for (Item& item : items_) tellWhenStaleHasChanged(item);
-    return leftAloneChanged();
-  }
-  schedule_.remove(catalogueId);
-  catalogue_ = std::move(*answer);
-  std::erase_if(catalogue_, [](const auto& widget) { return widget.supportedFamilies.empty(); });
-  announcements_.catalogueChanged();
-  showWhatIsOffered();
-  placeDefaultSet();
-  proceed();
-}
-
-void WidgetDesk::State::showWhatIsOffered() {
-  for (Item& item : items_) {
-    item.isShown = isOffered(catalogue_, item.placed);
-    if (item.isShown) {
-      beginSchedule(item);
-      tellWhenStaleHasChanged(item);
-    } else {
-      announcements_.removed(item.placed.id);
-    }
-  }
-}
-
-void WidgetDesk::State::placeDefaultSet() {
-  if (!wantsDefaultSet_ || catalogue_.empty() || monitors_.empty()) return;
-  wantsDefaultSet_ = false;
-  for (const WidgetDescription& widget : catalogue_) {
-    const WidgetFamily family = widget.supportedFamilies.back();
-    insert({.id = {},
-            .kind = widget.kind,
-            .family = family,
-            .configuration = {},
-            .position = freePlace(family)});
-  }
-  save();
 }
 
 // Questions and answers.
@@ -250,7 +199,7 @@ void WidgetDesk::State::askTimeline(Item& item) {
 void WidgetDesk::State::receiveSample(Item& item, std::expected<ViewEntry, Failure> answer) {
   if (answer) {
     item.content.receiveSample(*std::move(answer));
-    announcements_.changed(item.placed.id);
+    tellChange(item);
   } else if (answer.error() != Failure::refused) {
     return miss(item, answer.error());
   }
@@ -261,39 +210,49 @@ void WidgetDesk::State::receiveSample(Item& item, std::expected<ViewEntry, Failu
 void WidgetDesk::State::receiveTimeline(Item& item,
                                         std::expected<Timeline<ViewEntry>, Failure> answer) {
   if (!answer) return miss(item, answer.error());
-  schedule_.answered(item.placed.id, untilEndOf(*answer, clock_.now()), now());
-  item.content.receiveTimeline(std::move(*answer), {.date = clock_.now(), .time = now()});
+  schedule_.answered(item.placed.id, untilEndOf(*answer, clock_.date()), now());
+  clock_.look();
+  item.content.receiveTimeline(std::move(*answer), clock_.date());
   item.isAwaited = false;
-  tellWhenStaleHasChanged(item);
-  announcements_.changed(item.placed.id);
+  tellChange(item);
   proceed();
 }
 
 void WidgetDesk::State::miss(Item& item, Failure failure) {
   schedule_.failed(item.placed.id, failure, now());
-  if (failure != Failure::cancelled && std::exchange(item.isAwaited, false)) {
-    announcements_.changed(item.placed.id);
-  }
-  tellWhenStaleHasChanged(item);
+  if (failure != Failure::cancelled) awaitNoMore(item);
+  tellWhenFaceHasChanged(item);
   leftAloneChanged();
 }
 
-bool WidgetDesk::State::isStale(const Item& item) const {
-  return schedule_.isStale(item.isScheduled ? item.placed.id : catalogueId);
+void WidgetDesk::State::awaitNoMore(Item& item) {
+  if (std::exchange(item.isAwaited, false)) announcements_.changed(item.placed.id);
 }
 
-void WidgetDesk::State::tellWhenStaleHasChanged(Item& item) {
-  const bool isNow = isStale(item);
-  if (std::exchange(item.wasStale, isNow) != isNow) announcements_.changed(item.placed.id);
+CardContent::Standing WidgetDesk::State::standingOf(const Item& item) const {
+  const std::string_view id = item.isScheduled ? std::string_view(item.placed.id) : catalogueId;
+  return {.isMissed = schedule_.hasMissed(id),
+          .isStale = schedule_.isStale(id),
+          .isLeftAlone = isLeftAlone()};
+}
+
+CardContent::Face WidgetDesk::State::faceOf(const Item& item) const {
+  return item.content.face(standingOf(item));
+}
+
+void WidgetDesk::State::tellChange(Item& item) {
+  item.toldFace = faceOf(item);
+  announcements_.changed(item.placed.id);
+}
+
+void WidgetDesk::State::tellWhenFaceHasChanged(Item& item) {
+  if (item.isShown && item.toldFace != faceOf(item)) tellChange(item);
 }
 
 void WidgetDesk::State::leftAloneChanged() {
   schedule_.setHeld(ReloadSchedule::Hold::leftAlone, isLeftAlone());
-  if (std::exchange(wasLeftAlone_, isLeftAlone()) != isLeftAlone()) {
-    for (const Item& item : items_) {
-      if (item.isShown) announcements_.changed(item.placed.id);
-    }
-  }
+  placeDefaultSet();
+  for (Item& item : items_) tellWhenFaceHasChanged(item);
   proceed();
 }
 
@@ -301,7 +260,9 @@ void WidgetDesk::State::leftAloneChanged() {
 
 void WidgetDesk::State::proceed() {
   if (!isStarted_) return;
+  clock_.look();
   advanceEntries();
+  renewTimes();
   for (const std::string& id : schedule_.takeDue(now())) {
     if (id == catalogueId) {
       askCatalogue();
@@ -314,7 +275,22 @@ void WidgetDesk::State::proceed() {
 
 void WidgetDesk::State::advanceEntries() {
   for (Item& item : items_) {
-    if (item.content.advance(now())) announcements_.changed(item.placed.id);
+    if (item.content.advance(clock_.date())) announcements_.changed(item.placed.id);
+  }
+}
+
+bool WidgetDesk::State::saysTime() const {
+  return std::ranges::any_of(
+      items_, [this](const Item& item) { return item.content.saysTime(standingOf(item)); });
+}
+
+/// What was made today was made yesterday from midnight on.
+void WidgetDesk::State::renewTimes() {
+  if (!clock_.takeNewDay()) return;
+  for (const Item& item : items_) {
+    if (item.isShown && item.content.saysTime(standingOf(item))) {
+      announcements_.changed(item.placed.id);
+    }
   }
 }
 
@@ -322,10 +298,14 @@ std::optional<ReloadSchedule::TimePoint> WidgetDesk::State::nextMoment() const {
   auto next = schedule_.nextDue();
   // Nobody sees the entries of a locked session, nor those behind a quiet card.
   if (schedule_.isHeld()) return next;
+  const auto orAt = [this, &next](DeskClock::Date date) {
+    const auto moment = clock_.momentOf(date);
+    if (!next || moment < *next) next = moment;
+  };
   for (const Item& item : items_) {
-    const auto change = item.content.nextChange();
-    if (change && (!next || *change < *next)) next = change;
+    if (const auto change = item.content.nextChange()) orAt(*change);
   }
+  if (saysTime()) orAt(clock_.endOfDay());
   return next;
 }
 
@@ -336,11 +316,14 @@ void WidgetDesk::State::setTimer() {
   timer_.reset();
   if (!next) return;
   timer_.emplace(queue_, *next - now(), [weak = weak_from_this()] {
-    const auto state = weak.lock();
-    if (!state) return;
-    state->timerDue_.reset();
-    state->proceed();
+    if (const auto state = weak.lock()) state->wakeUp();
   });
+}
+
+void WidgetDesk::State::wakeUp() {
+  timerDue_.reset();
+  if (isUnsaved_) save();
+  proceed();
 }
 
 }  // namespace lanternfold

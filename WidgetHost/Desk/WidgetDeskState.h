@@ -15,6 +15,7 @@
 #include "Platform/Timer.h"
 #include "WidgetHost/Desk/CardContent.h"
 #include "WidgetHost/Desk/DeskAnnouncements.h"
+#include "WidgetHost/Desk/DeskClock.h"
 #include "WidgetHost/Desk/WidgetDesk.h"
 #include "WidgetHost/Schedule/ReloadSchedule.h"
 
@@ -33,7 +34,7 @@ class WidgetDesk::State : public std::enable_shared_from_this<State> {
     bool isScheduled = false;
     bool isAwaited = false;
     bool isPerforming = false;
-    bool wasStale = false;  ///< when it was told of last
+    CardContent::Face toldFace = CardContent::Face::empty;  ///< that it was told of with last
     WidgetExtension::Question question = 0;
     /// Tells an answer to the question of now from one to an earlier one.
     std::uint64_t turn = 0;
@@ -63,11 +64,13 @@ class WidgetDesk::State : public std::enable_shared_from_this<State> {
   void askAllAnew();
   void perform(Item& item, const std::string& intent);
   void letStartAgain();
+  /// The button of a card without an answer; of no effect on others.
+  void tryAgain(Item& item);
   /// Asks whatever is due, and sets the timer for what is due later.
   void proceed();
 
   [[nodiscard]] ReloadSchedule& schedule() { return schedule_; }
-  [[nodiscard]] ReloadSchedule::TimePoint now() const { return clock_.steadyNow(); }
+  [[nodiscard]] ReloadSchedule::TimePoint now() const { return clock_.now(); }
   [[nodiscard]] bool isLeftAlone() const { return extension_.hasFailedTooOften(); }
 
   void setMonitors(std::vector<MonitorArea> monitors);
@@ -75,10 +78,17 @@ class WidgetDesk::State : public std::enable_shared_from_this<State> {
  private:
   using Failure = ExtensionFailure;
 
+  /// In the schedule, where widgets stand by their ids, which are never empty.
+  static constexpr std::string_view catalogueId{};
+
   void askCatalogue();
   void receiveCatalogue(std::expected<std::vector<WidgetDescription>, Failure> answer);
+  void missCatalogue(Failure failure);
+  void takeCatalogue(std::vector<WidgetDescription> catalogue);
   void showWhatIsOffered();
   void placeDefaultSet();
+  void place(const std::vector<WidgetKind>& widgets);
+  void removeStandIns();
 
   void ask(Item& item);
   void askSample(Item& item);
@@ -93,9 +103,15 @@ class WidgetDesk::State : public std::enable_shared_from_this<State> {
 
   void beginSchedule(Item& item);
   void leftAloneChanged();
-  [[nodiscard]] bool isStale(const Item& item) const;
-  void tellWhenStaleHasChanged(Item& item);
+  [[nodiscard]] CardContent::Standing standingOf(const Item& item) const;
+  [[nodiscard]] CardContent::Face faceOf(const Item& item) const;
+  void tellChange(Item& item);
+  void tellWhenFaceHasChanged(Item& item);
+  void awaitNoMore(Item& item);
   void advanceEntries();
+  void renewTimes();
+  [[nodiscard]] bool saysTime() const;
+  void wakeUp();
   [[nodiscard]] std::optional<ReloadSchedule::TimePoint> nextMoment() const;
   void setTimer();
 
@@ -106,18 +122,21 @@ class WidgetDesk::State : public std::enable_shared_from_this<State> {
   WidgetExtension& extension_;
   WidgetStore& store_;
   DispatchQueue& queue_;
-  const Clock& clock_;
+  DeskClock clock_;
   const StringTable& strings_;
   DeskAnnouncements announcements_;
   ReloadSchedule schedule_;
   std::vector<Item> items_;  ///< in the store's order
   std::vector<WidgetDescription> catalogue_;
+  std::vector<WidgetKind> knownWidgets_;
   std::vector<MonitorArea> monitors_;
   WidgetExtension::Question catalogueQuestion_ = 0;
   std::uint64_t turns_ = 0;
   bool isStarted_ = false;
   bool wantsDefaultSet_ = false;
-  bool wasLeftAlone_ = false;
+  /// The cards are those of `knownWidgets_`, and nobody has changed one of them.
+  bool areStandIns_ = false;
+  bool isUnsaved_ = false;  ///< the last save has failed
   std::optional<Timer> timer_;
   std::optional<ReloadSchedule::TimePoint> timerDue_;
 };

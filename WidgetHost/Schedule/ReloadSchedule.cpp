@@ -86,9 +86,9 @@ bool ReloadSchedule::isAsking(std::string_view id) const {
   return found != reloads_.end() && found->second.isAsking;
 }
 
-bool ReloadSchedule::isStale(std::string_view id) const {
+int ReloadSchedule::missesOf(std::string_view id) const {
   const auto found = reloads_.find(id);
-  return found != reloads_.end() && found->second.misses >= missesUntilStale;
+  return found == reloads_.end() ? 0 : found->second.misses;
 }
 
 std::optional<ReloadSchedule::TimePoint> ReloadSchedule::nextDue() const {

@@ -68,7 +68,9 @@ class ReloadSchedule {
   void putBack(std::string_view id, TimePoint now);
 
   [[nodiscard]] bool isAsking(std::string_view id) const;
-  [[nodiscard]] bool isStale(std::string_view id) const;
+  /// Whether its last question has failed.
+  [[nodiscard]] bool hasMissed(std::string_view id) const { return missesOf(id) > 0; }
+  [[nodiscard]] bool isStale(std::string_view id) const { return missesOf(id) >= missesUntilStale; }
 
   /// When `takeDue` has something to give; none when nothing but another call can change that. May
   /// be in the past. One timer serves all widgets.
@@ -88,6 +90,8 @@ class ReloadSchedule {
 
   /// Of an id that is there; whatever else is a programmer's error.
   Reload& reloadOf(std::string_view id);
+  /// In a row, counted up to those that make it stale; zero for an id that is not there.
+  [[nodiscard]] int missesOf(std::string_view id) const;
   static void makeDue(Reload& reload, TimePoint when);
   void makeAllDue(TimePoint now);
   void takePathChange(TimePoint now);

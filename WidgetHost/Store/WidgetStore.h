@@ -37,6 +37,9 @@ class WidgetStore {
   /// sense or cannot be read.
   [[nodiscard]] std::optional<std::vector<PlacedWidget>> load();
 
+  /// For a new widget: one that no widget has had since the file was read.
+  [[nodiscard]] std::string newId() { return stored_.ids.give(); }
+
   /// Puts `widgets`, whose ids are unique, in the place of those that `load` has returned; returns
   /// whether they are on the disk. The log says why not, once for each cause.
   bool save(const std::vector<PlacedWidget>& widgets);

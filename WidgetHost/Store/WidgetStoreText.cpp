@@ -1,7 +1,5 @@
 #include "WidgetHost/Store/WidgetStoreText.h"
 
-#include <algorithm>
-#include <charconv>
 #include <set>
 #include <utility>
 
@@ -15,8 +13,6 @@ using Event = StoreJson::parse_event_t;
 
 /// Levels of lists and objects in a file.
 constexpr int deepestWidgetStore = 64;
-/// Ids that are counted on from have no more digits than this.
-constexpr std::size_t mostIdDigits = 9;
 
 /// UTF-8 even of texts that are none.
 std::string jsonText(const StoreJson& value, int indent = -1) {
@@ -50,16 +46,16 @@ std::expected<std::int64_t, std::string> versionOf(const StoreJson& file) {
   return version;
 }
 
-/// 0 for an id that is no such number.
-std::uint64_t numberOfId(std::string_view id) {
-  std::uint64_t number = 0;
-  if (id.size() > mostIdDigits) return 0;
-  const auto [end, error] = std::from_chars(id.data(), id.data() + id.size(), number);
-  return error == std::errc() && end == id.data() + id.size() ? number : 0;
+/// Also of what is not understood: a later program may understand it.
+void noteId(WidgetIds& ids, const StoreJson& widget) {
+  if (!widget.is_object()) return;
+  const auto id = widget.find("id");
+  if (id != widget.end() && id->is_string()) ids.note(id->get_ref<const std::string&>());
 }
 
 void readWidget(StoredWidgets& stored, const StoreJson& value) {
   StoredWidget widget{.placed = {}, .original = jsonText(value)};
+  noteId(stored.ids, value);
   const std::string ordinal = std::to_string(stored.widgets.size() + 1);
   auto placed = placedWidgetOf(value);
   if (stored.widgets.size() >= mostPlacedWidgets) {
@@ -75,22 +71,12 @@ void readWidget(StoredWidgets& stored, const StoreJson& value) {
   stored.widgets.push_back(std::move(widget));
 }
 
-std::vector<std::string> idsOf(const std::vector<StoredWidget>& stored) {
-  std::vector<std::string> ids;
-  for (const StoredWidget& widget : stored) {
-    if (widget.placed) ids.push_back(widget.placed->id);
-  }
-  return ids;
-}
-
 /// Once all are known, so that a new id is none of a later widget.
 void separateEqualIds(StoredWidgets& stored) {
-  std::vector<std::string> taken = idsOf(stored.widgets);
   std::set<std::string> seen;
   for (StoredWidget& widget : stored.widgets) {
     if (!widget.placed || seen.insert(widget.placed->id).second) continue;
-    const std::string former = std::exchange(widget.placed->id, freeWidgetId(taken));
-    taken.push_back(widget.placed->id);
+    const std::string former = std::exchange(widget.placed->id, stored.ids.give());
     stored.remarks.push_back("two widgets had the id " + quotedText(former) +
                              ", the second one is now " + quotedText(widget.placed->id));
   }
@@ -139,19 +125,6 @@ std::string widgetStoreText(const StoredWidgets& stored) {
   // For whoever looks into it; nobody does where that alone would make it too long.
   std::string text = jsonText(file, 2) + "\n";
   return text.size() <= longestWidgetStoreBytes ? text : jsonText(file) + "\n";
-}
-
-std::string freeWidgetId(std::span<const std::string> taken) {
-  std::uint64_t highest = 0;
-  for (const std::string& id : taken) highest = std::max(highest, numberOfId(id));
-  std::string id = std::to_string(highest + 1);
-  if (id.size() <= mostIdDigits) return id;
-  // There is a hole before the highest one.
-  std::uint64_t number = 0;
-  do {
-    id = std::to_string(++number);
-  } while (std::ranges::find(taken, id) != taken.end());
-  return id;
 }
 
 }  // namespace lanternfold

@@ -8,12 +8,12 @@
 #include <cstdint>
 #include <expected>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "WidgetHost/Store/PlacedWidget.h"
+#include "WidgetHost/Store/WidgetIds.h"
 
 namespace lanternfold {
 
@@ -35,6 +35,8 @@ struct StoredWidget {
 struct StoredWidgets {
   std::vector<StoredWidget> widgets;
   std::string otherMembers;  ///< a JSON object of the file's other members; empty for none
+  /// All that stand in the file, and those given since.
+  WidgetIds ids;
   bool isOfLaterVersion = false;
   /// Of a later version the list of widgets may be elsewhere, or of another form.
   bool hasList = true;
@@ -50,8 +52,5 @@ struct StoredWidgets {
 /// What was read is written as it was, but for what has changed since: members that nobody knows
 /// stay, within a widget and its configuration too. The text may be longer than a reader takes.
 [[nodiscard]] std::string widgetStoreText(const StoredWidgets& stored);
-
-/// A number that is none of `taken`: the one behind the highest, while numbers are short.
-[[nodiscard]] std::string freeWidgetId(std::span<const std::string> taken);
 
 }  // namespace lanternfold

@@ -61,6 +61,19 @@ TEST(MonitorAtTest, IsTheNearestWhereThereIsNone) {
   EXPECT_EQ(monitorAt({0, 0}, {}), nullptr);
 }
 
+TEST(StandingPositionTest, IsOfTheMonitorOfTheMiddleAndOnNoGrid) {
+  EXPECT_EQ(standingPosition({{1201, 307}, {170, 170}}, monitors),
+            (MonitorPosition{.monitor = "DP-2", .x = 0, .y = 207}));
+  EXPECT_EQ(standingPosition({{203, 307}, {170, 170}}, monitors),
+            (MonitorPosition{.monitor = "DP-1", .x = 203, .y = 307}));
+}
+
+TEST(StandingPositionTest, IsInsideOfTheWorkArea) {
+  EXPECT_EQ(standingPosition({{-50, 5}, {170, 170}}, monitors),
+            (MonitorPosition{.monitor = "DP-1", .x = 0, .y = 24}));
+  EXPECT_EQ(standingPosition({{0, 0}, {170, 170}}, {}), std::nullopt);
+}
+
 TEST(SteppedPositionTest, GoesToTheNextLineOfTheGrid) {
   const MonitorPosition start{"DP-1", 203, 304};
   EXPECT_EQ(steppedPosition(start, card.size, 1, 0, leftArea), (MonitorPosition{"DP-1", 208, 304}));

@@ -11,6 +11,7 @@ using testing::HasSubstr;
 
 constexpr auto withLayers = [] { return WaylandCompositor::withLayers; };
 constexpr auto withoutLayers = [] { return WaylandCompositor::withoutLayers; };
+constexpr auto silent = [] { return WaylandCompositor::silent; };
 constexpr auto unreachable = [] { return WaylandCompositor::unreachable; };
 
 WaylandCompositor mustNotBeAsked() {
@@ -22,7 +23,14 @@ WindowKind kindOf(const DisplayEnvironment& environment,
                   const std::function<WaylandCompositor()>& compositor) {
   const auto choice = chooseDisplay(environment, compositor);
   EXPECT_TRUE(choice.has_value());
-  return choice.value_or(WindowKind::x11);
+  return choice ? choice->kind : WindowKind::x11;
+}
+
+std::string remarkOn(const DisplayEnvironment& environment,
+                     const std::function<WaylandCompositor()>& compositor) {
+  const auto choice = chooseDisplay(environment, compositor);
+  EXPECT_TRUE(choice.has_value());
+  return choice ? std::string(choice->remark) : "";
 }
 
 TEST(DisplayChoiceTest, WithoutADisplayTheSentenceSaysWhatElseThereIs) {
@@ -53,6 +61,24 @@ TEST(DisplayChoiceTest, OrdinaryWindowsAreTheLastResort) {
 TEST(DisplayChoiceTest, ACompositorThatCannotBeReachedIsNone) {
   EXPECT_EQ(kindOf({.x11 = ":0", .wayland = "wayland-9"}, unreachable), WindowKind::x11);
   EXPECT_FALSE(chooseDisplay({.wayland = "wayland-9"}, unreachable));
+}
+
+TEST(DisplayChoiceTest, ACompositorThatHangsIsDoneWithout) {
+  const DisplayEnvironment both{.x11 = ":0", .wayland = "wayland-0"};
+  EXPECT_EQ(kindOf(both, silent), WindowKind::x11);
+  EXPECT_THAT(remarkOn(both, silent), HasSubstr("does not answer"));
+  const auto choice = chooseDisplay({.wayland = "wayland-0"}, silent);
+  ASSERT_FALSE(choice);
+  EXPECT_THAT(choice.error().sentence, HasSubstr("compositor does not answer"));
+}
+
+TEST(DisplayChoiceTest, WhereWidgetsAreNotAtTheirBestItIsSaid) {
+  const DisplayEnvironment both{.x11 = ":0", .wayland = "wayland-0"};
+  EXPECT_THAT(remarkOn(both, withoutLayers), HasSubstr("X11 side"));
+  EXPECT_THAT(remarkOn({.wayland = "wayland-0"}, withoutLayers), HasSubstr("ordinary windows"));
+  EXPECT_EQ(remarkOn(both, withLayers), "");
+  EXPECT_EQ(remarkOn(both, unreachable), "");
+  EXPECT_EQ(remarkOn({.x11 = ":0"}, mustNotBeAsked), "");
 }
 
 TEST(DisplayChoiceTest, TheUsersOwnChoiceOfABackendStands) {

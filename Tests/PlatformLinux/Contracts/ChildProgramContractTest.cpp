@@ -6,6 +6,7 @@
 
 #include "PlatformLinux/System/FileDescriptor.h"
 #include "Tests/PlatformLinux/Contracts/ChildProgramWorlds.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 namespace lanternfold {
 namespace {
@@ -194,6 +195,18 @@ TEST_F(SocketChildProgramTest, TheLauncherLeavesNoProgramBehind) {
   program_.reset();
   world_.destroyLauncher();
   EXPECT_FALSE(isThere(process));
+}
+
+/// So that a program in the background keeps nobody's terminal open.
+TEST_F(SocketChildProgramTest, WhatTheProgramPrintsGoesWhereItIsTold) {
+  const TemporaryFolder folder;
+  folder.write("log", "");
+  const FileDescriptor log(::open((folder / "log").c_str(), O_WRONLY | O_APPEND | O_CLOEXEC));
+  hold(world_.launchScript("echo one; echo two >&2; test -S /proc/$$/fd/3 && echo three",
+                           log.get()));
+  hearEnd();
+  EXPECT_TRUE(runUntilEnded());
+  EXPECT_EQ(folder.bytesOf("log"), "one\ntwo\nthree\n");
 }
 
 TEST_F(SocketChildProgramTest, AProgramThatIsNoProgramIsAnError) {

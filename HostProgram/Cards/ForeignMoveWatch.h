@@ -1,0 +1,51 @@
+// Notices when the user moves a card by the window manager's own means.
+//
+// Made by: `CardWindow`. Main thread.
+#pragma once
+
+#include <functional>
+#include <gtkmm/window.h>
+#include <vector>
+
+#include "HostProgram/Cards/ForeignMove.h"
+#include "HostProgram/Display/WindowPlacer.h"
+
+namespace lanternfold {
+
+/// Where the display tells nobody where windows are, it notices nothing.
+class ForeignMoveWatch {
+ public:
+  struct Handlers {
+    /// Where the card is asked to stand; none while it is moved by itself.
+    std::function<std::optional<Rect>()> asked;
+    /// It stands at `place` of the whole desktop from now on. Never inside of a call.
+    std::function<void(Point place)> moved;
+  };
+
+  /// Both outlive the watch.
+  ForeignMoveWatch(Gtk::Window& window, const WindowPlacer& placer, Handlers handlers);
+  ~ForeignMoveWatch();
+  ForeignMoveWatch(const ForeignMoveWatch&) = delete;
+  ForeignMoveWatch& operator=(const ForeignMoveWatch&) = delete;
+
+  /// A move may be under way: whoever put the card back to its place would tear it out of the
+  /// user's hand.
+  [[nodiscard]] bool isPossible() const { return move_.isPossible(); }
+
+ private:
+  void pointerLeft(const GdkEventCrossing& event);
+  void waitForFreePointer();
+  void configured();
+  [[nodiscard]] bool finish();
+  [[nodiscard]] bool isMoved() const;
+
+  Gtk::Window& window_;
+  const WindowPlacer& placer_;
+  Handlers handlers_;
+  ForeignMove move_;
+  std::vector<sigc::connection> connections_;
+  sigc::connection settling_;
+  sigc::connection freeing_;
+};
+
+}  // namespace lanternfold

@@ -1,0 +1,223 @@
+"""The windows beside the cards, and when they come and go: menus, questions, the gallery and the
+bandwidth monitor."""
+
+import subprocess
+import time
+
+from displays import RIGHT
+from host_test import ADAPTER, BANDWIDTH, PANORAMIC, SIZES, XTest
+from process_tree import wait_until
+
+QUESTION = "Remove widget"
+GALLERY = "Add widget"
+MONITOR = "Bandwidth Monitor"
+ROUNDS = 12
+
+
+class WindowsTest(XTest):
+    def begin(self):
+        self.host = self.start_host()
+        self.assert_all_shown(self.wait_for_widgets())
+
+    def finish_silently(self):
+        self.finish(self.host)
+        self.assertNotIn("CRITICAL", self.host.errors)
+        self.assertNotIn("WARNING", self.host.errors)
+
+    def titled(self, title):
+        """The windows of that title that are no cards, lowest first."""
+        return [each for each in self.display.windows()
+                if f'"{title}"' in self.display.properties(each).get("WM_NAME", "")
+                and "SKIP_TASKBAR" not in self.state(each)]
+
+    def wait_for_window(self, title):
+        return wait_until(lambda: self.titled(title), f"a window {title}", 10)[0]
+
+    def wait_for_no_window(self, title):
+        wait_until(lambda: not self.titled(title), f"no window {title}", 10)
+
+    def card(self, widget):
+        return self.card_windows()[widget["x"], widget["y"]]
+
+    def focus_card(self, widget):
+        self.display.focus(self.card(widget))
+
+    def menus(self):
+        """Windows that no window manager has: menus."""
+        try:
+            found = self.display.run("xdotool", "search", "--onlyvisible", "--class",
+                                     "lanternfold").split()
+            managed = set(self.display.windows())
+            return [each for each in found if int(each) not in managed
+                    and "MENU" in self.display.properties(each).get("_NET_WM_WINDOW_TYPE", "")]
+        except AssertionError:  # one of them has gone meanwhile
+            return self.menus()
+
+    def open_menu(self, widget):
+        self.display.click(*self.empty_corner(widget), button=RIGHT)
+        return wait_until(self.menus, "a menu", 10)
+
+    def choose(self, label):
+        """Of an open menu, whose last entries are these."""
+        last = ("Quit", "Wi-Fi names", "Add widget…", "Remove", "Refresh")
+        self.display.key(*["Up"] * (last.index(label) + 1), "Return")
+
+    # What goes with its widget
+
+    def test_a_menu_goes_with_its_widget(self):
+        self.begin()
+        widget = self.widget(ADAPTER)
+        self.open_menu(widget)
+        self.ctl("remove", widget["id"])
+        wait_until(lambda: not self.menus(), "no menu", 10)
+        self.open_menu(self.widget(PANORAMIC))
+        self.display.key("Escape")
+        self.finish_silently()
+
+    def test_a_widget_may_go_while_its_menu_is_prepared(self):
+        self.begin()
+        for _ in range(ROUNDS):
+            widget = self.widget(ADAPTER)
+            self.focus_card(widget)
+            key = subprocess.Popen(["xdotool", "key", "Menu"], env=self.environment)
+            self.ctl("remove", widget["id"])
+            self.assertEqual(0, key.wait(timeout=10))
+            self.ctl("add", ADAPTER)
+            wait_until(lambda: (self.widget(ADAPTER)["x"], self.widget(ADAPTER)["y"])
+                       in self.card_windows(), "the new window", 10)
+            self.display.key("Escape")
+        self.finish_silently()
+
+    def test_a_question_goes_with_its_widget(self):
+        self.begin()
+        widget = self.widget(ADAPTER)
+        self.focus_card(widget)
+        self.display.key("Delete")
+        self.wait_for_window(QUESTION)
+        self.ctl("remove", widget["id"])
+        self.wait_for_no_window(QUESTION)
+        self.finish_silently()
+
+    # Questions
+
+    def test_delete_pressed_again_asks_no_second_time(self):
+        self.begin()
+        widget = self.widget(ADAPTER)
+        for _ in range(3):
+            self.focus_card(widget)
+            self.display.key("Delete")
+            self.wait_for_window(QUESTION)
+        self.assertEqual(1, len(self.titled(QUESTION)))
+        self.display.focus(self.titled(QUESTION)[0])
+        self.display.key("Return")
+        self.wait_for_widgets(4)
+        self.wait_for_no_window(QUESTION)
+        self.finish_silently()
+
+    def test_a_card_that_is_closed_stays_until_the_user_says_so(self):
+        self.begin()
+        widget = self.widget(ADAPTER)
+        self.focus_card(widget)
+        self.display.key("alt+F4")
+        self.wait_for_window(QUESTION)
+        self.display.key("Escape")
+        self.wait_for_no_window(QUESTION)
+        self.assert_all_shown()
+        self.assertEqual(5, len(self.widgets()))
+        self.finish_silently()
+
+    def test_the_last_widget_goes_with_a_word_of_how_to_get_others(self):
+        self.begin()
+        for widget in self.widgets():
+            if widget["kind"] != BANDWIDTH:
+                self.ctl("remove", widget["id"])
+        wait_until(lambda: len(self.card_windows()) == 1, "one card", 10)
+        self.open_menu(self.widget(BANDWIDTH))
+        self.choose("Remove")
+        self.wait_for_window(QUESTION)
+        self.display.key("Return")
+        wait_until(lambda: not self.widgets(), "an empty desktop", 10)
+        self.assertEqual([], self.titled(GALLERY))
+        self.assertEqual(0, self.show().returncode)
+        self.wait_for_window(GALLERY)
+        self.finish_silently()
+
+    # Above the cards
+
+    def assert_above_cards(self, title):
+        window = self.wait_for_window(title)
+        cards = [each for each in self.card_windows().values()
+                 if "SKIP_TASKBAR" in self.state(each)]
+        self.assertEqual(5, len(cards))
+        wait_until(lambda: not any("_ABOVE" in self.state(card) for card in cards), "lowered cards", 5)
+        order = self.display.windows()
+        self.assertTrue(all(order.index(card) < order.index(window) for card in cards), order)
+
+    def state(self, window):
+        return self.display.properties(window).get("_NET_WM_STATE", "")
+
+    def raise_cards(self):
+        cards = self.card_windows().values()
+        self.assertEqual(0, self.show().returncode)
+        wait_until(lambda: all("_ABOVE" in self.state(card) for card in cards), "raised cards", 5)
+
+    def test_what_opens_is_above_cards_that_are_raised(self):
+        self.begin()
+        adapter, gauge = self.widget(ADAPTER), self.widget(BANDWIDTH)
+        self.raise_cards()
+        self.display.key("Delete")
+        self.assert_above_cards(QUESTION)
+        self.display.key("Escape")
+        self.wait_for_no_window(QUESTION)
+        self.raise_cards()
+        self.open_menu(adapter)
+        self.choose("Add widget…")
+        self.assert_above_cards(GALLERY)
+        self.display.key("Escape")
+        self.wait_for_no_window(GALLERY)
+        self.raise_cards()
+        self.display.click(*self.middle(gauge))
+        self.assert_above_cards(MONITOR)
+        self.finish_silently()
+
+    # The window manager's own means
+
+    def test_a_card_that_the_window_manager_moves_stays_there(self):
+        self.begin()
+        widget = self.widget(ADAPTER)
+        x, y = self.empty_corner(widget)
+        self.display.run("xdotool", "keydown", "alt")
+        self.display.drag((x, y), (x - 501, y - 53))
+        self.display.run("xdotool", "keyup", "alt")
+        place = widget["x"] - 501, widget["y"] - 53
+        wait_until(lambda: (self.widget(ADAPTER)["x"], self.widget(ADAPTER)["y"]) == place,
+                   "the new place", 10)
+        self.ctl("reload")
+        time.sleep(2)  # for the answer, which once put it back
+        self.assertIn(place, self.card_windows())
+        self.finish_silently()
+
+    def test_a_card_that_was_put_off_the_work_area_comes_back(self):
+        self.begin()
+        widget = self.widget(ADAPTER)
+        x, y = self.empty_corner(widget)
+        self.display.run("xdotool", "keydown", "alt")
+        self.display.drag((x, y), (x, self.display.size[1] - 1))
+        self.display.run("xdotool", "keyup", "alt")
+        bottom = self.display.size[1] - SIZES["medium"][1]
+        wait_until(lambda: self.widget(ADAPTER)["y"] == bottom, "the new place", 10)
+        wait_until(lambda: (widget["x"], bottom) in self.card_windows(), "the window there", 10)
+        self.finish_silently()
+
+    # The keyboard
+
+    def test_a_menu_of_the_keyboard_has_the_keyboard(self):
+        self.begin()
+        widget = self.widget(ADAPTER)
+        for keys in (("Menu",), ("shift+F10",)):
+            self.focus_card(widget)
+            self.display.key(*keys)
+            wait_until(self.menus, "a menu", 10)
+            self.display.key("Escape")
+            wait_until(lambda: not self.menus(), "no menu", 10)
+        self.finish_silently()

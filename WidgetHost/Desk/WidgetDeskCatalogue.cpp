@@ -1,0 +1,96 @@
+// The desk's inside as far as the catalogue says which widgets there are.
+#include <utility>
+
+#include "WidgetHost/Desk/CatalogueRules.h"
+#include "WidgetHost/Desk/WidgetDeskState.h"
+
+namespace lanternfold {
+namespace {
+
+std::vector<WidgetKind> kindsOf(const std::vector<WidgetDescription>& catalogue) {
+  std::vector<WidgetKind> kinds;
+  for (const WidgetDescription& widget : catalogue) {
+    kinds.push_back({.kind = widget.kind, .families = widget.supportedFamilies});
+  }
+  return kinds;
+}
+
+}  // namespace
+
+void WidgetDesk::State::askCatalogue() {
+  catalogueQuestion_ = extension_.list([weak = weak_from_this()](auto answer) {
+    if (const auto state = weak.lock()) state->receiveCatalogue(std::move(answer));
+  });
+}
+
+void WidgetDesk::State::receiveCatalogue(
+    std::expected<std::vector<WidgetDescription>, Failure> answer) {
+  if (!answer) return missCatalogue(answer.error());
+  std::erase_if(*answer, [](const auto& widget) { return widget.supportedFamilies.empty(); });
+  // Whoever has no widgets is broken; to believe it would clear the desktop.
+  if (answer->empty()) return missCatalogue(Failure::refused);
+  takeCatalogue(*std::move(answer));
+}
+
+void WidgetDesk::State::missCatalogue(Failure failure) {
+  schedule_.failed(catalogueId, failure, now());
+  for (Item& item : items_) {
+    if (failure != Failure::cancelled) awaitNoMore(item);
+    tellWhenFaceHasChanged(item);
+  }
+  leftAloneChanged();
+}
+
+void WidgetDesk::State::takeCatalogue(std::vector<WidgetDescription> catalogue) {
+  schedule_.remove(catalogueId);
+  catalogue_ = std::move(catalogue);
+  announcements_.catalogueChanged();
+  removeStandIns();
+  showWhatIsOffered();
+  placeDefaultSet();
+  proceed();
+}
+
+void WidgetDesk::State::showWhatIsOffered() {
+  for (Item& item : items_) {
+    item.isShown = isOffered(catalogue_, item.placed);
+    if (item.isShown) {
+      beginSchedule(item);
+      tellWhenFaceHasChanged(item);
+    } else {
+      announcements_.removed(item.placed.id);
+    }
+  }
+}
+
+void WidgetDesk::State::placeDefaultSet() {
+  if (!wantsDefaultSet_ || monitors_.empty()) return;
+  if (!catalogue_.empty()) {
+    wantsDefaultSet_ = false;
+    if (!std::exchange(areStandIns_, false)) place(kindsOf(catalogue_));
+    save();
+  } else if (items_.empty() && (schedule_.hasMissed(catalogueId) || isLeftAlone())) {
+    areStandIns_ = !knownWidgets_.empty();
+    place(knownWidgets_);
+  }
+}
+
+void WidgetDesk::State::place(const std::vector<WidgetKind>& widgets) {
+  for (const auto& [kind, families] : widgets) {
+    const WidgetFamily family = families.back();
+    insert({.id = {},
+            .kind = kind,
+            .family = family,
+            .configuration = {},
+            .position = freePlace(family)});
+  }
+}
+
+/// Those that are right become the default set.
+void WidgetDesk::State::removeStandIns() {
+  if (!areStandIns_ || kindsOf(catalogue_) == knownWidgets_) return;
+  areStandIns_ = false;
+  while (!items_.empty()) erase(std::string(items_.back().placed.id));
+}
+
+}  // namespace lanternfold
