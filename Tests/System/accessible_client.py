@@ -3,6 +3,9 @@
 
 usage: accessible_client.py tree APPLICATION             all that it shows, as JSON
        accessible_client.py press APPLICATION NAME [N]   does the first action of the N-th (0) of that name
+       accessible_client.py places APPLICATION NAME      where those of that name are shown: of each
+                                                         its window's name, and left, top, width and
+                                                         height, on Wayland from the window's corner
 
 (with Debian's own Python, which has the library; the session bus is that of the environment)
 """
@@ -46,6 +49,23 @@ def described(node, depth=0):
             "children": below}
 
 
+def shown_of(node, name):
+    if node.get_name() == name and node.get_state_set().contains(Atspi.StateType.SHOWING):
+        yield node
+    for child in children(node):
+        yield from shown_of(child, name)
+
+
+def place(node):
+    frame = node.get_component_iface().get_extents(Atspi.CoordType.SCREEN)
+    return [frame.x, frame.y, frame.width, frame.height]
+
+
+def places(application, name):
+    return [[window.get_name(), *place(node)] for window in children(application)
+            for node in shown_of(window, name)]
+
+
 def named(node, name):
     if node.get_name() == name and actions(node):
         yield node
@@ -59,6 +79,9 @@ def main(arguments):
     found = applications(application)
     if order == "tree":
         print(json.dumps([described(each) for each in found]))
+        return 0
+    if order == "places":
+        print(json.dumps([one for each in found for one in places(each, rest[0])]))
         return 0
     buttons = [button for each in found for button in named(each, rest[0])]
     number = int(rest[1]) if len(rest) > 1 else 0

@@ -45,6 +45,10 @@ class Display:
         self.press(button)
         self.release(button)
 
+    def double_click(self, x, y):
+        self.click(x, y)
+        self.click(x, y)
+
     def drag(self, begin, end, steps=8):
         """With the left button, in steps as a hand does it."""
         self.move(*begin)
@@ -116,6 +120,11 @@ class XDisplay(Display):
 
     def move(self, x, y):
         self.run("xdotool", "mousemove", str(x), str(y))
+
+    def double_click(self, x, y):
+        """By one process: a second one may be late."""
+        self.move(x, y)
+        self.run("xdotool", "click", "--repeat", "2", "--delay", "60", str(LEFT))
 
     def press(self, button=LEFT):
         self.run("xdotool", "mousedown", str(button))

@@ -3,6 +3,7 @@ an adapter, services that answer, and the host; and how to tell what is on the s
 
 import json
 import os
+import re
 import signal
 import subprocess
 
@@ -17,6 +18,7 @@ from program import run
 COMPARE = os.environ.get("LANTERNFOLD_COMPARE_SCREEN", "")
 APPLICATION = "net.quernaple.LanternfoldX.Widgets"
 KINDS = (PANORAMIC, INTERNET, ADAPTER, BANDWIDTH, WIFI)
+SANITIZER_REPORT = re.compile(r"Sanitizer: |: runtime error: ")
 SIZES = {"small": (170, 170), "medium": (364, 170), "large": (364, 382)}
 __all__ = ["ADAPTER", "APPLICATION", "BANDWIDTH", "FAMILIES", "INTERNET", "KINDS", "PANORAMIC",
            "SIZES", "WIFI", "HostTest", "SwayTest", "XTest"]
@@ -53,8 +55,18 @@ class HostTest(ExtensionTest):
         environment = {name: value for name, value in (self.environment | variables).items()
                        if name not in without}
         host = Host([program, *self.service_options, *arguments], env=environment)
-        self.addCleanup(host.__exit__)
+        self.addCleanup(self.end, host)
         return host
+
+    def end(self, host):
+        """However the test has left it: asked to end it does, and neither it nor the extension tells
+        of a fault that a sanitizer has found, of which a leak is told last."""
+        with host:
+            if host.is_alive():
+                host.process.terminate()
+            host.wait()
+        self.assertEqual([], [line for line in host.errors if SANITIZER_REPORT.search(line)],
+                         "\n".join(host.errors))
 
     def start_recorded_host(self, *arguments, **variables):
         """One whose extension is listened to (see `asked`), and refuses timelines while there is a
@@ -204,6 +216,15 @@ class XTest(HostTest):
                 or "lanternfold" in self.display.properties(each).get("WM_CLASS", "").lower()}
 
 
+    def origin(self, widget=None):
+        """From where the places count that readers are told, which are on the screen."""
+        return 0, 0
+
+
 class SwayTest(HostTest):
     def make_display(self, **options):
         return SwayDisplay(self.session, **options)
+
+    def origin(self, widget=None):
+        """They count from the corner of a card; an ordinary window takes all of the screen."""
+        return (widget["x"], widget["y"]) if widget else (0, 0)

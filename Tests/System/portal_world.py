@@ -128,6 +128,9 @@ class PortalWorld:
             "XDG_DESKTOP_PORTAL_DIR": str(self.folder / "portals"),
             "XDG_CURRENT_DESKTOP": "lanternfold", "GSETTINGS_BACKEND": "memory",
             "GIO_USE_VFS": "local"}
+        # What a sanitizer is to do, when the programs are built with one.
+        self.environment |= {name: value for name, value in os.environ.items()
+                             if name.endswith("SAN_OPTIONS")}
         self.session_bus = self.begin_bus()
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = self.session_bus
         self.environment["DBUS_SYSTEM_BUS_ADDRESS"] = self.begin_bus()

@@ -1,10 +1,7 @@
 """Moving, sizing, removing and adding widgets, with the pointer, the keyboard and by commands, and
 what is remembered of it."""
 
-import json
-
-from host_test import (ADAPTER, BANDWIDTH, FAMILIES, INTERNET, PANORAMIC, SIZES, WIFI, SwayTest,
-                       XTest)
+from host_test import ADAPTER, BANDWIDTH, INTERNET, PANORAMIC, SIZES, SwayTest, XTest
 from process_tree import wait_until
 
 GRID = 8
@@ -98,16 +95,7 @@ class MoveTests:
 
 
 class XMoveTest(MoveTests, XTest):
-    def open_menu(self, widget):
-        self.display.click(*self.empty_corner(widget), button=3)
-        return wait_until(self.menus, "a menu")
-
-    def menus(self):
-        """Windows that no window manager has: menus."""
-        found = self.display.run("xdotool", "search", "--onlyvisible", "--class", "lanternfold").split()
-        managed = set(self.display.windows())
-        return [each for each in found if int(each) not in managed
-                and "MENU" in self.display.properties(each).get("_NET_WM_WINDOW_TYPE", "")]
+    pass
 
 
 class SwayMoveTest(MoveTests, SwayTest):

@@ -1,0 +1,74 @@
+"""What a click on a card does: the refresh button asks anew, and the bandwidth tile shows the
+traffic, in the main program or else in a window of the host's own."""
+
+import re
+
+from accessible_test import AccessibleTest, nodes
+from host_test import BANDWIDTH, PANORAMIC, SwayTest, XTest
+from process_tree import wait_until
+from traffic import Traffic
+
+LINK = "net.quernaple.LanternfoldX://bandwidth-monitor?mini=1"
+HANDLER = """[Desktop Entry]
+Type=Application
+Name=Handler
+Exec=sh -c "echo \\"$1\\" >> {log}" handler %u
+MimeType=x-scheme-handler/net.quernaple.lanternfoldx;
+"""
+RATES = re.compile(r"Receiving ([\d.]+) (KB|MB)/s, sending ([\d.]+) (KB|MB)/s")
+BYTES = {"KB": 1000, "MB": 1000_000}
+RECEIVED, SENT = 800_000, 200_000
+
+
+class ButtonTests(AccessibleTest):
+    """On either display."""
+
+    def test_the_refresh_button_asks_anew(self):
+        self.start_recorded_host()
+        self.assert_all_shown(self.wait_for_widgets())
+        performed, asked = len(self.asked("intent/perform")), len(self.asked())
+        self.display.click(*self.middle_of("Refresh", PANORAMIC))
+        wait_until(lambda: len(self.asked("intent/perform")) > performed, "a refresh", 10)
+        wait_until(lambda: len(self.asked()) > asked, "a question", 10)
+        self.assert_all_shown()
+
+    def test_the_bandwidth_tile_shows_rates_of_traffic(self):
+        self.begin()
+        self.display.click(*self.middle_of("Bandwidth Monitor", BANDWIDTH))
+        wait_until(self.rates, "the window with rates", 20)
+        with Traffic("far0", RECEIVED), Traffic("en0", SENT):
+            wait_until(lambda: self.is_about((RECEIVED, SENT)), "the rates of the traffic", 20)
+        wait_until(lambda: self.rates() == (0, 0), "rest", 20)
+
+    def rates(self):
+        """Bytes a second received and sent, as the window says it."""
+        for node in nodes(self.tree()):
+            if found := RATES.search(node["description"]):
+                received, received_unit, sent, sent_unit = found.groups()
+                return float(received) * BYTES[received_unit], float(sent) * BYTES[sent_unit]
+        return None
+
+    def is_about(self, rates):
+        """Not far off: a busy machine sends late what it has to send."""
+        return all(0.6 * rate <= shown <= 1.6 * rate
+                   for shown, rate in zip(self.rates() or (0, 0), rates))
+
+
+class XButtonTest(ButtonTests, XTest):
+    def test_a_main_program_opens_the_deep_link(self):
+        folder = self.session.folder / "share" / "applications"
+        folder.mkdir(parents=True)
+        opened = self.session.folder / "opened"
+        (folder / "handler.desktop").write_text(HANDLER.format(log=opened))
+        for name, header in (("mimeapps.list", "Default Applications"),
+                             ("mimeinfo.cache", "MIME Cache")):
+            (folder / name).write_text(
+                f"[{header}]\nx-scheme-handler/net.quernaple.lanternfoldx=handler.desktop;\n")
+        self.begin()
+        self.display.click(*self.middle(self.widget(BANDWIDTH)))
+        wait_until(lambda: opened.exists() and opened.read_text(), "the opened link", 10)
+        self.assertEqual(LINK.lower(), opened.read_text().strip().lower())
+
+
+class SwayButtonTest(ButtonTests, SwayTest):
+    pass
