@@ -48,7 +48,7 @@ class DetachTests:
     def screen(self):
         return self.display.picture(self.folder / "screen.png").read_bytes()
 
-    def end(self):
+    def quit(self):
         self.ctl("quit")
         wait_until(lambda: not running("lanternfold-widget-host"), "the end of the host")
 
@@ -59,13 +59,13 @@ class DetachTests:
         self.assertEqual((0, b"", b""), (done.returncode, done.stdout, done.stderr))
         # The window is there; what it shows is on its way.
         wait_until(lambda: self.screen() != before, "a card", 1, pause=0.1)
-        self.end()
+        self.quit()
 
     def test_it_returns_also_while_the_extension_does_not_answer(self):
         began = time.monotonic()
         self.assertEqual(0, self.show_beside(seconds=60).returncode)
         self.assertLess(time.monotonic() - began, 20)
-        self.end()
+        self.quit()
 
     def test_later_messages_are_kept_where_the_user_finds_them(self):
         """Those of the extension too. A second start, which hands over, keeps them; the next host
@@ -81,17 +81,17 @@ class DetachTests:
         before = self.log.read_text()
         self.assertEqual(0, self.show_beside(seconds=0).returncode)
         self.assertTrue(self.log.read_text().startswith(before))
-        self.end()
+        self.quit()
         self.assertEqual(0, self.show_beside(seconds=0).returncode)
         self.assertFalse(self.log.read_text().startswith(before))
-        self.end()
+        self.quit()
 
     def test_a_file_of_messages_that_cannot_be_had_is_said_at_once(self):
         (self.session.folder / "state").write_text("in the way")
         done = self.show_beside(seconds=0)
         self.assertEqual(0, done.returncode)
         self.assertRegex(done.stderr.decode(), r"\A[^\n]*will be lost: [^\n]*XDG_STATE_HOME\n\Z")
-        self.end()
+        self.quit()
 
     def test_a_host_with_a_terminal_keeps_no_file(self):
         host = self.start_host()

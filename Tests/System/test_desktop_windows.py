@@ -7,14 +7,11 @@ import time
 
 from displays import RIGHT
 from host_process import host_beside
-from host_test import (ADAPTER, BANDWIDTH, PANORAMIC, SIZES, SwayTest,
-                       XTest)
+from host_test import ADAPTER, BANDWIDTH, PANORAMIC, SIZES, SwayTest, XTest
 from process_tree import wait_until
-from program import run
 
 QUESTION = "Remove widget"
 GALLERY = "Add widget"
-CONSENT = "Wi-Fi names"
 MONITOR = "Bandwidth Monitor"
 ROUNDS = 12
 
@@ -281,18 +278,6 @@ class WindowsTest(XWindowsTest):
             wait_until(self.menus, "a menu", 10)
             self.display.key("Escape")
             wait_until(lambda: not self.menus(), "no menu", 10)
-        self.finish_silently()
-
-
-class UndecidedWindowsTest(XWindowsTest):
-    consent = None
-
-    def test_the_question_of_wifi_names_goes_when_it_is_decided_elsewhere(self):
-        self.host = self.start_host()
-        self.wait_for_widgets()
-        self.wait_for_window(CONSENT)
-        run("location", "deny", "--data-dir", str(self.data), check=True)
-        self.wait_for_no_window(CONSENT)
         self.finish_silently()
 
 
