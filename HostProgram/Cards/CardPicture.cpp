@@ -1,27 +1,18 @@
 #include "HostProgram/Cards/CardPicture.h"
 
-#include <algorithm>
 #include <utility>
-#include <variant>
 
+#include "ViewTree/DrawingTimes.h"
 #include "ViewTree/Layout.h"
 #include "WidgetService/WidgetFamily.h"
 
 namespace lanternfold {
-namespace {
-
-/// Few cards do, and the words for it are dear: a megabyte of the languages' data.
-bool tellsTime(const View& view) {
-  return std::holds_alternative<DrawingTimeNode>(view.node) ||
-         std::ranges::any_of(view.children, tellsTime);
-}
-
-}  // namespace
 
 bool CardPicture::show(const View& view, const CardState& state) {
   if (view_ == view) return show(state);
   view_ = view;
-  tellsTime_ = tellsTime(view);
+  // Few cards do, and the words for it are dear: a megabyte of the languages' data.
+  tellsTime_ = hasDrawingTime(view);
   draw(styleOf(state));
   return true;
 }

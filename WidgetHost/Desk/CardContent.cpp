@@ -5,17 +5,13 @@
 #include <variant>
 
 #include "Support/FatalError.h"
+#include "ViewTree/DrawingTimes.h"
 #include "WidgetHost/Desk/HostCards.h"
 
 namespace lanternfold {
 namespace {
 
 constexpr std::chrono::hours longestWait{24 * 365};
-
-bool hasDrawingTime(const View& view) {
-  return std::holds_alternative<DrawingTimeNode>(view.node) ||
-         std::ranges::any_of(view.children, hasDrawingTime);
-}
 
 }  // namespace
 
