@@ -17,7 +17,7 @@ ROUNDS = 12
 
 
 class XWindowsTest(XTest):
-    """No test yet."""
+    """The five widgets beside openbox, and the other windows of the host found by their titles."""
 
     def begin(self):
         self.host = self.start_host()

@@ -11,7 +11,8 @@
 
 namespace lanternfold {
 
-/// Never forgets one: a dialog or a command that names a removed widget must not reach a later one.
+/// Forgets none while it is there: a dialog or a command that names a removed widget must not reach
+/// a later one.
 class WidgetIds {
  public:
   /// Is never given from now on; of no effect when it is known already.
