@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -28,7 +29,7 @@ CommandChoice chooseShow(const ShowOptions& options, const CommonOptions& common
 /// What a command below `ctl` takes besides the common options.
 struct CtlOptions {
   WidgetOptions widget;
-  std::string id;
+  std::optional<std::string> id;
   bool json = false;
 };
 
@@ -45,6 +46,11 @@ struct CtlCommand {
 CommandChoice chooseCtl(const CtlOptions& options, const CommonOptions& common, CtlRun run) {
   const auto choice = checkCommonOptions(common);
   if (!choice) return std::unexpected(choice.error());
+  if (options.id) {
+    if (const auto checked = checkWidgetId(*options.id); !checked) {
+      return std::unexpected(checked.error());
+    }
+  }
   return chosenCommand(
       *choice, options.json,
       [options, run = std::move(run)](const Machine& machine, const Console& console) {
@@ -122,16 +128,17 @@ void addCtl(CLI::App& app, CommandChoice& choice) {
                  const Console& console) { return runCtlList(options.json, machine, console); }},
       choice);
   addCtlAdd(*ctl, choice);
-  addCtlCommand(*ctl,
-                {.name = "remove",
-                 .help = "Remove a widget",
-                 .declare =
-                     [](CLI::App& command, CtlOptions& options) {
-                       addId(command, options, "The widget to remove")->required();
-                     },
-                 .run = [](const CtlOptions& options, const Machine& machine,
-                           const Console&) { return runCtlRemove(options.id, machine); }},
-                choice);
+  addCtlCommand(
+      *ctl,
+      {.name = "remove",
+       .help = "Remove a widget",
+       .declare =
+           [](CLI::App& command, CtlOptions& options) {
+             addId(command, options, "The widget to remove")->required();
+           },
+       .run = [](const CtlOptions& options, const Machine& machine,
+                 const Console&) { return runCtlRemove(options.id.value_or(""), machine); }},
+      choice);
   addCtlCommand(*ctl,
                 {.name = "reload",
                  .help = "Have a widget, or all of them, ask anew what to show",

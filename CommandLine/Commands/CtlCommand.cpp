@@ -76,6 +76,12 @@ std::expected<NewWidget, CommandFailure> checkNewWidget(const WidgetOptions& opt
                    .adapter = options.adapter.value_or("")};
 }
 
+std::expected<void, CommandFailure> checkWidgetId(const std::string& id) {
+  if (!id.empty()) return {};
+  return std::unexpected(badArguments("ID needs a widget's id, not " + inQuotes(id) +
+                                      "; \"lanternfold-widgets ctl list\" shows them"));
+}
+
 std::expected<void, CommandFailure> runCtlList(bool json, const Machine& machine,
                                                const Console& console) {
   const auto listed = machine.widgetControl.list();
@@ -106,8 +112,9 @@ std::expected<void, CommandFailure> runCtlRemove(const std::string& id, const Ma
   return doneOr(machine.widgetControl.remove(id));
 }
 
-std::expected<void, CommandFailure> runCtlReload(const std::string& id, const Machine& machine) {
-  return doneOr(machine.widgetControl.reload(id));
+std::expected<void, CommandFailure> runCtlReload(const std::optional<std::string>& id,
+                                                 const Machine& machine) {
+  return doneOr(machine.widgetControl.reload(id.value_or("")));
 }
 
 std::expected<void, CommandFailure> runCtlQuit(const Machine& machine) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <expected>
+#include <optional>
 #include <string>
 
 #include "CommandLine/WidgetQuestion.h"
@@ -20,6 +21,9 @@ struct NewWidget {
 /// The failure names what is wrong, and what may stand there.
 [[nodiscard]] std::expected<NewWidget, CommandFailure> checkNewWidget(const WidgetOptions& options);
 
+/// The failure of an id that no widget has: an empty one, which the host takes for all of them.
+[[nodiscard]] std::expected<void, CommandFailure> checkWidgetId(const std::string& id);
+
 /// Each fails when no widgets are shown.
 [[nodiscard]] std::expected<void, CommandFailure> runCtlList(bool json, const Machine& machine,
                                                              const Console& console);
@@ -29,8 +33,8 @@ struct NewWidget {
                                                             const Console& console);
 [[nodiscard]] std::expected<void, CommandFailure> runCtlRemove(const std::string& id,
                                                                const Machine& machine);
-/// Every widget where `id` is empty.
-[[nodiscard]] std::expected<void, CommandFailure> runCtlReload(const std::string& id,
+/// Every widget without an id.
+[[nodiscard]] std::expected<void, CommandFailure> runCtlReload(const std::optional<std::string>& id,
                                                                const Machine& machine);
 [[nodiscard]] std::expected<void, CommandFailure> runCtlQuit(const Machine& machine);
 

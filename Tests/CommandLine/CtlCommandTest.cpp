@@ -122,6 +122,16 @@ TEST_F(CtlCommandTest, WhatIsNotUnderstoodReachesNobody) {
   EXPECT_THAT(host_.widgets(), IsEmpty());
 }
 
+TEST_F(CtlCommandTest, AnEmptyIdIsNotAllOfThem) {
+  (void)written({"add", "PanoramicNetworkStateWidget"});
+  for (const char* verb : {"remove", "reload"}) {
+    expectFailure(ExitStatus::badArguments, {verb, ""},
+                  "needs a widget's id, not \"\"; \"lanternfold-widgets ctl list\" shows them");
+  }
+  ASSERT_EQ(host_.widgets().size(), 1U);
+  EXPECT_EQ(host_.widgets().front().reloads, 0);
+}
+
 TEST_F(CtlCommandTest, AnAnswerThatIsNoListIsAFailure) {
   for (const char* answer : {"", "{}", "[1]", "[", "null"}) {
     host_.setList(answer);
