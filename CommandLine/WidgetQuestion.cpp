@@ -15,6 +15,7 @@
 #include "NetworkWidgetVexExtension/Bundle/WidgetKinds.h"
 #include "NetworkWidgetVexExtension/Bundle/WlanNetworkStateWidget.h"
 #include "NetworkWidgetVexExtension/Intents/NetworkAdapter.h"
+#include "PlatformLinux/Netlink/InterfaceName.h"
 #include "WidgetService/WidgetFamilyName.h"
 #include "Wiring/PrintableText.h"
 #include "Wiring/ProgramName.h"
@@ -51,9 +52,12 @@ std::optional<CommandFailure> faultOfAdapter(const WidgetOptions& options) {
     return badArguments("--adapter chooses what NetworkAdapterWidget shows; " + options.kind +
                         " shows what there is");
   }
-  if (!options.adapter->empty()) return std::nullopt;
-  return badArguments(
-      "--adapter needs an interface's name; \"lanternfold-widgets interfaces\" lists them");
+  // The word for the widget's own choice could be an interface's name, too.
+  if (isTrustworthyInterfaceName(*options.adapter)) return std::nullopt;
+  const std::string given =
+      options.adapter->empty() ? "" : ", and none can be called " + inQuotes(*options.adapter);
+  return badArguments("--adapter needs an interface's name" + given +
+                      "; \"lanternfold-widgets interfaces\" lists them");
 }
 
 /// The widgets leave out what the kernel does not let them read. A widget that consists of it would

@@ -1,6 +1,6 @@
 // Which interface names from outside are believed.
 //
-// Made by: the kernel, or whoever may name a link. Read by: the decoders.
+// Made by: the kernel, or whoever may name a link. Read by: the decoders, and the command line.
 #pragma once
 
 #include <string_view>

@@ -122,6 +122,22 @@ TEST_F(CtlCommandTest, WhatIsNotUnderstoodReachesNobody) {
   EXPECT_THAT(host_.widgets(), IsEmpty());
 }
 
+TEST_F(CtlCommandTest, ANameThatNoInterfaceCanHaveReachesNobody) {
+  for (const std::string& name :
+       {std::string(16, 'e'), std::string(100'000, 'x'), std::string("en/0"), std::string("en 0"),
+        std::string("en\t0"), std::string("en\x1b[31m"), std::string("en\xff"), std::string(".."),
+        std::string("en0:1")}) {
+    expectFailure(ExitStatus::badArguments, {"add", "NetworkAdapterWidget", "--adapter", name},
+                  "--adapter needs an interface's name, and none can be called \"");
+    EXPECT_LT(errors_.str().size(), 250U);
+  }
+  EXPECT_THAT(host_.widgets(), IsEmpty());
+  (void)written({"add", "NetworkAdapterWidget", "--adapter", "auto"});
+  (void)written({"add", "NetworkAdapterWidget", "--adapter", std::string(15, 'e')});
+  (void)written({"add", "NetworkAdapterWidget", "--adapter", "en<b>\u00e9\u4e2d"});
+  EXPECT_EQ(host_.widgets().size(), 3U);
+}
+
 TEST_F(CtlCommandTest, AnEmptyIdIsNotAllOfThem) {
   (void)written({"add", "PanoramicNetworkStateWidget"});
   for (const char* verb : {"remove", "reload"}) {

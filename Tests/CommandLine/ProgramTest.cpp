@@ -136,6 +136,8 @@ TEST_F(ProgramTest, WhatIsNotUnderstoodIsOneLineOnStandardErrorAndStatusTwo) {
       {"render", "NetworkAdapterWidget", "-o", "a.png", "--scale", "two"},
       {"render", "NetworkAdapterWidget", "-o", "a.png", "--entry", "now"},
       {"render", "NetworkAdapterWidget", "-o", "a.png", "--adapter", ""},
+      {"render", "NetworkAdapterWidget", "-o", "a.png", "--adapter", "en/0"},
+      {"timeline", "NetworkAdapterWidget", "--adapter", std::string(16, 'e')},
   };
   for (const auto& arguments : wrong) {
     EXPECT_EQ(run(arguments), ExitStatus::badArguments) << testing::PrintToString(arguments);

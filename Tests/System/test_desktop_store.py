@@ -116,7 +116,7 @@ class StoreTest(XTest):
         for status, *arguments in ((1, "remove", "nobody"), (2, "add", "Nothing"),
                                    (2, "add", ADAPTER, "--family", "large"), (1, "reload", "nobody"),
                                    (2, "add", ADAPTER, "--family", "gigantic"), (2, "dance"),
-                                   (1, "add", ADAPTER, "--adapter", "x" * 100_000)):
+                                   (2, "add", ADAPTER, "--adapter", "x" * 100_000), (2, "reload", "")):
             with self.subTest(arguments=[each[:20] for each in arguments]):
                 done = ctl(self.environment, *arguments)
                 self.assertEqual((status, b""), (done.returncode, done.stdout))
