@@ -1,6 +1,8 @@
 #include "CommandLine/Commands/CtlCommand.h"
 
+#include <algorithm>
 #include <optional>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -14,8 +16,20 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+bool isCapital(char letter) { return letter >= 'A' && letter <= 'Z'; }
+
+/// What a host says in its dialogs is a sentence of its own; here the program's name stands before
+/// it. A first word with more than one capital is a widget's kind, and stays.
+std::string behindProgramName(std::string sentence) {
+  const std::string_view word = std::string_view(sentence).substr(0, sentence.find(' '));
+  if (std::ranges::count_if(word, isCapital) == 1 && isCapital(word.front())) {
+    sentence.front() = static_cast<char>(sentence.front() - 'A' + 'a');
+  }
+  return sentence;
+}
+
 CommandFailure failureOf(const WidgetControlFailure& failure) {
-  return workFailed(failure.sentence);
+  return workFailed(behindProgramName(failure.sentence));
 }
 
 template <typename Result>

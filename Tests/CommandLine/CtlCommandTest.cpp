@@ -106,6 +106,20 @@ TEST_F(CtlCommandTest, WithoutAHostEachSaysWhatToDo) {
   }
 }
 
+TEST_F(CtlCommandTest, WhatAHostSaysStandsBehindTheProgramsName) {
+  for (const auto& [said, written] : std::vector<std::pair<std::string, std::string>>{
+           {"No widget on the desktop has the id \"A\"",
+            "no widget on the desktop has the id \"A\""},
+           {"An adapter's name has at most 64 bytes", "an adapter's name has at most 64 bytes"},
+           {"BandwidthMonitorWidget comes in small", "BandwidthMonitorWidget comes in small"},
+           {"no widgets are shown", "no widgets are shown"},
+           {"\xc3\x84", "\xc3\x84"},
+           {"No", "no"}}) {
+    host_.failWith({.cause = WidgetControlFailure::Cause::refused, .sentence = said});
+    expectFailure(ExitStatus::failed, {"remove", "w1"}, "lanternfold-widgets: " + written + "\n");
+  }
+}
+
 TEST_F(CtlCommandTest, WhatIsNotUnderstoodReachesNobody) {
   expectFailure(ExitStatus::badArguments, {"add", "Bogus"}, "unknown widget kind \"Bogus\"");
   expectFailure(ExitStatus::badArguments, {"add", "PanoramicNetworkStateWidget", "--family", "big"},
