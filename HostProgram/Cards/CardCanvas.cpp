@@ -46,6 +46,11 @@ void CardCanvas::refresh() {
   if (picture_.show(state_)) showPicture();
 }
 
+void CardCanvas::setCorners(CardCorners corners) {
+  picture_.setCorners(corners);
+  refresh();
+}
+
 void CardCanvas::showPicture() {
   get_accessible()->set_description(picture_.description());
   layFaces();

@@ -34,6 +34,7 @@ class CardCanvas final : public Gtk::Fixed {
   /// The same view, drawn anew when something else of it has changed: the colour scheme, the words
   /// for the time.
   void refresh();
+  void setCorners(CardCorners corners);
 
   [[nodiscard]] const CardPicture& picture() const { return picture_; }
 

@@ -29,7 +29,8 @@ CardPicture::Style CardPicture::styleOf(const CardState& state) const {
           .scheme = drawing_.scheme,
           .drawingTime = tellsTime_ ? drawing_.timeText(state.time) : "",
           .pressedIntent = state.pressedIntent,
-          .isContentInvalidated = state.isContentInvalidated};
+          .isContentInvalidated = state.isContentInvalidated,
+          .corners = corners_};
 }
 
 /// The layout is as large as the view and not needed any more when it has been drawn.
@@ -46,7 +47,8 @@ void CardPicture::draw(Style style) {
                                     .scheme = style_.scheme,
                                     .report = drawing_.report,
                                     .isContentInvalidated = style_.isContentInvalidated});
-  commands_.insert(commands_.begin(), BeginClip{{{0, 0}, style_.size}, widgetCornerRadius});
+  const double radius = style_.corners == CardCorners::painted ? widgetCornerRadius : 0;
+  commands_.insert(commands_.begin(), BeginClip{{{0, 0}, style_.size}, radius});
   commands_.emplace_back(EndClip{});
   commands_.shrink_to_fit();
 }

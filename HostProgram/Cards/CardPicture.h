@@ -3,6 +3,7 @@
 // Made by: whatever shows a card, one each. Main thread.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -24,6 +25,12 @@ struct CardState {
   bool isContentInvalidated = false;
 };
 
+/// Who rounds a card.
+enum class CardCorners : std::uint8_t {
+  painted,   ///< the picture, smoothly: what lies below shines through
+  ofWindow,  ///< the shape of a window that is opaque: the picture goes to the very edge
+};
+
 class CardPicture {
  public:
   /// `drawing` outlives the picture.
@@ -34,6 +41,9 @@ class CardPicture {
   /// The same with the view that is shown already.
   bool show(const CardState& state);
 
+  /// From the next `show` on; painted at first.
+  void setCorners(CardCorners corners) { corners_ = corners; }
+
   /// What is shown; none at first.
   [[nodiscard]] const std::optional<View>& view() const { return view_; }
   /// What of it can be pressed.
@@ -41,7 +51,7 @@ class CardPicture {
   /// What a screen reader says of it.
   [[nodiscard]] const std::string& description() const { return description_; }
 
-  /// A unit of `surface` is a point; outside of the rounded corners nothing is painted.
+  /// A unit of `surface` is a point; outside of the card nothing is painted.
   void paint(cairo_t* surface) const;
 
  private:
@@ -52,6 +62,7 @@ class CardPicture {
     std::string drawingTime;
     std::optional<std::string> pressedIntent;
     bool isContentInvalidated = false;
+    CardCorners corners = CardCorners::painted;
     friend bool operator==(const Style&, const Style&) = default;
   };
 
@@ -59,6 +70,7 @@ class CardPicture {
   void draw(Style style);
 
   const CardDrawing& drawing_;
+  CardCorners corners_ = CardCorners::painted;
   std::optional<View> view_;
   bool tellsTime_ = false;  ///< `view_` does
   Style style_;

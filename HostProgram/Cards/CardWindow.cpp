@@ -88,12 +88,15 @@ void CardWindow::on_realize() {
   applyShape();
 }
 
+/// Where nothing composes the windows, what is half transparent of a smooth corner would be half
+/// black.
 void CardWindow::applyShape() {
   if (!get_realized()) return;
   const auto shape = cardShape(size_, widgetCornerRadius);
   input_shape_combine_region(shape);
   const bool isComposed = get_screen()->is_composited();
   shape_combine_region(isComposed ? Cairo::RefPtr<Cairo::Region>() : shape);
+  canvas_.setCorners(isComposed ? CardCorners::painted : CardCorners::ofWindow);
 }
 
 /// A user who closes the window is asked whether the widget is to go; the window stays meanwhile.
