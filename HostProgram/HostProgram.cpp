@@ -3,7 +3,9 @@
 #include <cstdio>
 #include <expected>
 #include <memory>
+#include <optional>
 #include <ostream>
+#include <utility>
 #include <variant>
 
 #include "HostProgram/Display/DisplayChoice.h"
@@ -58,6 +60,8 @@ std::expected<void, CommandFailure> show(const HostChoice& choice, const Display
   const auto application =
       Gio::Application::create(hostApplicationId, Gio::APPLICATION_HANDLES_OPEN);
   HostMessages messages(choice.startedDescriptor.has_value(), log);
+  // Lasts longer than the machine, which saves what is not saved yet when it goes.
+  std::optional<SoleHostClaim> claim;
   HostMachine machine(choice, language, log, messages.descriptor());
   const HostServices& services = machine.services();
   HostControl control(services.desk, [&application] { application->quit(); });
@@ -66,10 +70,11 @@ std::expected<void, CommandFailure> show(const HostChoice& choice, const Display
   if (bus.connection() != nullptr) {
     verbs.emplace(bus.connection(), control, services.mainQueue);
   }
-  const auto claim = claimSoleHost(*application.operator->(), services.configuration, choice.link);
-  if (!claim) return std::unexpected(claim.error());
+  auto claimed = claimSoleHost(*application.operator->(), services.configuration, choice.link);
+  if (!claimed) return std::unexpected(claimed.error());
+  claim = *std::move(claimed);
   const auto tell = [&started, &messages] { started.tell(messages.descriptor()); };
-  if (!*claim) {
+  if (!claim) {
     console.output << shownAlready << std::endl;
     tell();
     return {};

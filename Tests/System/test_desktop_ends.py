@@ -1,10 +1,13 @@
 """How the host ends, and what it does without the buses of a desktop: quickly, with nothing left
 behind and nothing lost."""
 
+import fcntl
 import json
+import os
 import signal
 import time
 
+from host_process import host_beside
 from host_test import SwayTest, XTest
 from process_tree import running, wait_until
 from program import run
@@ -123,6 +126,22 @@ class EndTests:
 
 
 class XEndTest(EndTests, XTest):
+    def test_nobody_else_gets_the_file_before_a_slow_extension_has_let_it_end(self):
+        """A desktop that no disk has taken yet is saved within that time."""
+        host = self.start_host(
+            program=host_beside(self.session.folder / "late", "late_extension.py"),
+            LANTERNFOLD_SIGNAL=str(self.session.folder / "never"),
+            LANTERNFOLD_WIDGET_EXTENSION=os.environ["LANTERNFOLD_WIDGET_EXTENSION"])
+        wait_until(host.children, "an extension")
+        wait_until(self.store.with_name("host.lock").exists, "the lock")
+        host.process.send_signal(signal.SIGTERM)
+        began = time.monotonic()
+        with open(self.store.with_name("host.lock"), "rb") as lock:
+            fcntl.flock(lock, fcntl.LOCK_EX)
+        # What an extension has that does not end by itself.
+        self.assertGreater(time.monotonic() - began, 1.5)
+        self.assertEqual(0, host.wait(2), host.errors)
+
     def test_the_window_manager_is_replaced(self):
         host = self.begin()
         self.display.manager.kill()
