@@ -70,7 +70,7 @@ std::expected<void, CommandFailure> show(const HostChoice& choice, const Display
   if (bus.connection() != nullptr) {
     verbs.emplace(bus.connection(), control, services.mainQueue);
   }
-  auto claimed = claimSoleHost(*application.operator->(), services.configuration, choice.link);
+  auto claimed = claimSoleHost(*application.operator->(), bus, services.configuration, choice.link);
   if (!claimed) return std::unexpected(claimed.error());
   claim = *std::move(claimed);
   const auto tell = [&started, &messages] { started.tell(messages.descriptor()); };

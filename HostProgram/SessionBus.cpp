@@ -9,6 +9,8 @@
 namespace lanternfold {
 namespace {
 
+constexpr int answerMilliseconds = 3000;
+
 struct ReleaseObject {
   void operator()(gpointer object) const { g_object_unref(object); }
 };
@@ -42,6 +44,19 @@ SessionBus::SessionBus(std::chrono::milliseconds limit) {
     isSilent_ = true;
     ::setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", /*overwrite=*/1);
   }
+}
+
+bool SessionBus::hasOwner(const std::string& name) const {
+  if (!connection_) return false;
+  GVariant* const reply = g_dbus_connection_call_sync(
+      connection_.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+      "NameHasOwner", g_variant_new("(s)", name.c_str()), G_VARIANT_TYPE("(b)"),
+      G_DBUS_CALL_FLAGS_NONE, answerMilliseconds, nullptr, nullptr);
+  if (reply == nullptr) return false;
+  gboolean isOwned = FALSE;
+  g_variant_get(reply, "(b)", &isOwned);
+  g_variant_unref(reply);
+  return isOwned != FALSE;
 }
 
 }  // namespace lanternfold

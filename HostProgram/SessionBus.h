@@ -6,6 +6,7 @@
 #include <chrono>
 #include <gio/gio.h>
 #include <memory>
+#include <string>
 
 namespace lanternfold {
 
@@ -22,6 +23,10 @@ class SessionBus {
 
   /// Null without a bus.
   [[nodiscard]] GDBusConnection* connection() const { return connection_.get(); }
+
+  /// Whether somebody has this name on it; nobody without a bus, or when it does not say so within
+  /// three seconds.
+  [[nodiscard]] bool hasOwner(const std::string& name) const;
 
  private:
   struct Release {

@@ -1,20 +1,19 @@
 #include "HostProgram/SoleHost.h"
 
-#include <chrono>
+#include <functional>
+#include <poll.h>
 #include <string>
 
 #include "HostProgram/Links/LinkStart.h"
-#include "PlatformLinux/System/ProcessEnd.h"
 
 namespace lanternfold {
 namespace {
 
-using namespace std::chrono_literals;
-
 constexpr const char* lockFile = "host.lock";
 
 /// A host gives its name on the bus back before the lock, and waits for its extension in between.
-constexpr auto endingTime = 3s;
+constexpr int betweenLooksMilliseconds = 100;
+constexpr int mostLooks = 30;
 
 CommandFailure shownElsewhere(std::optional<pid_t> holder) {
   const std::string process = holder ? "the process " + std::to_string(*holder) : "a process";
@@ -26,30 +25,26 @@ CommandFailure shownElsewhere(std::optional<pid_t> holder) {
                     remedy + ", and start them here then");
 }
 
+/// None when somebody else has the folder, and `isNamed` comes true.
 std::expected<std::optional<SoleHostClaim>, CommandFailure> claimFolder(
-    const ConfigurationDirectory& configuration) {
+    const ConfigurationDirectory& configuration, const std::function<bool()>& isNamed) {
   const auto folder = configuration.folder();
   if (!folder) return SoleHostClaim{};
   const std::filesystem::path file = *folder / lockFile;
-  auto claim = FileClaim::claim(file);
-  if (claim && !*claim) {
-    const auto holder = FileClaim::signature(file);
-    if (!holder || !waitForEnd(*holder, endingTime)) {
-      return std::unexpected(shownElsewhere(holder));
+  for (int look = 0;; ++look) {
+    auto claim = FileClaim::claim(file);
+    if (!claim) return SoleHostClaim{};
+    if (*claim) {
+      (*claim)->signWithProcess();
+      return SoleHostClaim{.lock = *std::move(claim)};
     }
-    claim = FileClaim::claim(file);
-    if (claim && !*claim) return std::unexpected(shownElsewhere(FileClaim::signature(file)));
+    if (isNamed()) return std::nullopt;
+    if (look == mostLooks) return std::unexpected(shownElsewhere(FileClaim::signature(file)));
+    (void)::poll(nullptr, 0, betweenLooksMilliseconds);
   }
-  if (!claim) return SoleHostClaim{};
-  (*claim)->signWithProcess();
-  return SoleHostClaim{.lock = *std::move(claim)};
 }
 
-}  // namespace
-
-std::expected<std::optional<SoleHostClaim>, CommandFailure> claimSoleHost(
-    Gio::Application& application, const ConfigurationDirectory& configuration,
-    const std::optional<std::string>& link) {
+std::expected<void, CommandFailure> takeName(Gio::Application& application) {
   try {
     application.register_application();
   } catch (const Glib::Error& error) {
@@ -57,10 +52,31 @@ std::expected<std::optional<SoleHostClaim>, CommandFailure> claimSoleHost(
         workFailed("the session's message bus refuses the widgets: " + std::string(error.what()) +
                    "; sign in anew, or start them with \"dbus-run-session\""));
   }
-  if (!application.is_remote()) return claimFolder(configuration);
-  // The first one is activated or opens the link, and nothing more.
-  runFromLink(application, link);
-  return std::nullopt;
+  return {};
+}
+
+}  // namespace
+
+std::expected<std::optional<SoleHostClaim>, CommandFailure> claimSoleHost(
+    Gio::Application& application, const SessionBus& bus,
+    const ConfigurationDirectory& configuration, const std::optional<std::string>& link) {
+  const auto isNamed = [&] { return bus.hasOwner(application.get_id()); };
+  std::optional<SoleHostClaim> claim;
+  if (!isNamed()) {
+    auto claimed = claimFolder(configuration, isNamed);
+    if (!claimed) return std::unexpected(claimed.error());
+    claim = *std::move(claimed);
+  }
+  // After the folder: whoever finds the name is told that the widgets are shown.
+  if (auto taken = takeName(application); !taken) return std::unexpected(taken.error());
+  if (application.is_remote()) {
+    // The first one is activated or opens the link, and nothing more.
+    runFromLink(application, link);
+    return std::nullopt;
+  }
+  if (claim) return claim;
+  // Whoever had the name has given it back meanwhile.
+  return claimFolder(configuration, [] { return false; });
 }
 
 }  // namespace lanternfold

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 
+#include "HostProgram/SessionBus.h"
 #include "PlatformLinux/Defaults/ConfigurationDirectory.h"
 #include "PlatformLinux/System/FileClaim.h"
 #include "Wiring/Console.h"
@@ -21,12 +22,12 @@ struct SoleHostClaim {
   std::optional<FileClaim> lock;
 };
 
-/// Takes the application's name on the bus, where there is one, and claims the folder. None when
+/// Claims the folder, and then takes the application's name on `bus`. None when
 /// another host of the same bus has been there first: it has been told to open `link`, or without
 /// one to show its widgets. A host on another bus, or on none, cannot be told anything: that it has
 /// the folder is a failure, after a few seconds in which one that is just ending may be done.
 [[nodiscard]] std::expected<std::optional<SoleHostClaim>, CommandFailure> claimSoleHost(
-    Gio::Application& application, const ConfigurationDirectory& configuration,
-    const std::optional<std::string>& link);
+    Gio::Application& application, const SessionBus& bus,
+    const ConfigurationDirectory& configuration, const std::optional<std::string>& link);
 
 }  // namespace lanternfold

@@ -103,6 +103,24 @@ class EndTests:
         self.assertTrue(second.is_alive(), second.errors)
         self.finish(second)
 
+    def test_whoever_is_kept_out_tells_nobody_that_the_widgets_are_shown(self):
+        """It once had the name on its bus for the seconds in which it waited for the first."""
+        host = self.begin()
+        bus = self.session.begin_bus()
+        others = [self.start_host(DBUS_SESSION_BUS_ADDRESS=bus) for _ in range(2)]
+        for other in others:
+            self.assert_kept_out_by(host, other)
+        self.finish(host)
+
+    def test_of_two_that_are_started_at_once_one_hands_over(self):
+        hosts = [self.start_host() for _ in range(2)]
+        self.assert_all_shown(self.wait_for_widgets())
+        second = wait_until(lambda: next((each for each in hosts if not each.is_alive()), None),
+                            "the end of the second", 10)
+        self.assertEqual((0, []), (second.wait(), second.errors))
+        hosts.remove(second)
+        self.finish(hosts[0])
+
     def assert_default_set_shown(self):
         """Without anybody who could be asked where they stand: the file says it."""
         wait_until(self.store.exists, "the file of the widgets")
