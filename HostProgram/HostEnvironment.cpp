@@ -20,6 +20,17 @@ DisplayEnvironment displayEnvironmentOfProcess() {
           .backend = variable("GDK_BACKEND")};
 }
 
+std::vector<GivenVariable> givenVariablesOfProcess() {
+  std::vector<GivenVariable> given;
+  // See SessionBus, ToolkitSetup and GettextStringTable.
+  for (const char* const name : {"DBUS_SESSION_BUS_ADDRESS", "GDK_GL", "LANGUAGE"}) {
+    const char* const value = std::getenv(name);
+    given.push_back({.name = name,
+                     .value = value == nullptr ? std::nullopt : std::optional<std::string>(value)});
+  }
+  return given;
+}
+
 std::string loginSessionOfProcess() { return variable("XDG_SESSION_ID").value_or(""); }
 
 }  // namespace lanternfold

@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "HostProgram/Display/DisplayChoice.h"
 
@@ -16,5 +17,15 @@ namespace lanternfold {
 /// The login manager's name of the session that this process was started in; empty where it is told
 /// of none.
 [[nodiscard]] std::string loginSessionOfProcess();
+
+/// A variable as it was given to this program; none when it was not set.
+struct GivenVariable {
+  std::string name;
+  std::optional<std::string> value;
+};
+
+/// Those that the host sets for itself, its libraries and its extension, as long as it has not done
+/// so: what else it starts is to have them as they were.
+[[nodiscard]] std::vector<GivenVariable> givenVariablesOfProcess();
 
 }  // namespace lanternfold

@@ -1,6 +1,7 @@
 #include "HostProgram/HostMachine.h"
 
 #include <string>
+#include <utility>
 
 #include "HostProgram/HostEnvironment.h"
 #include "NetworkMonitor/Interfaces/PosixInterfaceResolver.h"
@@ -52,7 +53,7 @@ WidgetStore::Place storePlace(const ConfigurationDirectory& directory) {
 /// queues, which finish the works that are running, before what those use.
 struct HostMachine::Parts {
   Parts(const HostChoice& choice, const UserLanguage& spoken, DiagnosticLog& diagnostics,
-        std::optional<int> messages)
+        std::optional<int> messages, std::vector<GivenVariable> givenVariables)
       : log(diagnostics),
         strings(catalogueDomain(), translationsFolder(), spoken),
         dataDirectory(choice.dataFolder),
@@ -86,7 +87,8 @@ struct HostMachine::Parts {
                  .strings = strings,
                  .log = log,
                  .language = spoken,
-                 .assets = assetsFolder()} {}
+                 .assets = assetsFolder(),
+                 .givenVariables = std::move(givenVariables)} {}
 
   DiagnosticLog& log;
   SystemClock clock;
@@ -130,8 +132,8 @@ struct HostMachine::Parts {
 };
 
 HostMachine::HostMachine(const HostChoice& choice, const UserLanguage& language, DiagnosticLog& log,
-                         std::optional<int> messages)
-    : parts_(std::make_unique<Parts>(choice, language, log, messages)) {}
+                         std::optional<int> messages, std::vector<GivenVariable> givenVariables)
+    : parts_(std::make_unique<Parts>(choice, language, log, messages, std::move(givenVariables))) {}
 
 HostMachine::~HostMachine() = default;
 

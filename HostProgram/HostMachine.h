@@ -6,8 +6,10 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "HostProgram/HostCommandLine.h"
+#include "HostProgram/HostEnvironment.h"
 #include "HostProgram/HostServices.h"
 
 namespace lanternfold {
@@ -19,7 +21,7 @@ class HostMachine {
   /// where this program's own goes. Throws std::system_error when the system lacks what the program
   /// needs.
   HostMachine(const HostChoice& choice, const UserLanguage& language, DiagnosticLog& log,
-              std::optional<int> messages);
+              std::optional<int> messages, std::vector<GivenVariable> givenVariables);
   ~HostMachine();
   HostMachine(const HostMachine&) = delete;
   HostMachine& operator=(const HostMachine&) = delete;

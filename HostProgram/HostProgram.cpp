@@ -48,6 +48,7 @@ std::expected<void, CommandFailure> requirePipe(std::optional<int> descriptor) {
 std::expected<void, CommandFailure> show(const HostChoice& choice, const DisplayChoice& display,
                                          const Console& console) {
   StartNotice started(choice.startedDescriptor);
+  auto givenVariables = givenVariablesOfProcess();
   const UserLanguage language = chooseUserLanguage();
   const auto lines =
       std::make_shared<StreamDiagnosticLog>(stderr, StreamDiagnosticLog::WhenFull::loseLine);
@@ -62,7 +63,7 @@ std::expected<void, CommandFailure> show(const HostChoice& choice, const Display
   HostMessages messages(choice.startedDescriptor.has_value(), log);
   // Lasts longer than the machine, which saves what is not saved yet when it goes.
   std::optional<SoleHostClaim> claim;
-  HostMachine machine(choice, language, log, messages.descriptor());
+  HostMachine machine(choice, language, log, messages.descriptor(), std::move(givenVariables));
   const HostServices& services = machine.services();
   HostControl control(services.desk, [&application] { application->quit(); });
   // The verbs are there before the name is by which they are called.

@@ -5,7 +5,9 @@
 
 #include <filesystem>
 #include <functional>
+#include <vector>
 
+#include "HostProgram/HostEnvironment.h"
 #include "NetworkMonitor/Metrics/ConnectionMetricsReader.h"
 #include "NetworkMonitor/Monitor/Resolvers.h"
 #include "NetworkWidgetVexExtension/Intents/AdapterConfigurationIntentHandling.h"
@@ -48,6 +50,7 @@ struct HostServices {
   DiagnosticLog& log;
   UserLanguage language;
   std::filesystem::path assets;
+  std::vector<GivenVariable> givenVariables;  ///< for programs that are started for the user
 };
 
 }  // namespace lanternfold

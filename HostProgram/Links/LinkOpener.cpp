@@ -56,8 +56,13 @@ void LinkOpener::follow(LinkTarget target, const std::string& url) {
 
 void LinkOpener::handToSystem(const std::string& url) {
   const auto context = Gdk::Display::get_default()->get_app_launch_context();
-  // It is this program's own (see ToolkitSetup).
-  context->unsetenv("GDK_GL");
+  for (const GivenVariable& given : givenVariables_) {
+    if (given.value) {
+      context->setenv(given.name, *given.value);
+    } else {
+      context->unsetenv(given.name);
+    }
+  }
   Gio::AppInfo::launch_default_for_uri_async(
       url, context,
       [this, url](const Glib::RefPtr<Gio::AsyncResult>& result) {

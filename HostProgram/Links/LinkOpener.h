@@ -6,7 +6,10 @@
 
 #include <functional>
 #include <string>
+#include <utility>
+#include <vector>
 
+#include "HostProgram/HostEnvironment.h"
 #include "HostProgram/Links/LinkTarget.h"
 #include "Platform/DiagnosticLog.h"
 
@@ -14,9 +17,13 @@ namespace lanternfold {
 
 class LinkOpener {
  public:
-  /// `log` outlives the opener. `openBandwidthMonitor` gets the link.
-  LinkOpener(DiagnosticLog& log, std::function<void(const std::string& url)> openBandwidthMonitor)
-      : log_(log), openBandwidthMonitor_(std::move(openBandwidthMonitor)) {}
+  /// `log` outlives the opener. The system's programs get `givenVariables` as they stand there.
+  /// `openBandwidthMonitor` gets the link.
+  LinkOpener(DiagnosticLog& log, std::vector<GivenVariable> givenVariables,
+             std::function<void(const std::string& url)> openBandwidthMonitor)
+      : log_(log),
+        givenVariables_(std::move(givenVariables)),
+        openBandwidthMonitor_(std::move(openBandwidthMonitor)) {}
 
   /// Any text that an extension has for a link; what is not to be opened is a line of the log.
   void open(const std::string& url);
@@ -29,6 +36,7 @@ class LinkOpener {
   void handToSystem(const std::string& url);
 
   DiagnosticLog& log_;
+  std::vector<GivenVariable> givenVariables_;
   std::function<void(const std::string& url)> openBandwidthMonitor_;
 };
 

@@ -1,6 +1,7 @@
 """An extension that means no good: the host neither falls over, nor swells, nor opens what a card
 names."""
 
+import socket
 import time
 from pathlib import Path
 
@@ -26,9 +27,9 @@ MimeType={types}
 
 
 class HostileTest(HostTest):
-    def start_hostile(self, manner, number=0):
+    def start_hostile(self, manner, number=0, **variables):
         program = host_beside(self.session.folder / f"hostile {number}", "hostile_extension.py")
-        return self.start_host(program=program, LANTERNFOLD_MANNER=manner)
+        return self.start_host(program=program, LANTERNFOLD_MANNER=manner, **variables)
 
 
 class MannerTest(HostileTest, XTest):
@@ -101,6 +102,27 @@ class LinkTests:
 
 
 class XLinkTest(LinkTests, HostileTest, XTest):
+    def test_what_is_opened_has_the_variables_that_the_host_was_given(self):
+        """It once had those that the host sets for itself: no session bus, and another language."""
+        desktop_file = self.session.folder / "share" / "applications" / "handler.desktop"
+        desktop_file.write_text(desktop_file.read_text().replace(
+            'echo \\"$1\\"', "env"))
+        listener = socket.socket(socket.AF_UNIX)
+        self.addCleanup(listener.close)
+        listener.bind(str(self.session.folder / "silent"))
+        listener.listen()
+        bus = f"unix:path={self.session.folder / 'silent'}"
+        self.start_hostile("link https://www.example/", DBUS_SESSION_BUS_ADDRESS=bus,
+                           LC_ALL="C.UTF-8", LANGUAGE="de_AT:fr")
+        x, y = wait_until(lambda: next(iter(self.card_windows()), None), "the card")
+        place = x + 85, y + 85
+        wait_until(lambda: self.pixel(*place) == "008000", "the link")
+        self.display.click(*place)
+        lines = wait_until(lambda: self.opened.read_text().splitlines(), "the opened URL", 10)
+        self.assertIn(f"DBUS_SESSION_BUS_ADDRESS={bus}", lines)
+        self.assertIn("LANGUAGE=de_AT:fr", lines)
+        self.assertFalse([line for line in lines if line.startswith("GDK_GL=")])
+
     def open_by_bus(self, url):
         self.display.run("gdbus", "call", "--session", "--dest", APPLICATION, "--object-path",
                          "/" + APPLICATION.replace(".", "/"), "--method",
