@@ -1,5 +1,7 @@
 #include "HostProgram/Display/DisplayChoice.h"
 
+#include <ranges>
+
 namespace lanternfold {
 namespace {
 
@@ -31,32 +33,72 @@ std::string_view remarkOnX11(WaylandCompositor compositor) {
   }
 }
 
-/// GDK_BACKEND is a list, of which "*" is any.
-bool mayUse(const DisplayEnvironment& environment, std::string_view backend) {
-  if (!environment.backend) return true;
-  const std::string list = "," + *environment.backend + ",";
-  return list.find("," + std::string(backend) + ",") != std::string::npos ||
-         list.find(",*,") != std::string::npos;
-}
+/// What the environment has, looked at no further than is needed.
+class Displays {
+ public:
+  Displays(const DisplayEnvironment& environment,
+           const std::function<WaylandCompositor()>& askCompositor)
+      : environment_(environment), askCompositor_(askCompositor) {}
+
+  /// The one of that name in GDK_BACKEND, where "*" is the best of all; none when it is of no use.
+  [[nodiscard]] std::optional<DisplayChoice> named(std::string_view backend) {
+    if (backend == "*") return best();
+    if (backend == "x11") return x11();
+    if (backend == "wayland") return wayland();
+    return std::nullopt;
+  }
+
+  /// Whether a compositor has been asked in vain.
+  [[nodiscard]] bool areSilent() const { return compositor_ == WaylandCompositor::silent; }
+
+ private:
+  WaylandCompositor compositor() {
+    if (!compositor_) {
+      compositor_ = environment_.wayland ? askCompositor_() : WaylandCompositor::unreachable;
+    }
+    return *compositor_;
+  }
+
+  std::optional<DisplayChoice> best() {
+    if (compositor() == WaylandCompositor::withLayers) return wayland();
+    if (const auto found = x11()) return found;
+    return wayland();
+  }
+
+  [[nodiscard]] std::optional<DisplayChoice> x11() const {
+    if (!environment_.x11) return std::nullopt;
+    return DisplayChoice{
+        .kind = WindowKind::x11,
+        .remark = remarkOnX11(compositor_.value_or(WaylandCompositor::unreachable))};
+  }
+
+  std::optional<DisplayChoice> wayland() {
+    switch (compositor()) {
+      case WaylandCompositor::withLayers:
+        return DisplayChoice{.kind = WindowKind::waylandLayer};
+      case WaylandCompositor::withoutLayers:
+        return DisplayChoice{.kind = WindowKind::waylandPlain, .remark = notBelow};
+      default:
+        return std::nullopt;
+    }
+  }
+
+  const DisplayEnvironment& environment_;
+  const std::function<WaylandCompositor()>& askCompositor_;
+  std::optional<WaylandCompositor> compositor_;  ///< none before it has been asked
+};
 
 }  // namespace
 
 std::expected<DisplayChoice, CommandFailure> chooseDisplay(
     const DisplayEnvironment& environment,
     const std::function<WaylandCompositor()>& askCompositor) {
-  const bool hasX11 = environment.x11 && mayUse(environment, "x11");
-  const WaylandCompositor compositor = environment.wayland && mayUse(environment, "wayland")
-                                           ? askCompositor()
-                                           : WaylandCompositor::unreachable;
-  if (compositor == WaylandCompositor::withLayers) {
-    return DisplayChoice{.kind = WindowKind::waylandLayer};
+  Displays displays(environment, askCompositor);
+  const std::string backends = environment.backend.value_or("*");
+  for (const auto backend : std::views::split(std::string_view(backends), ',')) {
+    if (const auto choice = displays.named(std::string_view(backend))) return *choice;
   }
-  if (hasX11) return DisplayChoice{.kind = WindowKind::x11, .remark = remarkOnX11(compositor)};
-  if (compositor == WaylandCompositor::withoutLayers) {
-    return DisplayChoice{.kind = WindowKind::waylandPlain, .remark = notBelow};
-  }
-  const bool isSilent = compositor == WaylandCompositor::silent;
-  return std::unexpected(workFailed(isSilent ? noAnswer : noDisplay));
+  return std::unexpected(workFailed(displays.areSilent() ? noAnswer : noDisplay));
 }
 
 }  // namespace lanternfold

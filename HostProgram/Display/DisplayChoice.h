@@ -18,7 +18,8 @@ namespace lanternfold {
 struct DisplayEnvironment {
   std::optional<std::string> x11;      ///< DISPLAY
   std::optional<std::string> wayland;  ///< WAYLAND_DISPLAY
-  std::optional<std::string> backend;  ///< GDK_BACKEND: the user's own choice
+  std::optional<std::string>
+      backend;  ///< GDK_BACKEND: the user's own choices, with commas, "*" for any
 };
 
 /// What is found out of a Wayland compositor.
@@ -41,9 +42,10 @@ struct DisplayChoice {
   std::string_view remark = {};
 };
 
-/// Where widgets can stay below is better than where they cannot; Wayland is better than X11 where
-/// both can. `askCompositor` is called at the most once. The failure is a sentence that says what
-/// to do without a desktop.
+/// The first that can be used of those that the user names, in the user's order. Without such a
+/// wish where widgets can stay below is better than where they cannot; Wayland is better than X11
+/// where both can. `askCompositor` is called at the most once. The failure is a sentence that says
+/// what to do without a desktop.
 [[nodiscard]] std::expected<DisplayChoice, CommandFailure> chooseDisplay(
     const DisplayEnvironment& environment, const std::function<WaylandCompositor()>& askCompositor);
 

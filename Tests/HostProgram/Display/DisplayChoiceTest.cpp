@@ -94,5 +94,19 @@ TEST(DisplayChoiceTest, TheUsersOwnChoiceOfABackendStands) {
   EXPECT_FALSE(chooseDisplay(chosen, mustNotBeAsked));
 }
 
+TEST(DisplayChoiceTest, OfSeveralBackendsTheUsersFirstThatCanBeUsedIsTaken) {
+  const auto kindWith = [](const std::string& backends, const auto& compositor) {
+    return kindOf({.x11 = ":0", .wayland = "wayland-0", .backend = backends}, compositor);
+  };
+  EXPECT_EQ(kindWith("x11,wayland", mustNotBeAsked), WindowKind::x11);
+  EXPECT_EQ(kindWith("x11,*", mustNotBeAsked), WindowKind::x11);
+  EXPECT_EQ(kindWith("wayland,x11", withoutLayers), WindowKind::waylandPlain);
+  EXPECT_EQ(kindWith("wayland,x11", unreachable), WindowKind::x11);
+  EXPECT_EQ(kindWith("broadway,wayland,*", silent), WindowKind::x11);
+  EXPECT_EQ(kindOf({.wayland = "wayland-0", .backend = "x11,wayland"}, withLayers),
+            WindowKind::waylandLayer);
+  EXPECT_FALSE(chooseDisplay({.x11 = ":0", .backend = "wayland,broadway"}, mustNotBeAsked));
+}
+
 }  // namespace
 }  // namespace lanternfold
