@@ -53,12 +53,12 @@ WidgetStore::Place storePlace(const ConfigurationDirectory& directory) {
 /// queues, which finish the works that are running, before what those use.
 struct HostMachine::Parts {
   Parts(const HostChoice& choice, const UserLanguage& spoken, DiagnosticLog& diagnostics,
-        std::optional<int> messages, std::vector<GivenVariable> givenVariables)
+        HostMessages& messages, std::vector<GivenVariable> givenVariables)
       : log(diagnostics),
         strings(catalogueDomain(), translationsFolder(), spoken),
         dataDirectory(choice.dataFolder),
         launcher(programFolder() / extensionProgramName, argumentsOf(choice.common), eventLoop,
-                 mainQueue, messages),
+                 mainQueue, [&messages] { return messages.ofNextProgram(); }),
         desk({.extension = extension,
               .store = store,
               .mainQueue = mainQueue,
@@ -132,7 +132,7 @@ struct HostMachine::Parts {
 };
 
 HostMachine::HostMachine(const HostChoice& choice, const UserLanguage& language, DiagnosticLog& log,
-                         std::optional<int> messages, std::vector<GivenVariable> givenVariables)
+                         HostMessages& messages, std::vector<GivenVariable> givenVariables)
     : parts_(std::make_unique<Parts>(choice, language, log, messages, std::move(givenVariables))) {}
 
 HostMachine::~HostMachine() = default;

@@ -5,11 +5,11 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <vector>
 
 #include "HostProgram/HostCommandLine.h"
 #include "HostProgram/HostEnvironment.h"
+#include "HostProgram/HostMessages.h"
 #include "HostProgram/HostServices.h"
 
 namespace lanternfold {
@@ -17,11 +17,10 @@ namespace lanternfold {
 /// Main thread, which runs GLib's default main context.
 class HostMachine {
  public:
-  /// `log` outlives the machine. What the extension prints goes to the descriptor `messages`, or
-  /// where this program's own goes. Throws std::system_error when the system lacks what the program
-  /// needs.
+  /// `log` and `messages`, which gets what the extension prints, outlive the machine. Throws
+  /// std::system_error when the system lacks what the program needs.
   HostMachine(const HostChoice& choice, const UserLanguage& language, DiagnosticLog& log,
-              std::optional<int> messages, std::vector<GivenVariable> givenVariables);
+              HostMessages& messages, std::vector<GivenVariable> givenVariables);
   ~HostMachine();
   HostMachine(const HostMachine&) = delete;
   HostMachine& operator=(const HostMachine&) = delete;

@@ -2,6 +2,7 @@
 
 #include <expected>
 #include <fcntl.h>
+#include <mutex>
 #include <string>
 #include <utility>
 
@@ -13,7 +14,6 @@ namespace {
 
 constexpr const char* chooser = "XDG_STATE_HOME";
 constexpr std::size_t longestBytes = std::size_t{1024} * 1024;
-constexpr unsigned betweenLooksSeconds = 60;
 
 /// The error is a sentence for the user, without its full stop.
 std::expected<LogFile, std::string> openFile() {
@@ -33,15 +33,36 @@ std::expected<LogFile, std::string> openFile() {
 
 }  // namespace
 
-HostMessages::HostMessages(bool isInBackground, DiagnosticLog& log) {
+/// Trimmed by whoever has written to it, on whichever thread.
+class HostMessages::File {
+ public:
+  explicit File(LogFile file) : file_(std::move(file)) {}
+
+  [[nodiscard]] int descriptor() const { return file_.descriptor(); }
+  void beginAnew() { file_.beginAnew(); }
+  void keepWithin() {
+    const std::scoped_lock guard(mutex_);
+    file_.keepWithin(longestBytes);
+  }
+
+ private:
+  LogFile file_;
+  std::mutex mutex_;
+};
+
+HostMessages::HostMessages(bool isInBackground, StreamDiagnosticLog& log) : log_(log) {
   if (!isInBackground) return;
   auto file = openFile();
   if (file) {
-    file_ = *std::move(file);
+    file_ = std::make_shared<File>(*std::move(file));
   } else {
     log.line("what the widgets have to complain of later will be lost: " + file.error());
     nobody_.emplace(::open("/dev/null", O_WRONLY | O_CLOEXEC));
   }
+  const auto messages = descriptor();
+  if (!messages) return;
+  stream_.reset(::fdopen(::fcntl(*messages, F_DUPFD_CLOEXEC, 3), "a"));
+  if (stream_) programs_.emplace(stream_.get());
 }
 
 std::optional<int> HostMessages::descriptor() const {
@@ -52,12 +73,15 @@ std::optional<int> HostMessages::descriptor() const {
 void HostMessages::begin() {
   if (!file_) return;
   file_->beginAnew();
-  trimming_ = Glib::signal_timeout().connect_seconds(
-      [this] {
-        file_->keepWithin(longestBytes);
-        return true;
-      },
-      betweenLooksSeconds);
+  const auto trim = [file = file_] { file->keepWithin(); };
+  log_.setAfterLine(trim);
+  if (programs_) programs_->setAfterLine(trim);
+}
+
+DiagnosticLog* HostMessages::ofNextProgram() {
+  // Programs that links have started write to the file itself.
+  if (file_) file_->keepWithin();
+  return programs_ ? &*programs_ : nullptr;
 }
 
 }  // namespace lanternfold

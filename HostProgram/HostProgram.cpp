@@ -60,10 +60,10 @@ std::expected<void, CommandFailure> show(const HostChoice& choice, const Display
   // it takes its name, and waits for each as long as the bus does.
   const auto application =
       Gio::Application::create(hostApplicationId, Gio::APPLICATION_HANDLES_OPEN);
-  HostMessages messages(choice.startedDescriptor.has_value(), log);
+  HostMessages messages(choice.startedDescriptor.has_value(), *lines);
   // Lasts longer than the machine, which saves what is not saved yet when it goes.
   std::optional<SoleHostClaim> claim;
-  HostMachine machine(choice, language, log, messages.descriptor(), std::move(givenVariables));
+  HostMachine machine(choice, language, log, messages, std::move(givenVariables));
   const HostServices& services = machine.services();
   HostControl control(services.desk, [&application] { application->quit(); });
   // The verbs are there before the name is by which they are called.

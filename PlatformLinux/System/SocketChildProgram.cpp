@@ -2,10 +2,13 @@
 
 #include <array>
 #include <cerrno>
+#include <fcntl.h>
 #include <optional>
 #include <sys/socket.h>
+#include <unistd.h>
 #include <utility>
 
+#include "PlatformLinux/System/ProgramOutput.h"
 #include "PlatformLinux/System/ProgramSupervision.h"
 #include "PlatformLinux/System/SocketByteStream.h"
 #include "PlatformLinux/System/SpawnedProcess.h"
@@ -99,12 +102,12 @@ class SocketChildProgram final : public ChildProgram {
 SocketChildProgramLauncher::SocketChildProgramLauncher(std::filesystem::path program,
                                                        std::vector<std::string> arguments,
                                                        EventLoop& loop, DispatchQueue& mainQueue,
-                                                       std::optional<int> output)
+                                                       OutputOfNext outputOfNext)
     : program_(std::move(program)),
       arguments_(std::move(arguments)),
       loop_(loop),
       mainQueue_(mainQueue),
-      output_(output),
+      outputOfNext_(std::move(outputOfNext)),
       running_(std::make_shared<RunningPrograms>()) {
   arguments_.emplace_back("--service-fd");
   arguments_.push_back(std::to_string(SpawnedProcess::socketNumber));
@@ -115,6 +118,21 @@ SocketChildProgramLauncher::~SocketChildProgramLauncher() {
   (void)running_->waitUntilAllEnded(ProgramSupervision::farewell + 500ms);
 }
 
+std::expected<SpawnedProcess, std::error_code> SocketChildProgramLauncher::startOn(
+    int socket) const {
+  DiagnosticLog* const log = outputOfNext_();
+  if (log == nullptr) return SpawnedProcess::start(program_, arguments_, socket);
+  std::array<int, 2> ends{};
+  if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
+    return std::unexpected(std::error_code(errno, std::generic_category()));
+  }
+  const auto output = std::make_shared<ProgramOutput>(FileDescriptor(ends[0]), loop_, *log);
+  const FileDescriptor theirs(ends[1]);
+  auto process = SpawnedProcess::start(program_, arguments_, socket, theirs.get());
+  if (process) output->start();
+  return process;
+}
+
 std::expected<std::unique_ptr<ChildProgram>, std::error_code> SocketChildProgramLauncher::launch() {
   std::array<int, 2> ends{};
   if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) {
@@ -123,7 +141,7 @@ std::expected<std::unique_ptr<ChildProgram>, std::error_code> SocketChildProgram
   const FileDescriptor theirs(ends[1]);
   auto stream = SocketByteStream::adopt(ends[0], loop_, mainQueue_);
   if (!stream) fatalError("a socket of a pair was no connected socket");
-  auto process = SpawnedProcess::start(program_, arguments_, theirs.get(), output_);
+  auto process = startOn(theirs.get());
   if (!process) return std::unexpected(process.error());
   return std::make_unique<SocketChildProgram>(
       *std::move(stream), ends[0],

@@ -4,13 +4,15 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "Platform/ChildProgram.h"
+#include "Platform/DiagnosticLog.h"
 #include "Platform/Dispatch.h"
+#include "PlatformLinux/System/SpawnedProcess.h"
 
 namespace lanternfold {
 
@@ -21,12 +23,15 @@ class RunningPrograms;
 /// by the event loop; no signal is handled.
 class SocketChildProgramLauncher final : public ChildProgramLauncher {
  public:
-  /// `program` is a path; `arguments` stand before those that this adds. What it prints goes to the
-  /// descriptor `output`, or where this program's own goes. `loop` and `mainQueue` outlive the
-  /// launcher, and `output` stays open.
-  SocketChildProgramLauncher(std::filesystem::path program, std::vector<std::string> arguments,
-                             EventLoop& loop, DispatchQueue& mainQueue,
-                             std::optional<int> output = std::nullopt);
+  /// The log of what a program says that starts now; null when that goes where this program's own
+  /// goes. Main queue. The log outlives `loop`.
+  using OutputOfNext = std::function<DiagnosticLog*()>;
+
+  /// `program` is a path; `arguments` stand before those that this adds. `loop` and `mainQueue`
+  /// outlive the launcher.
+  SocketChildProgramLauncher(
+      std::filesystem::path program, std::vector<std::string> arguments, EventLoop& loop,
+      DispatchQueue& mainQueue, OutputOfNext outputOfNext = [] { return nullptr; });
   /// Every program that it has started has been destroyed before. Waits for those that have not
   /// ended yet, which takes a little more than two seconds at the most.
   ~SocketChildProgramLauncher() override;
@@ -36,11 +41,13 @@ class SocketChildProgramLauncher final : public ChildProgramLauncher {
   [[nodiscard]] std::expected<std::unique_ptr<ChildProgram>, std::error_code> launch() override;
 
  private:
+  [[nodiscard]] std::expected<SpawnedProcess, std::error_code> startOn(int socket) const;
+
   std::filesystem::path program_;
   std::vector<std::string> arguments_;
   EventLoop& loop_;
   DispatchQueue& mainQueue_;
-  std::optional<int> output_;
+  OutputOfNext outputOfNext_;
   std::shared_ptr<RunningPrograms> running_;
 };
 

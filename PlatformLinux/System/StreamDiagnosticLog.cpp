@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <poll.h>
 #include <string>
+#include <utility>
 
 #include <climits>
 
@@ -61,6 +62,12 @@ void StreamDiagnosticLog::line(std::string_view text) {
   // One call for text and line end: the stream's own lock makes it one piece.
   std::fwrite(whole.data(), 1, whole.size(), stream_);
   std::fflush(stream_);
+  afterLine_();
+}
+
+void StreamDiagnosticLog::setAfterLine(std::function<void()> afterLine) {
+  const std::scoped_lock guard(mutex_);
+  afterLine_ = std::move(afterLine);
 }
 
 }  // namespace lanternfold

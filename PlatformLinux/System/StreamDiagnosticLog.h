@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdio>
+#include <functional>
 #include <mutex>
 
 #include "Platform/DiagnosticLog.h"
@@ -28,10 +29,14 @@ class StreamDiagnosticLog final : public DiagnosticLog {
   /// written as "\xNN": a folder's name may hold an escape sequence.
   void line(std::string_view text) override;
 
+  /// Called after each line from now on, by one thread at a time; it must not add any.
+  void setAfterLine(std::function<void()> afterLine);
+
  private:
   std::FILE* stream_;
   WhenFull whenFull_;
   std::mutex mutex_;  ///< held from the look at the stream until the line is written
+  std::function<void()> afterLine_ = [] {};
 };
 
 }  // namespace lanternfold

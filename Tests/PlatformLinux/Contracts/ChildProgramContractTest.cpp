@@ -4,14 +4,19 @@
 #include <fcntl.h>
 #include <sys/types.h>
 
+#include <gmock/gmock.h>
+
 #include "PlatformLinux/System/FileDescriptor.h"
+#include "PlatformLinux/System/ProgramOutput.h"
 #include "Tests/PlatformLinux/Contracts/ChildProgramWorlds.h"
-#include "Tests/Support/TemporaryFolder.h"
+#include "Tests/Support/RecordingDiagnosticLog.h"
 
 namespace lanternfold {
 namespace {
 
 using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::HasSubstr;
 
 template <typename World>
 class ChildProgramContract : public testing::Test {
@@ -199,14 +204,30 @@ TEST_F(SocketChildProgramTest, TheLauncherLeavesNoProgramBehind) {
 
 /// So that a program in the background keeps nobody's terminal open.
 TEST_F(SocketChildProgramTest, WhatTheProgramPrintsGoesWhereItIsTold) {
-  const TemporaryFolder folder;
-  folder.write("log", "");
-  const FileDescriptor log(::open((folder / "log").c_str(), O_WRONLY | O_APPEND | O_CLOEXEC));
-  hold(world_.launchScript("echo one; echo two >&2; test -S /proc/$$/fd/3 && echo three",
-                           log.get()));
+  RecordingDiagnosticLog log;
+  hold(world_.launchScript("echo one; echo two >&2; test -S /proc/$$/fd/3 && printf three", &log));
   hearEnd();
   EXPECT_TRUE(runUntilEnded());
-  EXPECT_EQ(folder.bytesOf("log"), "one\ntwo\nthree\n");
+  EXPECT_TRUE(world_.runUntil([&log] { return log.lines().size() == 3; }));
+  EXPECT_THAT(log.lines(), ElementsAre("one", "two", "three"));
+}
+
+/// An extension once filled the disk by what it complained of.
+TEST_F(SocketChildProgramTest, OfAProgramThatPrintsWithoutEndTheBeginningIsKept) {
+  RecordingDiagnosticLog log;
+  hold(world_.launchScript("head -c 1000000 /dev/zero | tr '\\0' m; echo; echo end >&3", &log));
+  // It is not held up by what nobody wants to know.
+  EXPECT_TRUE(world_.runUntil([this] { return received_ == "end\n"; }));
+  EXPECT_TRUE(world_.runUntil([&log] { return log.lines().size() == 2; }));
+  EXPECT_THAT(log.lines(),
+              ElementsAre(std::string(ProgramOutput::mostBytes, 'm'), HasSubstr("not kept")));
+}
+
+TEST_F(SocketChildProgramTest, WhoeverGoesOnPrintingIsLeftBehindWithTheLoop) {
+  RecordingDiagnosticLog log;
+  LinuxProgramWorld world;
+  const auto program = world.launchScript("sleep 5 & echo one", &log);
+  EXPECT_TRUE(world.runUntil([&log] { return log.lines().size() == 1; }));
 }
 
 TEST_F(SocketChildProgramTest, AProgramThatIsNoProgramIsAnError) {

@@ -4,7 +4,6 @@
 #include <chrono>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -39,12 +38,12 @@ class LinuxProgramWorld {
     return launcher_->launch().error();
   }
 
-  /// Of the shell, which has the socket as descriptor 3, and prints to the descriptor `output`.
+  /// Of the shell, which has the socket as descriptor 3, and prints to `output`.
   std::unique_ptr<ChildProgram> launchScript(const std::string& script,
-                                             std::optional<int> output = std::nullopt) {
+                                             DiagnosticLog* output = nullptr) {
     launcher_ = std::make_unique<SocketChildProgramLauncher>(
         "/bin/sh", std::vector<std::string>{"-c", script, "script"}, loop_, dispatch_.mainQueue(),
-        output);
+        [output] { return output; });
     auto program = launcher_->launch();
     EXPECT_TRUE(program);
     return *std::move(program);

@@ -155,6 +155,16 @@ TEST(StreamDiagnosticLogTest, PipeThatNobodyReadsLosesLinesAndHoldsNobodyUp) {
   EXPECT_EQ(pipe.read(), "somebody reads again\n");
 }
 
+TEST(StreamDiagnosticLogTest, WhoeverBoundsTheFileIsCalledAfterEachLine) {
+  UnreadPipe pipe;
+  StreamDiagnosticLog log(pipe.get());
+  log.line("one");
+  std::string before;
+  log.setAfterLine([&] { before += pipe.read(); });
+  log.line("two");
+  EXPECT_EQ(before, "one\ntwo\n");
+}
+
 TEST(StreamDiagnosticLogTest, LineThatIsLongerThanAPieceOfAPipeLosesItsEnd) {
   UnreadPipe pipe;
   StreamDiagnosticLog log(pipe.get(), StreamDiagnosticLog::WhenFull::loseLine);
