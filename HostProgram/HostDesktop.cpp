@@ -24,6 +24,9 @@ namespace {
 constexpr const char* consentSubject = "consent to Wi-Fi names";
 /// Whoever waits for the widgets waits no longer, also for an extension that never answers.
 constexpr unsigned shownLimitSeconds = 10;
+constexpr std::string_view notThereYet =
+    "the widgets are not there yet: the program that reads the network does not answer; they come "
+    "when it does";
 
 std::string removalOf(const std::string& id) { return "removal of " + id; }
 
@@ -146,6 +149,7 @@ DesktopWindows::Handlers HostDesktop::Parts::windowHandlers() {
 void HostDesktop::Parts::listen() {
   shownLimit_ = Glib::signal_timeout().connect_seconds(
       [this] {
+        if (services_.desk.catalogue().empty()) services_.log.line(notThereYet);
         tellShown();
         return false;
       },

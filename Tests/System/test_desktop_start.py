@@ -67,6 +67,15 @@ class DetachTests:
         self.assertLess(time.monotonic() - began, 20)
         self.quit()
 
+    def test_it_says_so_when_it_returns_with_nothing_on_an_empty_desktop(self):
+        """It once returned without a word, as if the gallery could be had."""
+        self.store.parent.mkdir(parents=True)
+        self.store.write_text('{"version":1,"widgets":[]}')
+        done = self.show_beside(seconds=60)
+        self.assertEqual(0, done.returncode)
+        self.assertRegex(done.stderr.decode(), r"\A[^\n]*not there yet[^\n]*does not answer[^\n]*\n\Z")
+        self.quit()
+
     def test_later_messages_are_kept_where_the_user_finds_them(self):
         """Those of the extension too. A second start, which hands over, keeps them; the next host
         begins anew."""
