@@ -1,12 +1,10 @@
 #include "PlatformLinux/Desktop/BusWidgetControl.h"
 
-#include <condition_variable>
 #include <gio/gio.h>
 #include <memory>
-#include <mutex>
-#include <thread>
 #include <utility>
 
+#include "PlatformLinux/Bus/BusDeadline.h"
 #include "PlatformLinux/Bus/MessageBus.h"
 #include "PlatformLinux/Desktop/WidgetControlNames.h"
 
@@ -26,26 +24,6 @@ std::unexpected<WidgetControlFailure> failed(Cause cause, std::string sentence) 
   return std::unexpected(WidgetControlFailure{.cause = cause, .sentence = std::move(sentence)});
 }
 
-/// Cancels what waits when its time is over: the library has a limit for calls, and none for a bus
-/// that takes the connection and says nothing.
-class Deadline {
- public:
-  explicit Deadline(std::chrono::milliseconds limit)
-      : cancellable_(g_cancellable_new()), thread_([this, limit](const std::stop_token& stop) {
-          std::unique_lock lock(mutex_);
-          condition_.wait_for(lock, stop, limit, [] { return false; });
-          if (!stop.stop_requested()) g_cancellable_cancel(cancellable_.get());
-        }) {}
-
-  [[nodiscard]] GCancellable* cancellable() const { return cancellable_.get(); }
-
- private:
-  const std::unique_ptr<GCancellable, ObjectCloser> cancellable_;
-  std::mutex mutex_;
-  std::condition_variable_any condition_;
-  std::jthread thread_;
-};
-
 std::unexpected<WidgetControlFailure> noSessionBus() {
   return failed(Cause::unreachable,
                 "the widgets are reached over the session bus, and there is none; run this inside "
@@ -58,7 +36,7 @@ std::unexpected<WidgetControlFailure> noAnswer() {
                 "start it anew with \"lanternfold-widgets show\"");
 }
 
-ConnectionPointer connected(const std::string& address, const Deadline& deadline) {
+ConnectionPointer connected(const std::string& address, const BusDeadline& deadline) {
   constexpr auto flags =
       static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                         G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
@@ -101,10 +79,10 @@ Answer call(const std::optional<std::string>& address, std::chrono::milliseconds
             const char* method, GVariant* arguments, const char* replyType) {
   const VariantPointer kept(g_variant_ref_sink(arguments));
   if (!address) return noSessionBus();
-  const Deadline deadline(limit);
+  const BusDeadline deadline(limit);
   const ConnectionPointer connection = connected(*address, deadline);
   if (!connection) {
-    if (g_cancellable_is_cancelled(deadline.cancellable()) != FALSE) return noAnswer();
+    if (deadline.isOver()) return noAnswer();
     return noSessionBus();
   }
   GError* failure = nullptr;
