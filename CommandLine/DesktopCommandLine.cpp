@@ -102,7 +102,8 @@ void addShow(CLI::App& app, CommandChoice& choice) {
   auto common = std::make_shared<CommonOptions>();
   CLI::App* command = app.add_subcommand("show", "Show the widgets on the desktop");
   command->add_flag("--detach", options->detach,
-                    "Return when the widgets are shown, instead of when they are put away");
+                    "Return when the widgets are shown, or after ten seconds, instead of when they "
+                    "are put away");
   command
       ->add_option("--refresh-interval", options->refreshInterval,
                    "How many seconds a widget stays as it is when nothing happens, 10 to 86400; "

@@ -1,6 +1,6 @@
 // What the host's windows need of everything that is no window.
 //
-// Made by: `HostMachine`. Read by: `HostDesktop`, and what it makes.
+// Made by: `HostMachine`. Read by: `runHostProgram`, `HostApplication` and what that makes.
 #pragma once
 
 #include <filesystem>

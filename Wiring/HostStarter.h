@@ -19,9 +19,9 @@ class HostStarter {
   /// The host takes the place of this program. Returns only when it cannot be started.
   [[nodiscard]] virtual CommandFailure become(const std::vector<std::string>& arguments) = 0;
 
-  /// Starts the host in a session of its own, and returns when it shows the widgets, or has found
-  /// that another one does. A host that fails has said why on standard error: the failure has its
-  /// status then, and no sentence.
+  /// Starts the host in a session of its own, and returns when it shows the widgets, when it has
+  /// tried to for ten seconds, or when it has found that another one shows them. A host that fails
+  /// has said why on standard error: the failure has its status then, and no sentence.
   [[nodiscard]] virtual std::expected<void, CommandFailure> startDetached(
       const std::vector<std::string>& arguments) = 0;
 };

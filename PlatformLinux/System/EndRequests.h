@@ -1,7 +1,7 @@
 // The signals that ask a program to end, as a descriptor that becomes readable.
 //
-// Linux: sigaction(2), eventfd(2). Made by: the main loops of the programs, for the length of a
-// run.
+// Linux: sigaction(2), eventfd(2). Made by: the main loops of the programs and `runHostProgram`,
+// for the length of a run.
 #pragma once
 
 #include <array>
