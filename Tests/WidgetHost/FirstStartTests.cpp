@@ -111,6 +111,18 @@ TEST_F(FirstStartTest, WithoutAMonitorTheyWaitForOne) {
   EXPECT_EQ(desk_->cards().size(), 3U);
 }
 
+TEST_F(FirstStartTest, AWidgetAddedWithoutAMonitorIsTheUsersDesktop) {
+  desk_->start();
+  dispatch_.runReady();
+  ASSERT_TRUE(desk_->add("B", WidgetFamily::medium, {}, std::nullopt));
+  const auto before = stored();
+  ASSERT_EQ(before.size(), 1U);
+  desk_->monitorsChanged(oneMonitor());
+  dispatch_.runReady();
+  EXPECT_EQ(desk_->cards().size(), 1U) << "a default set comes over it";
+  EXPECT_EQ(stored(), before);
+}
+
 TEST_F(FirstStartTest, AMendedExtensionTakesTheirPlaces) {
   startBroken();
   const auto before = placed();

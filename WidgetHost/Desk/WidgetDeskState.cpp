@@ -105,7 +105,8 @@ void WidgetDesk::State::save() {
   std::vector<PlacedWidget> placed;
   placed.reserve(items_.size());
   for (const Item& item : items_) placed.push_back(item.placed);
-  if (std::exchange(areStandIns_, false)) wantsDefaultSet_ = false;
+  // Whatever is saved is the user's desktop from now on.
+  areStandIns_ = wantsDefaultSet_ = false;
   // Why it is not on the disk stands in the log; the desktop is as the user has made it, and is
   // saved when there may be room again.
   isUnsaved_ = !store_.save(placed);
@@ -286,7 +287,8 @@ bool WidgetDesk::State::saysTime() const {
 
 /// What was made today was made yesterday from midnight on.
 void WidgetDesk::State::renewTimes() {
-  if (!clock_.takeNewDay()) return;
+  // The calendars of the languages are dear, and most cards say no time.
+  if (!saysTime() || !clock_.takeNewDay()) return;
   for (const Item& item : items_) {
     if (item.isShown && item.content.saysTime(standingOf(item))) {
       announcements_.changed(item.placed.id);
