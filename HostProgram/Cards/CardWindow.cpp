@@ -17,7 +17,8 @@ CardWindow::CardWindow(const CardDrawing& drawing, WindowPlacer& placer, Handler
       gesture_(Gtk::GestureDrag::create(*this)),
       foreignMoves_(*this, placer_,
                     {.asked = [this] { return askedFrame(); },
-                     .moved = [this](Point place) { handlers_.movedElsewhere({place, size_}); }}) {
+                     .moved = [this](Point place) { handlers_.movedElsewhere({place, size_}); },
+                     .freed = [this] { placeAgain(); }}) {
   set_app_paintable(true);
   chooseVisual();
   add(canvas_);
@@ -51,9 +52,15 @@ void CardWindow::placeAt(const PlacedMonitor& monitor, Point origin) {
   monitor_ = monitor;
   const Point former = frame_.origin;
   frame_.origin = {monitor.origin.x + origin.x, monitor.origin.y + origin.y};
-  const bool isHeld = foreignMoves_.isPossible() && get_visible() && frame_.origin == former;
+  const bool isStaying = get_visible() && frame_.origin == former;
+  const bool isHeld = isStaying && foreignMoves_.holdsPlacing();
   const bool isDragged = drag_ && drag_->isMoving();
   if (!isHeld && !isDragged) placer_.place(*this, monitor, origin, size_);
+}
+
+void CardWindow::placeAgain() {
+  if (!monitor_ || !get_visible()) return;
+  placeAt(*monitor_, {frame_.origin.x - monitor_->origin.x, frame_.origin.y - monitor_->origin.y});
 }
 
 std::optional<Rect> CardWindow::askedFrame() const {
@@ -165,9 +172,8 @@ void CardWindow::endDrag(bool isKept) {
     const MonitorPosition& position = landing->position;
     placeAt(landing->monitor, {static_cast<double>(position.x), static_cast<double>(position.y)});
     handlers_.moved(position);
-  } else if (monitor_) {
-    placeAt(*monitor_,
-            {frame_.origin.x - monitor_->origin.x, frame_.origin.y - monitor_->origin.y});
+  } else {
+    placeAgain();
   }
   move_.reset();
 }

@@ -69,6 +69,8 @@ class CardWindow final : public Gtk::Window {
   void on_realize() override;
 
  private:
+  /// Where it is to stand already.
+  void placeAgain();
   void chooseVisual();
   void applyShape();
   void beginDrag();

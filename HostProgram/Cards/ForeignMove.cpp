@@ -1,6 +1,7 @@
 #include "HostProgram/Cards/ForeignMove.h"
 
 #include <cmath>
+#include <utility>
 
 namespace lanternfold {
 namespace {
@@ -20,7 +21,19 @@ void ForeignMove::pointerLeft(Point pointer, Size size, Point place) {
   if (!takenAt_ && isInside(pointer, size)) takenAt_ = place;
 }
 
-void ForeignMove::pointerIsFree() { takenAt_.reset(); }
+void ForeignMove::paused(Point place) {
+  if (takenAt_) takenAt_ = place;
+}
+
+bool ForeignMove::pointerIsFree() {
+  takenAt_.reset();
+  return std::exchange(isPlacingOwed_, false);
+}
+
+bool ForeignMove::holdsPlacing() {
+  isPlacingOwed_ = isPossible();
+  return isPlacingOwed_;
+}
 
 bool ForeignMove::moves(Point place, Point asked) const {
   return takenAt_ && !isSame(place, *takenAt_) && !isSame(place, asked);

@@ -18,8 +18,14 @@ class ForeignMove {
   /// inside. The card stands at `place`. A card that is moved may fall behind the pointer, which
   /// leaves it then once more.
   void pointerLeft(Point pointer, Size size, Point place);
-  /// No button has been down for a while: the pointer is nobody's any more.
-  void pointerIsFree();
+  /// It stands at `place` for the moment: the pointer may be taken still, and move it on from
+  /// there, as the arrow keys do.
+  void paused(Point place);
+  /// The pointer is nobody's any more. Whether a placing was held meanwhile, which is to be made
+  /// up for.
+  [[nodiscard]] bool pointerIsFree();
+  /// Whether a placing has to wait until the pointer is free; it is remembered then.
+  [[nodiscard]] bool holdsPlacing();
 
   /// The card stands at `place`, and was asked to stand at `asked`. Whether the user is moving it.
   [[nodiscard]] bool moves(Point place, Point asked) const;
@@ -29,6 +35,7 @@ class ForeignMove {
 
  private:
   std::optional<Point> takenAt_;
+  bool isPlacingOwed_ = false;
 };
 
 }  // namespace lanternfold

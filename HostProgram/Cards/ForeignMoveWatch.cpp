@@ -11,15 +11,26 @@ namespace {
 constexpr unsigned settlingMilliseconds = 300;
 /// They may let the pointer go before they tell where the card stands.
 constexpr unsigned freeMilliseconds = 1000;
+/// As long a user may think between two steps of the keyboard. Another window that has come under
+/// the pointer meanwhile keeps it as silent as a move does.
+constexpr std::chrono::seconds longestThought{30};
 
-bool isButtonDown(Gtk::Window& window) {
-  if (!window.get_mapped()) return false;
+struct PointerState {
+  bool isButtonDown = false;
+  bool isInside = false;
+};
+
+PointerState pointerIn(Gtk::Window& window) {
+  if (!window.get_mapped()) return {};
   GdkDevice* const pointer =
       gdk_seat_get_pointer(gdk_display_get_default_seat(window.get_display()->gobj()));
   GdkModifierType state{};
-  gdk_window_get_device_position(window.get_window()->gobj(), pointer, nullptr, nullptr, &state);
+  int x = 0;
+  int y = 0;
+  gdk_window_get_device_position(window.get_window()->gobj(), pointer, &x, &y, &state);
   constexpr unsigned buttons = GDK_BUTTON1_MASK | GDK_BUTTON2_MASK | GDK_BUTTON3_MASK;
-  return (static_cast<unsigned>(state) & buttons) != 0;
+  const bool isInside = x >= 0 && y >= 0 && x < window.get_width() && y < window.get_height();
+  return {.isButtonDown = (static_cast<unsigned>(state) & buttons) != 0, .isInside = isInside};
 }
 
 }  // namespace
@@ -36,6 +47,7 @@ ForeignMoveWatch::ForeignMoveWatch(Gtk::Window& window, const WindowPlacer& plac
       false));
   connections_.push_back(window_.signal_enter_notify_event().connect(
       [this](const GdkEventCrossing*) {
+        hasComeBack_ = true;
         waitForFreePointer();
         return false;
       },
@@ -60,20 +72,33 @@ void ForeignMoveWatch::pointerLeft(const GdkEventCrossing& event) {
   const auto asked = handlers_.asked();
   const bool isTaken = event.detail == GDK_NOTIFY_ANCESTOR || event.mode == GDK_CROSSING_GRAB;
   if (!place || !asked || !isTaken) return;
+  if (!move_.isPossible()) hasPaused_ = false;
   move_.pointerLeft({event.x, event.y}, asked->size, *place);
+  hasComeBack_ = false;
+  latest_ = std::chrono::steady_clock::now();
   waitForFreePointer();
 }
 
 void ForeignMoveWatch::waitForFreePointer() {
   if (!move_.isPossible()) return;
   freeing_.disconnect();
-  freeing_ = Glib::signal_timeout().connect(
-      [this] {
-        if (isButtonDown(window_)) return true;
-        if (!settling_.connected()) move_.pointerIsFree();
-        return false;
-      },
-      freeMilliseconds);
+  freeing_ = Glib::signal_timeout().connect([this] { return freePointer(); }, freeMilliseconds);
+}
+
+/// Whether it is too early.
+bool ForeignMoveWatch::freePointer() {
+  if (settling_.connected() || isTakenStill()) return true;
+  if (move_.pointerIsFree()) handlers_.freed();
+  return false;
+}
+
+/// A pointer that is let go over the card comes back to it; one that is elsewhere was let go
+/// there, unless the arrow keys have moved the card away from below it.
+bool ForeignMoveWatch::isTakenStill() {
+  const PointerState pointer = pointerIn(window_);
+  if (pointer.isButtonDown) return true;
+  if (hasComeBack_ || (!pointer.isInside && !hasPaused_)) return false;
+  return std::chrono::steady_clock::now() - latest_ < longestThought;
 }
 
 bool ForeignMoveWatch::isMoved() const {
@@ -90,9 +115,16 @@ void ForeignMoveWatch::configured() {
 
 /// Whether it is too early.
 bool ForeignMoveWatch::finish() {
-  if (isButtonDown(window_)) return true;
+  if (pointerIn(window_).isButtonDown) return true;
   const auto place = isMoved() ? placer_.placeOf(window_) : std::nullopt;
-  move_.pointerIsFree();
+  if (hasComeBack_) {
+    const bool isPlacingOwed = move_.pointerIsFree();
+    if (isPlacingOwed && !place) handlers_.freed();
+  } else if (place) {
+    move_.paused(*place);
+    hasPaused_ = true;
+    latest_ = std::chrono::steady_clock::now();
+  }
   if (place) handlers_.moved(*place);
   return false;
 }

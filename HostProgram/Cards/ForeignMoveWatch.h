@@ -3,6 +3,7 @@
 // Made by: `CardWindow`. Main thread.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <gtkmm/window.h>
 #include <vector>
@@ -20,6 +21,8 @@ class ForeignMoveWatch {
     std::function<std::optional<Rect>()> asked;
     /// It stands at `place` of the whole desktop from now on. Never inside of a call.
     std::function<void(Point place)> moved;
+    /// A placing that was held (see `holdsPlacing`) can be made up for.
+    std::function<void()> freed;
   };
 
   /// Both outlive the watch.
@@ -29,12 +32,14 @@ class ForeignMoveWatch {
   ForeignMoveWatch& operator=(const ForeignMoveWatch&) = delete;
 
   /// A move may be under way: whoever put the card back to its place would tear it out of the
-  /// user's hand.
-  [[nodiscard]] bool isPossible() const { return move_.isPossible(); }
+  /// user's hand, and hears when that can be done.
+  [[nodiscard]] bool holdsPlacing() { return move_.holdsPlacing(); }
 
  private:
   void pointerLeft(const GdkEventCrossing& event);
   void waitForFreePointer();
+  [[nodiscard]] bool freePointer();
+  [[nodiscard]] bool isTakenStill();
   void configured();
   [[nodiscard]] bool finish();
   [[nodiscard]] bool isMoved() const;
@@ -43,6 +48,10 @@ class ForeignMoveWatch {
   const WindowPlacer& placer_;
   Handlers handlers_;
   ForeignMove move_;
+  bool hasComeBack_ = false;  ///< the pointer, since it was taken
+  bool hasPaused_ = false;    ///< after a step of a move, since then
+  std::chrono::steady_clock::time_point
+      latest_;  ///< when the pointer was taken, or a step was made
   std::vector<sigc::connection> connections_;
   sigc::connection settling_;
   sigc::connection freeing_;

@@ -43,9 +43,35 @@ TEST(ForeignMoveTest, ACardThatFallsBehindThePointerIsMovedStill) {
 TEST(ForeignMoveTest, AFreePointerMovesNothing) {
   ForeignMove move;
   move.pointerLeft({50, 60}, size, here);
-  move.pointerIsFree();
+  EXPECT_FALSE(move.pointerIsFree());
   EXPECT_FALSE(move.isPossible());
   EXPECT_FALSE(move.moves(there, here));
+}
+
+// As one of the arrow keys does, however long the user thinks.
+TEST(ForeignMoveTest, AMoveWithPausesGoesOn) {
+  ForeignMove move;
+  move.pointerLeft({50, 60}, size, here);
+  move.paused(there);
+  EXPECT_TRUE(move.isPossible());
+  EXPECT_FALSE(move.moves(there, there));
+  EXPECT_TRUE(move.moves({340, 200}, there));
+}
+
+TEST(ForeignMoveTest, APauseTakesNoPointer) {
+  ForeignMove move;
+  move.paused(there);
+  EXPECT_FALSE(move.isPossible());
+}
+
+TEST(ForeignMoveTest, APlacingThatWasHeldIsMadeUpForOnce) {
+  ForeignMove move;
+  EXPECT_FALSE(move.holdsPlacing());
+  EXPECT_FALSE(move.pointerIsFree());
+  move.pointerLeft({50, 60}, size, here);
+  EXPECT_TRUE(move.holdsPlacing());
+  EXPECT_TRUE(move.pointerIsFree());
+  EXPECT_FALSE(move.pointerIsFree());
 }
 
 // Else a widget would drift by as much as a window manager is off at each placing.
