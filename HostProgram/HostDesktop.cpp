@@ -1,6 +1,5 @@
 #include "HostProgram/HostDesktop.h"
 
-#include <array>
 #include <utility>
 
 #include "HostProgram/BandwidthMonitor.h"
@@ -60,6 +59,7 @@ class HostDesktop::Parts {
   void removeFromMenu(const std::string& id);
   void askForRemoval(const std::string& id);
   void cardRemoved(const std::string& id);
+  void askAnewForTheLast();
   void setScheme(ColourScheme scheme);
   void reveal();
   void catalogueChanged();
@@ -209,6 +209,18 @@ void HostDesktop::Parts::openLinkFromOutside(const std::string& url) {
 void HostDesktop::Parts::cardRemoved(const std::string& id) {
   menus_.cardRemoved(id);
   dialogs_.withdraw(removalOf(id));
+  askAnewForTheLast();
+}
+
+/// An open question says whether it is about the last one.
+void HostDesktop::Parts::askAnewForTheLast() {
+  const std::vector<Card> cards = services_.desk.cards();
+  if (cards.size() != 1) return;
+  const std::string& last = cards.front().placed.id;
+  if (dialogs_.isOpen(removalOf(last))) {
+    dialogs_.withdraw(removalOf(last));
+    askForRemoval(last);
+  }
 }
 
 void HostDesktop::Parts::reveal() {

@@ -32,6 +32,9 @@ class Dialogs : public sigc::trackable {
   void ask(const std::string& subject, const Question& question,
            std::function<void(std::size_t answer)> answered);
 
+  /// Whether the user is asked about `subject` at the moment.
+  [[nodiscard]] bool isOpen(const std::string& subject) const { return open_.contains(subject); }
+
   /// Shuts what is asked about `subject`, if anything: it is settled, or is not there any more.
   void withdraw(const std::string& subject);
 
