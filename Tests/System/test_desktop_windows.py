@@ -30,11 +30,18 @@ class XWindowsTest(XTest):
     def window_state(self, window):
         return self.display.properties(window).get("_NET_WM_STATE", "")
 
+    def is_titled(self, window, title):
+        """Whether a window has that title and is no card; one that has just gone has none."""
+        try:
+            properties = self.display.properties(window)
+        except AssertionError:
+            return False
+        return (f'"{title}"' in properties.get("WM_NAME", "")
+                and "SKIP_TASKBAR" not in properties.get("_NET_WM_STATE", ""))
+
     def titled(self, title):
         """The windows of that title that are no cards, lowest first."""
-        return [each for each in self.display.windows()
-                if f'"{title}"' in self.display.properties(each).get("WM_NAME", "")
-                and "SKIP_TASKBAR" not in self.window_state(each)]
+        return [each for each in self.display.windows() if self.is_titled(each, title)]
 
     def wait_for_window(self, title):
         return wait_until(lambda: self.titled(title), f"a window {title}", 10)[0]
