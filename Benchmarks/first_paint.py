@@ -4,6 +4,7 @@ import ctypes
 import os
 import re
 import subprocess
+import threading
 import time
 
 HANG_SECONDS = 30
@@ -11,7 +12,8 @@ ALL_PLANES = ctypes.c_ulong(~0)
 PIXMAP_OF_ROWS = 2
 # What is to be seen: the host's other surfaces look how much room there is.
 SEEN = re.compile(rb'get_layer_surface\(new id zwlr_layer_surface_v1@\d+, wl_surface@(\d+), '
-                  rb'.*, "(?:lanternfold-widgets|waybar)"\)')
+                  rb'.*, "(?:lanternfold-widgets|waybar)"\)'
+                  rb'|get_xdg_surface\(new id xdg_surface@\d+, wl_surface@(\d+)\)')
 # A buffer becomes the contents of a surface with the next commit.
 ATTACHED = re.compile(rb"-> wl_surface@(\d+)\.attach\(wl_buffer@")
 COMMITTED = re.compile(rb"-> wl_surface@(\d+)\.commit\(")
@@ -67,15 +69,19 @@ def on_wayland(command, environment):
     process = subprocess.Popen(command, env=environment | {"WAYLAND_DEBUG": "1"},
                                stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                                stderr=subprocess.PIPE)
+    limit = threading.Timer(HANG_SECONDS, process.kill)
+    limit.start()
     seen, attached = set(), set()
     for line in process.stderr:
         if match := SEEN.search(line):
-            seen.add(match[1])
-            attached.discard(match[1])  # by a surface that is gone, and had the number before
+            surface = match[1] or match[2]
+            seen.add(surface)
+            attached.discard(surface)  # by a surface that is gone, and had the number before
         if match := ATTACHED.search(line):
             attached.add(match[1])
         if (match := COMMITTED.search(line)) and match[1] in attached & seen:
             seconds = time.monotonic() - began
+            limit.cancel()
             process.kill()
             process.wait(timeout=HANG_SECONDS)
             process.stderr.close()
