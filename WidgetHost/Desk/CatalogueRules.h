@@ -1,6 +1,6 @@
 // What the extension's catalogue allows on a desktop.
 //
-// Pure functions. Used by: the desk, before it does what a user asks for.
+// Pure functions. Used by: the desk, before it does what a user asks for, and the windows.
 #pragma once
 
 #include <expected>
