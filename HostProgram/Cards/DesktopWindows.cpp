@@ -86,16 +86,11 @@ CardWindow* DesktopWindows::window(const std::string& id) {
 void DesktopWindows::catalogueChanged() { handlers_.catalogueChanged(); }
 
 void DesktopWindows::show(CardWindow& window, const Card& card) {
-  window.showCard(nameOf(card.placed.kind), card.view,
+  window.showCard(displayNameOf(surroundings_.desk.catalogue(), card.placed.kind), card.view,
                   {.size = widgetSize(card.placed.family),
                    .time = card.date.value_or(surroundings_.clock.now()),
                    .isContentInvalidated = card.isAwaited});
   place(window, card);
-}
-
-std::string DesktopWindows::nameOf(const std::string& kind) const {
-  const WidgetDescription* const found = descriptionOf(surroundings_.desk.catalogue(), kind);
-  return found == nullptr ? kind : found->displayName;
 }
 
 std::optional<MonitorPosition> DesktopWindows::shownPlace(const Card& card) const {

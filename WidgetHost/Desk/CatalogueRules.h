@@ -18,6 +18,10 @@ namespace lanternfold {
 [[nodiscard]] const WidgetDescription* descriptionOf(std::span<const WidgetDescription> catalogue,
                                                      std::string_view kind);
 
+/// What the user knows widgets of that kind by; `kind` itself while that is not known.
+[[nodiscard]] std::string displayNameOf(std::span<const WidgetDescription> catalogue,
+                                        const std::string& kind);
+
 /// Whether the extension has the widget's kind, in its family.
 [[nodiscard]] bool isOffered(std::span<const WidgetDescription> catalogue,
                              const PlacedWidget& widget);
