@@ -7,12 +7,11 @@
 #include "HostProgram/Consent/ConsentQuestion.h"
 #include "HostProgram/Consent/WifiNames.h"
 #include "HostProgram/Dialogs/Dialogs.h"
-#include "HostProgram/Dialogs/RemovalQuestion.h"
+#include "HostProgram/Dialogs/Removals.h"
 #include "HostProgram/Display/SchemeWatch.h"
-#include "HostProgram/Gallery/GalleryWindow.h"
+#include "HostProgram/Gallery/Gallery.h"
 #include "HostProgram/Links/LinkOpener.h"
 #include "HostProgram/Menu/CardMenus.h"
-#include "NetworkWidgetVexExtension/Views/WidgetFamilyTitle.h"
 #include "Support/RelativeDateText.h"
 #include "Wiring/DistinctDiagnosticLog.h"
 #include "Wiring/DrawingLanguage.h"
@@ -26,8 +25,6 @@ constexpr unsigned shownLimitSeconds = 10;
 constexpr std::string_view notThereYet =
     "the widgets are not there yet: the program that reads the network does not answer; they come "
     "when it does";
-
-std::string removalOf(const std::string& id) { return "removal of " + id; }
 
 }  // namespace
 
@@ -49,17 +46,9 @@ class HostDesktop::Parts {
   [[nodiscard]] DesktopWindows::Handlers windowHandlers();
   void listen();
   void openGallery();
-  void closeGallery();
-  [[nodiscard]] std::optional<ViewEntry> shownAlready(const std::string& kind,
-                                                      WidgetFamily family) const;
-  void addWidget(const std::string& kind, WidgetFamily family);
   void askForConsent();
   void consentChanged();
-  void remove(const std::string& id);
-  void removeFromMenu(const std::string& id);
-  void askForRemoval(const std::string& id);
   void cardRemoved(const std::string& id);
-  void askAnewForTheLast();
   void setScheme(ColourScheme scheme);
   void reveal();
   void catalogueChanged();
@@ -73,17 +62,16 @@ class HostDesktop::Parts {
   CardDrawing drawing_;
   std::unique_ptr<WindowPlacer> placer_;
   Dialogs dialogs_;
+  Removals removals_;
+  Gallery gallery_;
   BandwidthMonitor bandwidth_;
   LinkOpener links_;
   WifiNames wifiNames_;
   CardMenus menus_;
   DesktopWindows windows_;
-  std::unique_ptr<GalleryWindow> gallery_;
   std::unique_ptr<PathMonitor> paths_;
   bool hasHeardOfPath_ = false;
   SchemeWatch schemes_;
-  /// What works look at that may come when all this is gone.
-  std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
 };
 
 HostDesktop::Parts::Parts(WindowKind kind, const HostServices& services, Handlers handlers)
@@ -99,6 +87,9 @@ HostDesktop::Parts::Parts(WindowKind kind, const HostServices& services, Handler
                .timeText = [this](auto time) { return timeText(time); }},
       placer_(makeWindowPlacer(kind)),
       dialogs_(services.strings, [this] { windows_.lowerAll(); }),
+      removals_(services.desk, dialogs_, services.strings),
+      gallery_(services_, drawing_,
+               [this](const std::string& sentence) { dialogs_.tell(sentence); }),
       bandwidth_(services_, drawing_),
       links_(services.log, services.givenVariables,
              [this](const std::string& url) { bandwidth_.open(url); }),
@@ -132,7 +123,7 @@ CardMenus::Surroundings HostDesktop::Parts::menuSurroundings(std::function<void(
           .window = [this](const std::string& id) { return windows_.window(id); },
           .tell = [this](const std::string& sentence) { dialogs_.tell(sentence); },
           .addWidget = [this] { openGallery(); },
-          .remove = [this](const std::string& id) { removeFromMenu(id); },
+          .remove = [this](const std::string& id) { removals_.fromMenu(id); },
           .quit = std::move(quit)};
 }
 
@@ -140,7 +131,7 @@ DesktopWindows::Handlers HostDesktop::Parts::windowHandlers() {
   return {
       .openLink = [this](const std::string& url) { openLink(url); },
       .openMenu = [this](const std::string& id, const GdkEvent& event) { menus_.open(id, event); },
-      .removalAsked = [this](const std::string& id) { askForRemoval(id); },
+      .removalAsked = [this](const std::string& id) { removals_.ask(id); },
       .cardRemoved = [this](const std::string& id) { cardRemoved(id); },
       .catalogueChanged = [this] { catalogueChanged(); },
       .shown = [this] { tellShown(); }};
@@ -182,7 +173,7 @@ std::string HostDesktop::Parts::timeText(std::chrono::system_clock::time_point t
 void HostDesktop::Parts::setScheme(ColourScheme scheme) {
   windows_.setScheme(scheme);
   bandwidth_.refreshScheme();
-  if (gallery_) gallery_->refresh();
+  gallery_.refreshScheme();
 }
 
 /// Without a widget there is none whose menu has the gallery.
@@ -208,19 +199,7 @@ void HostDesktop::Parts::openLinkFromOutside(const std::string& url) {
 
 void HostDesktop::Parts::cardRemoved(const std::string& id) {
   menus_.cardRemoved(id);
-  dialogs_.withdraw(removalOf(id));
-  askAnewForTheLast();
-}
-
-/// An open question says whether it is about the last one.
-void HostDesktop::Parts::askAnewForTheLast() {
-  const std::vector<Card> cards = services_.desk.cards();
-  if (cards.size() != 1) return;
-  const std::string& last = cards.front().placed.id;
-  if (dialogs_.isOpen(removalOf(last))) {
-    dialogs_.withdraw(removalOf(last));
-    askForRemoval(last);
-  }
+  removals_.cardRemoved(id);
 }
 
 void HostDesktop::Parts::reveal() {
@@ -229,7 +208,7 @@ void HostDesktop::Parts::reveal() {
 }
 
 void HostDesktop::Parts::catalogueChanged() {
-  if (gallery_) gallery_->showCatalogue(services_.desk.catalogue());
+  gallery_.catalogueChanged();
   // The user has taken all of them off the desktop.
   if (services_.desk.cards().empty() && windows_.hasMonitors()) tellShown();
 }
@@ -239,41 +218,10 @@ void HostDesktop::Parts::tellShown() {
   if (const auto shown = std::exchange(shown_, nullptr)) shown();
 }
 
+/// Raised cards are not to cover it.
 void HostDesktop::Parts::openGallery() {
-  if (!gallery_) {
-    gallery_ = std::make_unique<GalleryWindow>(
-        GalleryWindow::Surroundings{
-            .extension = services_.extension,
-            .onDesktop = [this](const auto& kind,
-                                WidgetFamily family) { return shownAlready(kind, family); },
-            .drawing = drawing_,
-            .strings = services_.strings,
-            .add = [this](const std::string& kind,
-                          WidgetFamily family) { addWidget(kind, family); }},
-        services_.desk.catalogue());
-    gallery_->signal_hide().connect([this] { closeGallery(); });
-  }
   windows_.lowerAll();
-  gallery_->present();
-}
-
-/// Not inside of the window's own signal. Opened again meanwhile, it stays.
-void HostDesktop::Parts::closeGallery() {
-  services_.mainQueue.async([this, alive = std::weak_ptr(isAlive_)] {
-    if (!alive.expired() && gallery_ && !gallery_->get_visible()) gallery_.reset();
-  });
-}
-
-/// Cards of an extension that is left alone show a card of the host's own.
-std::optional<ViewEntry> HostDesktop::Parts::shownAlready(const std::string& kind,
-                                                          WidgetFamily family) const {
-  if (services_.extension.hasFailedTooOften()) return std::nullopt;
-  return previewOnDesktop(services_.desk.cards(), kind, family);
-}
-
-void HostDesktop::Parts::addWidget(const std::string& kind, WidgetFamily family) {
-  const auto added = services_.desk.add(kind, family, {}, std::nullopt);
-  if (!added) dialogs_.tell(added.error());
+  gallery_.open();
 }
 
 void HostDesktop::Parts::askForConsent() {
@@ -288,31 +236,6 @@ void HostDesktop::Parts::askForConsent() {
 void HostDesktop::Parts::consentChanged() {
   if (wifiNames_.decision() != ConsentDecision::notDetermined) dialogs_.withdraw(consentSubject);
   services_.desk.reloadAll();
-}
-
-void HostDesktop::Parts::remove(const std::string& id) {
-  if (const auto removed = services_.desk.remove(id); !removed) dialogs_.tell(removed.error());
-}
-
-/// With the last one the menu goes, of which the user is to hear before.
-void HostDesktop::Parts::removeFromMenu(const std::string& id) {
-  if (services_.desk.cards().size() > 1) {
-    remove(id);
-  } else {
-    askForRemoval(id);
-  }
-}
-
-void HostDesktop::Parts::askForRemoval(const std::string& id) {
-  const auto card = services_.desk.card(id);
-  if (!card) return;
-  const std::string size = widgetFamilyTitle(card->placed.family, services_.strings);
-  const RemovalFacts facts{.widget = windows_.nameOf(card->placed.kind) + ", " + size,
-                           .isLast = services_.desk.cards().size() == 1};
-  dialogs_.ask(removalOf(id), removalQuestion(facts, services_.strings),
-               [this, id](std::size_t answer) {
-                 if (answer == removingAnswer) remove(id);
-               });
 }
 
 HostDesktop::HostDesktop(WindowKind kind, const HostServices& services, Handlers handlers)

@@ -44,8 +44,6 @@ class CardPicture {
   /// From the next `show` on; painted at first.
   void setCorners(CardCorners corners) { corners_ = corners; }
 
-  /// What is shown; none at first.
-  [[nodiscard]] const std::optional<View>& view() const { return view_; }
   /// What of it can be pressed.
   [[nodiscard]] const std::vector<CardFace>& faces() const { return faces_; }
   /// What a screen reader says of it.

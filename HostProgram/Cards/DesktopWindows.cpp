@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "WidgetHost/Desk/CatalogueRules.h"
+
 namespace lanternfold {
 namespace {
 
@@ -84,17 +86,11 @@ CardWindow* DesktopWindows::window(const std::string& id) {
 void DesktopWindows::catalogueChanged() { handlers_.catalogueChanged(); }
 
 void DesktopWindows::show(CardWindow& window, const Card& card) {
-  window.showCard(nameOf(card.placed.kind), card.view,
+  window.showCard(displayNameOf(surroundings_.desk.catalogue(), card.placed.kind), card.view,
                   {.size = widgetSize(card.placed.family),
                    .time = card.date.value_or(surroundings_.clock.now()),
                    .isContentInvalidated = card.isAwaited});
   place(window, card);
-}
-
-std::string DesktopWindows::nameOf(const std::string& kind) const {
-  const auto& catalogue = surroundings_.desk.catalogue();
-  const auto found = std::ranges::find(catalogue, kind, &WidgetDescription::kind);
-  return found == catalogue.end() ? kind : found->displayName;
 }
 
 std::optional<MonitorPosition> DesktopWindows::shownPlace(const Card& card) const {
@@ -162,7 +158,9 @@ void DesktopWindows::keepPlace(const std::string& id, const Rect& frame) {
   if (moved != nullptr && card) place(*moved, *card);
 }
 
+/// A card that stays where it is keeps its place.
 void DesktopWindows::step(const std::string& id, int right, int down) {
+  if (!surroundings_.placer.choosesPlaces()) return;
   const auto card = surroundings_.desk.card(id);
   const auto position = card ? shownPlace(*card) : std::nullopt;
   if (!position) return;

@@ -57,9 +57,6 @@ class DesktopWindows final : public WidgetDeskObserver {
   /// longer.
   [[nodiscard]] CardWindow* window(const std::string& id);
 
-  /// What the user knows widgets of that kind by.
-  [[nodiscard]] std::string nameOf(const std::string& kind) const;
-
   /// Above all other windows for a while, so that a user finds them, with the keyboard's focus in
   /// the first one.
   void raiseAll();

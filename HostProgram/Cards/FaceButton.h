@@ -2,7 +2,6 @@
 // own, over what the card has painted.
 #pragma once
 
-#include <functional>
 #include <gtkmm/button.h>
 #include <gtkmm/cssprovider.h>
 

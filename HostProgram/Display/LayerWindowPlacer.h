@@ -29,6 +29,7 @@ class LayerWindowPlacer final : public WindowPlacer {
   void raise(Gtk::Window& window) override;
   void raiseWithFocus(Gtk::Window& window) override;
   void lower(Gtk::Window& window) override;
+  [[nodiscard]] bool choosesPlaces() const override { return true; }
   [[nodiscard]] std::optional<Point> placeOf(Gtk::Window&) const override { return std::nullopt; }
   [[nodiscard]] bool isClosedByUser() const override { return false; }
 

@@ -19,6 +19,7 @@ class PlainWindowPlacer final : public WindowPlacer {
   void raise(Gtk::Window& window) override;
   void raiseWithFocus(Gtk::Window& window) override;
   void lower(Gtk::Window& window) override;
+  [[nodiscard]] bool choosesPlaces() const override { return false; }
   [[nodiscard]] std::optional<Point> placeOf(Gtk::Window&) const override { return std::nullopt; }
   [[nodiscard]] bool isClosedByUser() const override { return true; }
 };

@@ -58,6 +58,10 @@ class WindowPlacer {
   virtual void raiseWithFocus(Gtk::Window& window) = 0;
   virtual void lower(Gtk::Window& window) = 0;
 
+  /// Whether `place` chooses where a window stands; else the display does, and the origin is only
+  /// remembered.
+  [[nodiscard]] virtual bool choosesPlaces() const = 0;
+
   /// Where the window stands on the whole desktop; none where nobody is told.
   [[nodiscard]] virtual std::optional<Point> placeOf(Gtk::Window& window) const = 0;
 

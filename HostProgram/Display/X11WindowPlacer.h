@@ -18,6 +18,7 @@ class X11WindowPlacer final : public WindowPlacer {
   void raise(Gtk::Window& window) override;
   void raiseWithFocus(Gtk::Window& window) override;
   void lower(Gtk::Window& window) override;
+  [[nodiscard]] bool choosesPlaces() const override { return true; }
   [[nodiscard]] std::optional<Point> placeOf(Gtk::Window& window) const override;
   [[nodiscard]] bool isClosedByUser() const override { return true; }
 };

@@ -1,6 +1,5 @@
 #include "HostProgram/Gallery/GalleryWindow.h"
 
-#include <algorithm>
 #include <gdk/gdkkeysyms.h>
 #include <gtkmm/label.h>
 #include <utility>

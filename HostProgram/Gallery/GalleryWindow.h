@@ -1,6 +1,6 @@
 // The window from which the user adds widgets: every kind in every size, as it would look.
 //
-// Made by: `HostDesktop` when it is asked for, and let go of when it is closed. Main thread.
+// Made by: `Gallery` when it is asked for, and let go of when it is closed. Main thread.
 #pragma once
 
 #include <functional>

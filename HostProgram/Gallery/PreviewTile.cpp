@@ -1,7 +1,5 @@
 #include "HostProgram/Gallery/PreviewTile.h"
 
-#include <utility>
-
 #include "NetworkWidgetVexExtension/Views/WidgetFamilyTitle.h"
 
 namespace lanternfold {

@@ -9,7 +9,6 @@
 #include <gtkmm/drawingarea.h>
 #include <gtkmm/eventbox.h>
 #include <gtkmm/label.h>
-#include <memory>
 #include <string>
 
 #include "HostProgram/Cards/CardPicture.h"

@@ -1,6 +1,5 @@
 #include "HostProgram/Menu/CardMenu.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "NetworkWidgetVexExtension/Views/AdapterChoice.h"

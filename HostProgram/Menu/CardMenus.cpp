@@ -1,10 +1,10 @@
 #include "HostProgram/Menu/CardMenus.h"
 
-#include <algorithm>
 #include <gdkmm/window.h>
 #include <utility>
 
 #include "HostProgram/Menu/MenuWidgets.h"
+#include "WidgetHost/Desk/CatalogueRules.h"
 
 namespace lanternfold {
 
@@ -12,10 +12,9 @@ void CardMenus::open(const std::string& id, const GdkEvent& event) {
   const auto card = surroundings_.desk.card(id);
   if (!card) return;
   latest_ = std::make_shared<bool>(true);
-  const auto& catalogue = surroundings_.desk.catalogue();
-  const auto description =
-      std::ranges::find(catalogue, card->placed.kind, &WidgetDescription::kind);
-  if (description == catalogue.end() || !hasAdapterChoice(*description)) {
+  const WidgetDescription* const description =
+      descriptionOf(surroundings_.desk.catalogue(), card->placed.kind);
+  if (description == nullptr || !hasAdapterChoice(*description)) {
     showMenu(id, event, {});
     return;
   }
@@ -42,14 +41,13 @@ void CardMenus::showMenu(const std::string& id, const GdkEvent& event,
   const auto card = surroundings_.desk.card(id);
   CardWindow* const window = surroundings_.window(id);
   if (!card || window == nullptr || !window->get_mapped()) return;
-  const auto& catalogue = surroundings_.desk.catalogue();
   CardMenuFacts facts{.placed = card->placed,
                       .adapters = std::move(adapters),
                       .wifiNames = surroundings_.wifiNames.decision(),
                       .isConsentElsewhere = surroundings_.wifiNames.isConsentElsewhere()};
-  const auto description =
-      std::ranges::find(catalogue, facts.placed.kind, &WidgetDescription::kind);
-  if (description != catalogue.end()) facts.description = *description;
+  const WidgetDescription* const description =
+      descriptionOf(surroundings_.desk.catalogue(), card->placed.kind);
+  if (description != nullptr) facts.description = *description;
   menu_ = makeMenu(cardMenu(facts, surroundings_.strings),
                    [this, id](const CardMenuAction& action) { take(id, action); });
   menuOwner_ = id;

@@ -1,5 +1,6 @@
 """For tests that find what is on the screen by the names that a screen reader is told."""
 
+from displays import RIGHT
 from host_test import ADAPTER, APPLICATION, BANDWIDTH, INTERNET, PANORAMIC, WIFI
 from process_tree import wait_until
 
@@ -7,7 +8,6 @@ NAMES = {PANORAMIC: "Panoramic", INTERNET: "Internet", ADAPTER: "Network Adapter
          BANDWIDTH: "Bandwidth Monitor", WIFI: "WiFi"}
 # The last entry of every menu.
 LAST_ENTRY = "Quit"
-RIGHT = 3
 
 
 def nodes(tree):

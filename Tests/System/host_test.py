@@ -148,9 +148,11 @@ class HostTest(ExtensionTest):
         self.assertIn(done.returncode, (0, 1), done.stderr)
         return done.stdout.decode() if done.returncode else None
 
-    def assert_shown(self, widget, scheme="light", scale=1, seconds=20, offset=(0, 0)):
-        """Its card stands on the screen where the host says, and looks as it is to."""
-        card = self.drawn(widget["kind"], widget["family"], scheme, scale)
+    def assert_shown(self, widget, scheme="light", scale=1, seconds=20, offset=(0, 0),
+                     arguments=()):
+        """Its card stands on the screen where the host says, and looks as it is to; `arguments` are
+        more for whoever draws it."""
+        card = self.drawn(widget["kind"], widget["family"], scheme, scale, *arguments)
         place = widget["x"] + offset[0], widget["y"] + offset[1]
         self.last_difference = None
 

@@ -1,8 +1,11 @@
 """What a user does through the menu of a card, by the pointer, by the keyboard and as a screen
 reader does it; and the consent to Wi-Fi names, which is given and revoked there."""
 
-from accessible_test import AccessibleTest
+import json
+
+from accessible_test import AccessibleTest, nodes
 from host_test import ADAPTER, BANDWIDTH, INTERNET, SwayTest, XTest
+from namespaces import ip
 from process_tree import wait_until
 from program import run
 
@@ -64,6 +67,27 @@ class XChoiceTest(ChoiceTests, XTest):
             self.display.click(*self.middle_of(name))
         wait_until(lambda: self.widget(INTERNET)["family"] == "small", "the size", 10)
         self.assert_shown(self.widget(INTERNET))
+
+
+    def test_an_adapter_is_chosen_by_its_name(self):
+        ip("link add en1 address 0a:00:00:00:00:03 arp off type veth peer name far1 arp off",
+           "link set en1 up", "link set far1 up", "address add 198.51.100.2/24 dev en1")
+        host = self.begin()
+        self.assert_shown(self.widget(ADAPTER), arguments=("--adapter", "en0"))
+        self.open_menu(ADAPTER)
+        name = wait_until(self.name_of_the_other_adapter, "the other adapter", 10)
+        self.press(name)
+        chosen = {"identifier": "en1", "display": name}
+        wait_until(lambda: self.widget(ADAPTER)["configuration"].get("adapter") == chosen, "the choice")
+        self.assert_shown(self.widget(ADAPTER), arguments=("--adapter", "en1"))
+        self.assertEqual([chosen], [each["configuration"]["adapter"]
+                                    for each in json.loads(self.store.read_text())["widgets"]
+                                    if "adapter" in each.get("configuration", {})])
+        self.finish(host)
+
+    def name_of_the_other_adapter(self):
+        return next((each["name"] for each in nodes(self.tree())
+                     if each["name"].endswith("(en1)") or each["name"] == "en1"), None)
 
 
 class SwayChoiceTest(ChoiceTests, SwayTest):

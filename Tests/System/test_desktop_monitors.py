@@ -3,9 +3,13 @@
 import json
 
 from displays import SwayDisplay, XDisplay
-from xorg_display import LEFT, RIGHT, XorgDisplay
+from xorg_display import LEFT, RIGHT, WIDTH, XorgDisplay
 from host_test import BANDWIDTH, PANORAMIC, SIZES, SwayTest, XTest
 from process_tree import wait_until
+
+# What a second output becomes as soon as there is one.
+SIDE_BY_SIDE = ("output HEADLESS-1 position 0 0",
+                "output HEADLESS-2 resolution 1280x900 position 1280 0")
 
 
 class ScaleTest(SwayTest):
@@ -20,17 +24,39 @@ class ScaleTest(SwayTest):
         self.assertEqual(widgets, self.widgets())
 
 
-class NewMonitorTest(SwayTest):
-    """A compositor without monitors makes new ones, and never takes one away."""
+class DoubleXTest(XTest):
+    """A screen of which every program that asks is to make twice as much."""
 
     def make_display(self):
-        return super().make_display(configuration=[
-            "output HEADLESS-1 position 0 0",
-            "output HEADLESS-2 resolution 1280x900 position 1280 0"])
+        return super().make_display(size=(2560, 1800))
+
+    def test_cards_are_twice_as_far_and_as_sharp_as_a_drawn_picture(self):
+        host = self.start_host(GDK_SCALE="2")
+        widgets = self.wait_for_widgets()
+        self.assert_all_shown(widgets, scale=2)
+        windows = {(2 * each["x"], 2 * each["y"]): tuple(2 * length for length in SIZES[each["family"]])
+                   for each in widgets}
+        self.assertEqual(windows, {place: self.display.frame(window)[2:]
+                                   for place, window in self.card_windows().items()})
+        self.finish(host)
+
+    def test_a_card_is_dragged_as_far_as_the_pointer_goes(self):
+        self.start_host(GDK_SCALE="2")
+        self.assert_all_shown(self.wait_for_widgets(), scale=2)
+        before = self.widget(BANDWIDTH)
+        moved = before | {"x": 40, "y": 704}
+        self.display.drag(*([2 * each for each in self.empty_corner(widget)]
+                            for widget in (before, moved)))
+        wait_until(lambda: self.widget(BANDWIDTH) == moved, "a move", 10)
+        self.assert_shown(moved, scale=2)
+
+
+class NewMonitorTest(SwayTest):
+    def make_display(self):
+        return super().make_display(configuration=SIDE_BY_SIDE)
 
     def plug(self):
-        self.display.command("create_output")
-        wait_until(lambda: len(self.display.outputs()) == 2, "a second output")
+        self.display.add_output()
 
     def test_a_card_is_dragged_to_a_monitor_that_has_come(self):
         self.start_host()
@@ -59,25 +85,18 @@ class NewMonitorTest(SwayTest):
         wait_until(is_sharp, "a sharp card", 20)
 
 
-class LostMonitorTest(XTest):
-    def make_display(self):
-        return XorgDisplay(self.session)
-
-    def plug(self):
-        self.display.plug()
-
-    def unplug(self):
-        self.display.unplug()
+class LostMonitorTests:
+    """On either display, which names its monitors `left` and `right` and says how wide the left one is."""
 
     def begin_on_the_right(self):
         """A host with a single widget, which a user has put on the monitor to the right."""
         self.store.parent.mkdir(parents=True)
         self.store.write_text(json.dumps({"version": 1, "widgets": [
-            {"id": "1", "kind": BANDWIDTH, "family": "small", "monitor": RIGHT, "x": 200,
-             "y": 600}]}))
+            {"id": "1", "kind": BANDWIDTH, "family": "small", "monitor": self.right,
+             "x": 200, "y": 600}]}))
         host = self.start_host()
         widget, = self.wait_for_widgets(1)
-        self.assert_shown(widget, offset=(640, 0))
+        self.assert_shown(widget, offset=(self.width, 0))
         return host, widget
 
     def test_a_monitor_is_unplugged_and_plugged_again(self):
@@ -87,7 +106,7 @@ class LostMonitorTest(XTest):
         self.assert_shown(widget)
         self.assertEqual([widget], self.widgets())
         self.plug()
-        self.assert_shown(widget, offset=(640, 0))
+        self.assert_shown(widget, offset=(self.width, 0))
 
     def test_a_user_moves_a_widget_that_is_away_from_its_monitor(self):
         """It stays where it was put, also when the monitor is back."""
@@ -95,7 +114,7 @@ class LostMonitorTest(XTest):
         self.unplug()
         self.assert_shown(self.widgets()[0])
         self.display.drag((200 + 85, 600 + 166), (100 + 85, 100 + 166))
-        wait_until(lambda: self.widgets()[0]["monitor"] == LEFT, "a move")
+        wait_until(lambda: self.widgets()[0]["monitor"] == self.left, "a move")
         moved = self.widgets()[0]
         self.plug()
         self.assert_shown(moved)
@@ -105,9 +124,40 @@ class LostMonitorTest(XTest):
         for _ in range(20):
             self.unplug()
             self.plug()
-        self.assert_shown(widget, offset=(640, 0))
+        self.assert_shown(widget, offset=(self.width, 0))
         self.finish(host)
         self.assertEqual([], host.errors)
+
+
+class LostXMonitorTest(LostMonitorTests, XTest):
+    left, right, width = LEFT, RIGHT, WIDTH
+
+    def make_display(self):
+        return XorgDisplay(self.session)
+
+    def plug(self):
+        self.display.plug()
+
+    def unplug(self):
+        self.display.unplug()
+
+
+class LostSwayMonitorTest(LostMonitorTests, SwayTest):
+    """A monitor that is switched off is gone for every program, and comes back as another one of its
+    name."""
+
+    left, right, width = "HEADLESS-1", "HEADLESS-2", 1280
+
+    def make_display(self):
+        display = super().make_display(configuration=SIDE_BY_SIDE)
+        display.add_output()
+        return display
+
+    def plug(self):
+        self.display.enable(self.right, True)
+
+    def unplug(self):
+        self.display.enable(self.right, False)
 
 
 class TinyMonitorTests:

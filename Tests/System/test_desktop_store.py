@@ -3,9 +3,10 @@ damage; and a machine that lacks what every desktop has."""
 
 import json
 import os
+import signal
 import stat
 
-from host_process import ctl
+from host_process import ctl, host_beside
 from host_test import ADAPTER, BANDWIDTH, INTERNET, KINDS, XTest
 from namespaces import mount, unmount
 from process_tree import wait_until
@@ -83,13 +84,7 @@ class StoreTest(XTest):
         self.assertEqual(contents, self.store.read_text())
 
     def test_a_full_disk_loses_nothing(self):
-        host = self.start_host()
-        self.wait_for_widgets()
-        self.finish(host)
-        before = self.store.read_bytes()
-        mount("tmpfs", str(self.store.parent), "tmpfs", data="size=16k,mode=700")
-        self.addCleanup(unmount, str(self.store.parent))
-        self.store.write_bytes(before)
+        before = self.put_on_a_small_disk()
         self.fill_disk()
         host = self.start_host()
         widget = self.wait_for_widgets()[0]
@@ -99,6 +94,42 @@ class StoreTest(XTest):
         self.assertEqual(before, self.store.read_bytes())
         self.assertEqual(1, len(host.errors), host.errors)
         self.assertIn("make room", host.errors[0])
+
+    def test_what_a_full_disk_did_not_take_is_written_at_the_end(self):
+        """Before anybody reads it who is started meanwhile."""
+        before = self.put_on_a_small_disk()
+        host = self.start_host(
+            program=host_beside(self.session.folder / "late", "late_extension.py"),
+            LANTERNFOLD_SIGNAL=str(self.session.folder / "never"),
+            LANTERNFOLD_WIDGET_EXTENSION=os.environ["LANTERNFOLD_WIDGET_EXTENSION"])
+        gone = self.wait_for_widgets()[0]
+        self.fill_disk()
+        self.ctl("remove", gone["id"])
+        left = self.widgets()
+        self.assertEqual(before, self.store.read_bytes())
+        (self.store.parent / "filler").unlink()
+        # For as long as an extension has that does not end by itself.
+        host.process.send_signal(signal.SIGTERM)
+        self.session.environment["DBUS_SESSION_BUS_ADDRESS"] = self.session.begin_bus()
+        second = self.start_host()
+        wait_until(second.children, "the second host's extension")
+        self.assertEqual([], host.children())
+        self.assertEqual(left, self.wait_for_widgets(4))
+        self.assertEqual(0, host.wait(10), host.errors)
+        self.assertEqual([True], ["make room" in line for line in host.errors], host.errors)
+        self.finish(second)
+        self.assertEqual([], second.errors)
+
+    def put_on_a_small_disk(self):
+        """The file with the five widgets, and what stands in it."""
+        host = self.start_host()
+        self.wait_for_widgets()
+        self.finish(host)
+        before = self.store.read_bytes()
+        mount("tmpfs", str(self.store.parent), "tmpfs", data="size=16k,mode=700")
+        self.addCleanup(unmount, str(self.store.parent))
+        self.store.write_bytes(before)
+        return before
 
     def fill_disk(self):
         filler = os.open(self.store.parent / "filler", os.O_WRONLY | os.O_CREAT)

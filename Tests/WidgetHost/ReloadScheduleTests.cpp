@@ -280,15 +280,6 @@ TEST_F(ReloadScheduleTest, WhatIsRemovedIsWaitedForNoMore) {
   EXPECT_EQ(untilNext(), std::nullopt);
 }
 
-TEST_F(ReloadScheduleTest, KnowsWhatIsBeingAskedFor) {
-  EXPECT_FALSE(schedule_.isAsking("a"));
-  (void)due();
-  EXPECT_TRUE(schedule_.isAsking("a"));
-  answer("a");
-  EXPECT_FALSE(schedule_.isAsking("a"));
-  EXPECT_FALSE(schedule_.isAsking("nobody"));
-}
-
 using ReloadScheduleDeathTest = ReloadScheduleTest;
 
 TEST_F(ReloadScheduleDeathTest, AWidgetIsScheduledOnceAndBeforeItIsSpokenOf) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <utility>
-#include <variant>
 
 #include "Support/FatalError.h"
 #include "ViewTree/DrawingTimes.h"

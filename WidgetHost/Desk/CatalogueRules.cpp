@@ -27,6 +27,11 @@ const WidgetDescription* descriptionOf(std::span<const WidgetDescription> catalo
   return found == catalogue.end() ? nullptr : &*found;
 }
 
+std::string displayNameOf(std::span<const WidgetDescription> catalogue, const std::string& kind) {
+  const WidgetDescription* const description = descriptionOf(catalogue, kind);
+  return description == nullptr ? kind : description->displayName;
+}
+
 bool isOffered(std::span<const WidgetDescription> catalogue, const PlacedWidget& widget) {
   const WidgetDescription* const description = descriptionOf(catalogue, widget.kind);
   return description != nullptr &&

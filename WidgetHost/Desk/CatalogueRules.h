@@ -1,6 +1,6 @@
 // What the extension's catalogue allows on a desktop.
 //
-// Pure functions. Used by: the desk, before it does what a user asks for.
+// Pure functions. Used by: the desk, before it does what a user asks for, and the windows.
 #pragma once
 
 #include <expected>
@@ -17,6 +17,10 @@ namespace lanternfold {
 /// Null when there is none of that kind.
 [[nodiscard]] const WidgetDescription* descriptionOf(std::span<const WidgetDescription> catalogue,
                                                      std::string_view kind);
+
+/// What the user knows widgets of that kind by; `kind` itself while that is not known.
+[[nodiscard]] std::string displayNameOf(std::span<const WidgetDescription> catalogue,
+                                        const std::string& kind);
 
 /// Whether the extension has the widget's kind, in its family.
 [[nodiscard]] bool isOffered(std::span<const WidgetDescription> catalogue,

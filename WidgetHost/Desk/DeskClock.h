@@ -4,7 +4,6 @@
 #pragma once
 
 #include <chrono>
-#include <optional>
 
 #include "Platform/Clock.h"
 #include "Support/RelativeDateText.h"

@@ -7,7 +7,6 @@
 
 #include <chrono>
 #include <expected>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>

@@ -7,7 +7,6 @@
 #include <expected>
 #include <memory>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>

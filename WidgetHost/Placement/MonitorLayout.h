@@ -6,7 +6,6 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <vector>
 
 #include "ViewTree/Geometry.h"
 #include "WidgetHost/Store/PlacedWidget.h"

@@ -81,11 +81,6 @@ void ReloadSchedule::failed(std::string_view id, ExtensionFailure failure, TimeP
 
 void ReloadSchedule::putBack(std::string_view id, TimePoint now) { finish(reloadOf(id), now, now); }
 
-bool ReloadSchedule::isAsking(std::string_view id) const {
-  const auto found = reloads_.find(id);
-  return found != reloads_.end() && found->second.isAsking;
-}
-
 int ReloadSchedule::missesOf(std::string_view id) const {
   const auto found = reloads_.find(id);
   return found == reloads_.end() ? 0 : found->second.misses;

@@ -5,7 +5,7 @@
 #pragma once
 
 #include <chrono>
-#include <cstddef>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -67,7 +67,6 @@ class ReloadSchedule {
   /// The question was not asked to its end, for no fault of the extension: due at once.
   void putBack(std::string_view id, TimePoint now);
 
-  [[nodiscard]] bool isAsking(std::string_view id) const;
   /// Whether its last question has failed.
   [[nodiscard]] bool hasMissed(std::string_view id) const { return missesOf(id) > 0; }
   [[nodiscard]] bool isStale(std::string_view id) const { return missesOf(id) >= missesUntilStale; }

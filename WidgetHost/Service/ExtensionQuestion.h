@@ -3,9 +3,7 @@
 // Made by: `ExtensionClient`, one for each question.
 #pragma once
 
-#include <chrono>
 #include <expected>
-#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
