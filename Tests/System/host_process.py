@@ -5,10 +5,12 @@ import shutil
 from pathlib import Path
 
 from process_tree import children, program_of
-from program import run
+from program import loading, run
 from watched_process import WatchedProcess
 
 PROGRAM = os.environ.get("LANTERNFOLD_WIDGET_HOST", "")
+# For its environment: the kernel that it asks has Wi-Fi, and that of its extension has not.
+WITH_WIFI = loading(os.environ.get("LANTERNFOLD_WIFI_KERNEL", ""))
 EXTENSION_NAME = "lanternfold-widget-extension"
 HERE = Path(__file__).resolve().parent
 

@@ -27,7 +27,8 @@ __all__ = ["ADAPTER", "APPLICATION", "BANDWIDTH", "FAMILIES", "INTERNET", "KINDS
 class HostTest(ExtensionTest):
     """On no display yet."""
 
-    # What the user has decided on Wi-Fi names beforehand; none: nothing, so that a dialog asks.
+    # What the user has decided on Wi-Fi names beforehand; none: nothing, so that a dialog asks
+    # when a widget needs them and the machine has Wi-Fi (WITH_WIFI).
     consent = "deny"
 
     def setUp(self):
@@ -217,6 +218,21 @@ class XTest(HostTest):
                 if "net.quernaple" in self.display.properties(each).get("WM_CLASS", "").lower()
                 or "lanternfold" in self.display.properties(each).get("WM_CLASS", "").lower()}
 
+    def is_titled(self, window, title):
+        """Whether a window has that title and is no card; one that has just gone has none."""
+        try:
+            properties = self.display.properties(window)
+        except AssertionError:
+            return False
+        return (f'"{title}"' in properties.get("WM_NAME", "")
+                and "SKIP_TASKBAR" not in properties.get("_NET_WM_STATE", ""))
+
+    def titled(self, title):
+        """The windows of that title that are no cards, lowest first."""
+        return [each for each in self.display.windows() if self.is_titled(each, title)]
+
+    def has_window(self, title):
+        return bool(self.titled(title))
 
     def origin(self, widget=None):
         """From where the places count that readers are told, which are on the screen."""
@@ -226,6 +242,9 @@ class XTest(HostTest):
 class SwayTest(HostTest):
     def make_display(self, **options):
         return SwayDisplay(self.session, **options)
+
+    def has_window(self, title):
+        return f'"name": "{title}"' in self.display.run("swaymsg", "-t", "get_tree")
 
     def origin(self, widget=None):
         """They count from the corner of a card; an ordinary window takes all of the screen."""

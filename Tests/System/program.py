@@ -26,6 +26,13 @@ def install(folder):
     return str(program)
 
 
+def loading(library):
+    """The variables of an environment in which a program loads that library before all others."""
+    # By its name: a path would end at its first space.
+    folder, name = os.path.split(library)
+    return {"LD_PRELOAD": name, "LD_LIBRARY_PATH": folder}
+
+
 def run(*arguments, **options):
     """The finished process; whoever takes longer than a minute has hung."""
     settings = {"stdin": subprocess.DEVNULL, "capture_output": True, "timeout": 60} | options

@@ -9,7 +9,7 @@ from pathlib import Path
 
 import expected
 from namespaces import NamespaceTest, ip, mount, unmount
-from program import AS_NOBODY, PROGRAM, install, json_of, run
+from program import AS_NOBODY, PROGRAM, install, json_of, loading, run
 
 REFUSE_NETLINK = os.environ["LANTERNFOLD_REFUSE_NETLINK"]
 OLD_KERNEL = os.environ["LANTERNFOLD_OLD_KERNEL"]
@@ -87,10 +87,7 @@ class RefusedTest(BadInputTest):
 
     def test_a_kernel_without_the_statistics_dump(self):
         refusals = self.folder / "refusals"
-        # By its name: a path would end at its first space.
-        folder, name = os.path.split(OLD_KERNEL)
-        environment = os.environ | {"LD_PRELOAD": name, "LD_LIBRARY_PATH": folder,
-                                    "LANTERNFOLD_REFUSALS": str(refusals)}
+        environment = os.environ | loading(OLD_KERNEL) | {"LANTERNFOLD_REFUSALS": str(refusals)}
         self.assertEqual(expected.interfaces({"en0"}),
                          json_of("interfaces", "--json", env=environment))
         self.assertGreater(refusals.stat().st_size, 0, "the dump was not even asked for")

@@ -30,19 +30,6 @@ class XWindowsTest(XTest):
     def window_state(self, window):
         return self.display.properties(window).get("_NET_WM_STATE", "")
 
-    def is_titled(self, window, title):
-        """Whether a window has that title and is no card; one that has just gone has none."""
-        try:
-            properties = self.display.properties(window)
-        except AssertionError:
-            return False
-        return (f'"{title}"' in properties.get("WM_NAME", "")
-                and "SKIP_TASKBAR" not in properties.get("_NET_WM_STATE", ""))
-
-    def titled(self, title):
-        """The windows of that title that are no cards, lowest first."""
-        return [each for each in self.display.windows() if self.is_titled(each, title)]
-
     def wait_for_window(self, title):
         return wait_until(lambda: self.titled(title), f"a window {title}", 10)[0]
 
@@ -325,9 +312,6 @@ class WindowsTest(XWindowsTest):
 
 
 class SwayWindowsTest(SwayTest):
-    def has_window(self, title):
-        return f'"name": "{title}"' in self.display.run("swaymsg", "-t", "get_tree")
-
     def test_a_window_covers_cards_that_were_raised(self):
         host = self.start_host()
         self.assert_all_shown(self.wait_for_widgets())
