@@ -78,7 +78,7 @@ void addMessage(const nlmsghdr& question, std::uint16_t type, Add add) {
   message->nlmsg_seq = question.nlmsg_seq;
   message->nlmsg_pid = portOf(answer.descriptor);
   add(message);
-  answer.size += MNL_ALIGN(message->nlmsg_len);
+  answer.size += message->nlmsg_len;  // which libmnl keeps aligned
 }
 
 void addCommand(nlmsghdr* message, std::uint8_t command) {
