@@ -182,11 +182,6 @@ class SwayDisplay(Display):
         self.command("create_output")
         wait_until(lambda: len(self.outputs()) == count + 1, "another output")
 
-    def enable(self, output, is_enabled):
-        """Switches a monitor on, or off, which takes it away from all programs."""
-        self.command("output", output, "enable" if is_enabled else "disable")
-        wait_until(lambda: (output in self.outputs()) == is_enabled, "the switch")
-
     def command(self, *words):
         return self.run("swaymsg", "-r", *words)
 

@@ -52,6 +52,8 @@ class DoubleXTest(XTest):
 
 
 class NewMonitorTest(SwayTest):
+    """A compositor without monitors makes new ones, and can switch none off."""
+
     def make_display(self):
         return super().make_display(configuration=SIDE_BY_SIDE)
 
@@ -85,53 +87,7 @@ class NewMonitorTest(SwayTest):
         wait_until(is_sharp, "a sharp card", 20)
 
 
-class LostMonitorTests:
-    """On either display, which names its monitors `left` and `right` and says how wide the left one is."""
-
-    def begin_on_the_right(self):
-        """A host with a single widget, which a user has put on the monitor to the right."""
-        self.store.parent.mkdir(parents=True)
-        self.store.write_text(json.dumps({"version": 1, "widgets": [
-            {"id": "1", "kind": BANDWIDTH, "family": "small", "monitor": self.right,
-             "x": 200, "y": 600}]}))
-        host = self.start_host()
-        widget, = self.wait_for_widgets(1)
-        self.assert_shown(widget, offset=(self.width, 0))
-        return host, widget
-
-    def test_a_monitor_is_unplugged_and_plugged_again(self):
-        """Its widget is shown on the one that is left, as far from its corner, and returns."""
-        _, widget = self.begin_on_the_right()
-        self.unplug()
-        self.assert_shown(widget)
-        self.assertEqual([widget], self.widgets())
-        self.plug()
-        self.assert_shown(widget, offset=(self.width, 0))
-
-    def test_a_user_moves_a_widget_that_is_away_from_its_monitor(self):
-        """It stays where it was put, also when the monitor is back."""
-        self.begin_on_the_right()
-        self.unplug()
-        self.assert_shown(self.widgets()[0])
-        self.display.drag((200 + 85, 600 + 166), (100 + 85, 100 + 166))
-        wait_until(lambda: self.widgets()[0]["monitor"] == self.left, "a move")
-        moved = self.widgets()[0]
-        self.plug()
-        self.assert_shown(moved)
-
-    def test_a_monitor_comes_and_goes_again_and_again(self):
-        host, widget = self.begin_on_the_right()
-        for _ in range(20):
-            self.unplug()
-            self.plug()
-        self.assert_shown(widget, offset=(self.width, 0))
-        self.finish(host)
-        self.assertEqual([], host.errors)
-
-
-class LostXMonitorTest(LostMonitorTests, XTest):
-    left, right, width = LEFT, RIGHT, WIDTH
-
+class LostMonitorTest(XTest):
     def make_display(self):
         return XorgDisplay(self.session)
 
@@ -141,23 +97,45 @@ class LostXMonitorTest(LostMonitorTests, XTest):
     def unplug(self):
         self.display.unplug()
 
+    def begin_on_the_right(self):
+        """A host with a single widget, which a user has put on the monitor to the right."""
+        self.store.parent.mkdir(parents=True)
+        self.store.write_text(json.dumps({"version": 1, "widgets": [
+            {"id": "1", "kind": BANDWIDTH, "family": "small", "monitor": RIGHT,
+             "x": 200, "y": 600}]}))
+        host = self.start_host()
+        widget, = self.wait_for_widgets(1)
+        self.assert_shown(widget, offset=(WIDTH, 0))
+        return host, widget
 
-class LostSwayMonitorTest(LostMonitorTests, SwayTest):
-    """A monitor that is switched off is gone for every program, and comes back as another one of its
-    name."""
+    def test_a_monitor_is_unplugged_and_plugged_again(self):
+        """Its widget is shown on the one that is left, as far from its corner, and returns."""
+        _, widget = self.begin_on_the_right()
+        self.unplug()
+        self.assert_shown(widget)
+        self.assertEqual([widget], self.widgets())
+        self.plug()
+        self.assert_shown(widget, offset=(WIDTH, 0))
 
-    left, right, width = "HEADLESS-1", "HEADLESS-2", 1280
+    def test_a_user_moves_a_widget_that_is_away_from_its_monitor(self):
+        """It stays where it was put, also when the monitor is back."""
+        self.begin_on_the_right()
+        self.unplug()
+        self.assert_shown(self.widgets()[0])
+        self.display.drag((200 + 85, 600 + 166), (100 + 85, 100 + 166))
+        wait_until(lambda: self.widgets()[0]["monitor"] == LEFT, "a move")
+        moved = self.widgets()[0]
+        self.plug()
+        self.assert_shown(moved)
 
-    def make_display(self):
-        display = super().make_display(configuration=SIDE_BY_SIDE)
-        display.add_output()
-        return display
-
-    def plug(self):
-        self.display.enable(self.right, True)
-
-    def unplug(self):
-        self.display.enable(self.right, False)
+    def test_a_monitor_comes_and_goes_again_and_again(self):
+        host, widget = self.begin_on_the_right()
+        for _ in range(20):
+            self.unplug()
+            self.plug()
+        self.assert_shown(widget, offset=(WIDTH, 0))
+        self.finish(host)
+        self.assertEqual([], host.errors)
 
 
 class TinyMonitorTests:
