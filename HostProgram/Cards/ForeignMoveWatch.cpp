@@ -13,7 +13,7 @@ constexpr unsigned settlingMilliseconds = 300;
 constexpr unsigned freeMilliseconds = 1000;
 /// As long a user may think between two steps of the keyboard. Another window that has come under
 /// the pointer meanwhile keeps it as silent as a move does.
-constexpr std::chrono::seconds longestThought{30};
+constexpr unsigned longestThoughtSeconds = 30;
 
 struct PointerState {
   bool isButtonDown = false;
@@ -64,6 +64,7 @@ ForeignMoveWatch::~ForeignMoveWatch() {
   for (sigc::connection& connection : connections_) connection.disconnect();
   settling_.disconnect();
   freeing_.disconnect();
+  thinking_.disconnect();
 }
 
 /// A menu of the program's own takes it, too, and then moves nothing.
@@ -75,8 +76,14 @@ void ForeignMoveWatch::pointerLeft(const GdkEventCrossing& event) {
   if (!move_.isPossible()) hasPaused_ = false;
   move_.pointerLeft({event.x, event.y}, asked->size, *place);
   hasComeBack_ = false;
-  latest_ = std::chrono::steady_clock::now();
+  waitForThought();
   waitForFreePointer();
+}
+
+/// The pointer was taken, or a step was made, just now.
+void ForeignMoveWatch::waitForThought() {
+  thinking_.disconnect();
+  thinking_ = Glib::signal_timeout().connect_seconds([] { return false; }, longestThoughtSeconds);
 }
 
 void ForeignMoveWatch::waitForFreePointer() {
@@ -98,7 +105,7 @@ bool ForeignMoveWatch::isTakenStill() {
   const PointerState pointer = pointerIn(window_);
   if (pointer.isButtonDown) return true;
   if (hasComeBack_ || (!pointer.isInside && !hasPaused_)) return false;
-  return std::chrono::steady_clock::now() - latest_ < longestThought;
+  return thinking_.connected();
 }
 
 bool ForeignMoveWatch::isMoved() const {
@@ -123,7 +130,7 @@ bool ForeignMoveWatch::finish() {
   } else if (place) {
     move_.paused(*place);
     hasPaused_ = true;
-    latest_ = std::chrono::steady_clock::now();
+    waitForThought();
   }
   if (place) handlers_.moved(*place);
   return false;

@@ -3,7 +3,6 @@
 // Made by: `CardWindow`. Main thread.
 #pragma once
 
-#include <chrono>
 #include <functional>
 #include <gtkmm/window.h>
 #include <vector>
@@ -37,6 +36,7 @@ class ForeignMoveWatch {
 
  private:
   void pointerLeft(const GdkEventCrossing& event);
+  void waitForThought();
   void waitForFreePointer();
   [[nodiscard]] bool freePointer();
   [[nodiscard]] bool isTakenStill();
@@ -50,11 +50,10 @@ class ForeignMoveWatch {
   ForeignMove move_;
   bool hasComeBack_ = false;  ///< the pointer, since it was taken
   bool hasPaused_ = false;    ///< after a step of a move, since then
-  std::chrono::steady_clock::time_point
-      latest_;  ///< when the pointer was taken, or a step was made
   std::vector<sigc::connection> connections_;
   sigc::connection settling_;
   sigc::connection freeing_;
+  sigc::connection thinking_;  ///< while the user may still make another step
 };
 
 }  // namespace lanternfold
