@@ -176,10 +176,10 @@ void HostDesktop::Parts::setScheme(ColourScheme scheme) {
   gallery_.refreshScheme();
 }
 
-/// Without a widget there is none whose menu has the gallery.
+/// Without a widget there is none whose menu has the gallery, which also says when no widgets are
+/// known yet.
 void HostDesktop::Parts::raise() {
-  const bool isEmpty = services_.desk.cards().empty() && !services_.desk.catalogue().empty();
-  if (isEmpty) {
+  if (services_.desk.cards().empty()) {
     openGallery();
   } else {
     windows_.raiseAll();

@@ -6,7 +6,7 @@ import subprocess
 import time
 
 from displays import RIGHT
-from host_process import host_beside
+from host_process import ctl, host_beside
 from host_test import ADAPTER, BANDWIDTH, PANORAMIC, SIZES, SwayTest, XTest
 from process_tree import wait_until
 
@@ -187,6 +187,27 @@ class WindowsTest(XWindowsTest):
         wait_until(lambda: (widget["x"], widget["y"]) in self.card_windows(), "the card", 10)
         self.open_menu(widget)
         self.choose("Add widget…")
+        gallery = self.wait_for_window(GALLERY)
+        left, top, _, _ = self.display.frame(gallery)
+        first_preview = left + 60, top + 180
+        empty = self.pixel(*first_preview)
+        signal.touch()
+        wait_until(lambda: self.pixel(*first_preview) != empty, "a preview", 20)
+        self.assertEqual([gallery], self.titled(GALLERY))
+        self.finish_silently()
+
+    def test_a_second_show_on_an_empty_desktop_opens_a_gallery_that_knows_no_widgets_yet(self):
+        self.begin()
+        for widget in self.widgets():
+            self.ctl("remove", widget["id"])
+        self.finish(self.host)
+        signal = self.session.folder / "signal"
+        self.host = self.start_host(
+            program=host_beside(self.session.folder / "late", "late_extension.py"),
+            LANTERNFOLD_SIGNAL=str(signal),
+            LANTERNFOLD_WIDGET_EXTENSION=os.environ["LANTERNFOLD_WIDGET_EXTENSION"])
+        wait_until(lambda: ctl(self.environment, "list").returncode == 0, "the host", 30)
+        self.assertEqual(0, self.show().returncode)
         gallery = self.wait_for_window(GALLERY)
         left, top, _, _ = self.display.frame(gallery)
         first_preview = left + 60, top + 180
