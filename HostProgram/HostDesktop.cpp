@@ -132,6 +132,7 @@ DesktopWindows::Handlers HostDesktop::Parts::windowHandlers() {
       .openLink = [this](const std::string& url) { openLink(url); },
       .openMenu = [this](const std::string& id, const GdkEvent& event) { menus_.open(id, event); },
       .removalAsked = [this](const std::string& id) { removals_.ask(id); },
+      .cardAdded = [this] { removals_.cardAdded(); },
       .cardRemoved = [this](const std::string& id) { cardRemoved(id); },
       .catalogueChanged = [this] { catalogueChanged(); },
       .shown = [this] { tellShown(); }};

@@ -145,6 +145,25 @@ class WindowsTest(XWindowsTest):
         wait_until(lambda: not self.widgets(), "an empty desktop", 10)
         self.finish_silently()
 
+    def test_a_question_about_what_is_not_the_last_one_any_more_does_not_say_so(self):
+        self.begin()
+        widget = self.widget(ADAPTER)
+        for each in self.widgets():
+            if each["id"] != widget["id"]:
+                self.ctl("remove", each["id"])
+        wait_until(lambda: len(self.card_windows()) == 1, "one card", 10)
+        self.focus_card(widget)
+        self.display.key("Delete")
+        height = self.display.frame(self.wait_for_window(QUESTION))[3]
+        self.ctl("add", BANDWIDTH)
+        wait_until(lambda: [each for each in self.titled(QUESTION)
+                            if self.display.frame(each)[3] < height], "a shorter question", 10)
+        self.assertEqual(1, len(self.titled(QUESTION)))
+        self.ctl("remove", self.widget(BANDWIDTH)["id"])
+        wait_until(lambda: [each for each in self.titled(QUESTION)
+                            if self.display.frame(each)[3] == height], "the longer question", 10)
+        self.finish_silently()
+
     def test_the_last_widget_goes_with_a_word_of_how_to_get_others(self):
         self.begin()
         for widget in self.widgets():
