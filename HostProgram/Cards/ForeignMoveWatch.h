@@ -36,6 +36,9 @@ class ForeignMoveWatch {
 
  private:
   void pointerLeft(const GdkEventCrossing& event);
+  void keyboardLeft();
+  void waitForMove();
+  void comeBack();
   void waitForThought();
   void waitForFreePointer();
   [[nodiscard]] bool freePointer();
@@ -48,7 +51,8 @@ class ForeignMoveWatch {
   const WindowPlacer& placer_;
   Handlers handlers_;
   ForeignMove move_;
-  bool hasComeBack_ = false;  ///< the pointer, since it was taken
+  bool isKeyboardTaken_ = false;
+  bool hasComeBack_ = false;  ///< the pointer, or the keyboard where that is taken, since then
   bool hasPaused_ = false;    ///< after a step of a move, since then
   std::vector<sigc::connection> connections_;
   sigc::connection settling_;

@@ -308,6 +308,24 @@ class WindowsTest(XWindowsTest):
         self.assertIn((there["x"], there["y"]), self.card_windows())
         self.finish_silently()
 
+    def test_a_card_that_the_keyboard_moves_stays_wherever_the_pointer_is(self):
+        self.begin()
+        widget = self.widget(ADAPTER)
+        self.focus_card(widget)
+        self.display.move(1, 1)
+        self.display.key("alt+F8")
+        time.sleep(2)  # for the user, who looks for the arrow keys
+        for key in ("Left", "Left", "Down"):
+            self.display.key(key)
+            time.sleep(0.5)
+        self.display.key("Return")
+        there = wait_until(lambda: (found := self.widget(ADAPTER))["y"] > widget["y"] and found, "the new place", 10)
+        self.assertLess(there["x"], widget["x"])
+        self.ctl("reload")
+        time.sleep(2)  # for the answer, with which it is placed
+        self.assertIn((there["x"], there["y"]), self.card_windows())
+        self.finish_silently()
+
     def test_a_card_that_was_put_off_the_work_area_comes_back(self):
         self.begin()
         widget = self.widget(ADAPTER)
