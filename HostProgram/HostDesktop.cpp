@@ -132,6 +132,7 @@ DesktopWindows::Handlers HostDesktop::Parts::windowHandlers() {
       .openLink = [this](const std::string& url) { openLink(url); },
       .openMenu = [this](const std::string& id, const GdkEvent& event) { menus_.open(id, event); },
       .removalAsked = [this](const std::string& id) { removals_.ask(id); },
+      .cardAdded = [this] { removals_.cardAdded(); },
       .cardRemoved = [this](const std::string& id) { cardRemoved(id); },
       .catalogueChanged = [this] { catalogueChanged(); },
       .shown = [this] { tellShown(); }};
@@ -176,10 +177,10 @@ void HostDesktop::Parts::setScheme(ColourScheme scheme) {
   gallery_.refreshScheme();
 }
 
-/// Without a widget there is none whose menu has the gallery.
+/// Without a widget there is none whose menu has the gallery, which also says when no widgets are
+/// known yet.
 void HostDesktop::Parts::raise() {
-  const bool isEmpty = services_.desk.cards().empty() && !services_.desk.catalogue().empty();
-  if (isEmpty) {
+  if (services_.desk.cards().empty()) {
     openGallery();
   } else {
     windows_.raiseAll();

@@ -65,6 +65,7 @@ void DesktopWindows::cardAdded(const std::string& id) {
     return false;
   });
   show(added->second, *card);
+  handlers_.cardAdded();
 }
 
 void DesktopWindows::cardChanged(const std::string& id) {

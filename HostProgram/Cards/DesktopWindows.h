@@ -33,6 +33,8 @@ class DesktopWindows final : public WidgetDeskObserver {
     /// `event` as of `CardWindow`.
     std::function<void(const std::string& id, const GdkEvent& event)> openMenu;
     std::function<void(const std::string& id)> removalAsked;
+    /// Its window has come, or will when there is a monitor.
+    std::function<void()> cardAdded;
     /// Its window is about to go.
     std::function<void(const std::string& id)> cardRemoved;
     std::function<void()> catalogueChanged;

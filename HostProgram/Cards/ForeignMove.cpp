@@ -21,6 +21,10 @@ void ForeignMove::pointerLeft(Point pointer, Size size, Point place) {
   if (!takenAt_ && isInside(pointer, size)) takenAt_ = place;
 }
 
+void ForeignMove::keyboardTaken(Point place) {
+  if (!takenAt_) takenAt_ = place;
+}
+
 void ForeignMove::paused(Point place) {
   if (takenAt_) takenAt_ = place;
 }

@@ -10,14 +10,17 @@
 
 namespace lanternfold {
 
-/// The window manager takes the pointer away for such a move, while it is over the card; a card
-/// that is put elsewhere without that is none that the user has moved.
+/// The window manager takes the pointer away for such a move, while it is over the card, or the
+/// keyboard, while that is the card's; a card that is put elsewhere without that is none that the
+/// user has moved.
 class ForeignMove {
  public:
   /// The pointer left a card of that `size` at `pointer` of it: it was taken away if that is
   /// inside. The card stands at `place`. A card that is moved may fall behind the pointer, which
   /// leaves it then once more.
   void pointerLeft(Point pointer, Size size, Point place);
+  /// The keyboard was taken away from a card that stands at `place`.
+  void keyboardTaken(Point place);
   /// It stands at `place` for the moment: the pointer may be taken still, and move it on from
   /// there, as the arrow keys do.
   void paused(Point place);

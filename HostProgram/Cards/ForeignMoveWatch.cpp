@@ -1,5 +1,6 @@
 #include "HostProgram/Cards/ForeignMoveWatch.h"
 
+#include <gdk/gdkx.h>
 #include <gdkmm/display.h>
 #include <glibmm/main.h>
 #include <utility>
@@ -13,7 +14,7 @@ constexpr unsigned settlingMilliseconds = 300;
 constexpr unsigned freeMilliseconds = 1000;
 /// As long a user may think between two steps of the keyboard. Another window that has come under
 /// the pointer meanwhile keeps it as silent as a move does.
-constexpr std::chrono::seconds longestThought{30};
+constexpr unsigned longestThoughtSeconds = 30;
 
 struct PointerState {
   bool isButtonDown = false;
@@ -33,6 +34,17 @@ PointerState pointerIn(Gtk::Window& window) {
   return {.isButtonDown = (static_cast<unsigned>(state) & buttons) != 0, .isInside = isInside};
 }
 
+/// The toolkit says that a window whose keyboard somebody takes has lost it; the display leaves the
+/// focus where it is meanwhile.
+bool hasFocusOfDisplay(Gtk::Window& window) {
+  GdkDisplay* const display = window.get_display()->gobj();
+  if (!window.get_mapped() || !GDK_IS_X11_DISPLAY(display)) return false;
+  Window focused = 0;
+  int revertsTo = 0;
+  XGetInputFocus(gdk_x11_display_get_xdisplay(display), &focused, &revertsTo);
+  return gdk_x11_window_lookup_for_display(display, focused) == window.get_window()->gobj();
+}
+
 }  // namespace
 
 ForeignMoveWatch::ForeignMoveWatch(Gtk::Window& window, const WindowPlacer& placer,
@@ -47,8 +59,19 @@ ForeignMoveWatch::ForeignMoveWatch(Gtk::Window& window, const WindowPlacer& plac
       false));
   connections_.push_back(window_.signal_enter_notify_event().connect(
       [this](const GdkEventCrossing*) {
-        hasComeBack_ = true;
-        waitForFreePointer();
+        if (!isKeyboardTaken_) comeBack();
+        return false;
+      },
+      false));
+  connections_.push_back(window_.signal_focus_out_event().connect(
+      [this](const GdkEventFocus*) {
+        keyboardLeft();
+        return false;
+      },
+      false));
+  connections_.push_back(window_.signal_focus_in_event().connect(
+      [this](const GdkEventFocus*) {
+        if (std::exchange(isKeyboardTaken_, false)) comeBack();
         return false;
       },
       false));
@@ -64,6 +87,7 @@ ForeignMoveWatch::~ForeignMoveWatch() {
   for (sigc::connection& connection : connections_) connection.disconnect();
   settling_.disconnect();
   freeing_.disconnect();
+  thinking_.disconnect();
 }
 
 /// A menu of the program's own takes it, too, and then moves nothing.
@@ -74,9 +98,34 @@ void ForeignMoveWatch::pointerLeft(const GdkEventCrossing& event) {
   if (!place || !asked || !isTaken) return;
   if (!move_.isPossible()) hasPaused_ = false;
   move_.pointerLeft({event.x, event.y}, asked->size, *place);
+  waitForMove();
+}
+
+/// For another window, or because the window manager wants the keys, wherever the pointer is.
+void ForeignMoveWatch::keyboardLeft() {
+  const auto place = placer_.placeOf(window_);
+  if (!place || !handlers_.asked() || !hasFocusOfDisplay(window_)) return;
+  if (!move_.isPossible()) hasPaused_ = false;
+  move_.keyboardTaken(*place);
+  isKeyboardTaken_ = true;
+  waitForMove();
+}
+
+void ForeignMoveWatch::waitForMove() {
   hasComeBack_ = false;
-  latest_ = std::chrono::steady_clock::now();
+  waitForThought();
   waitForFreePointer();
+}
+
+void ForeignMoveWatch::comeBack() {
+  hasComeBack_ = true;
+  waitForFreePointer();
+}
+
+/// The pointer was taken, or a step was made, just now.
+void ForeignMoveWatch::waitForThought() {
+  thinking_.disconnect();
+  thinking_ = Glib::signal_timeout().connect_seconds([] { return false; }, longestThoughtSeconds);
 }
 
 void ForeignMoveWatch::waitForFreePointer() {
@@ -88,6 +137,7 @@ void ForeignMoveWatch::waitForFreePointer() {
 /// Whether it is too early.
 bool ForeignMoveWatch::freePointer() {
   if (settling_.connected() || isTakenStill()) return true;
+  isKeyboardTaken_ = false;
   if (move_.pointerIsFree()) handlers_.freed();
   return false;
 }
@@ -97,8 +147,11 @@ bool ForeignMoveWatch::freePointer() {
 bool ForeignMoveWatch::isTakenStill() {
   const PointerState pointer = pointerIn(window_);
   if (pointer.isButtonDown) return true;
-  if (hasComeBack_ || (!pointer.isInside && !hasPaused_)) return false;
-  return std::chrono::steady_clock::now() - latest_ < longestThought;
+  // Another window may have got the focus in the end.
+  isKeyboardTaken_ = isKeyboardTaken_ && hasFocusOfDisplay(window_);
+  const bool isElsewhere = !pointer.isInside && !hasPaused_ && !isKeyboardTaken_;
+  if (hasComeBack_ || isElsewhere) return false;
+  return thinking_.connected();
 }
 
 bool ForeignMoveWatch::isMoved() const {
@@ -123,7 +176,7 @@ bool ForeignMoveWatch::finish() {
   } else if (place) {
     move_.paused(*place);
     hasPaused_ = true;
-    latest_ = std::chrono::steady_clock::now();
+    waitForThought();
   }
   if (place) handlers_.moved(*place);
   return false;

@@ -3,7 +3,6 @@
 // Made by: `CardWindow`. Main thread.
 #pragma once
 
-#include <chrono>
 #include <functional>
 #include <gtkmm/window.h>
 #include <vector>
@@ -37,6 +36,10 @@ class ForeignMoveWatch {
 
  private:
   void pointerLeft(const GdkEventCrossing& event);
+  void keyboardLeft();
+  void waitForMove();
+  void comeBack();
+  void waitForThought();
   void waitForFreePointer();
   [[nodiscard]] bool freePointer();
   [[nodiscard]] bool isTakenStill();
@@ -48,13 +51,13 @@ class ForeignMoveWatch {
   const WindowPlacer& placer_;
   Handlers handlers_;
   ForeignMove move_;
-  bool hasComeBack_ = false;  ///< the pointer, since it was taken
+  bool isKeyboardTaken_ = false;
+  bool hasComeBack_ = false;  ///< the pointer, or the keyboard where that is taken, since then
   bool hasPaused_ = false;    ///< after a step of a move, since then
-  std::chrono::steady_clock::time_point
-      latest_;  ///< when the pointer was taken, or a step was made
   std::vector<sigc::connection> connections_;
   sigc::connection settling_;
   sigc::connection freeing_;
+  sigc::connection thinking_;  ///< while the user may still make another step
 };
 
 }  // namespace lanternfold

@@ -16,10 +16,12 @@ std::string removalOf(const std::string& id) { return "removal of " + id; }
 void Removals::ask(const std::string& id) {
   const auto card = desk_.card(id);
   if (!card) return;
+  const std::string subject = removalOf(id);
   const RemovalFacts facts{.widget = displayNameOf(desk_.catalogue(), card->placed.kind) + ", " +
                                      widgetFamilyTitle(card->placed.family, strings_),
                            .isLast = desk_.cards().size() == 1};
-  dialogs_.ask(removalOf(id), removalQuestion(facts, strings_), [this, id](std::size_t answer) {
+  if (!dialogs_.isOpen(subject) && facts.isLast) calledLast_ = id;
+  dialogs_.ask(subject, removalQuestion(facts, strings_), [this, id](std::size_t answer) {
     if (answer == removingAnswer) remove(id);
   });
 }
@@ -34,7 +36,8 @@ void Removals::fromMenu(const std::string& id) {
 
 void Removals::cardRemoved(const std::string& id) {
   dialogs_.withdraw(removalOf(id));
-  askAnewForTheLast();
+  if (calledLast_ == id) calledLast_.reset();
+  askAnew();
 }
 
 void Removals::remove(const std::string& id) {
@@ -42,13 +45,16 @@ void Removals::remove(const std::string& id) {
 }
 
 /// An open question says whether it is about the last one.
-void Removals::askAnewForTheLast() {
+void Removals::askAnew() {
   const std::vector<Card> cards = desk_.cards();
-  if (cards.size() != 1) return;
-  const std::string& last = cards.front().placed.id;
-  if (!dialogs_.isOpen(removalOf(last))) return;
-  dialogs_.withdraw(removalOf(last));
-  ask(last);
+  const std::optional last =
+      cards.size() == 1 ? std::optional(cards.front().placed.id) : std::nullopt;
+  if (last == calledLast_) return;
+  const std::string asked = last ? *last : *calledLast_;
+  calledLast_.reset();
+  if (!dialogs_.isOpen(removalOf(asked))) return;
+  dialogs_.withdraw(removalOf(asked));
+  ask(asked);
 }
 
 }  // namespace lanternfold

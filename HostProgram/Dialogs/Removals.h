@@ -3,6 +3,7 @@
 // Made by: `HostDesktop`, once. Main thread.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "HostProgram/Dialogs/Dialogs.h"
@@ -24,16 +25,20 @@ class Removals {
   /// the user is to hear before.
   void fromMenu(const std::string& id);
 
+  /// No question calls a widget the last one any more.
+  void cardAdded() { askAnew(); }
+
   /// The question about it is shut.
   void cardRemoved(const std::string& id);
 
  private:
   void remove(const std::string& id);
-  void askAnewForTheLast();
+  void askAnew();
 
   WidgetDesk& desk_;
   Dialogs& dialogs_;
   const StringTable& strings_;
+  std::optional<std::string> calledLast_;  ///< by the question about it that was opened
 };
 
 }  // namespace lanternfold

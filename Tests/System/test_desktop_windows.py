@@ -6,7 +6,7 @@ import subprocess
 import time
 
 from displays import RIGHT
-from host_process import host_beside
+from host_process import ctl, host_beside
 from host_test import ADAPTER, BANDWIDTH, PANORAMIC, SIZES, SwayTest, XTest
 from process_tree import wait_until
 
@@ -145,6 +145,25 @@ class WindowsTest(XWindowsTest):
         wait_until(lambda: not self.widgets(), "an empty desktop", 10)
         self.finish_silently()
 
+    def test_a_question_about_what_is_not_the_last_one_any_more_does_not_say_so(self):
+        self.begin()
+        widget = self.widget(ADAPTER)
+        for each in self.widgets():
+            if each["id"] != widget["id"]:
+                self.ctl("remove", each["id"])
+        wait_until(lambda: len(self.card_windows()) == 1, "one card", 10)
+        self.focus_card(widget)
+        self.display.key("Delete")
+        height = self.display.frame(self.wait_for_window(QUESTION))[3]
+        self.ctl("add", BANDWIDTH)
+        wait_until(lambda: [each for each in self.titled(QUESTION)
+                            if self.display.frame(each)[3] < height], "a shorter question", 10)
+        self.assertEqual(1, len(self.titled(QUESTION)))
+        self.ctl("remove", self.widget(BANDWIDTH)["id"])
+        wait_until(lambda: [each for each in self.titled(QUESTION)
+                            if self.display.frame(each)[3] == height], "the longer question", 10)
+        self.finish_silently()
+
     def test_the_last_widget_goes_with_a_word_of_how_to_get_others(self):
         self.begin()
         for widget in self.widgets():
@@ -187,6 +206,27 @@ class WindowsTest(XWindowsTest):
         wait_until(lambda: (widget["x"], widget["y"]) in self.card_windows(), "the card", 10)
         self.open_menu(widget)
         self.choose("Add widget…")
+        gallery = self.wait_for_window(GALLERY)
+        left, top, _, _ = self.display.frame(gallery)
+        first_preview = left + 60, top + 180
+        empty = self.pixel(*first_preview)
+        signal.touch()
+        wait_until(lambda: self.pixel(*first_preview) != empty, "a preview", 20)
+        self.assertEqual([gallery], self.titled(GALLERY))
+        self.finish_silently()
+
+    def test_a_second_show_on_an_empty_desktop_opens_a_gallery_that_knows_no_widgets_yet(self):
+        self.begin()
+        for widget in self.widgets():
+            self.ctl("remove", widget["id"])
+        self.finish(self.host)
+        signal = self.session.folder / "signal"
+        self.host = self.start_host(
+            program=host_beside(self.session.folder / "late", "late_extension.py"),
+            LANTERNFOLD_SIGNAL=str(signal),
+            LANTERNFOLD_WIDGET_EXTENSION=os.environ["LANTERNFOLD_WIDGET_EXTENSION"])
+        wait_until(lambda: ctl(self.environment, "list").returncode == 0, "the host", 30)
+        self.assertEqual(0, self.show().returncode)
         gallery = self.wait_for_window(GALLERY)
         left, top, _, _ = self.display.frame(gallery)
         first_preview = left + 60, top + 180
@@ -265,6 +305,24 @@ class WindowsTest(XWindowsTest):
         there = self.widget(ADAPTER)
         self.assertLess(there["x"], widget["x"])
         self.assertGreater(there["y"], widget["y"])
+        self.assertIn((there["x"], there["y"]), self.card_windows())
+        self.finish_silently()
+
+    def test_a_card_that_the_keyboard_moves_stays_wherever_the_pointer_is(self):
+        self.begin()
+        widget = self.widget(ADAPTER)
+        self.focus_card(widget)
+        self.display.move(1, 1)
+        self.display.key("alt+F8")
+        time.sleep(2)  # for the user, who looks for the arrow keys
+        for key in ("Left", "Left", "Down"):
+            self.display.key(key)
+            time.sleep(0.5)
+        self.display.key("Return")
+        there = wait_until(lambda: (found := self.widget(ADAPTER))["y"] > widget["y"] and found, "the new place", 10)
+        self.assertLess(there["x"], widget["x"])
+        self.ctl("reload")
+        time.sleep(2)  # for the answer, with which it is placed
         self.assertIn((there["x"], there["y"]), self.card_windows())
         self.finish_silently()
 

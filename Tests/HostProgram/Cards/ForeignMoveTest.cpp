@@ -18,6 +18,17 @@ TEST(ForeignMoveTest, ACardWhosePointerIsTakenIsMovedByTheUser) {
   EXPECT_TRUE(move.moves(there, here));
 }
 
+TEST(ForeignMoveTest, ACardWhoseKeyboardIsTakenIsMovedByTheUserWhereverThePointerIs) {
+  ForeignMove move;
+  move.keyboardTaken(here);
+  EXPECT_TRUE(move.isPossible());
+  EXPECT_FALSE(move.moves(here, here));
+  move.keyboardTaken(there);
+  EXPECT_TRUE(move.moves(there, here));
+  EXPECT_FALSE(move.pointerIsFree());
+  EXPECT_FALSE(move.moves(there, here));
+}
+
 TEST(ForeignMoveTest, ACardThatIsPutElsewhereWithoutThePointerIsNot) {
   EXPECT_FALSE(ForeignMove().moves(there, here));
 }
