@@ -79,7 +79,7 @@ void HostMessages::begin() {
 }
 
 DiagnosticLog* HostMessages::ofNextProgram() {
-  // Programs that links have started write to the file itself.
+  // Libraries of the host write to the file itself.
   if (file_) file_->keepWithin();
   return programs_ ? &*programs_ : nullptr;
 }

@@ -14,8 +14,9 @@
 
 namespace lanternfold {
 
-/// The file "host.log" in the user's folder of states, for the host and for whatever it starts; of
-/// a megabyte at the most, which is looked at whenever one of them says something. Main thread.
+/// The file "host.log" in the user's folder of states, for the host and for the extension; of a
+/// megabyte at the most, which is looked at whenever one of them says something. Programs that
+/// links have started have no share in it. Main thread.
 class HostMessages {
  public:
   /// A host that was started in the background has such a file, and another one none. Where it

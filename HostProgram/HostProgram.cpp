@@ -54,7 +54,7 @@ std::expected<void, CommandFailure> show(const HostChoice& choice, const Display
       std::make_shared<StreamDiagnosticLog>(stderr, StreamDiagnosticLog::WhenFull::loseLine);
   DiagnosticLog& log = *lines;
   // The toolkit looks for it as well.
-  const SessionBus bus;
+  SessionBus bus;
   if (auto ready = setUpToolkit(display.kind, language, lines); !ready) return ready;
   // Not the toolkit's own kind of application: that one looks for session managers and portals when
   // it takes its name, and waits for each as long as the bus does.

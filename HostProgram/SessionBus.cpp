@@ -3,6 +3,8 @@
 #include <cstdlib>
 
 #include "PlatformLinux/Bus/BusDeadline.h"
+#include "PlatformLinux/Bus/ErrorPointer.h"
+#include "PlatformLinux/Bus/MessageBus.h"
 
 namespace lanternfold {
 namespace {
@@ -22,16 +24,18 @@ SessionBus::SessionBus(std::chrono::milliseconds limit) {
   }
 }
 
-bool SessionBus::hasOwner(const std::string& name) const {
-  if (!connection_) return false;
-  GVariant* const reply = g_dbus_connection_call_sync(
+bool SessionBus::hasOwner(const std::string& name) {
+  if (!connection_ || hasFallenSilent_) return false;
+  GError* failure = nullptr;
+  const VariantPointer reply(g_dbus_connection_call_sync(
       connection_.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
       "NameHasOwner", g_variant_new("(s)", name.c_str()), G_VARIANT_TYPE("(b)"),
-      G_DBUS_CALL_FLAGS_NONE, answerMilliseconds, nullptr, nullptr);
-  if (reply == nullptr) return false;
+      G_DBUS_CALL_FLAGS_NONE, answerMilliseconds, nullptr, &failure));
+  const ErrorPointer error(failure);
+  hasFallenSilent_ = g_error_matches(error.get(), G_IO_ERROR, G_IO_ERROR_TIMED_OUT) != FALSE;
+  if (!reply) return false;
   gboolean isOwned = FALSE;
-  g_variant_get(reply, "(b)", &isOwned);
-  g_variant_unref(reply);
+  g_variant_get(reply.get(), "(b)", &isOwned);
   return isOwned != FALSE;
 }
 

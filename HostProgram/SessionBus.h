@@ -13,9 +13,9 @@ namespace lanternfold {
 /// Main thread. The program outlives the bus: the widgets stay when it goes away.
 class SessionBus {
  public:
-  /// Before any thread is started. A bus that takes a connection and says nothing on it is given up
-  /// after `limit`, and is none from then on for every library of this process: each would wait for
-  /// it anew.
+  /// Before any thread of ours that reads the environment. A bus that takes a connection and says
+  /// nothing on it is given up after `limit`, and is none from then on for every library of this
+  /// process: each would wait for it anew.
   explicit SessionBus(std::chrono::milliseconds limit = std::chrono::seconds(3));
 
   /// Whether it was given up.
@@ -25,8 +25,8 @@ class SessionBus {
   [[nodiscard]] GDBusConnection* connection() const { return connection_.get(); }
 
   /// Whether somebody has this name on it; nobody without a bus, or when it does not say so within
-  /// three seconds.
-  [[nodiscard]] bool hasOwner(const std::string& name) const;
+  /// three seconds, after which it is not asked again.
+  [[nodiscard]] bool hasOwner(const std::string& name);
 
  private:
   struct Release {
@@ -34,6 +34,7 @@ class SessionBus {
   };
   std::unique_ptr<GDBusConnection, Release> connection_;
   bool isSilent_ = false;
+  bool hasFallenSilent_ = false;  ///< after the connection
 };
 
 }  // namespace lanternfold

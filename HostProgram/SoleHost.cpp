@@ -1,5 +1,6 @@
 #include "HostProgram/SoleHost.h"
 
+#include <chrono>
 #include <functional>
 #include <poll.h>
 #include <string>
@@ -11,9 +12,12 @@ namespace {
 
 constexpr const char* lockFile = "host.lock";
 
-/// A host gives its name on the bus back before the lock, and waits for its extension in between.
+using Clock = std::chrono::steady_clock;
+
 constexpr int betweenLooksMilliseconds = 100;
-constexpr int mostLooks = 30;
+/// A host gives its name on the bus back before the lock. In between it has two and a half seconds
+/// for its extension and half a second for the bus, and saves; twice of that is for a busy machine.
+constexpr std::chrono::seconds patience{6};
 
 CommandFailure shownElsewhere(std::optional<pid_t> holder) {
   const std::string process = holder ? "the process " + std::to_string(*holder) : "a process";
@@ -31,7 +35,8 @@ std::expected<std::optional<SoleHostClaim>, CommandFailure> claimFolder(
   const auto folder = configuration.folder();
   if (!folder) return SoleHostClaim{};
   const std::filesystem::path file = *folder / lockFile;
-  for (int look = 0;; ++look) {
+  const Clock::time_point deadline = Clock::now() + patience;
+  while (true) {
     auto claim = FileClaim::claim(file);
     if (!claim) return SoleHostClaim{};
     if (*claim) {
@@ -39,7 +44,9 @@ std::expected<std::optional<SoleHostClaim>, CommandFailure> claimFolder(
       return SoleHostClaim{.lock = *std::move(claim)};
     }
     if (isNamed()) return std::nullopt;
-    if (look == mostLooks) return std::unexpected(shownElsewhere(FileClaim::signature(file)));
+    if (Clock::now() >= deadline) {
+      return std::unexpected(shownElsewhere(FileClaim::signature(file)));
+    }
     (void)::poll(nullptr, 0, betweenLooksMilliseconds);
   }
 }
@@ -58,8 +65,8 @@ std::expected<void, CommandFailure> takeName(Gio::Application& application) {
 }  // namespace
 
 std::expected<std::optional<SoleHostClaim>, CommandFailure> claimSoleHost(
-    Gio::Application& application, const SessionBus& bus,
-    const ConfigurationDirectory& configuration, const std::optional<std::string>& link) {
+    Gio::Application& application, SessionBus& bus, const ConfigurationDirectory& configuration,
+    const std::optional<std::string>& link) {
   const auto isNamed = [&] { return bus.hasOwner(application.get_id()); };
   std::optional<SoleHostClaim> claim;
   if (!isNamed()) {

@@ -9,6 +9,10 @@ constexpr const char* noDisplay =
     "there is no display to show widgets on; start it in a desktop session, or draw them with "
     "\"lanternfold-widgets render\" or \"gallery\", or read them with \"state\"";
 
+constexpr const char* noneOfBackends =
+    "none of the kinds of displays that GDK_BACKEND names can be used here; unset it, or set it to "
+    "\"x11\" or \"wayland\", whichever this session has";
+
 constexpr const char* noAnswer =
     "the Wayland compositor does not answer; end what holds it up, or sign in anew, and start the "
     "widgets again";
@@ -98,7 +102,10 @@ std::expected<DisplayChoice, CommandFailure> chooseDisplay(
   for (const auto backend : std::views::split(std::string_view(backends), ',')) {
     if (const auto choice = displays.named(std::string_view(backend))) return *choice;
   }
-  return std::unexpected(workFailed(displays.areSilent() ? noAnswer : noDisplay));
+  if (displays.areSilent()) return std::unexpected(workFailed(noAnswer));
+  const bool isVariableTheCause =
+      (environment.x11 || environment.wayland) && !backends.contains('*');
+  return std::unexpected(workFailed(isVariableTheCause ? noneOfBackends : noDisplay));
 }
 
 }  // namespace lanternfold

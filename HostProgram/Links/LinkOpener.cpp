@@ -3,10 +3,13 @@
 #include <filesystem>
 #include <gdkmm/applaunchcontext.h>
 #include <gdkmm/display.h>
+#include <gio/gdesktopappinfo.h>
 #include <giomm/appinfo.h>
-#include <giomm/init.h>
 #include <glibmm/miscutils.h>
+#include <glibmm/uriutils.h>
+#include <optional>
 
+#include "PlatformLinux/Bus/ErrorPointer.h"
 #include "WidgetHost/Links/LinkPolicy.h"
 #include "Wiring/PrintableText.h"
 
@@ -27,6 +30,26 @@ bool areOwnLinksHandledElsewhere() {
       .desktopFile = application->get_id(),
       .program = programAt(Glib::find_program_in_path(application->get_executable()))};
   return !isThisProgram(handler, programAt("/proc/self/exe"));
+}
+
+/// Without streams: what it says is nothing of the host's, and would fill the file of its messages.
+/// The error is a sentence without its full stop.
+std::optional<std::string> startProgramFor(std::string url, Gio::AppLaunchContext& context) {
+  const auto program = Gio::AppInfo::get_default_for_uri_scheme(Glib::uri_parse_scheme(url));
+  if (!program || !G_IS_DESKTOP_APP_INFO(program->gobj())) {
+    return "no program is there for it; install one, or choose one in the desktop's settings";
+  }
+  constexpr auto flags = static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL |
+                                                  G_SPAWN_STDERR_TO_DEV_NULL);
+  GList urls{.data = url.data(), .next = nullptr, .prev = nullptr};
+  GError* failure = nullptr;
+  constexpr int none = -1;
+  (void)g_desktop_app_info_launch_uris_as_manager_with_fds(
+      G_DESKTOP_APP_INFO(program->gobj()), &urls, context.gobj(), flags, nullptr, nullptr, nullptr,
+      nullptr, none, none, none, &failure);
+  if (failure == nullptr) return std::nullopt;
+  const ErrorPointer error(failure);
+  return error->message;
 }
 
 }  // namespace
@@ -63,16 +86,9 @@ void LinkOpener::handToSystem(const std::string& url) {
       context->unsetenv(given.name);
     }
   }
-  Gio::AppInfo::launch_default_for_uri_async(
-      url, context,
-      [this, url](const Glib::RefPtr<Gio::AsyncResult>& result) {
-        try {
-          Gio::AppInfo::launch_default_for_uri_finish(result);
-        } catch (const Glib::Error& error) {
-          log_.line(inQuotes(url) + " could not be opened: " + std::string(error.what()));
-        }
-      },
-      Glib::RefPtr<Gio::Cancellable>());
+  if (const auto fault = startProgramFor(url, *context.operator->())) {
+    log_.line(inQuotes(url) + " could not be opened: " + *fault);
+  }
 }
 
 }  // namespace lanternfold

@@ -4,12 +4,11 @@
 #include <limits>
 #include <utility>
 
+#include "PlatformLinux/Bus/ErrorPointer.h"
+
 namespace lanternfold {
 namespace {
 
-struct ErrorCloser {
-  void operator()(GError* error) const { g_error_free(error); }
-};
 struct TextCloser {
   void operator()(char* text) const { g_free(text); }
 };
@@ -141,7 +140,7 @@ void MessageBus::takeReply(GObject* source, GAsyncResult* result, gpointer data)
   --pending->bus->pending_;
   GError* failure = nullptr;
   VariantPointer reply(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, &failure));
-  const std::unique_ptr<GError, ErrorCloser> error(failure);
+  const ErrorPointer error(failure);
   if (pending->bus->isAbandoned_) return;
   if (reply) {
     pending->handler(std::move(reply));

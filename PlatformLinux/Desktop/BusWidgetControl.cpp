@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "PlatformLinux/Bus/BusDeadline.h"
+#include "PlatformLinux/Bus/ErrorPointer.h"
 #include "PlatformLinux/Bus/MessageBus.h"
 #include "PlatformLinux/Desktop/WidgetControlNames.h"
 
@@ -14,10 +15,6 @@ namespace {
 using Cause = WidgetControlFailure::Cause;
 using Answer = WidgetControl::Outcome<VariantPointer>;
 
-struct ErrorCloser {
-  void operator()(GError* error) const { g_error_free(error); }
-};
-using ErrorPointer = std::unique_ptr<GError, ErrorCloser>;
 using ConnectionPointer = std::unique_ptr<GDBusConnection, ObjectCloser>;
 
 std::unexpected<WidgetControlFailure> failed(Cause cause, std::string sentence) {

@@ -5,11 +5,7 @@
 #include <poll.h>
 
 #include "PlatformLinux/System/FileDescriptor.h"
-
-// glibc 2.36 leaves it out of this header.
-extern "C" {
-#include <sys/pidfd.h>
-}
+#include "PlatformLinux/System/ProcessDescriptor.h"
 
 namespace lanternfold {
 

@@ -1,6 +1,6 @@
 // Waiting for the end of a process, and no longer than that is worth.
 //
-// Used by: whoever has asked a process to end, or finds one where it wants to be.
+// Used by: whoever has asked a process to end.
 #pragma once
 
 #include <chrono>

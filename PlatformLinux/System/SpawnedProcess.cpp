@@ -8,11 +8,7 @@
 #include <unistd.h>
 #include <vector>
 
-// glibc 2.36 leaves it out of this header.
-extern "C" {
-#include <sys/pidfd.h>
-}
-
+#include "PlatformLinux/System/ProcessDescriptor.h"
 #include "Support/FatalError.h"
 
 namespace lanternfold {

@@ -58,8 +58,8 @@ TEST_F(HostMessagesTest, ManyMessagesLeaveTheNewestMegabyteAtMost) {
   EXPECT_THAT(kept(), HasSubstr("\n39x"));
 }
 
-/// A browser, say, which has the descriptor.
-TEST_F(HostMessagesTest, WhatAProgramWritesItselfGoesWithTheNextMessageOfTheHost) {
+/// A library of the host, say, which writes to standard error.
+TEST_F(HostMessagesTest, WhatIsWrittenToTheFileItselfGoesWithTheNextMessageOfTheHost) {
   HostMessages messages(true, log_);
   messages.begin();
   const std::string much(3 * megabyte, 'x');

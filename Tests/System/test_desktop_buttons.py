@@ -5,16 +5,11 @@ import re
 
 from accessible_test import AccessibleTest, nodes
 from host_test import BANDWIDTH, PANORAMIC, SwayTest, XTest
+from link_handler import install_handler
 from process_tree import wait_until
 from traffic import Traffic
 
 LINK = "net.quernaple.LanternfoldX://bandwidth-monitor?mini=1"
-HANDLER = """[Desktop Entry]
-Type=Application
-Name=Handler
-Exec=sh -c "echo \\"$1\\" >> {log}" handler %u
-MimeType=x-scheme-handler/net.quernaple.lanternfoldx;
-"""
 RATES = re.compile(r"Receiving ([\d.]+) (KB|MB)/s, sending ([\d.]+) (KB|MB)/s")
 BYTES = {"KB": 1000, "MB": 1000_000}
 RECEIVED, SENT = 800_000, 200_000
@@ -56,14 +51,7 @@ class ButtonTests(AccessibleTest):
 
 class XButtonTest(ButtonTests, XTest):
     def test_a_main_program_opens_the_deep_link(self):
-        folder = self.session.folder / "share" / "applications"
-        folder.mkdir(parents=True)
-        opened = self.session.folder / "opened"
-        (folder / "handler.desktop").write_text(HANDLER.format(log=opened))
-        for name, header in (("mimeapps.list", "Default Applications"),
-                             ("mimeinfo.cache", "MIME Cache")):
-            (folder / name).write_text(
-                f"[{header}]\nx-scheme-handler/net.quernaple.lanternfoldx=handler.desktop;\n")
+        opened = install_handler(self.session.folder)
         self.begin()
         self.display.click(*self.middle(self.widget(BANDWIDTH)))
         wait_until(lambda: opened.exists() and opened.read_text(), "the opened link", 10)

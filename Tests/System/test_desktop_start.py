@@ -9,7 +9,8 @@ import time
 from pathlib import Path
 
 from host_process import EXTENSION_NAME, PROGRAM
-from host_test import SwayTest, XTest
+from host_test import BANDWIDTH, SwayTest, XTest
+from link_handler import SAID, install_handler
 from process_tree import running, wait_until
 from program import PROGRAM as WIDGETS
 from program import run
@@ -117,7 +118,15 @@ class DetachTests:
 
 
 class XDetachTest(DetachTests, XTest):
-    pass
+    def test_a_program_that_a_link_has_started_does_not_fill_the_file_of_messages(self):
+        """It once had that file for its standard error, which nobody trims while it alone writes."""
+        opened = install_handler(self.session.folder)
+        self.assertEqual(0, self.show_beside(seconds=0).returncode)
+        self.wait_for_widgets()
+        self.display.click(*self.middle(self.widget(BANDWIDTH)))
+        wait_until(lambda: opened.exists() and opened.read_text(), "the opened link", 10)
+        self.assertNotIn(SAID, self.log.read_text())
+        self.quit()
 
 
 class SwayDetachTest(DetachTests, SwayTest):

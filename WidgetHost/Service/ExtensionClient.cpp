@@ -1,6 +1,7 @@
 #include "WidgetHost/Service/ExtensionClient.h"
 
 #include <algorithm>
+#include <system_error>
 #include <utility>
 #include <variant>
 
@@ -18,6 +19,13 @@ EntryCall::Kind entryOf(WidgetExtension::SampleKind sample) {
 
 RequestIdentifier identifierOf(WidgetExtension::Question question) {
   return static_cast<std::int64_t>(question);
+}
+
+const char* remedyFor(const std::error_code& startFailure) {
+  const bool isOfFile = startFailure == std::errc::no_such_file_or_directory ||
+                        startFailure == std::errc::permission_denied;
+  return isOfFile ? "install it beside the host again"
+                  : "check that the limits on processes, open files and memory leave room for it";
 }
 
 std::string noticeOf(const ChildEnd& end) {
@@ -126,8 +134,8 @@ void ExtensionClient::startWhenDue() {
 void ExtensionClient::start() {
   auto program = surroundings_.launcher.launch();
   if (program) return begin(*std::move(program));
-  failed("the widget extension could not be started: " + program.error().message() +
-         "; install it beside the host again");
+  failed("the widget extension could not be started: " + program.error().message() + "; " +
+         remedyFor(program.error()));
 }
 
 void ExtensionClient::begin(std::unique_ptr<ChildProgram> program) {

@@ -94,6 +94,18 @@ TEST(DisplayChoiceTest, TheUsersOwnChoiceOfABackendStands) {
   EXPECT_FALSE(chooseDisplay(chosen, mustNotBeAsked));
 }
 
+/// It was once told to start in a desktop session, which it did.
+TEST(DisplayChoiceTest, ABackendThatTheSessionDoesNotHaveIsTheCause) {
+  const auto sentence = [](const DisplayEnvironment& environment) {
+    return chooseDisplay(environment, mustNotBeAsked).error().sentence;
+  };
+  EXPECT_THAT(sentence({.wayland = "wayland-0", .backend = "x11"}), HasSubstr("GDK_BACKEND"));
+  EXPECT_THAT(sentence({.x11 = ":0", .backend = "broadway"}), HasSubstr("GDK_BACKEND"));
+  EXPECT_THAT(sentence({.backend = "x11"}), HasSubstr("desktop session"));
+  const auto dead = chooseDisplay({.wayland = "wayland-0", .backend = "x11,*"}, unreachable);
+  EXPECT_THAT(dead.error().sentence, HasSubstr("desktop session"));
+}
+
 TEST(DisplayChoiceTest, OfSeveralBackendsTheUsersFirstThatCanBeUsedIsTaken) {
   const auto kindWith = [](const std::string& backends, const auto& compositor) {
     return kindOf({.x11 = ":0", .wayland = "wayland-0", .backend = backends}, compositor);

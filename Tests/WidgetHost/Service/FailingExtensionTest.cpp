@@ -73,6 +73,16 @@ TEST_F(FailingExtensionTest, OneThatCannotBeStartedIsToldWhatToDo) {
                   "it beside the host again"});
 }
 
+/// It was once to be installed again, whatever the machine lacked.
+TEST_F(FailingExtensionTest, OneThatTheMachineHasNoRoomForIsNotToBeInstalledAgain) {
+  world.programs.setLaunchError(std::make_error_code(std::errc::too_many_files_open));
+  world.ask();
+  world.dispatch.runReady();
+  EXPECT_EQ(world.log.lines(),
+            Lines{"the widget extension could not be started: Too many open files; check that the "
+                  "limits on processes, open files and memory leave room for it"});
+}
+
 TEST_F(FailingExtensionTest, QuestionsWaitForTheNextStart) {
   setUpRunning();
   world.crash();
