@@ -178,9 +178,9 @@ void HostDesktop::Parts::setScheme(ColourScheme scheme) {
 }
 
 /// Without a widget there is none whose menu has the gallery, which also says when no widgets are
-/// known yet.
+/// known yet. The first ones of all come by themselves.
 void HostDesktop::Parts::raise() {
-  if (services_.desk.cards().empty()) {
+  if (services_.desk.cards().empty() && !services_.desk.awaitsDefaultSet()) {
     openGallery();
   } else {
     windows_.raiseAll();

@@ -23,6 +23,15 @@ class XWindowsTest(XTest):
         self.host = self.start_host()
         self.assert_all_shown(self.wait_for_widgets())
 
+    def start_host_of_late_extension(self):
+        """Its extension says nothing before there is the file that is returned."""
+        signal = self.session.folder / "signal"
+        self.host = self.start_host(
+            program=host_beside(self.session.folder / "late", "late_extension.py"),
+            LANTERNFOLD_SIGNAL=str(signal),
+            LANTERNFOLD_WIDGET_EXTENSION=os.environ["LANTERNFOLD_WIDGET_EXTENSION"])
+        return signal
+
     def finish_silently(self):
         self.finish(self.host)
         self.assertEqual([], self.host.errors)
@@ -197,11 +206,7 @@ class WindowsTest(XWindowsTest):
         self.begin()
         widget = self.widget(ADAPTER)
         self.finish(self.host)
-        signal = self.session.folder / "signal"
-        self.host = self.start_host(
-            program=host_beside(self.session.folder / "late", "late_extension.py"),
-            LANTERNFOLD_SIGNAL=str(signal),
-            LANTERNFOLD_WIDGET_EXTENSION=os.environ["LANTERNFOLD_WIDGET_EXTENSION"])
+        signal = self.start_host_of_late_extension()
         self.wait_for_widgets()
         wait_until(lambda: (widget["x"], widget["y"]) in self.card_windows(), "the card", 10)
         self.open_menu(widget)
@@ -220,11 +225,7 @@ class WindowsTest(XWindowsTest):
         for widget in self.widgets():
             self.ctl("remove", widget["id"])
         self.finish(self.host)
-        signal = self.session.folder / "signal"
-        self.host = self.start_host(
-            program=host_beside(self.session.folder / "late", "late_extension.py"),
-            LANTERNFOLD_SIGNAL=str(signal),
-            LANTERNFOLD_WIDGET_EXTENSION=os.environ["LANTERNFOLD_WIDGET_EXTENSION"])
+        signal = self.start_host_of_late_extension()
         wait_until(lambda: ctl(self.environment, "list").returncode == 0, "the host", 30)
         self.assertEqual(0, self.show().returncode)
         gallery = self.wait_for_window(GALLERY)
@@ -234,6 +235,16 @@ class WindowsTest(XWindowsTest):
         signal.touch()
         wait_until(lambda: self.pixel(*first_preview) != empty, "a preview", 20)
         self.assertEqual([gallery], self.titled(GALLERY))
+        self.finish_silently()
+
+    def test_a_second_show_before_the_first_widgets_come_opens_no_gallery(self):
+        signal = self.start_host_of_late_extension()
+        wait_until(lambda: ctl(self.environment, "list").returncode == 0, "the host", 30)
+        self.assertEqual([], self.widgets())
+        self.assertEqual(0, self.show().returncode)
+        signal.touch()
+        self.assert_all_shown(self.wait_for_widgets())
+        self.assertEqual([], self.titled(GALLERY))
         self.finish_silently()
 
     # Above the cards

@@ -37,8 +37,10 @@ TEST_F(WidgetDeskTest, TheFirstSetWaitsForAMonitor) {
   EXPECT_THAT(desk_->cards(), IsEmpty());
   desk_->monitorsChanged({});
   EXPECT_THAT(desk_->cards(), IsEmpty());
+  EXPECT_TRUE(desk_->awaitsDefaultSet());
   desk_->monitorsChanged(oneMonitor());
   EXPECT_EQ(desk_->cards().size(), 3U);
+  EXPECT_FALSE(desk_->awaitsDefaultSet());
   desk_->monitorsChanged(oneMonitor());
   EXPECT_EQ(desk_->cards().size(), 3U) << "once";
 }
@@ -93,6 +95,7 @@ TEST_F(WidgetDeskTest, ADesktopThatWasEmptiedStaysEmpty) {
   makeDesk();
   startAndSettle();
   EXPECT_THAT(desk_->cards(), IsEmpty());
+  EXPECT_FALSE(desk_->awaitsDefaultSet());
 }
 
 TEST_F(WidgetDeskTest, WidgetsThatTheExtensionDoesNotHaveAreRememberedAndNoCards) {

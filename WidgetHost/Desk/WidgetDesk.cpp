@@ -45,6 +45,8 @@ std::optional<Card> WidgetDesk::card(std::string_view id) const {
 
 const std::vector<WidgetDescription>& WidgetDesk::catalogue() const { return state_->catalogue(); }
 
+bool WidgetDesk::awaitsDefaultSet() const { return state_->wantsDefaultSet(); }
+
 std::expected<std::string, std::string> WidgetDesk::add(const std::string& kind,
                                                         std::optional<WidgetFamily> family,
                                                         ConfigurationParameters configuration,

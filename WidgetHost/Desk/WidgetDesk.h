@@ -97,6 +97,8 @@ class WidgetDesk {
   [[nodiscard]] std::optional<Card> card(std::string_view id) const;
   /// In the order of a gallery; empty before it is known, not empty from then on.
   [[nodiscard]] const std::vector<WidgetDescription>& catalogue() const;
+  /// Whether a first set of cards is still to come, on a desktop that nobody has begun.
+  [[nodiscard]] bool awaitsDefaultSet() const;
 
   /// What the user does. The error is one sentence for the user, without its full stop. Whatever
   /// succeeds is on the disk, or the log says why not.

@@ -47,6 +47,7 @@ class WidgetDesk::State : public std::enable_shared_from_this<State> {
 
   [[nodiscard]] DeskAnnouncements& announcements() { return announcements_; }
   [[nodiscard]] const std::vector<WidgetDescription>& catalogue() const { return catalogue_; }
+  [[nodiscard]] bool wantsDefaultSet() const { return wantsDefaultSet_; }
   [[nodiscard]] const std::vector<Item>& items() const { return items_; }
   /// Null when there is no such card.
   [[nodiscard]] Item* shownItem(std::string_view id);
