@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "HostProgram/Cards/CardShape.h"
+#include "HostProgram/Display/TranslucentWindow.h"
 #include "WidgetService/WidgetFamily.h"
 
 namespace lanternfold {
@@ -19,8 +20,7 @@ CardWindow::CardWindow(const CardDrawing& drawing, WindowPlacer& placer, Handler
                     {.asked = [this] { return askedFrame(); },
                      .moved = [this](Point place) { handlers_.movedElsewhere({place, size_}); },
                      .freed = [this] { placeAgain(); }}) {
-  set_app_paintable(true);
-  chooseVisual();
+  makeTranslucent(*this);  // for the corners
   add(canvas_);
   add_events(Gdk::BUTTON_PRESS_MASK);
   // Before the buttons of the card get to know: a press on one of them becomes a move when the
@@ -81,13 +81,6 @@ void CardWindow::raiseCardWithFocus() {
 void CardWindow::lowerCard() {
   if (!std::exchange(isRaised_, false)) return;
   placer_.lower(*this);
-}
-
-/// Corners that are not there show what lies below, where something composes the windows.
-void CardWindow::chooseVisual() {
-  if (const auto visual = get_screen()->get_rgba_visual()) {
-    gtk_widget_set_visual(GTK_WIDGET(gobj()), visual->gobj());
-  }
 }
 
 void CardWindow::on_realize() {

@@ -71,7 +71,6 @@ class CardWindow final : public Gtk::Window {
  private:
   /// Where it is to stand already.
   void placeAgain();
-  void chooseVisual();
   void applyShape();
   void beginDrag();
   void followPointer();

@@ -1,11 +1,12 @@
 #include "HostProgram/Display/LayerSurvey.h"
 
-#include <gdkmm/screen.h>
 #include <glibmm/main.h>
 #include <gtk-layer-shell/gtk-layer-shell.h>
 #include <utility>
 
 #include <cairomm/region.h>
+
+#include "HostProgram/Display/TranslucentWindow.h"
 
 namespace lanternfold {
 namespace {
@@ -22,10 +23,7 @@ void putAcross(Gtk::Window& window, GdkMonitor* output, GtkLayerShellEdge farEdg
 }
 
 void makeUnseen(Gtk::Window& window) {
-  window.set_app_paintable(true);
-  if (const auto visual = window.get_screen()->get_rgba_visual()) {
-    gtk_widget_set_visual(GTK_WIDGET(window.gobj()), visual->gobj());
-  }
+  makeTranslucent(window);
   window.set_size_request(1, 1);
 }
 

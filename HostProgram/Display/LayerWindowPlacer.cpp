@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <gdkmm/screen.h>
 #include <glibmm/main.h>
 #include <gtk-layer-shell/gtk-layer-shell.h>
 #include <utility>
 
 #include "HostProgram/Display/Monitors.h"
+#include "HostProgram/Display/TranslucentWindow.h"
 
 namespace lanternfold {
 namespace {
@@ -42,10 +42,7 @@ void placeOnLayer(Gtk::Window& window, const PlacedMonitor& monitor, Point origi
 class GhostMove final : public WindowPlacer::Move {
  public:
   GhostMove(Gtk::Window& card, Size size, WindowPlacer::Paint paint) : card_(card), size_(size) {
-    ghost_.set_app_paintable(true);
-    if (const auto visual = ghost_.get_screen()->get_rgba_visual()) {
-      gtk_widget_set_visual(GTK_WIDGET(ghost_.gobj()), visual->gobj());
-    }
+    makeTranslucent(ghost_);
     ghost_.set_size_request(static_cast<int>(size.width), static_cast<int>(size.height));
     putOnLayer(ghost_, GTK_LAYER_SHELL_LAYER_TOP);
     ghost_.signal_draw().connect(

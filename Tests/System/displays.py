@@ -226,7 +226,8 @@ class SwayDisplay(Display):
             *held, last = name.split("+")
             words += [word for each in held for word in ("-M", each)]
             words += ["-k", last, *(word for each in held for word in ("-m", each)), "-s", str(pause)]
-        return words
+        # Dialogs do not find the last key of a keyboard's keymap.
+        return [*words, "-k", "Shift_L"]
 
     def _order(self, *words):
         if self._pointer is None:

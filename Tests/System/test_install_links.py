@@ -1,5 +1,5 @@
-"""A link of the product's own scheme, on a desktop on which the product has been installed: by the bus,
-and by a program that knows of no bus."""
+"""A desktop on which the product has been installed: what starts it with the session, and what opens
+links of its own scheme, by the bus and by a program that knows of no bus."""
 
 import os
 import subprocess
@@ -85,6 +85,13 @@ class LinksTest(NamespaceTest):
 
     def test_the_bus_starts_the_widgets(self):
         self.in_a_session(START_HOST)
+        self.wait_for_monitors(1)
+        self.assertLessEqual({f'"{name}"' for name in WIDGETS}, set(self.titles()))
+
+    def test_a_session_without_systemd_starts_the_widgets(self):
+        """As that of openbox does, which names no desktop of its own."""
+        starter, = Path("/usr/lib").glob("*/openbox-xdg-autostart")
+        self.in_a_session(f"XDG_CONFIG_DIRS='{self.prefix}/etc/xdg' {starter} GNOME")
         self.wait_for_monitors(1)
         self.assertLessEqual({f'"{name}"' for name in WIDGETS}, set(self.titles()))
 
