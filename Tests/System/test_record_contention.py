@@ -28,6 +28,7 @@ from recording import (LEASE_SECONDS, DataFolder, Recorder, Sender, SteadySender
 SECONDS = 30
 PROCESSES = 3
 LINKS_AT_ONCE = 8
+LENGTHS = 500  # of frames: each of the next so many links has its own, and none is above the MTU
 ROUNDS = 20
 
 
@@ -50,7 +51,7 @@ class ContentionTest(NamespaceTest):
                f"link set {near} up", f"link set {far} up")
             # From the end that came up last: the other one sends when its carrier is noticed.
             sender = Sender(far)
-            length = sender.send(1000 + number, count=3)
+            length = sender.send(1000 + number % LENGTHS, count=3)
             sender.close()
             self.assertEqual((0, length), kernel_bytes(near))
             result |= {near: (0, length), far: (length, 0)}
