@@ -30,7 +30,10 @@ def loading(library):
     """The variables of an environment in which a program loads that library before all others."""
     # By its name: a path would end at its first space.
     folder, name = os.path.split(library)
-    return {"LD_PRELOAD": name, "LD_LIBRARY_PATH": folder}
+    # A program with sanitizers refuses to start when anything comes before their library.
+    options = [os.environ.get("ASAN_OPTIONS"), "verify_asan_link_order=0"]
+    return {"LD_PRELOAD": name, "LD_LIBRARY_PATH": folder,
+            "ASAN_OPTIONS": ":".join(filter(None, options))}
 
 
 def run(*arguments, **options):
