@@ -10,6 +10,7 @@
 
 #include "HostProgram/Display/DisplayChoice.h"
 #include "HostProgram/Display/ToolkitSetup.h"
+#include "HostProgram/Display/XServerSurvey.h"
 #include "HostProgram/HostApplication.h"
 #include "HostProgram/HostCommandLine.h"
 #include "HostProgram/HostEnvironment.h"
@@ -46,7 +47,7 @@ std::expected<void, CommandFailure> requirePipe(std::optional<int> descriptor) {
 }
 
 std::expected<void, CommandFailure> show(const HostChoice& choice, const DisplayChoice& display,
-                                         const Console& console) {
+                                         XServerSurvey& xServer, const Console& console) {
   StartNotice started(choice.startedDescriptor);
   auto givenVariables = givenVariablesOfProcess();
   const UserLanguage language = chooseUserLanguage();
@@ -56,6 +57,7 @@ std::expected<void, CommandFailure> show(const HostChoice& choice, const Display
   // The toolkit looks for it as well.
   SessionBus bus;
   if (auto ready = setUpToolkit(display.kind, language, lines); !ready) return ready;
+  xServer.letGo();
   // Not the toolkit's own kind of application: that one looks for session managers and portals when
   // it takes its name, and waits for each as long as the bus does.
   const auto application =
@@ -91,11 +93,14 @@ std::expected<void, CommandFailure> show(const HostChoice& choice, const Display
 
 std::expected<void, CommandFailure> run(const HostChoice& choice, const Console& console) {
   if (auto usable = requirePipe(choice.startedDescriptor); !usable) return usable;
-  const auto display = chooseDisplay(displayEnvironmentOfProcess(), askWaylandCompositor);
+  XServerSurvey xServer;
+  const auto display =
+      chooseDisplay(displayEnvironmentOfProcess(), askWaylandCompositor,
+                    [&xServer](const std::string& name) { return xServer.ask(name); });
   if (!display) return std::unexpected(display.error());
   auto readable = requireCertificateAuthorities(choice.common.services.certificateAuthoritiesFile);
   if (!readable) return readable;
-  return withSystemLacks([&] { return show(choice, *display, console); });
+  return withSystemLacks([&] { return show(choice, *display, xServer, console); });
 }
 
 }  // namespace
