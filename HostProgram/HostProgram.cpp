@@ -20,6 +20,7 @@
 #include "HostProgram/SoleHost.h"
 #include "PlatformLinux/Desktop/WidgetControlObject.h"
 #include "PlatformLinux/System/StreamDiagnosticLog.h"
+#include "PlatformLinux/System/SystemClock.h"
 #include "WidgetHost/Control/HostControl.h"
 #include "Wiring/FailureReport.h"
 #include "Wiring/LanguageChoice.h"
@@ -73,7 +74,7 @@ std::expected<void, CommandFailure> show(const HostChoice& choice, const Display
   if (bus.connection() != nullptr) {
     verbs.emplace(bus.connection(), control, services.mainQueue);
   }
-  auto claimed = claimSoleHost(*application.operator->(), bus, services.configuration, choice.link);
+  auto claimed = claimSoleHost(*application.operator->(), bus, services, choice.link);
   if (!claimed) return std::unexpected(claimed.error());
   claim = *std::move(claimed);
   const auto tell = [&started, &messages] { started.tell(messages.descriptor()); };
@@ -94,9 +95,9 @@ std::expected<void, CommandFailure> show(const HostChoice& choice, const Display
 std::expected<void, CommandFailure> run(const HostChoice& choice, const Console& console) {
   if (auto usable = requirePipe(choice.startedDescriptor); !usable) return usable;
   XServerSurvey xServer;
-  const auto display =
-      chooseDisplay(displayEnvironmentOfProcess(), askWaylandCompositor,
-                    [&xServer](const std::string& name) { return xServer.ask(name); });
+  const auto display = chooseDisplay(
+      displayEnvironmentOfProcess(), [] { return askWaylandCompositor(SystemClock()); },
+      [&xServer](const std::string& name) { return xServer.ask(name); });
   if (!display) return std::unexpected(display.error());
   auto readable = requireCertificateAuthorities(choice.common.services.certificateAuthoritiesFile);
   if (!readable) return readable;

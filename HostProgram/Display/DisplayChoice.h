@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "Platform/Clock.h"
 #include "Wiring/Console.h"
 
 namespace lanternfold {
@@ -59,6 +60,6 @@ struct DisplayChoice {
 
 /// Asks the compositor of the environment itself, which blocks until it answers, or for three
 /// seconds.
-[[nodiscard]] WaylandCompositor askWaylandCompositor();
+[[nodiscard]] WaylandCompositor askWaylandCompositor(const Clock& clock);
 
 }  // namespace lanternfold
