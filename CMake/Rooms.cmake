@@ -22,7 +22,7 @@ pkg_check_modules(gio REQUIRED IMPORTED_TARGET gio-2.0)
 pkg_check_modules(cairo_surfaces REQUIRED IMPORTED_TARGET cairo-pdf cairo-svg)
 pkg_check_modules(png REQUIRED IMPORTED_TARGET libpng)
 pkg_check_modules(gtkmm REQUIRED IMPORTED_TARGET gtkmm-3.0 gtk-layer-shell-0)
-pkg_check_modules(displays REQUIRED IMPORTED_TARGET wayland-client x11)
+pkg_check_modules(displays REQUIRED IMPORTED_TARGET wayland-client x11 xcb)
 
 function(lanternfold_room name)
   cmake_parse_arguments(ROOM "" "" "USES;LIBRARIES" ${ARGN})

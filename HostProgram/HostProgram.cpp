@@ -10,6 +10,7 @@
 
 #include "HostProgram/Display/DisplayChoice.h"
 #include "HostProgram/Display/ToolkitSetup.h"
+#include "HostProgram/Display/XServerSurvey.h"
 #include "HostProgram/HostApplication.h"
 #include "HostProgram/HostCommandLine.h"
 #include "HostProgram/HostEnvironment.h"
@@ -19,6 +20,7 @@
 #include "HostProgram/SoleHost.h"
 #include "PlatformLinux/Desktop/WidgetControlObject.h"
 #include "PlatformLinux/System/StreamDiagnosticLog.h"
+#include "PlatformLinux/System/SystemClock.h"
 #include "WidgetHost/Control/HostControl.h"
 #include "Wiring/FailureReport.h"
 #include "Wiring/LanguageChoice.h"
@@ -46,7 +48,7 @@ std::expected<void, CommandFailure> requirePipe(std::optional<int> descriptor) {
 }
 
 std::expected<void, CommandFailure> show(const HostChoice& choice, const DisplayChoice& display,
-                                         const Console& console) {
+                                         XServerSurvey& xServer, const Console& console) {
   StartNotice started(choice.startedDescriptor);
   auto givenVariables = givenVariablesOfProcess();
   const UserLanguage language = chooseUserLanguage();
@@ -56,6 +58,7 @@ std::expected<void, CommandFailure> show(const HostChoice& choice, const Display
   // The toolkit looks for it as well.
   SessionBus bus;
   if (auto ready = setUpToolkit(display.kind, language, lines); !ready) return ready;
+  xServer.letGo();
   // Not the toolkit's own kind of application: that one looks for session managers and portals when
   // it takes its name, and waits for each as long as the bus does.
   const auto application =
@@ -71,7 +74,7 @@ std::expected<void, CommandFailure> show(const HostChoice& choice, const Display
   if (bus.connection() != nullptr) {
     verbs.emplace(bus.connection(), control, services.mainQueue);
   }
-  auto claimed = claimSoleHost(*application.operator->(), bus, services.configuration, choice.link);
+  auto claimed = claimSoleHost(*application.operator->(), bus, services, choice.link);
   if (!claimed) return std::unexpected(claimed.error());
   claim = *std::move(claimed);
   const auto tell = [&started, &messages] { started.tell(messages.descriptor()); };
@@ -91,11 +94,14 @@ std::expected<void, CommandFailure> show(const HostChoice& choice, const Display
 
 std::expected<void, CommandFailure> run(const HostChoice& choice, const Console& console) {
   if (auto usable = requirePipe(choice.startedDescriptor); !usable) return usable;
-  const auto display = chooseDisplay(displayEnvironmentOfProcess(), askWaylandCompositor);
+  XServerSurvey xServer;
+  const auto display = chooseDisplay(
+      displayEnvironmentOfProcess(), [] { return askWaylandCompositor(SystemClock()); },
+      [&xServer](const std::string& name) { return xServer.ask(name); });
   if (!display) return std::unexpected(display.error());
   auto readable = requireCertificateAuthorities(choice.common.services.certificateAuthoritiesFile);
   if (!readable) return readable;
-  return withSystemLacks([&] { return show(choice, *display, console); });
+  return withSystemLacks([&] { return show(choice, *display, xServer, console); });
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <functional>
-#include <poll.h>
 #include <string>
 
 #include "HostProgram/Links/LinkStart.h"
@@ -12,9 +11,7 @@ namespace {
 
 constexpr const char* lockFile = "host.lock";
 
-using Clock = std::chrono::steady_clock;
-
-constexpr int betweenLooksMilliseconds = 100;
+constexpr std::chrono::milliseconds betweenLooks{100};
 /// A host gives its name on the bus back before the lock. In between it has two and a half seconds
 /// for its extension and half a second for the bus, and saves; twice of that is for a busy machine.
 constexpr std::chrono::seconds patience{6};
@@ -31,11 +28,11 @@ CommandFailure shownElsewhere(std::optional<pid_t> holder) {
 
 /// None when somebody else has the folder, and `isNamed` comes true.
 std::expected<std::optional<SoleHostClaim>, CommandFailure> claimFolder(
-    const ConfigurationDirectory& configuration, const std::function<bool()>& isNamed) {
-  const auto folder = configuration.folder();
+    const HostServices& services, const std::function<bool()>& isNamed) {
+  const auto folder = services.configuration.folder();
   if (!folder) return SoleHostClaim{};
   const std::filesystem::path file = *folder / lockFile;
-  const Clock::time_point deadline = Clock::now() + patience;
+  const auto deadline = services.clock.steadyNow() + patience;
   while (true) {
     auto claim = FileClaim::claim(file);
     if (!claim) return SoleHostClaim{};
@@ -44,10 +41,10 @@ std::expected<std::optional<SoleHostClaim>, CommandFailure> claimFolder(
       return SoleHostClaim{.lock = *std::move(claim)};
     }
     if (isNamed()) return std::nullopt;
-    if (Clock::now() >= deadline) {
+    if (services.clock.steadyNow() >= deadline) {
       return std::unexpected(shownElsewhere(FileClaim::signature(file)));
     }
-    (void)::poll(nullptr, 0, betweenLooksMilliseconds);
+    services.clock.sleep(betweenLooks);
   }
 }
 
@@ -65,12 +62,12 @@ std::expected<void, CommandFailure> takeName(Gio::Application& application) {
 }  // namespace
 
 std::expected<std::optional<SoleHostClaim>, CommandFailure> claimSoleHost(
-    Gio::Application& application, SessionBus& bus, const ConfigurationDirectory& configuration,
+    Gio::Application& application, SessionBus& bus, const HostServices& services,
     const std::optional<std::string>& link) {
   const auto isNamed = [&] { return bus.hasOwner(application.get_id()); };
   std::optional<SoleHostClaim> claim;
   if (!isNamed()) {
-    auto claimed = claimFolder(configuration, isNamed);
+    auto claimed = claimFolder(services, isNamed);
     if (!claimed) return std::unexpected(claimed.error());
     claim = *std::move(claimed);
   }
@@ -83,7 +80,7 @@ std::expected<std::optional<SoleHostClaim>, CommandFailure> claimSoleHost(
   }
   if (claim) return claim;
   // Whoever had the name has given it back meanwhile.
-  return claimFolder(configuration, [] { return false; });
+  return claimFolder(services, [] { return false; });
 }
 
 }  // namespace lanternfold

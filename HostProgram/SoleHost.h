@@ -8,8 +8,8 @@
 #include <optional>
 #include <string>
 
+#include "HostProgram/HostServices.h"
 #include "HostProgram/SessionBus.h"
-#include "PlatformLinux/Defaults/ConfigurationDirectory.h"
 #include "PlatformLinux/System/FileClaim.h"
 #include "Wiring/Console.h"
 
@@ -27,7 +27,7 @@ struct SoleHostClaim {
 /// one to show its widgets. A host on another bus, or on none, cannot be told anything: that it has
 /// the folder is a failure, after six seconds in which one that is just ending may be done.
 [[nodiscard]] std::expected<std::optional<SoleHostClaim>, CommandFailure> claimSoleHost(
-    Gio::Application& application, SessionBus& bus, const ConfigurationDirectory& configuration,
+    Gio::Application& application, SessionBus& bus, const HostServices& services,
     const std::optional<std::string>& link);
 
 }  // namespace lanternfold

@@ -20,7 +20,8 @@ Point pointOf(const MonitorPosition& position) {
 DesktopWindows::DesktopWindows(const Surroundings& surroundings, Handlers handlers)
     : surroundings_(surroundings),
       handlers_(std::move(handlers)),
-      monitorWatch_(std::make_unique<MonitorWatch>([this] { countMonitors(); })) {
+      monitorWatch_(
+          std::make_unique<MonitorWatch>(surroundings.clock, [this] { countMonitors(); })) {
   surroundings_.desk.setObserver(this);
   countMonitors();
 }

@@ -16,6 +16,11 @@ constexpr const char* noneOfBackends =
 constexpr const char* noAnswer =
     "the Wayland compositor does not answer; end what holds it up, or sign in anew, and start the "
     "widgets again";
+constexpr const char* noAnswerOfX =
+    "the X server does not answer; end what holds it up, or sign in anew, and start the widgets "
+    "again";
+constexpr const char* noXServer =
+    "the display cannot be opened; check DISPLAY or WAYLAND_DISPLAY, and that its server is there";
 constexpr std::string_view notBelow =
     "this compositor has no layer below the windows, so the widgets are ordinary windows; move "
     "them with the pointer";
@@ -41,8 +46,9 @@ std::string_view remarkOnX11(WaylandCompositor compositor) {
 class Displays {
  public:
   Displays(const DisplayEnvironment& environment,
-           const std::function<WaylandCompositor()>& askCompositor)
-      : environment_(environment), askCompositor_(askCompositor) {}
+           const std::function<WaylandCompositor()>& askCompositor,
+           const std::function<XServer(const std::string&)>& askXServer)
+      : environment_(environment), askCompositor_(askCompositor), askXServer_(askXServer) {}
 
   /// The one of that name in GDK_BACKEND, where "*" is the best of all; none when it is of no use.
   [[nodiscard]] std::optional<DisplayChoice> named(std::string_view backend) {
@@ -52,8 +58,15 @@ class Displays {
     return std::nullopt;
   }
 
-  /// Whether a compositor has been asked in vain.
-  [[nodiscard]] bool areSilent() const { return compositor_ == WaylandCompositor::silent; }
+  /// Why there is none, once all that the user names are of no use.
+  [[nodiscard]] const char* fault() const {
+    if (compositor_ == WaylandCompositor::silent) return noAnswer;
+    if (xServer_ == XServer::silent) return noAnswerOfX;
+    const bool isOneLeftOut =
+        (environment_.x11 && !xServer_) || (environment_.wayland && !compositor_);
+    if (isOneLeftOut) return noneOfBackends;
+    return xServer_ ? noXServer : noDisplay;
+  }
 
  private:
   WaylandCompositor compositor() {
@@ -69,8 +82,10 @@ class Displays {
     return wayland();
   }
 
-  [[nodiscard]] std::optional<DisplayChoice> x11() const {
+  std::optional<DisplayChoice> x11() {
     if (!environment_.x11) return std::nullopt;
+    if (!xServer_) xServer_ = askXServer_(*environment_.x11);
+    if (*xServer_ != XServer::usable) return std::nullopt;
     return DisplayChoice{
         .kind = WindowKind::x11,
         .remark = remarkOnX11(compositor_.value_or(WaylandCompositor::unreachable))};
@@ -89,23 +104,22 @@ class Displays {
 
   const DisplayEnvironment& environment_;
   const std::function<WaylandCompositor()>& askCompositor_;
+  const std::function<XServer(const std::string&)>& askXServer_;
   std::optional<WaylandCompositor> compositor_;  ///< none before it has been asked
+  std::optional<XServer> xServer_;               ///< the same
 };
 
 }  // namespace
 
 std::expected<DisplayChoice, CommandFailure> chooseDisplay(
-    const DisplayEnvironment& environment,
-    const std::function<WaylandCompositor()>& askCompositor) {
-  Displays displays(environment, askCompositor);
+    const DisplayEnvironment& environment, const std::function<WaylandCompositor()>& askCompositor,
+    const std::function<XServer(const std::string& display)>& askXServer) {
+  Displays displays(environment, askCompositor, askXServer);
   const std::string backends = environment.backend.value_or("*");
   for (const auto backend : std::views::split(std::string_view(backends), ',')) {
     if (const auto choice = displays.named(std::string_view(backend))) return *choice;
   }
-  if (displays.areSilent()) return std::unexpected(workFailed(noAnswer));
-  const bool isVariableTheCause =
-      (environment.x11 || environment.wayland) && !backends.contains('*');
-  return std::unexpected(workFailed(isVariableTheCause ? noneOfBackends : noDisplay));
+  return std::unexpected(workFailed(displays.fault()));
 }
 
 }  // namespace lanternfold

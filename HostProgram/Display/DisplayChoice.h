@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "Platform/Clock.h"
 #include "Wiring/Console.h"
 
 namespace lanternfold {
@@ -30,6 +31,13 @@ enum class WaylandCompositor {
   withoutLayers,  ///< windows are where the user puts them
 };
 
+/// What is found out of an X server.
+enum class XServer {
+  unreachable,
+  silent,  ///< takes a connection, and says nothing on it
+  usable,
+};
+
 enum class WindowKind {
   x11,           ///< kept below by the window manager
   waylandLayer,  ///< on the layer above the wallpaper
@@ -44,13 +52,14 @@ struct DisplayChoice {
 
 /// The first that can be used of those that the user names, in the user's order. Without such a
 /// wish where widgets can stay below is better than where they cannot; Wayland is better than X11
-/// where both can. `askCompositor` is called at the most once. The failure is a sentence that says
-/// what to do without a desktop.
+/// where both can. Each of the two is asked once at the most, and only when its answer counts;
+/// `askXServer` is told DISPLAY. The failure is a sentence that says what to do.
 [[nodiscard]] std::expected<DisplayChoice, CommandFailure> chooseDisplay(
-    const DisplayEnvironment& environment, const std::function<WaylandCompositor()>& askCompositor);
+    const DisplayEnvironment& environment, const std::function<WaylandCompositor()>& askCompositor,
+    const std::function<XServer(const std::string& display)>& askXServer);
 
 /// Asks the compositor of the environment itself, which blocks until it answers, or for three
 /// seconds.
-[[nodiscard]] WaylandCompositor askWaylandCompositor();
+[[nodiscard]] WaylandCompositor askWaylandCompositor(const Clock& clock);
 
 }  // namespace lanternfold

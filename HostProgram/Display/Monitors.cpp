@@ -93,7 +93,8 @@ GdkMonitor* monitorNamed(const std::string& name) {
 
 class MonitorWatch::State {
  public:
-  explicit State(std::function<void()> changed) : changed_(std::move(changed)) {
+  State(const Clock& clock, std::function<void()> changed)
+      : clock_(clock), changed_(std::move(changed)) {
     const auto display = Gdk::Display::get_default();
     const auto plugged = [this](const Glib::RefPtr<Gdk::Monitor>&) { hear(); };
     lasting_.push_back(display->signal_monitor_added().connect(plugged));
@@ -111,8 +112,7 @@ class MonitorWatch::State {
   State& operator=(const State&) = delete;
 
   void hear() {
-    using Clock = std::chrono::steady_clock;
-    const Clock::time_point now = Clock::now();
+    const auto now = clock_.steadyNow();
     const auto wait = std::chrono::ceil<std::chrono::milliseconds>(pace_.change(now) - now);
     settling_.disconnect();
     settling_ = Glib::signal_timeout().connect(
@@ -143,6 +143,7 @@ class MonitorWatch::State {
     }
   }
 
+  const Clock& clock_;
   std::function<void()> changed_;
   std::vector<sigc::connection> lasting_;
   std::vector<sigc::connection> ofMonitors_;
@@ -151,8 +152,8 @@ class MonitorWatch::State {
   WorkAreaNews workAreas_{[this] { hear(); }};
 };
 
-MonitorWatch::MonitorWatch(std::function<void()> changed)
-    : state_(std::make_unique<State>(std::move(changed))) {}
+MonitorWatch::MonitorWatch(const Clock& clock, std::function<void()> changed)
+    : state_(std::make_unique<State>(clock, std::move(changed))) {}
 
 MonitorWatch::~MonitorWatch() = default;
 

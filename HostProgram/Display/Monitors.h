@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "HostProgram/Cards/CardDrag.h"
+#include "Platform/Clock.h"
 
 namespace lanternfold {
 
@@ -23,7 +24,7 @@ namespace lanternfold {
 class MonitorWatch final {
  public:
   /// `changed` is called once for all changes that come together, as of `SettlingPace`.
-  explicit MonitorWatch(std::function<void()> changed);
+  MonitorWatch(const Clock& clock, std::function<void()> changed);
   ~MonitorWatch();
   MonitorWatch(const MonitorWatch&) = delete;
   MonitorWatch& operator=(const MonitorWatch&) = delete;

@@ -11,8 +11,6 @@
 namespace lanternfold {
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 constexpr const char* layerProtocol = "zwlr_layer_shell_v1";
 constexpr std::chrono::seconds patience{3};
 
@@ -37,23 +35,25 @@ constexpr wl_registry_listener registryListener{.global = noteGlobal,
 constexpr wl_callback_listener endListener{.done = noteEnd};
 
 /// Whether something can be read by then.
-bool waitForBytes(int descriptor, Clock::time_point deadline) {
+bool waitForBytes(int descriptor, const Clock& clock,
+                  std::chrono::steady_clock::time_point deadline) {
   pollfd waiting{.fd = descriptor, .events = POLLIN, .revents = 0};
   for (;;) {
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
+    const auto left =
+        std::chrono::ceil<std::chrono::milliseconds>(deadline - clock.steadyNow()).count();
     const int ready = ::poll(&waiting, 1, static_cast<int>(std::max<long>(left, 0)));
     if (ready >= 0 || errno != EINTR) return ready == 1;
   }
 }
 
 /// The library's own round trip waits without end.
-WaylandCompositor listen(wl_display* display, const Answer& answer) {
-  const Clock::time_point deadline = Clock::now() + patience;
+WaylandCompositor listen(wl_display* display, const Answer& answer, const Clock& clock) {
+  const auto deadline = clock.steadyNow() + patience;
   while (!answer.isComplete) {
     // Nothing is left over that would have to be dispatched first.
     if (wl_display_prepare_read(display) != 0) return WaylandCompositor::unreachable;
     (void)wl_display_flush(display);
-    if (!waitForBytes(wl_display_get_fd(display), deadline)) {
+    if (!waitForBytes(wl_display_get_fd(display), clock, deadline)) {
       wl_display_cancel_read(display);
       return WaylandCompositor::silent;
     }
@@ -66,7 +66,7 @@ WaylandCompositor listen(wl_display* display, const Answer& answer) {
 
 }  // namespace
 
-WaylandCompositor askWaylandCompositor() {
+WaylandCompositor askWaylandCompositor(const Clock& clock) {
   const std::unique_ptr<wl_display, decltype(&wl_display_disconnect)> display(
       wl_display_connect(nullptr), wl_display_disconnect);
   if (!display) return WaylandCompositor::unreachable;
@@ -75,7 +75,7 @@ WaylandCompositor askWaylandCompositor() {
   wl_registry_add_listener(registry, &registryListener, &answer);
   wl_callback* const end = wl_display_sync(display.get());
   wl_callback_add_listener(end, &endListener, &answer);
-  const WaylandCompositor compositor = listen(display.get(), answer);
+  const WaylandCompositor compositor = listen(display.get(), answer, clock);
   wl_callback_destroy(end);
   wl_registry_destroy(registry);
   return compositor;

@@ -48,12 +48,9 @@ MessageBus::Subscription::~Subscription() {
 MessageBus::MessageBus() : cancellable_(g_cancellable_new()) {}
 
 void MessageBus::connect(const std::string& address, std::function<void(bool)> connected) {
-  constexpr auto flags =
-      static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                        G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
   ++pending_;
   g_dbus_connection_new_for_address(
-      address.c_str(), flags, nullptr, cancellable_.get(), takeConnection,
+      address.c_str(), busClientFlags, nullptr, cancellable_.get(), takeConnection,
       new PendingConnection{.bus = shared_from_this(), .handler = std::move(connected)});
 }
 

@@ -25,6 +25,10 @@ struct ObjectCloser {
   void operator()(gpointer object) const { g_object_unref(object); }
 };
 
+/// A connection to a bus, and not to a single peer.
+inline constexpr auto busClientFlags = static_cast<GDBusConnectionFlags>(
+    G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT | G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
+
 /// Everything on one thread: that of a `BusThread`, or the main thread of a program whose main loop
 /// is GLib's. Handlers run there too, from that loop, never inside of a call.
 class MessageBus : public std::enable_shared_from_this<MessageBus> {

@@ -34,11 +34,8 @@ std::unexpected<WidgetControlFailure> noAnswer() {
 }
 
 ConnectionPointer connected(const std::string& address, const BusDeadline& deadline) {
-  constexpr auto flags =
-      static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                        G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
-  return ConnectionPointer(g_dbus_connection_new_for_address_sync(address.c_str(), flags, nullptr,
-                                                                  deadline.cancellable(), nullptr));
+  return ConnectionPointer(g_dbus_connection_new_for_address_sync(
+      address.c_str(), busClientFlags, nullptr, deadline.cancellable(), nullptr));
 }
 
 std::unexpected<WidgetControlFailure> failureOf(ErrorPointer error) {

@@ -11,9 +11,18 @@
 namespace lanternfold {
 
 ProgramOutput::ProgramOutput(FileDescriptor reading, EventLoop& loop, DiagnosticLog& log)
-    : reading_(std::move(reading)), loop_(loop), log_(log), pipe_(loop.context(), reading_.get()) {}
+    : reading_(std::move(reading)), loop_(loop), log_(log), pipe_(loop.context()) {}
 
-ProgramOutput::~ProgramOutput() { pipe_.release(); }
+ProgramOutput::~ProgramOutput() {
+  if (pipe_.is_open()) pipe_.release();
+}
+
+std::error_code ProgramOutput::watch() {
+  std::error_code error;
+  static_cast<void>(pipe_.assign(reading_.get(), error));
+  // Asio's own kind of error is equal to none of the standard's.
+  return {error.value(), std::generic_category()};
+}
 
 void ProgramOutput::start() {
   loop_.post([self = shared_from_this()] { self->read(); });

@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 #include <asio/posix/stream_descriptor.hpp>
 
@@ -31,6 +32,8 @@ class ProgramOutput : public std::enable_shared_from_this<ProgramOutput> {
   ProgramOutput(const ProgramOutput&) = delete;
   ProgramOutput& operator=(const ProgramOutput&) = delete;
 
+  /// Once, before `start`. The error is the system's, which watches a limited number. Any thread.
+  [[nodiscard]] std::error_code watch();
   /// Once. Any thread.
   void start();
 

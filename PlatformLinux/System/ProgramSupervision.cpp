@@ -31,12 +31,26 @@ ProgramSupervision::ProgramSupervision(SpawnedProcess process, EventLoop& loop,
       loop_(loop),
       mainQueue_(mainQueue),
       running_(std::move(running)),
-      readable_(loop.context(), process_.descriptor()),
-      farewellTimer_(loop.context()) {
-  running_->begin();
+      readable_(loop.context()),
+      farewellTimer_(loop.context()) {}
+
+ProgramSupervision::~ProgramSupervision() {
+  if (readable_.is_open()) readable_.release();
 }
 
-ProgramSupervision::~ProgramSupervision() { readable_.release(); }
+std::error_code ProgramSupervision::watch() {
+  std::error_code error;
+  static_cast<void>(readable_.assign(process_.descriptor(), error));
+  if (!error) {
+    running_->begin();
+    return {};
+  }
+  // Nobody would ever reap it.
+  process_.kill();
+  (void)process_.reap();
+  // Asio's own kind of error is equal to none of the standard's.
+  return {error.value(), std::generic_category()};
+}
 
 void ProgramSupervision::start(std::function<void(ChildEnd)> ended) {
   ended_ = std::move(ended);

@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <system_error>
 
 #include <asio/posix/stream_descriptor.hpp>
 #include <asio/steady_timer.hpp>
@@ -48,6 +49,9 @@ class ProgramSupervision : public std::enable_shared_from_this<ProgramSupervisio
   ProgramSupervision(const ProgramSupervision&) = delete;
   ProgramSupervision& operator=(const ProgramSupervision&) = delete;
 
+  /// Once, before `start`. The error is the system's, which watches a limited number; the process
+  /// has been ended and reaped then.
+  [[nodiscard]] std::error_code watch();
   /// Once. `ended` is called on the main queue, once, unless the program has been let go.
   void start(std::function<void(ChildEnd)> ended);
   void kill() const { process_.kill(); }

@@ -50,12 +50,17 @@ std::error_code keepToThisProgram(int descriptor) {
 /// as a work or a handler under way holds it, and does nothing any more.
 class SocketByteStream::Connection : public std::enable_shared_from_this<Connection> {
  public:
-  Connection(int descriptor, EventLoop& loop, DispatchQueue& queue)
-      : loop_(loop),
-        queue_(queue),
-        socket_(loop.context(),
-                asio::generic::stream_protocol(option(descriptor, SO_DOMAIN).value_or(AF_UNIX), 0),
-                descriptor) {}
+  Connection(EventLoop& loop, DispatchQueue& queue)
+      : loop_(loop), queue_(queue), socket_(loop.context()) {}
+
+  /// First of all.
+  std::error_code assign(int descriptor) {
+    const int family = option(descriptor, SO_DOMAIN).value_or(AF_UNIX);
+    std::error_code error;
+    static_cast<void>(socket_.assign(asio::generic::stream_protocol(family, 0), descriptor, error));
+    // Asio's own kind of error is equal to none of the standard's.
+    return {error.value(), std::generic_category()};
+  }
 
   // On the queue.
 
@@ -201,8 +206,9 @@ std::expected<std::unique_ptr<SocketByteStream>, std::error_code> SocketByteStre
     int descriptor, EventLoop& loop, DispatchQueue& queue) {
   if (const std::error_code fault = faultOf(descriptor)) return std::unexpected(fault);
   if (const std::error_code fault = keepToThisProgram(descriptor)) return std::unexpected(fault);
-  return std::unique_ptr<SocketByteStream>(
-      new SocketByteStream(std::make_shared<Connection>(descriptor, loop, queue)));
+  auto connection = std::make_shared<Connection>(loop, queue);
+  if (const std::error_code fault = connection->assign(descriptor)) return std::unexpected(fault);
+  return std::unique_ptr<SocketByteStream>(new SocketByteStream(std::move(connection)));
 }
 
 SocketByteStream::SocketByteStream(std::shared_ptr<Connection> connection)

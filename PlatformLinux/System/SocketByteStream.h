@@ -23,8 +23,9 @@ class SocketByteStream final : public ByteStream {
   /// descriptors of its own, one of which might get that number.
   [[nodiscard]] static std::error_code faultOf(int descriptor);
 
-  /// Takes over `descriptor`, which no program that is started later inherits. Error: as
-  /// `faultOf` says. `loop` and `queue` outlive the stream.
+  /// Takes over `descriptor`, which no program that is started later inherits. Error: as `faultOf`
+  /// says, or the system's, which watches a limited number; the descriptor stays the caller's then.
+  /// `loop` and `queue` outlive the stream.
   [[nodiscard]] static std::expected<std::unique_ptr<SocketByteStream>, std::error_code> adopt(
       int descriptor, EventLoop& loop, DispatchQueue& queue);
 

@@ -126,8 +126,10 @@ std::expected<SpawnedProcess, std::error_code> SocketChildProgramLauncher::start
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
     return std::unexpected(std::error_code(errno, std::generic_category()));
   }
-  const auto output = std::make_shared<ProgramOutput>(FileDescriptor(ends[0]), loop_, *log);
+  FileDescriptor ours(ends[0]);
   const FileDescriptor theirs(ends[1]);
+  const auto output = std::make_shared<ProgramOutput>(std::move(ours), loop_, *log);
+  if (const std::error_code fault = output->watch()) return std::unexpected(fault);
   auto process = SpawnedProcess::start(program_, arguments_, socket, theirs.get());
   if (process) output->start();
   return process;
@@ -140,13 +142,17 @@ std::expected<std::unique_ptr<ChildProgram>, std::error_code> SocketChildProgram
   }
   const FileDescriptor theirs(ends[1]);
   auto stream = SocketByteStream::adopt(ends[0], loop_, mainQueue_);
-  if (!stream) fatalError("a socket of a pair was no connected socket");
+  if (!stream) {
+    (void)::close(ends[0]);
+    return std::unexpected(stream.error());
+  }
   auto process = startOn(theirs.get());
   if (!process) return std::unexpected(process.error());
-  return std::make_unique<SocketChildProgram>(
-      *std::move(stream), ends[0],
-      std::make_shared<ProgramSupervision>(*std::move(process), loop_, mainQueue_, running_),
-      mainQueue_);
+  auto supervision =
+      std::make_shared<ProgramSupervision>(*std::move(process), loop_, mainQueue_, running_);
+  if (const std::error_code fault = supervision->watch()) return std::unexpected(fault);
+  return std::make_unique<SocketChildProgram>(*std::move(stream), ends[0], std::move(supervision),
+                                              mainQueue_);
 }
 
 }  // namespace lanternfold

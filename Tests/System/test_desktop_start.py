@@ -20,6 +20,7 @@ echo "the extension says something" >&2
 sleep {seconds}
 exec "{extension}" "$@"
 """
+X_SOCKETS = Path("/tmp/.X11-unix")
 # What no start takes, and what would wait for a silent bus, compositor or portal exceeds.
 SOON_SECONDS = 9
 
@@ -133,16 +134,22 @@ class SwayDetachTest(DetachTests, SwayTest):
     pass
 
 
+def silent_socket(test, path):
+    """Takes connections, and never says anything on them."""
+    listener = socket.socket(socket.AF_UNIX)
+    test.addCleanup(listener.close)
+    listener.bind(str(path))
+    test.addCleanup(path.unlink)
+    listener.listen()
+
+
 class SilentNeighbourTest(XTest):
     """Whoever takes a connection and never says anything on it."""
 
     def silent_socket(self, name):
         """Its path."""
         path = self.session.folder / name
-        listener = socket.socket(socket.AF_UNIX)
-        self.addCleanup(listener.close)
-        listener.bind(str(path))
-        listener.listen()
+        silent_socket(self, path)
         return path
 
     def assert_shown_soon(self, began):
@@ -181,6 +188,13 @@ class SilentNeighbourTest(XTest):
                                WAYLAND_DISPLAY=str(self.silent_socket("wayland")))
         self.assertEqual(1, host.wait(SOON_SECONDS))
         self.assert_said_once(host, "compositor does not answer")
+
+    def test_the_x_server(self):
+        """The toolkit's library waits for it without end."""
+        silent_socket(self, X_SOCKETS / "X77")
+        host = self.start_host(DISPLAY=":77")
+        self.assertEqual(1, host.wait(SOON_SECONDS))
+        self.assert_said_once(host, "X server does not answer")
 
     def test_the_settings_portal(self):
         """The bus knows it, and it hangs."""
@@ -228,6 +242,21 @@ class NoLayersTest(XTest):
         self.assert_said_once(host, "ordinary windows")
         self.finish(host)
 
+    def test_ordinary_windows_beside_a_display_that_is_gone(self):
+        """The host once ended, since DISPLAY was set."""
+        host = self.start_host(**self.begin_weston() | {"DISPLAY": ":76"})
+        self.wait_for_widgets()
+        self.assert_said_once(host, "ordinary windows")
+        self.finish(host)
+
+    def test_ordinary_windows_beside_a_display_that_is_silent(self):
+        silent_socket(self, X_SOCKETS / "X77")
+        host = self.start_host(**self.begin_weston() | {"DISPLAY": ":77",
+                                                        "GDK_BACKEND": "x11,wayland"})
+        self.wait_for_widgets()
+        self.assert_said_once(host, "ordinary windows")
+        self.finish(host)
+
     def test_it_returns_to_whoever_waits(self):
         self.display.environment = self.begin_weston()
         began = time.monotonic()
@@ -242,6 +271,23 @@ class NoLayersTest(XTest):
         self.assert_all_shown(self.wait_for_widgets())
         self.assert_said_once(host, "X11 side")
         self.finish(host)
+
+
+class LastClientTest(XTest):
+    def test_a_server_that_ends_with_its_last_client_stays_for_the_widgets(self):
+        """It is asked whether it answers before the toolkit connects to it."""
+        self.session.begin(["Xvfb", ":78", "-terminate", "-nolisten", "tcp"])
+        wait_until((X_SOCKETS / "X78").exists, "the server's start")
+        host = self.start_host(DISPLAY=":78")
+        self.wait_for_widgets()
+        self.finish(host)
+
+
+class DeadDisplayTest(XTest):
+    def test_a_display_that_is_gone_is_named(self):
+        host = self.start_host(DISPLAY=":76")
+        self.assertEqual(1, host.wait(SOON_SECONDS))
+        self.assertRegex("".join(host.errors), r"\A[^\n]*check DISPLAY[^\n]*\n?\Z")
 
 
 class NoWifiTest(XTest):

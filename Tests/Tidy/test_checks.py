@@ -205,6 +205,7 @@ class Words(PlantedTest):
         for call in ["sprintf(a, b);", "strcpy(a, b);", 'std::system("ip");', "std::rand();",
                      "std::abort();", "exit(1);", "assert(a);", "std::atoi(a);",
                      "std::this_thread::sleep_for(a);", "std::chrono::system_clock::now();",
+                     "using Moment = std::chrono::steady_clock;",
                      "inet_ntoa(a);", 'std::getenv("A");', "std::cout << a;"]:
             with self.subTest(call=call):
                 self.tree.add("NetBase/Other.cpp", f"void f() {{ {call} }}\n")

@@ -1,14 +1,22 @@
 // What both sides of the seam to started programs promise, and what the Linux side adds.
+#include <cerrno>
 #include <charconv>
 #include <csignal>
 #include <fcntl.h>
+#include <filesystem>
+#include <iterator>
+#include <sys/syscall.h>
 #include <sys/types.h>
+#include <sys/wait.h>
+#include <thread>
 
 #include <gmock/gmock.h>
 
 #include "PlatformLinux/System/FileDescriptor.h"
 #include "PlatformLinux/System/ProgramOutput.h"
+#include "Tests/PlatformLinux/ChildProcess.h"
 #include "Tests/PlatformLinux/Contracts/ChildProgramWorlds.h"
+#include "Tests/PlatformLinux/RefusedCall.h"
 #include "Tests/Support/RecordingDiagnosticLog.h"
 
 namespace lanternfold {
@@ -235,6 +243,45 @@ TEST_F(SocketChildProgramTest, AProgramThatIsNoProgramIsAnError) {
   AsioDispatch dispatch(loop);
   SocketChildProgramLauncher launcher("/etc/passwd", {}, loop, dispatch.mainQueue());
   EXPECT_EQ(launcher.launch().error(), std::errc::permission_denied);
+}
+
+std::ptrdiff_t countOpenDescriptors() {
+  return std::distance(std::filesystem::directory_iterator("/proc/self/fd"),
+                       std::filesystem::directory_iterator());
+}
+
+/// Tries a start while the kernel watches no descriptor with a number of 64 to 127, as it would
+/// none when too many are watched already; the first one opened has `firstNumber`.
+int launchUnwatched(int firstNumber) {
+  EventLoop loop;
+  AsioDispatch dispatch(loop);
+  RecordingDiagnosticLog log;
+  SocketChildProgramLauncher launcher("/bin/sh", {"-c", "exec sleep 60"}, loop,
+                                      dispatch.mainQueue(), [&log] { return &log; });
+  while (::dup(STDERR_FILENO) < firstNumber - 1) continue;
+  const RefusedCall refused{.number = SYS_epoll_ctl, .error = ENOSPC, .thirdArgumentBits = 64};
+  if (!refused.install()) return 2;
+  const auto before = countOpenDescriptors();
+  const auto program = launcher.launch();
+  if (program || program.error() != std::errc::no_space_on_device) return 3;
+  // The loop reads what the program has said to its end first.
+  const auto deadline = std::chrono::steady_clock::now() + programPatience;
+  while (countOpenDescriptors() != before) {
+    if (std::chrono::steady_clock::now() > deadline) return 4;
+    std::this_thread::yield();
+  }
+  return ::waitpid(-1, nullptr, WNOHANG) == -1 && errno == ECHILD ? 0 : 5;
+}
+
+/// It was once the end of the host, by an exception, and the program was never reaped.
+TEST(UnwatchedChildProgramTest, ADescriptorThatTheKernelDoesNotWatchIsAnError) {
+  constexpr int ofItsSocket = 64;
+  constexpr int ofItsOutput = ofItsSocket - 2;
+  constexpr int ofItsEnd = ofItsOutput - 2;
+  for (const int firstNumber : {ofItsSocket, ofItsOutput, ofItsEnd}) {
+    ChildProcess child([firstNumber] { return launchUnwatched(firstNumber); });
+    EXPECT_EQ(child.wait(), 0) << firstNumber;
+  }
 }
 
 }  // namespace

@@ -2,14 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include "PlatformLinux/Bus/MessageBus.h"
+
 namespace lanternfold {
 
 BusStandIn::BusStandIn(const std::string& busAddress, const std::string& name)
-    : connection_(g_dbus_connection_new_for_address_sync(
-          busAddress.c_str(),
-          static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                            G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
-          nullptr, nullptr, nullptr)) {
+    : connection_(g_dbus_connection_new_for_address_sync(busAddress.c_str(), busClientFlags,
+                                                         nullptr, nullptr, nullptr)) {
   g_dbus_connection_add_filter(connection_, take, this, nullptr);
   GVariant* const owned =
       g_dbus_connection_call_sync(connection_, "org.freedesktop.DBus", "/", "org.freedesktop.DBus",

@@ -38,8 +38,9 @@ BANNED_CALLS = [
      "the re-entrant operation of the same name", PRODUCT, NOWHERE),
     (r"\b(sleep_for|sleep_until|usleep|nanosleep)\s*\(", "DispatchQueue::after", PRODUCT,
      re.compile(r"^PlatformLinux/System/SystemClock\.h$")),
-    (r"\b(system_clock|steady_clock)::now\s*\(", "the Clock seam", PRODUCT,
-     re.compile(r"^(PlatformLinux|Wiring/Linux)")),
+    (r"\b(system_clock|steady_clock)::now\s*\(|= *(std::chrono::)?(system|steady)_clock\s*;",
+     "the Clock seam", PRODUCT,  # nor by a name of its own, behind which now() would not be found
+     re.compile(r"^(PlatformLinux|Wiring/(Linux|ProcessHostStarter))")),
     (r"(?<![\w.>])(std::|secure_)?getenv\s*\(", "a value that the program's main hands in", PRODUCT,
      re.compile(r"^(PlatformLinux/|Wiring/|CommandLine/|HostProgram/HostEnvironment\.cpp$)")),
     (r"\bstd::(cout|cerr|clog)\b", "the DiagnosticLog seam; a library does not print", PRODUCT,
