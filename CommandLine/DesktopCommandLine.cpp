@@ -120,7 +120,7 @@ void addCtl(CLI::App& app, CommandChoice& choice) {
   addCtlCommand(
       *ctl,
       {.name = "list",
-       .help = "List the widgets and where they stand",
+       .help = "List the widgets and their remembered places",
        .declare =
            [](CLI::App& command, CtlOptions& options) {
              command.add_flag("--json", options.json, "Write a JSON array of them");

@@ -30,11 +30,17 @@ void makeUnseen(Gtk::Window& window) {
 }  // namespace
 
 LayerSurvey::LayerSurvey(GdkMonitor* output, std::function<void()> changed)
-    : output_(output), changed_(std::move(changed)) {
-  begin();
-}
+    : output_(output), changed_(std::move(changed)) {}
 
-Size LayerSurvey::room(Size whole) const {
+/// What was found in a larger monitor would keep widgets outside of one that has become smaller.
+Size LayerSurvey::room(Size whole) {
+  if (whole != whole_) {
+    whole_ = whole;
+    width_ = height_ = 0;
+    across_.reset();
+    down_.reset();
+    begin();
+  }
   if (width_ == 0) return whole;
   return {static_cast<double>(width_), static_cast<double>(height_)};
 }
@@ -68,14 +74,18 @@ std::unique_ptr<LayerSurvey::Probe> LayerSurvey::makeProbe(bool isAcross) {
 void LayerSurvey::note(Probe& probe, int length) {
   if (length <= 1) return;
   probe.length = length;
-  const bool isComplete = across_ && across_->length > 0 && down_ && down_->length > 0;
-  if (isComplete) Glib::signal_idle().connect_once(sigc::mem_fun(*this, &LayerSurvey::finish));
+  if (isComplete()) Glib::signal_idle().connect_once(sigc::mem_fun(*this, &LayerSurvey::finish));
 }
 
+bool LayerSurvey::isComplete() const {
+  return across_ && across_->length > 0 && down_ && down_->length > 0;
+}
+
+/// A look that has begun since then is not over.
 void LayerSurvey::finish() {
+  if (!isComplete()) return;
   const auto across = std::exchange(across_, nullptr);
   const auto down = std::exchange(down_, nullptr);
-  if (!across || !down) return;
   const int formerWidth = std::exchange(width_, across->length);
   const int formerHeight = std::exchange(height_, down->length);
   if (formerWidth != width_ || formerHeight != height_) changed_();

@@ -28,8 +28,9 @@ class LayerSurvey : public sigc::trackable {
   /// Looks anew.
   void begin();
 
-  /// Points, as of the last look; `whole` before there was one.
-  [[nodiscard]] Size room(Size whole) const;
+  /// Points, as of the last look at a monitor of the size `whole`; `whole` itself before there was
+  /// one, which then begins.
+  [[nodiscard]] Size room(Size whole);
 
  private:
   /// Of a length that is found out.
@@ -40,10 +41,12 @@ class LayerSurvey : public sigc::trackable {
 
   [[nodiscard]] std::unique_ptr<Probe> makeProbe(bool isAcross);
   void note(Probe& probe, int length);
+  [[nodiscard]] bool isComplete() const;
   void finish();
 
   GdkMonitor* output_;
   std::function<void()> changed_;
+  Size whole_;                     ///< of the monitor that is looked at
   int width_ = 0;                  ///< 0 before it is known
   int height_ = 0;                 ///< the same
   std::unique_ptr<Probe> across_;  ///< null but for during a look

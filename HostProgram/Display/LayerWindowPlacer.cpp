@@ -22,12 +22,38 @@ void putOnLayer(Gtk::Window& window, GtkLayerShellLayer layer) {
   gtk_layer_set_anchor(window.gobj(), GTK_LAYER_SHELL_EDGE_TOP, TRUE);
 }
 
+/// From the left top corner of the room on the monitor, in points.
+struct Margins {
+  int left = 0;
+  int top = 0;
+  friend bool operator==(const Margins&, const Margins&) = default;
+};
+
+Margins marginsOf(Gtk::Window& window) {
+  return {.left = gtk_layer_get_margin(window.gobj(), GTK_LAYER_SHELL_EDGE_LEFT),
+          .top = gtk_layer_get_margin(window.gobj(), GTK_LAYER_SHELL_EDGE_TOP)};
+}
+
+bool isInside(const Margins& margins, Size size, Size room) {
+  return margins.left + size.width <= room.width && margins.top + size.height <= room.height;
+}
+
+/// A monitor that has become smaller leaves surfaces outside of it. The compositor asks for no more
+/// frames of those, so that the toolkit would wait with the new place for one that never comes:
+/// they are made anew.
+void moveOnLayer(Gtk::Window& window, const Margins& margins, Size size, Size room) {
+  const Margins former = marginsOf(window);
+  if (former == margins) return;
+  if (!isInside(former, size, room)) window.hide();
+  gtk_layer_set_margin(window.gobj(), GTK_LAYER_SHELL_EDGE_LEFT, margins.left);
+  gtk_layer_set_margin(window.gobj(), GTK_LAYER_SHELL_EDGE_TOP, margins.top);
+}
+
 void placeOnLayer(Gtk::Window& window, const PlacedMonitor& monitor, Point origin, Size size) {
   window.resize(static_cast<int>(size.width), static_cast<int>(size.height));
-  gtk_layer_set_margin(window.gobj(), GTK_LAYER_SHELL_EDGE_LEFT,
-                       static_cast<int>(std::lround(origin.x)));
-  gtk_layer_set_margin(window.gobj(), GTK_LAYER_SHELL_EDGE_TOP,
-                       static_cast<int>(std::lround(origin.y)));
+  const Margins margins{.left = static_cast<int>(std::lround(origin.x)),
+                        .top = static_cast<int>(std::lround(origin.y))};
+  moveOnLayer(window, margins, size, monitor.area.size);
   // Another monitor makes another surface, which would flicker.
   GdkMonitor* const output = monitorNamed(monitor.area.name);
   if (gtk_layer_get_monitor(window.gobj()) != output) {

@@ -4,7 +4,7 @@ import json
 
 from displays import SwayDisplay, XDisplay
 from xorg_display import LEFT, RIGHT, WIDTH, XorgDisplay
-from host_test import BANDWIDTH, PANORAMIC, SIZES, SwayTest, XTest
+from host_test import BANDWIDTH, INTERNET, PANORAMIC, SIZES, SwayTest, XTest
 from process_tree import wait_until
 
 # What a second output becomes as soon as there is one.
@@ -22,6 +22,44 @@ class ScaleTest(SwayTest):
         self.display.command("output", "HEADLESS-1", "resolution", "1280x900", "scale", "1")
         self.assert_all_shown(widgets)
         self.assertEqual(widgets, self.widgets())
+
+
+class OtherSizeTest(SwayTest):
+    """A monitor that becomes smaller: what no longer lies in it is brought in, at once."""
+
+    REMEMBERED = {BANDWIDTH: (1086, 24), INTERNET: (400, 706)}
+
+    def set_output(self, *words):
+        self.display.command("output", "HEADLESS-1", *words)
+
+    def assert_stand(self, gauge, internet, scale=1):
+        """Long before a panel is looked for again."""
+        for widget in self.widgets():
+            x, y = {BANDWIDTH: gauge, INTERNET: internet}[widget["kind"]]
+            self.assert_shown(widget | {"x": x, "y": y}, scale=scale, seconds=5)
+
+    def test_widgets_are_brought_into_a_monitor_that_becomes_smaller(self):
+        self.store.parent.mkdir(parents=True)
+        self.store.write_text(json.dumps({"version": 1, "widgets": [
+            {"id": str(number), "kind": kind, "family": family, "monitor": "HEADLESS-1",
+             "x": self.REMEMBERED[kind][0], "y": self.REMEMBERED[kind][1]}
+            for number, (kind, family) in enumerate([(BANDWIDTH, "small"), (INTERNET, "medium")])]}))
+        host = self.start_host()
+        widgets = self.wait_for_widgets(2)
+        self.assert_all_shown(widgets)
+        self.set_output("resolution", "800x600")
+        self.assert_stand((630, 24), (400, 430))
+        self.set_output("resolution", "1000x700")
+        self.assert_stand((830, 24), (400, 530))
+        self.set_output("resolution", "1280x900", "scale", "2")
+        self.assert_stand((470, 24), (276, 280), scale=2)
+        self.set_output("scale", "1", "transform", "90")
+        self.assert_stand((730, 24), (400, 706))
+        self.set_output("transform", "normal")
+        self.assert_stand((1086, 24), (400, 706))
+        self.assertEqual(widgets, self.widgets())
+        self.finish(host)
+        self.assertEqual([], host.errors)
 
 
 class DoubleXTest(XTest):
