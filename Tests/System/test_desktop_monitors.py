@@ -4,7 +4,7 @@ import json
 
 from displays import SwayDisplay, XDisplay
 from xorg_display import LEFT, RIGHT, WIDTH, XorgDisplay
-from host_test import BANDWIDTH, PANORAMIC, SIZES, SwayTest, XTest
+from host_test import BANDWIDTH, INTERNET, PANORAMIC, SIZES, SwayTest, XTest
 from process_tree import wait_until
 
 # What a second output becomes as soon as there is one.
@@ -134,6 +134,28 @@ class LostMonitorTest(XTest):
             self.unplug()
             self.plug()
         self.assert_shown(widget, offset=(WIDTH, 0))
+        self.finish(host)
+        self.assertEqual([], host.errors)
+
+
+class CrowdedMonitorTest(XTest):
+    """A screen without room for the first widgets side by side."""
+
+    def make_display(self):
+        return XDisplay(self.session, size=(640, 450))
+
+    def test_each_widget_of_the_first_start_can_be_taken_hold_of(self):
+        host = self.start_host()
+        widgets = self.wait_for_widgets()
+        places = {(each["x"], each["y"]) for each in widgets}
+        self.assertEqual(5, len(places), places)
+        wait_until(lambda: set(self.card_windows()) == places, "each card in its place")
+        covered = self.widget(INTERNET)
+        edge = covered["x"] + SIZES["medium"][0] // 2, covered["y"] + 12
+        self.display.drag(edge, (edge[0] - 100, edge[1] + 100))
+        wait_until(lambda: self.widget(INTERNET) != covered, "a move")
+        self.assertEqual([each for each in widgets if each != covered],
+                         [each for each in self.widgets() if each["kind"] != INTERNET])
         self.finish(host)
         self.assertEqual([], host.errors)
 

@@ -5,6 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include "WidgetHost/Placement/WidgetCascade.h"
+
 namespace lanternfold {
 namespace {
 
@@ -138,12 +140,17 @@ std::optional<Point> freePlace(Size size, std::span<const Rect> standing, const 
   return std::nullopt;
 }
 
-std::optional<MonitorPosition> freePositionOn(const MonitorArea& monitor, Size size,
-                                              std::span<const StandingWidget> standing) {
+std::vector<Rect> framesOn(const MonitorArea& monitor, std::span<const StandingWidget> standing) {
   std::vector<Rect> frames;
   for (const StandingWidget& widget : standing) {
     if (widget.monitor == monitor.name) frames.push_back(widget.frame);
   }
+  return frames;
+}
+
+std::optional<MonitorPosition> freePositionOn(const MonitorArea& monitor, Size size,
+                                              std::span<const StandingWidget> standing) {
+  const std::vector<Rect> frames = framesOn(monitor, standing);
   const Rect area = usableArea(monitor);
   auto place = freePlace(size, frames, insetArea(area));
   if (!place) place = freePlace(size, frames, area);
@@ -180,7 +187,9 @@ std::optional<MonitorPosition> freePosition(Size size, std::span<const StandingW
     if (auto position = freePositionOn(monitor, size, standing)) return position;
   }
   const Rect area = usableArea(*primary);
-  return positionInside(area, size, {area.right() - size.width, area.top()}, primary->name);
+  const WidgetCascade cascade(framesOn(*primary, standing), area);
+  const Point rightTopCorner{area.right() - size.width, area.top()};
+  return positionInside(area, size, cascade.place(size, rightTopCorner), primary->name);
 }
 
 }  // namespace lanternfold

@@ -46,8 +46,9 @@ struct StandingWidget {
 
 /// The first place, column by column from the work area's right top corner, where nothing of
 /// `standing` is nearer than the gap; as far from the work area's edges where there is room for
-/// that. The work area's right top corner when there is none. None without a monitor. The monitor
-/// is the primary one, or another one when that is full.
+/// that. The monitor is the primary one, or another one when that is full. When all are, a place
+/// above others on the primary one, aside of each of them (`WidgetCascade`). None without a
+/// monitor. `standing` is in the order of adding.
 [[nodiscard]] std::optional<MonitorPosition> freePosition(Size size,
                                                           std::span<const StandingWidget> standing,
                                                           std::span<const MonitorArea> monitors);
