@@ -46,6 +46,11 @@ const MonitorArea* primaryOf(std::span<const MonitorArea> monitors) {
   return primary == monitors.end() ? &monitors.front() : &*primary;
 }
 
+Rect frameAt(const MonitorPosition& position, Size size) {
+  return {.origin = {static_cast<double>(position.x), static_cast<double>(position.y)},
+          .size = size};
+}
+
 /// One dimension of a frame.
 struct Span {
   double low = 0;
@@ -167,6 +172,40 @@ std::optional<MonitorPosition> shownPosition(const MonitorPosition& position, Si
   if (monitor == nullptr) return std::nullopt;
   const Point origin{static_cast<double>(position.x), static_cast<double>(position.y)};
   return positionInside(usableArea(*monitor), size, origin, monitor->name);
+}
+
+std::optional<MonitorPosition> shownPositionBeside(std::span<const StandingWidget> standing,
+                                                   const RememberedWidget& widget,
+                                                   std::span<const MonitorArea> monitors) {
+  auto shown = shownPosition(widget.position, widget.size, monitors);
+  if (!shown || *shown == widget.position) return shown;
+  const auto& monitor = *std::ranges::find(monitors, shown->monitor, &MonitorArea::name);
+  const Rect area = usableArea(monitor);
+  const WidgetCascade cascade(framesOn(monitor, standing), area);
+  const Rect frame = frameAt(*shown, widget.size);
+  if (cascade.hiddenWith(frame) == 0) return shown;
+  const Point aside = cascade.place(widget.size, frame.origin);
+  return positionInside(area, widget.size, aside, monitor.name);
+}
+
+std::vector<std::optional<MonitorPosition>> shownPositions(
+    std::span<const RememberedWidget> widgets, std::span<const MonitorArea> monitors) {
+  std::vector<std::optional<MonitorPosition>> positions(widgets.size());
+  std::vector<StandingWidget> standing;
+  const auto stand = [&](std::size_t index, std::optional<MonitorPosition> position) {
+    if (!position) return;
+    const Rect frame = frameAt(*position, widgets[index].size);
+    standing.push_back({.monitor = position->monitor, .frame = frame});
+    positions[index] = std::move(position);
+  };
+  for (std::size_t index = 0; index < widgets.size(); ++index) {
+    const auto& [position, size] = widgets[index];
+    if (shownPosition(position, size, monitors) == position) stand(index, position);
+  }
+  for (std::size_t index = 0; index < widgets.size(); ++index) {
+    if (!positions[index]) stand(index, shownPositionBeside(standing, widgets[index], monitors));
+  }
+  return positions;
 }
 
 Point snappedOrigin(const Rect& frame, std::span<const Rect> others, const MonitorArea& monitor) {

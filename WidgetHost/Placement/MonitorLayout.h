@@ -6,6 +6,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "ViewTree/Geometry.h"
 #include "WidgetHost/Store/PlacedWidget.h"
@@ -37,6 +38,24 @@ struct StandingWidget {
 [[nodiscard]] std::optional<MonitorPosition> shownPosition(const MonitorPosition& position,
                                                            Size size,
                                                            std::span<const MonitorArea> monitors);
+
+/// A widget of that size, and where it is remembered.
+struct RememberedWidget {
+  MonitorPosition position;
+  Size size;
+};
+
+/// The same beside others, in the order of adding. One that is brought in, as its monitor is not
+/// there or has become smaller, and that would cover another one or be covered, stands aside of it
+/// (`WidgetCascade`).
+[[nodiscard]] std::optional<MonitorPosition> shownPositionBeside(
+    std::span<const StandingWidget> standing, const RememberedWidget& widget,
+    std::span<const MonitorArea> monitors);
+
+/// Of each of `widgets`, which are in the order of adding, in their order. Those that stand where
+/// they are remembered are the first; the others are brought in beside them.
+[[nodiscard]] std::vector<std::optional<MonitorPosition>> shownPositions(
+    std::span<const RememberedWidget> widgets, std::span<const MonitorArea> monitors);
 
 /// Where a widget lands that was dragged to `frame`: its edges snap to those of the others and to
 /// the gap beside them when they are near, else to the grid, and always stay inside of the work
