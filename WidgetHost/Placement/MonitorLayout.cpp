@@ -163,6 +163,50 @@ std::optional<MonitorPosition> freePositionOn(const MonitorArea& monitor, Size s
   return positionInside(area, size, *place, monitor.name);
 }
 
+std::optional<MonitorPosition> positionWithRoom(Size size, std::span<const StandingWidget> standing,
+                                                std::span<const MonitorArea> monitors) {
+  const MonitorArea* const primary = primaryOf(monitors);
+  if (primary == nullptr) return std::nullopt;
+  if (auto position = freePositionOn(*primary, size, standing)) return position;
+  for (const MonitorArea& monitor : monitors) {
+    if (&monitor == primary) continue;
+    if (auto position = freePositionOn(monitor, size, standing)) return position;
+  }
+  return std::nullopt;
+}
+
+StandingWidget standingAt(const MonitorPosition& position, Size size) {
+  return {.monitor = position.monitor, .frame = frameAt(position, size)};
+}
+
+/// Columns are aligned at the right.
+bool isBelowWiderOne(const StandingWidget& widget, std::span<const StandingWidget> standing) {
+  return std::ranges::any_of(standing, [&](const StandingWidget& other) {
+    return other.monitor == widget.monitor && other.frame.right() == widget.frame.right() &&
+           other.frame.bottom() + widgetGap == widget.frame.top() &&
+           other.frame.size.width > widget.frame.size.width;
+  });
+}
+
+/// None when one of them has no room.
+std::optional<std::vector<std::optional<MonitorPosition>>> evenPositions(
+    std::span<const Size> sizes, std::span<const MonitorArea> monitors) {
+  std::vector<std::optional<MonitorPosition>> positions(sizes.size());
+  std::vector<StandingWidget> standing;
+  for (const bool isLast : {false, true}) {
+    for (std::size_t index = 0; index < sizes.size(); ++index) {
+      if (positions[index]) continue;
+      const auto position = positionWithRoom(sizes[index], standing, monitors);
+      if (!position) return std::nullopt;
+      const StandingWidget widget = standingAt(*position, sizes[index]);
+      if (!isLast && isBelowWiderOne(widget, standing)) continue;
+      positions[index] = position;
+      standing.push_back(widget);
+    }
+  }
+  return positions;
+}
+
 }  // namespace
 
 std::optional<MonitorPosition> shownPosition(const MonitorPosition& position, Size size,
@@ -194,8 +238,7 @@ std::vector<std::optional<MonitorPosition>> shownPositions(
   std::vector<StandingWidget> standing;
   const auto stand = [&](std::size_t index, std::optional<MonitorPosition> position) {
     if (!position) return;
-    const Rect frame = frameAt(*position, widgets[index].size);
-    standing.push_back({.monitor = position->monitor, .frame = frame});
+    standing.push_back(standingAt(*position, widgets[index].size));
     positions[index] = std::move(position);
   };
   for (std::size_t index = 0; index < widgets.size(); ++index) {
@@ -220,15 +263,23 @@ std::optional<MonitorPosition> freePosition(Size size, std::span<const StandingW
                                             std::span<const MonitorArea> monitors) {
   const MonitorArea* const primary = primaryOf(monitors);
   if (primary == nullptr) return std::nullopt;
-  if (auto position = freePositionOn(*primary, size, standing)) return position;
-  for (const MonitorArea& monitor : monitors) {
-    if (&monitor == primary) continue;
-    if (auto position = freePositionOn(monitor, size, standing)) return position;
-  }
+  if (auto position = positionWithRoom(size, standing, monitors)) return position;
   const Rect area = usableArea(*primary);
   const WidgetCascade cascade(framesOn(*primary, standing), area);
   const Point rightTopCorner{area.right() - size.width, area.top()};
   return positionInside(area, size, cascade.place(size, rightTopCorner), primary->name);
+}
+
+std::vector<std::optional<MonitorPosition>> firstPositions(std::span<const Size> sizes,
+                                                           std::span<const MonitorArea> monitors) {
+  if (auto even = evenPositions(sizes, monitors)) return *std::move(even);
+  std::vector<std::optional<MonitorPosition>> positions;
+  std::vector<StandingWidget> standing;
+  for (const Size size : sizes) {
+    positions.push_back(freePosition(size, standing, monitors));
+    if (positions.back()) standing.push_back(standingAt(*positions.back(), size));
+  }
+  return positions;
 }
 
 }  // namespace lanternfold

@@ -72,4 +72,10 @@ struct RememberedWidget {
                                                           std::span<const StandingWidget> standing,
                                                           std::span<const MonitorArea> monitors);
 
+/// Where the widgets of a first set stand, in their order, on monitors without any: each at its
+/// `freePosition` after those before it. One that would stand right below a wider one of the same
+/// column comes after the others where all have room then, so that those stand edge below edge.
+[[nodiscard]] std::vector<std::optional<MonitorPosition>> firstPositions(
+    std::span<const Size> sizes, std::span<const MonitorArea> monitors);
+
 }  // namespace lanternfold
