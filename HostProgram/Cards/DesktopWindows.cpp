@@ -95,13 +95,9 @@ void DesktopWindows::show(CardWindow& window, const Card& card) {
   place(window, card);
 }
 
-std::optional<MonitorPosition> DesktopWindows::shownPlace(const Card& card) const {
-  return shownPosition(card.placed.position, widgetSize(card.placed.family), areas_);
-}
-
 void DesktopWindows::place(CardWindow& window, const Card& card) {
   if (!isRevealed_) return;
-  const auto position = shownPlace(card);
+  const auto& position = card.shownAt;
   const auto monitor = std::ranges::find_if(monitors_, [&position](const PlacedMonitor& one) {
     return position && one.area.name == position->monitor;
   });
@@ -128,7 +124,7 @@ CardWindow::Handlers DesktopWindows::handlersOf(const std::string& id) {
 std::vector<StandingWidget> DesktopWindows::standingBeside(const std::string& id) const {
   std::vector<StandingWidget> standing;
   for (const Card& card : surroundings_.desk.cards()) {
-    const auto position = shownPlace(card);
+    const auto& position = card.shownAt;
     if (card.placed.id == id || !position) continue;
     standing.push_back({.monitor = position->monitor,
                         .frame = {pointOf(*position), widgetSize(card.placed.family)}});
@@ -164,7 +160,7 @@ void DesktopWindows::keepPlace(const std::string& id, const Rect& frame) {
 void DesktopWindows::step(const std::string& id, int right, int down) {
   if (!surroundings_.placer.choosesPlaces()) return;
   const auto card = surroundings_.desk.card(id);
-  const auto position = card ? shownPlace(*card) : std::nullopt;
+  const auto position = card ? card->shownAt : std::nullopt;
   if (!position) return;
   const auto area = std::ranges::find(areas_, position->monitor, &MonitorArea::name);
   const Size size = widgetSize(card->placed.family);

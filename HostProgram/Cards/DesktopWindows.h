@@ -79,7 +79,6 @@ class DesktopWindows final : public WidgetDeskObserver {
   [[nodiscard]] std::optional<CardWindow::Landing> landing(const std::string& id,
                                                            const CardDrag& drag) const;
   [[nodiscard]] std::vector<StandingWidget> standingBeside(const std::string& id) const;
-  [[nodiscard]] std::optional<MonitorPosition> shownPlace(const Card& card) const;
   void step(const std::string& id, int right, int down);
   void move(const std::string& id, const MonitorPosition& position);
   void keepPlace(const std::string& id, const Rect& frame);

@@ -135,12 +135,16 @@ class LostMonitorTest(XTest):
     def unplug(self):
         self.display.unplug()
 
-    def begin_on_the_right(self):
-        """A host with a single widget, which a user has put on the monitor to the right."""
+    def put(self, *monitors):
+        """A widget on each, at the same place."""
         self.store.parent.mkdir(parents=True)
         self.store.write_text(json.dumps({"version": 1, "widgets": [
-            {"id": "1", "kind": BANDWIDTH, "family": "small", "monitor": RIGHT,
-             "x": 200, "y": 600}]}))
+            {"id": str(number), "kind": BANDWIDTH, "family": "small", "monitor": monitor,
+             "x": 200, "y": 600} for number, monitor in enumerate(monitors)]}))
+
+    def begin_on_the_right(self):
+        """A host with a single widget, which a user has put on the monitor to the right."""
+        self.put(RIGHT)
         host = self.start_host()
         widget, = self.wait_for_widgets(1)
         self.assert_shown(widget, offset=(WIDTH, 0))
@@ -154,6 +158,19 @@ class LostMonitorTest(XTest):
         self.assertEqual([widget], self.widgets())
         self.plug()
         self.assert_shown(widget, offset=(WIDTH, 0))
+
+    def test_a_widget_that_comes_over_another_one_stands_aside_of_it(self):
+        self.put(LEFT, RIGHT)
+        host = self.start_host()
+        widgets = self.wait_for_widgets(2)
+        apart = {(200, 600), (WIDTH + 200, 600)}
+        wait_until(lambda: set(self.card_windows()) == apart, "a card on each monitor")
+        self.unplug()
+        wait_until(lambda: set(self.card_windows()) == {(200, 600), (224, 576)}, "both on one")
+        self.assertEqual(widgets, self.widgets())
+        self.plug()
+        wait_until(lambda: set(self.card_windows()) == apart, "a card on each monitor again")
+        self.finish(host)
 
     def test_a_user_moves_a_widget_that_is_away_from_its_monitor(self):
         """It stays where it was put, also when the monitor is back."""
@@ -172,6 +189,28 @@ class LostMonitorTest(XTest):
             self.unplug()
             self.plug()
         self.assert_shown(widget, offset=(WIDTH, 0))
+        self.finish(host)
+        self.assertEqual([], host.errors)
+
+
+class CrowdedMonitorTest(XTest):
+    """A screen without room for the first widgets side by side."""
+
+    def make_display(self):
+        return XDisplay(self.session, size=(640, 450))
+
+    def test_each_widget_of_the_first_start_can_be_taken_hold_of(self):
+        host = self.start_host()
+        widgets = self.wait_for_widgets()
+        places = {(each["x"], each["y"]) for each in widgets}
+        self.assertEqual(5, len(places), places)
+        wait_until(lambda: set(self.card_windows()) == places, "each card in its place")
+        covered = self.widget(INTERNET)
+        edge = covered["x"] + SIZES["medium"][0] // 2, covered["y"] + 12
+        self.display.drag(edge, (edge[0] - 100, edge[1] + 100))
+        wait_until(lambda: self.widget(INTERNET) != covered, "a move")
+        self.assertEqual([each for each in widgets if each != covered],
+                         [each for each in self.widgets() if each["kind"] != INTERNET])
         self.finish(host)
         self.assertEqual([], host.errors)
 

@@ -171,16 +171,6 @@ TEST(FreePosition, IsOnAnotherMonitorWhenThePrimaryOneIsFull) {
   EXPECT_EQ(standing[45].monitor, "eDP-1");
 }
 
-TEST(FreePosition, FortyWidgetsWithoutRoomStandAboveEachOther) {
-  const std::vector<MonitorArea> small{monitor("small", {640, 480}, true)};
-  const auto standing = filled(40, smallWidget, small);
-  ASSERT_EQ(standing.size(), 40U);
-  for (const StandingWidget& widget : standing) {
-    EXPECT_TRUE(isInside(widget.frame, small.front().workArea));
-  }
-  EXPECT_EQ(standing.back().frame.origin, (Point{470, 40})) << "the right top corner";
-}
-
 TEST(FreePosition, OnAMonitorSmallerThanTheWidgetIsTheWorkAreasCorner) {
   const std::vector<MonitorArea> tiny{monitor("tiny", {200, 200}, true)};
   EXPECT_EQ(freePosition(largeWidget, {}, tiny), at("tiny", 0, 40));

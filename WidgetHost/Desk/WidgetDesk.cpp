@@ -86,6 +86,7 @@ std::expected<void, std::string> WidgetDesk::resize(std::string_view id, WidgetF
   if (!chosen) return std::unexpected(chosen.error());
   if (item->placed.family == family) return {};
   item->placed.family = family;
+  state_->stand(*item);
   item->content.forget();
   state_->save();
   state_->askAnew(*item, true);
@@ -113,6 +114,7 @@ std::expected<void, std::string> WidgetDesk::move(std::string_view id,
   MonitorPosition bounded = boundedPosition(position);
   if (item->placed.position == bounded) return {};
   item->placed.position = std::move(bounded);
+  state_->stand(*item);
   state_->save();
   state_->announcements().changed(item->placed.id);
   return {};

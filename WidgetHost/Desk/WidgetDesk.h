@@ -31,6 +31,9 @@ class WidgetStore;
 /// What the windows draw of one widget.
 struct Card {
   PlacedWidget placed;
+  /// Where it stands, inside of the work area of a monitor that is there; none without a monitor.
+  /// Of one that is remembered elsewhere it changes only with the monitors, or by the user.
+  std::optional<MonitorPosition> shownAt = std::nullopt;
   /// What the extension has answered last, or a card of the host's own (`CardContent::Face`). Never
   /// trusted beyond what the archive of views checks.
   View view;

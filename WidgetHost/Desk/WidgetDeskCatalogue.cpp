@@ -77,13 +77,16 @@ void WidgetDesk::State::placeDefaultSet() {
 }
 
 void WidgetDesk::State::place(const std::vector<WidgetKind>& widgets) {
-  for (const auto& [kind, families] : widgets) {
-    const WidgetFamily family = families.back();
+  std::vector<Size> sizes;
+  sizes.reserve(widgets.size());
+  for (const WidgetKind& widget : widgets) sizes.push_back(widgetSize(widget.families.back()));
+  const auto positions = firstPositions(sizes, monitors_);
+  for (std::size_t index = 0; index < widgets.size(); ++index) {
     insert({.id = {},
-            .kind = kind,
-            .family = family,
+            .kind = widgets[index].kind,
+            .family = widgets[index].families.back(),
             .configuration = {},
-            .position = freePlace(family)});
+            .position = positions[index].value_or(MonitorPosition{})});
   }
 }
 

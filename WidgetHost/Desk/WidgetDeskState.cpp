@@ -28,6 +28,7 @@ void WidgetDesk::State::start() {
   for (PlacedWidget& widget : remembered.value_or(std::vector<PlacedWidget>{})) {
     announcements_.added(items_.emplace_back(Item{.placed = std::move(widget)}).placed.id);
   }
+  standAll();
   schedule_.add(std::string(catalogueId), now());
   leftAloneChanged();
 }
@@ -56,6 +57,7 @@ WidgetDesk::State::Item* WidgetDesk::State::shownItem(std::string_view id) {
 Card WidgetDesk::State::cardOf(const Item& item) const {
   const CardContent::Standing standing = standingOf(item);
   return {.placed = item.placed,
+          .shownAt = item.shownAt,
           .view = item.content.view(standing, strings_, item.placed.family),
           .date = item.content.date(),
           .isSample = item.content.face(standing) == CardContent::Face::sample,
@@ -63,20 +65,38 @@ Card WidgetDesk::State::cardOf(const Item& item) const {
           .isAwaited = item.isAwaited};
 }
 
-std::vector<StandingWidget> WidgetDesk::State::standing() const {
+std::vector<StandingWidget> WidgetDesk::State::standingBeside(const Item* item) const {
   std::vector<StandingWidget> standing;
-  for (const Item& item : items_) {
-    const Size size = widgetSize(item.placed.family);
-    const auto shown = shownPosition(item.placed.position, size, monitors_);
-    if (!item.isShown || !shown) continue;
+  for (const Item& other : items_) {
+    const auto& shown = other.shownAt;
+    if (&other == item || !other.isShown || !shown) continue;
     const Point origin{static_cast<double>(shown->x), static_cast<double>(shown->y)};
-    standing.push_back({.monitor = shown->monitor, .frame = {.origin = origin, .size = size}});
+    standing.push_back({.monitor = shown->monitor,
+                        .frame = {.origin = origin, .size = widgetSize(other.placed.family)}});
   }
   return standing;
 }
 
+void WidgetDesk::State::stand(Item& item) {
+  const RememberedWidget widget{item.placed.position, widgetSize(item.placed.family)};
+  item.shownAt = shownPositionBeside(standingBeside(&item), widget, monitors_);
+}
+
+void WidgetDesk::State::standAll() {
+  std::vector<RememberedWidget> widgets;
+  widgets.reserve(items_.size());
+  for (const Item& item : items_) {
+    widgets.push_back({item.placed.position, widgetSize(item.placed.family)});
+  }
+  const auto positions = shownPositions(widgets, monitors_);
+  for (std::size_t index = 0; index < items_.size(); ++index) {
+    items_[index].shownAt = positions[index];
+  }
+}
+
 MonitorPosition WidgetDesk::State::freePlace(WidgetFamily family) const {
-  return freePosition(widgetSize(family), standing(), monitors_).value_or(MonitorPosition{});
+  return freePosition(widgetSize(family), standingBeside(nullptr), monitors_)
+      .value_or(MonitorPosition{});
 }
 
 WidgetRequest WidgetDesk::State::requestOf(const Item& item) const {
@@ -88,6 +108,7 @@ WidgetRequest WidgetDesk::State::requestOf(const Item& item) const {
 std::string WidgetDesk::State::insert(PlacedWidget widget) {
   widget.id = store_.newId();
   Item& item = items_.emplace_back(Item{.placed = std::move(widget)});
+  stand(item);
   announcements_.added(item.placed.id);
   if (!catalogue_.empty()) beginSchedule(item);
   return item.placed.id;
@@ -157,6 +178,7 @@ void WidgetDesk::State::tryAgain(Item& item) {
 
 void WidgetDesk::State::setMonitors(std::vector<MonitorArea> monitors) {
   monitors_ = std::move(monitors);
+  standAll();
   placeDefaultSet();
 }
 

@@ -26,6 +26,7 @@ class WidgetDesk::State : public std::enable_shared_from_this<State> {
   /// A widget that is remembered.
   struct Item {
     PlacedWidget placed;
+    std::optional<MonitorPosition> shownAt;  ///< as of `Card`
     CardContent content;
     /// Whether it is a card. One whose kind the extension does not have is only remembered.
     bool isShown = true;
@@ -58,6 +59,8 @@ class WidgetDesk::State : public std::enable_shared_from_this<State> {
   /// Gives it an id, which is returned; it is not saved yet. Nor is it when it is erased.
   std::string insert(PlacedWidget widget);
   void erase(const std::string& id);
+  /// It is remembered at another place, or in another size.
+  void stand(Item& item);
   void save();
   /// Somebody wants `item` anew. What is asked for it is of no use when `isAnother`.
   void askAnew(Item& item, bool isAnother);
@@ -116,7 +119,8 @@ class WidgetDesk::State : public std::enable_shared_from_this<State> {
   void setTimer();
 
   [[nodiscard]] Item* itemOf(std::string_view id);
-  [[nodiscard]] std::vector<StandingWidget> standing() const;
+  [[nodiscard]] std::vector<StandingWidget> standingBeside(const Item* item) const;
+  void standAll();
   [[nodiscard]] WidgetRequest requestOf(const Item& item) const;
 
   WidgetExtension& extension_;

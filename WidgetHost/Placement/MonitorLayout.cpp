@@ -5,6 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include "WidgetHost/Placement/WidgetCascade.h"
+
 namespace lanternfold {
 namespace {
 
@@ -42,6 +44,11 @@ const MonitorArea* primaryOf(std::span<const MonitorArea> monitors) {
   if (monitors.empty()) return nullptr;
   const auto primary = std::ranges::find(monitors, true, &MonitorArea::isPrimary);
   return primary == monitors.end() ? &monitors.front() : &*primary;
+}
+
+Rect frameAt(const MonitorPosition& position, Size size) {
+  return {.origin = {static_cast<double>(position.x), static_cast<double>(position.y)},
+          .size = size};
 }
 
 /// One dimension of a frame.
@@ -138,17 +145,66 @@ std::optional<Point> freePlace(Size size, std::span<const Rect> standing, const 
   return std::nullopt;
 }
 
-std::optional<MonitorPosition> freePositionOn(const MonitorArea& monitor, Size size,
-                                              std::span<const StandingWidget> standing) {
+std::vector<Rect> framesOn(const MonitorArea& monitor, std::span<const StandingWidget> standing) {
   std::vector<Rect> frames;
   for (const StandingWidget& widget : standing) {
     if (widget.monitor == monitor.name) frames.push_back(widget.frame);
   }
+  return frames;
+}
+
+std::optional<MonitorPosition> freePositionOn(const MonitorArea& monitor, Size size,
+                                              std::span<const StandingWidget> standing) {
+  const std::vector<Rect> frames = framesOn(monitor, standing);
   const Rect area = usableArea(monitor);
   auto place = freePlace(size, frames, insetArea(area));
   if (!place) place = freePlace(size, frames, area);
   if (!place) return std::nullopt;
   return positionInside(area, size, *place, monitor.name);
+}
+
+std::optional<MonitorPosition> positionWithRoom(Size size, std::span<const StandingWidget> standing,
+                                                std::span<const MonitorArea> monitors) {
+  const MonitorArea* const primary = primaryOf(monitors);
+  if (primary == nullptr) return std::nullopt;
+  if (auto position = freePositionOn(*primary, size, standing)) return position;
+  for (const MonitorArea& monitor : monitors) {
+    if (&monitor == primary) continue;
+    if (auto position = freePositionOn(monitor, size, standing)) return position;
+  }
+  return std::nullopt;
+}
+
+StandingWidget standingAt(const MonitorPosition& position, Size size) {
+  return {.monitor = position.monitor, .frame = frameAt(position, size)};
+}
+
+/// Columns are aligned at the right.
+bool isBelowWiderOne(const StandingWidget& widget, std::span<const StandingWidget> standing) {
+  return std::ranges::any_of(standing, [&](const StandingWidget& other) {
+    return other.monitor == widget.monitor && other.frame.right() == widget.frame.right() &&
+           other.frame.bottom() + widgetGap == widget.frame.top() &&
+           other.frame.size.width > widget.frame.size.width;
+  });
+}
+
+/// None when one of them has no room.
+std::optional<std::vector<std::optional<MonitorPosition>>> evenPositions(
+    std::span<const Size> sizes, std::span<const MonitorArea> monitors) {
+  std::vector<std::optional<MonitorPosition>> positions(sizes.size());
+  std::vector<StandingWidget> standing;
+  for (const bool isLast : {false, true}) {
+    for (std::size_t index = 0; index < sizes.size(); ++index) {
+      if (positions[index]) continue;
+      const auto position = positionWithRoom(sizes[index], standing, monitors);
+      if (!position) return std::nullopt;
+      const StandingWidget widget = standingAt(*position, sizes[index]);
+      if (!isLast && isBelowWiderOne(widget, standing)) continue;
+      positions[index] = position;
+      standing.push_back(widget);
+    }
+  }
+  return positions;
 }
 
 }  // namespace
@@ -160,6 +216,39 @@ std::optional<MonitorPosition> shownPosition(const MonitorPosition& position, Si
   if (monitor == nullptr) return std::nullopt;
   const Point origin{static_cast<double>(position.x), static_cast<double>(position.y)};
   return positionInside(usableArea(*monitor), size, origin, monitor->name);
+}
+
+std::optional<MonitorPosition> shownPositionBeside(std::span<const StandingWidget> standing,
+                                                   const RememberedWidget& widget,
+                                                   std::span<const MonitorArea> monitors) {
+  auto shown = shownPosition(widget.position, widget.size, monitors);
+  if (!shown || *shown == widget.position) return shown;
+  const auto& monitor = *std::ranges::find(monitors, shown->monitor, &MonitorArea::name);
+  const Rect area = usableArea(monitor);
+  const WidgetCascade cascade(framesOn(monitor, standing), area);
+  const Rect frame = frameAt(*shown, widget.size);
+  if (cascade.hiddenWith(frame) == 0) return shown;
+  const Point aside = cascade.place(widget.size, frame.origin);
+  return positionInside(area, widget.size, aside, monitor.name);
+}
+
+std::vector<std::optional<MonitorPosition>> shownPositions(
+    std::span<const RememberedWidget> widgets, std::span<const MonitorArea> monitors) {
+  std::vector<std::optional<MonitorPosition>> positions(widgets.size());
+  std::vector<StandingWidget> standing;
+  const auto stand = [&](std::size_t index, std::optional<MonitorPosition> position) {
+    if (!position) return;
+    standing.push_back(standingAt(*position, widgets[index].size));
+    positions[index] = std::move(position);
+  };
+  for (std::size_t index = 0; index < widgets.size(); ++index) {
+    const auto& [position, size] = widgets[index];
+    if (shownPosition(position, size, monitors) == position) stand(index, position);
+  }
+  for (std::size_t index = 0; index < widgets.size(); ++index) {
+    if (!positions[index]) stand(index, shownPositionBeside(standing, widgets[index], monitors));
+  }
+  return positions;
 }
 
 Point snappedOrigin(const Rect& frame, std::span<const Rect> others, const MonitorArea& monitor) {
@@ -174,13 +263,23 @@ std::optional<MonitorPosition> freePosition(Size size, std::span<const StandingW
                                             std::span<const MonitorArea> monitors) {
   const MonitorArea* const primary = primaryOf(monitors);
   if (primary == nullptr) return std::nullopt;
-  if (auto position = freePositionOn(*primary, size, standing)) return position;
-  for (const MonitorArea& monitor : monitors) {
-    if (&monitor == primary) continue;
-    if (auto position = freePositionOn(monitor, size, standing)) return position;
-  }
+  if (auto position = positionWithRoom(size, standing, monitors)) return position;
   const Rect area = usableArea(*primary);
-  return positionInside(area, size, {area.right() - size.width, area.top()}, primary->name);
+  const WidgetCascade cascade(framesOn(*primary, standing), area);
+  const Point rightTopCorner{area.right() - size.width, area.top()};
+  return positionInside(area, size, cascade.place(size, rightTopCorner), primary->name);
+}
+
+std::vector<std::optional<MonitorPosition>> firstPositions(std::span<const Size> sizes,
+                                                           std::span<const MonitorArea> monitors) {
+  if (auto even = evenPositions(sizes, monitors)) return *std::move(even);
+  std::vector<std::optional<MonitorPosition>> positions;
+  std::vector<StandingWidget> standing;
+  for (const Size size : sizes) {
+    positions.push_back(freePosition(size, standing, monitors));
+    if (positions.back()) standing.push_back(standingAt(*positions.back(), size));
+  }
+  return positions;
 }
 
 }  // namespace lanternfold
