@@ -20,6 +20,10 @@ namespace {
 constexpr const char* chooserClass = "bandwidth-chooser";
 constexpr const char* cardClass = "bandwidth-card";
 constexpr int chooserHeight = 28;
+/// For the names of adapters; longer ones are cut.
+constexpr int widestForNames = 440;
+/// The choice's border and its arrow. A text that may be cut asks for no room of its own.
+constexpr int besideName = 50;
 /// What can be seen on the product's background, whatever the theme is.
 constexpr const char* look = R"(
 .bandwidth-chooser button {
@@ -36,6 +40,19 @@ constexpr const char* look = R"(
 )";
 
 int chooserMargin(BandwidthWindowMode mode) { return mode == BandwidthWindowMode::mini ? 12 : 16; }
+
+/// As wide and as high as every monitor has room for.
+Gdk::Rectangle leastWorkArea(Gdk::Display& display) {
+  constexpr int unbounded = 1 << 20;
+  Gdk::Rectangle least(0, 0, unbounded, unbounded);
+  for (int index = 0; index < display.get_n_monitors(); ++index) {
+    Gdk::Rectangle area;
+    display.get_monitor(index)->get_workarea(area);
+    least.set_width(std::min(least.get_width(), area.get_width()));
+    least.set_height(std::min(least.get_height(), area.get_height()));
+  }
+  return least;
+}
 
 Size cardSize(BandwidthWindowMode mode) {
   return mode == BandwidthWindowMode::mini ? bandwidthMonitorMiniSize : bandwidthMonitorSize;
@@ -79,7 +96,7 @@ void BandwidthWindow::buildChooser(BandwidthWindowMode mode) {
   // The names of adapters are long, and the window is to stay as narrow as the user likes.
   auto* const text = dynamic_cast<Gtk::CellRendererText*>(chooser_.get_first_cell());
   if (text != nullptr) {
-    text->property_ellipsize() = Pango::ELLIPSIZE_MIDDLE;
+    text->property_ellipsize() = Pango::ELLIPSIZE_END;
     text->property_width_chars() = 8;
   }
   // Before there are adapters, too: it would not get the focus that a new window gives.
@@ -103,16 +120,31 @@ void BandwidthWindow::buildCard() {
 
 void BandwidthWindow::setUsualSize(BandwidthWindowMode mode) {
   const Size card = cardSize(mode);
-  int width = static_cast<int>(card.width);
-  int height = static_cast<int>(card.height) + chooserHeight + chooserMargin(mode);
-  const auto display = get_display();
-  for (int index = 0; index < display->get_n_monitors(); ++index) {
-    Gdk::Rectangle area;
-    display->get_monitor(index)->get_workarea(area);
-    width = std::min(width, area.get_width());
-    height = std::min(height, area.get_height());
+  const Gdk::Rectangle room = leastWorkArea(*get_display().operator->());
+  set_default_size(std::min(static_cast<int>(card.width), room.get_width()),
+                   std::min(static_cast<int>(card.height) + chooserHeight + chooserMargin(mode),
+                            room.get_height()));
+}
+
+/// They become known one after the other. A window that the user has made narrow stays so.
+void BandwidthWindow::makeRoomForNames() {
+  int widest = 0;
+  for (const NetworkAdapter& adapter : offered_) {
+    int nameWidth = 0;
+    int nameHeight = 0;
+    chooser_.create_pango_layout(adapter.display)->get_pixel_size(nameWidth, nameHeight);
+    widest = std::max(widest, nameWidth);
   }
-  set_default_size(width, height);
+  const int natural = widest + besideName + chooser_.get_margin_start() + chooser_.get_margin_end();
+  int width = 0;
+  int height = 0;
+  get_size(width, height);
+  int usualWidth = 0;
+  int usualHeight = 0;
+  get_default_size(usualWidth, usualHeight);
+  const int most = std::min(widestForNames, leastWorkArea(*get_display().operator->()).get_width());
+  const int wanted = std::min(natural, most);
+  if (width >= usualWidth && wanted > width) resize(wanted, height);
 }
 
 void BandwidthWindow::on_show() {
@@ -159,6 +191,7 @@ void BandwidthWindow::refreshChooser() {
       chooser_.append(adapter.identifier.value_or(adapter.display), adapter.display);
     }
     offered_ = state.adapters;
+    makeRoomForNames();
   }
   if (chooser_.get_active_id().raw() != state.chosenIdentifier) {
     chooser_.set_active_id(state.chosenIdentifier);

@@ -58,6 +58,7 @@ class BandwidthWindow final : public Gtk::Window {
   void buildChooser(BandwidthWindowMode mode);
   void buildCard();
   void setUsualSize(BandwidthWindowMode mode);
+  void makeRoomForNames();
   void follow();
   void refresh();
   void refreshChooser();

@@ -32,7 +32,8 @@ namespace lanternfold {
 namespace {
 
 constexpr const char* shownAlready =
-    "the widgets are shown already; they stand in front of the other windows for a moment";
+    "the widgets are shown already; they stand in front of the other windows for a moment, or "
+    "\"Add widget\" opens where there are none";
 constexpr const char* busIsSilent =
     "the session's message bus does not answer, so the widgets do without it: "
     "\"lanternfold-widgets ctl\" cannot reach them; sign in anew when they are to be arranged by "

@@ -48,10 +48,25 @@ std::expected<std::optional<SoleHostClaim>, CommandFailure> claimFolder(
   }
 }
 
-std::expected<void, CommandFailure> takeName(Gio::Application& application) {
+/// Only SIGKILL ends one that hangs: it hears of the others in its main loop.
+CommandFailure hangs(const ConfigurationDirectory& configuration) {
+  const auto folder = configuration.folder();
+  const auto holder = folder ? FileClaim::signature(*folder / lockFile) : std::nullopt;
+  const std::string remedy = holder ? " with \"kill -KILL " + std::to_string(*holder) + "\"" : "";
+  return workFailed("the program that shows the widgets does not answer; try again, or end it" +
+                    remedy + " and start it anew with \"lanternfold-widgets show\"");
+}
+
+/// The bus gives the name to one alone, and whoever comes second asks the first what it can do.
+std::expected<void, CommandFailure> takeName(Gio::Application& application,
+                                             const std::function<bool()>& isNamed,
+                                             const ConfigurationDirectory& configuration) {
   try {
     application.register_application();
   } catch (const Glib::Error& error) {
+    if (error.matches(G_IO_ERROR, G_IO_ERROR_TIMED_OUT) && isNamed()) {
+      return std::unexpected(hangs(configuration));
+    }
     return std::unexpected(
         workFailed("the session's message bus refuses the widgets: " + std::string(error.what()) +
                    "; sign in anew, or start them with \"dbus-run-session\""));
@@ -72,7 +87,9 @@ std::expected<std::optional<SoleHostClaim>, CommandFailure> claimSoleHost(
     claim = *std::move(claimed);
   }
   // After the folder: whoever finds the name is told that the widgets are shown.
-  if (auto taken = takeName(application); !taken) return std::unexpected(taken.error());
+  if (auto taken = takeName(application, isNamed, services.configuration); !taken) {
+    return std::unexpected(taken.error());
+  }
   if (application.is_remote()) {
     // The first one is activated or opens the link, and nothing more.
     runFromLink(application, link);

@@ -25,7 +25,8 @@ struct SoleHostClaim {
 /// Claims the folder, and then takes the application's name on `bus`. None when
 /// another host of the same bus has been there first: it has been told to open `link`, or without
 /// one to show its widgets. A host on another bus, or on none, cannot be told anything: that it has
-/// the folder is a failure, after six seconds in which one that is just ending may be done.
+/// the folder is a failure, after six seconds in which one that is just ending may be done. So is
+/// one of the same bus that does not answer, after the bus's own limit for answers.
 [[nodiscard]] std::expected<std::optional<SoleHostClaim>, CommandFailure> claimSoleHost(
     Gio::Application& application, SessionBus& bus, const HostServices& services,
     const std::optional<std::string>& link);

@@ -4,6 +4,7 @@
 // programs: `BusWidgetControl`. Fake: `FakeWidgetControl`.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <expected>
 #include <string>
@@ -20,6 +21,9 @@ struct WidgetControlFailure {
   std::string sentence;  ///< for the user, without its full stop
   friend bool operator==(const WidgetControlFailure&, const WidgetControlFailure&) = default;
 };
+
+/// Bytes of an id, a kind or an adapter that are handed on at most; whoever asks is told so.
+inline constexpr std::size_t longestWidgetControlText = 256;
 
 /// Main thread.
 class WidgetControl {

@@ -1,6 +1,7 @@
 #include "CommandLine/Commands/CtlCommand.h"
 
 #include <algorithm>
+#include <glib.h>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -36,6 +37,11 @@ template <typename Result>
 std::expected<void, CommandFailure> doneOr(const WidgetControl::Outcome<Result>& outcome) {
   if (!outcome) return std::unexpected(failureOf(outcome.error()));
   return {};
+}
+
+/// A bus carries nothing else.
+bool isUtf8(std::string_view bytes) {
+  return g_utf8_validate_len(bytes.data(), bytes.size(), nullptr) != FALSE;
 }
 
 /// What a column shows of `widget`; whatever it is not meant to be is empty.
@@ -91,7 +97,7 @@ std::expected<NewWidget, CommandFailure> checkNewWidget(const WidgetOptions& opt
 }
 
 std::expected<void, CommandFailure> checkWidgetId(const std::string& id) {
-  if (!id.empty()) return {};
+  if (!id.empty() && id.size() <= longestWidgetControlText && isUtf8(id)) return {};
   return std::unexpected(badArguments("ID needs a widget's id, not " + inQuotes(id) +
                                       "; \"lanternfold-widgets ctl list\" shows them"));
 }

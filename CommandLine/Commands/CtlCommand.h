@@ -21,7 +21,8 @@ struct NewWidget {
 /// The failure names what is wrong, and what may stand there.
 [[nodiscard]] std::expected<NewWidget, CommandFailure> checkNewWidget(const WidgetOptions& options);
 
-/// The failure of an id that no widget has: an empty one, which the host takes for all of them.
+/// The failure of an id that no widget has: an empty one, which the host takes for all of them, one
+/// that is too long to be handed on, or that is no UTF-8.
 [[nodiscard]] std::expected<void, CommandFailure> checkWidgetId(const std::string& id);
 
 /// Each fails when no widgets are shown.

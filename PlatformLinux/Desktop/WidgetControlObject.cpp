@@ -12,8 +12,6 @@
 namespace lanternfold {
 namespace {
 
-constexpr std::size_t longestArgument = 256;
-
 constexpr const char* interfaceXml = R"(<node>
   <interface name="net.quernaple.LanternfoldX.Widgets.Control">
     <method name="List"><arg name="widgets" type="s" direction="out"/></method>
@@ -150,8 +148,8 @@ void WidgetControlObject::Exported::takeCall(GDBusConnection* /*connection*/,
 
 void WidgetControlObject::Exported::perform(Call call) {
   const std::vector<std::string> arguments = call.arguments();
-  if (std::ranges::any_of(arguments,
-                          [](const auto& text) { return text.size() > longestArgument; })) {
+  if (std::ranges::any_of(
+          arguments, [](const auto& text) { return text.size() > longestWidgetControlText; })) {
     call.refuse("no name is that long");
   } else if (call.method() == "List") {
     tell(call, control_.list());

@@ -162,6 +162,19 @@ TEST_F(CtlCommandTest, AnEmptyIdIsNotAllOfThem) {
   EXPECT_EQ(host_.widgets().front().reloads, 0);
 }
 
+TEST_F(CtlCommandTest, AnIdThatNoWidgetCanHaveReachesNobodyAndIsShownSafely) {
+  (void)written({"add", "PanoramicNetworkStateWidget"});
+  for (const char* verb : {"remove", "reload"}) {
+    expectFailure(
+        ExitStatus::badArguments, {verb, "\xff\xfe"},
+        "needs a widget's id, not \"\\xff\\xfe\"; \"lanternfold-widgets ctl list\" shows");
+    expectFailure(ExitStatus::badArguments, {verb, std::string(120'000, '7')},
+                  "needs a widget's id, not \"" + std::string(64, '7') + "\u2026\"; ");
+    expectFailure(ExitStatus::failed, {verb, std::string(256, '7')}, "there is no widget");
+  }
+  EXPECT_EQ(host_.widgets().size(), 1U);
+}
+
 TEST_F(CtlCommandTest, AnAnswerThatIsNoListIsAFailure) {
   for (const char* answer : {"", "{}", "[1]", "[", "null"}) {
     host_.setList(answer);

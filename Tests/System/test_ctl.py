@@ -92,9 +92,9 @@ class CtlTest(unittest.TestCase):
 
     def test_a_name_that_is_no_text(self):
         host = self.serve("obliging")
-        done = self.ctl("remove", b"\xff\xfe")
-        self.assertEqual(done.returncode, 0)
-        self.assertEqual(host.expect("Remove")["arguments"], ["\ufffd\ufffd"])
+        self.assert_fails(self.ctl("remove", b"\xff\xfe"), r"not \"\\xff\\xfe\"", status=2)
+        self.assertEqual(self.written("remove", "end"), "")
+        self.assertEqual(host.expect("Remove")["arguments"], ["end"])
 
 
 if __name__ == "__main__":

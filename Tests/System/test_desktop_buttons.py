@@ -13,6 +13,8 @@ LINK = "net.quernaple.LanternfoldX://bandwidth-monitor?mini=1"
 RATES = re.compile(r"Receiving ([\d.]+) (KB|MB)/s, sending ([\d.]+) (KB|MB)/s")
 BYTES = {"KB": 1000, "MB": 1000_000}
 RECEIVED, SENT = 800_000, 200_000
+# Of the bandwidth monitor, as the tile opens it.
+USUAL_WIDTH, WIDEST = 264, 440
 
 
 class ButtonTests(AccessibleTest):
@@ -56,6 +58,19 @@ class XButtonTest(ButtonTests, XTest):
         self.display.click(*self.middle(self.widget(BANDWIDTH)))
         wait_until(lambda: opened.exists() and opened.read_text(), "the opened link", 10)
         self.assertEqual(LINK.lower(), opened.read_text().strip().lower())
+
+
+    def test_the_bandwidth_monitor_is_wide_enough_for_the_names_of_adapters(self):
+        """The choice once had room for half of what stands in it. French takes more than the window's
+        usual width."""
+        self.start_host(LINK, LC_ALL="C.UTF-8", LANGUAGE="fr")
+
+        def width():
+            for window in self.titled("Moniteur de débit"):
+                return self.display.frame(window)[2]
+            return 0
+        wait_until(lambda: width() > USUAL_WIDTH, "a wider window", 20)
+        self.assertLessEqual(width(), WIDEST)
 
 
 class SwayButtonTest(ButtonTests, SwayTest):

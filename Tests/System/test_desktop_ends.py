@@ -179,6 +179,18 @@ class XEndTest(EndTests, XTest):
         self.assert_all_shown()
         self.assertTrue(host.is_alive())
 
+    def test_one_that_hangs_is_named_to_whoever_starts_another(self):
+        """The bus once had the blame, and signing in anew was the advice."""
+        host = self.begin()
+        host.process.send_signal(signal.SIGSTOP)
+        second = self.start_host()
+        self.assertEqual(1, second.wait(40), second.errors)
+        host.process.send_signal(signal.SIGCONT)
+        self.assertEqual(1, len(second.errors), second.errors)
+        self.assertRegex(second.errors[0],
+                         rf"shows the widgets does not answer;.*\"kill -KILL {host.pid}\"")
+        self.finish(host)
+
 
 class SwayEndTest(EndTests, SwayTest):
     def test_the_compositor_is_asked_to_leave(self):

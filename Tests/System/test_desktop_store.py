@@ -73,6 +73,21 @@ class StoreTest(XTest):
                 self.assertEqual(1, len(host.errors), host.errors)
                 self.assertIn("widgets.json", host.errors[0])
 
+    def test_what_is_no_file_is_called_so(self):
+        """It once was "Invalid argument", and permissions were to be looked at for a link that
+        leads nowhere."""
+        self.store.parent.mkdir(parents=True)
+        for put, said in ((lambda: os.mkfifo(self.store), "it is no file; move away"),
+                          (lambda: self.store.symlink_to("/dev/zero"), "it is no file; move away"),
+                          (lambda: self.store.symlink_to("/nonexistent/widgets.json"),
+                           "a link into a folder that is not there; remove it")):
+            put()
+            host = self.start_host()
+            self.wait_for_widgets()
+            self.finish(host)
+            self.assertEqual(1, sum(said in line for line in host.errors), host.errors)
+            self.store.unlink()
+
     def test_a_file_of_a_later_version_is_left_alone(self):
         contents = json.dumps({"version": 9, "widgets": [stored("1", BANDWIDTH)], "new": True})
         self.write_store(contents)

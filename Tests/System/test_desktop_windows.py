@@ -220,7 +220,9 @@ class WindowsTest(XWindowsTest):
         self.finish(self.host)
         signal = self.start_host_of_late_extension()
         wait_until(lambda: ctl(self.environment, "list").returncode == 0, "the host", 30)
-        self.assertEqual(0, self.show().returncode)
+        shown = self.show()
+        self.assertEqual(0, shown.returncode)
+        self.assertIn(b'"Add widget" opens where there are none', shown.stdout)
         self.assert_gallery_learns(signal)
 
     def assert_gallery_learns(self, signal):

@@ -109,6 +109,11 @@ TEST_F(WidgetDeskTest, WidgetsThatTheExtensionDoesNotHaveAreRememberedAndNoCards
   ASSERT_EQ(desk_->cards().size(), 1U);
   EXPECT_EQ(desk_->cards()[0].placed.id, "z");
   EXPECT_EQ(desk_->card("x"), std::nullopt);
+  EXPECT_THAT(
+      log_.lines(),
+      ElementsAre("widget \"x\" is not shown, since there is no \"Gone\" in small; it stays "
+                  "in the file of the widgets",
+                  HasSubstr("widget \"y\" is not shown, since there is no \"B\" in small")));
   EXPECT_FALSE(desk_->remove("x"));
   EXPECT_THAT(extension_.takeAsked(),
               ElementsAre("list", "placeholder C small", "timeline C small"));

@@ -157,8 +157,17 @@ TEST_F(WidgetStoreTest, WhatIsNoFileIsNeitherReadNorReplaced) {
   files_.putSpecialFile(file_);
   WidgetStore store = makeStore();
   EXPECT_EQ(store.load(), std::nullopt);
-  EXPECT_THAT(log_.lines(), ElementsAre(HasSubstr("move away what stands there")));
+  EXPECT_THAT(log_.lines(), ElementsAre(HasSubstr("it is no file; move away what stands there")));
   EXPECT_FALSE(store.save({widget("1")}));
+}
+
+TEST_F(WidgetStoreTest, WhatComesIntoItsPlaceLaterAndIsNoFileStays) {
+  WidgetStore store = makeStore();
+  ASSERT_TRUE(store.save({widget("1")}));
+  files_.putSpecialFile(file_);
+  EXPECT_FALSE(store.save({widget("2")}));
+  EXPECT_THAT(log_.lines(),
+              ElementsAre(HasSubstr("cannot be kept aside: it is no file; move it away")));
 }
 
 TEST_F(WidgetStoreTest, AFullDiskLeavesTheOldFileAndIsSaidOnce) {

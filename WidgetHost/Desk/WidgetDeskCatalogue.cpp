@@ -3,6 +3,8 @@
 
 #include "WidgetHost/Desk/CatalogueRules.h"
 #include "WidgetHost/Desk/WidgetDeskState.h"
+#include "WidgetService/QuotedText.h"
+#include "WidgetService/WidgetFamilyName.h"
 
 namespace lanternfold {
 namespace {
@@ -54,14 +56,21 @@ void WidgetDesk::State::takeCatalogue(std::vector<WidgetDescription> catalogue) 
 
 void WidgetDesk::State::showWhatIsOffered() {
   for (Item& item : items_) {
-    item.isShown = isOffered(catalogue_, item.placed);
+    const bool wasShown = std::exchange(item.isShown, isOffered(catalogue_, item.placed));
     if (item.isShown) {
       beginSchedule(item);
       tellWhenFaceHasChanged(item);
     } else {
       announcements_.removed(item.placed.id);
+      if (wasShown) tellNotOffered(item.placed);
     }
   }
+}
+
+void WidgetDesk::State::tellNotOffered(const PlacedWidget& widget) {
+  log_.line("widget " + quotedText(widget.id) + " is not shown, since there is no " +
+            quotedText(widget.kind) + " in " + std::string(widgetFamilyName(widget.family)) +
+            "; it stays in the file of the widgets");
 }
 
 void WidgetDesk::State::placeDefaultSet() {

@@ -14,6 +14,7 @@ WidgetDesk::State::State(const Surroundings& surroundings, const Options& option
       queue_(surroundings.mainQueue),
       clock_(surroundings.clock, options.dates),
       strings_(surroundings.strings),
+      log_(surroundings.log),
       announcements_(surroundings.mainQueue),
       schedule_(options.refreshInterval),
       knownWidgets_(options.knownWidgets) {}

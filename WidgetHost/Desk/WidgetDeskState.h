@@ -89,6 +89,7 @@ class WidgetDesk::State : public std::enable_shared_from_this<State> {
   void missCatalogue(Failure failure);
   void takeCatalogue(std::vector<WidgetDescription> catalogue);
   void showWhatIsOffered();
+  void tellNotOffered(const PlacedWidget& widget);
   void placeDefaultSet();
   void place(const std::vector<WidgetKind>& widgets);
   void removeStandIns();
@@ -128,6 +129,7 @@ class WidgetDesk::State : public std::enable_shared_from_this<State> {
   DispatchQueue& queue_;
   DeskClock clock_;
   const StringTable& strings_;
+  DiagnosticLog& log_;
   DeskAnnouncements announcements_;
   ReloadSchedule schedule_;
   std::vector<Item> items_;  ///< in the store's order

@@ -10,18 +10,31 @@
 namespace lanternfold {
 namespace {
 
+/// What the file system says of a device, a pipe or a socket in the file's place.
+bool isNoFile(std::error_code error) { return error == std::errc::invalid_argument; }
+
+/// The system's own words are about what was done, not about what stands there.
+std::string reasonOf(std::error_code error) {
+  if (isNoFile(error)) return "it is no file";
+  if (error == std::errc::no_such_file_or_directory) {
+    return "it is a link into a folder that is not there";
+  }
+  return error.message();
+}
+
 /// What a user can do, for files that are not in the data folder.
 std::string remedyFor(std::error_code error) {
   if (error == std::errc::no_space_on_device) return "make room on the disk";
-  if (error == std::errc::is_a_directory || error == std::errc::invalid_argument) {
-    return "move away what stands there";
+  if (error == std::errc::is_a_directory || isNoFile(error)) return "move away what stands there";
+  if (error == std::errc::no_such_file_or_directory) {
+    return "remove it, or make that folder";
   }
   return "check the permissions of the file and its folder";
 }
 
 std::string failed(const std::filesystem::path& file, std::string_view what,
                    std::error_code error) {
-  return file.string() + " could not be " + std::string(what) + ": " + error.message() + "; " +
+  return file.string() + " could not be " + std::string(what) + ": " + reasonOf(error) + "; " +
          remedyFor(error);
 }
 
@@ -110,7 +123,7 @@ std::expected<void, std::string> WidgetStore::keepWhatSomebodyElseWrote() {
   if (!kept) {
     return std::unexpected(
         place_.file.string() + " was changed by another program and cannot be kept aside: " +
-        kept.error().message() + "; move it away, until then the widgets are not remembered");
+        reasonOf(kept.error()) + "; move it away, until then the widgets are not remembered");
   }
   log_.line(place_.file.string() + " was changed by another program; that file is kept as " +
             kept->string());
