@@ -25,6 +25,9 @@ constexpr unsigned shownLimitSeconds = 10;
 constexpr std::string_view notThereYet =
     "the widgets are not there yet: the program that reads the network does not answer; they come "
     "when it does";
+constexpr std::string_view noWidgets =
+    "there are no widgets on the desktop; \"lanternfold-widgets show\" once more opens "
+    "\"Add widget\"";
 
 }  // namespace
 
@@ -211,7 +214,10 @@ void HostDesktop::Parts::reveal() {
 void HostDesktop::Parts::catalogueChanged() {
   gallery_.catalogueChanged();
   // The user has taken all of them off the desktop.
-  if (services_.desk.cards().empty() && windows_.hasMonitors()) tellShown();
+  if (services_.desk.cards().empty() && windows_.hasMonitors()) {
+    if (shown_) services_.log.line(noWidgets);
+    tellShown();
+  }
 }
 
 void HostDesktop::Parts::tellShown() {

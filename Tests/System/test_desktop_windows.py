@@ -212,6 +212,7 @@ class WindowsTest(XWindowsTest):
         self.open_menu(widget)
         self.choose("Add widget…")
         self.assert_gallery_learns(signal)
+        self.finish_silently()
 
     def test_a_second_show_on_an_empty_desktop_opens_a_gallery_that_knows_no_widgets_yet(self):
         self.begin()
@@ -224,6 +225,7 @@ class WindowsTest(XWindowsTest):
         self.assertEqual(0, shown.returncode)
         self.assertIn(b'"Add widget" opens where there are none', shown.stdout)
         self.assert_gallery_learns(signal)
+        self.finish_with_word_of_no_widgets()
 
     def assert_gallery_learns(self, signal):
         """The open gallery is empty, and shows a preview once the extension has been let go on."""
@@ -234,7 +236,22 @@ class WindowsTest(XWindowsTest):
         signal.touch()
         wait_until(lambda: self.pixel(*first_preview) != empty, "a preview", 20)
         self.assertEqual([gallery], self.titled(GALLERY))
-        self.finish_silently()
+
+    def finish_with_word_of_no_widgets(self):
+        """Which the host has given once, at its start."""
+        self.finish(self.host)
+        line, = self.host.errors
+        self.assertIn("there are no widgets on the desktop", line)
+
+    def test_a_start_without_widgets_says_how_to_get_some(self):
+        self.store.parent.mkdir(parents=True, exist_ok=True)
+        self.store.write_text('{"version": 1, "widgets": []}')
+        self.host = self.start_host()
+        wait_until(lambda: self.host.errors, "a word", 30)
+        self.assertEqual([], self.titled(GALLERY))
+        self.assertEqual(0, self.show().returncode)
+        self.wait_for_window(GALLERY)
+        self.finish_with_word_of_no_widgets()
 
     def test_a_second_show_before_the_first_widgets_come_opens_no_gallery(self):
         signal = self.start_host_of_late_extension()
