@@ -5,10 +5,10 @@ import os
 import subprocess
 import time
 
-from displays import RIGHT
 from host_process import ctl, host_beside
-from host_test import ADAPTER, BANDWIDTH, PANORAMIC, SIZES, SwayTest, XTest
+from host_test import ADAPTER, BANDWIDTH, PANORAMIC, SwayTest
 from process_tree import wait_until
+from windows_test import XWindowsTest
 
 QUESTION = "Remove widget"
 GALLERY = "Add widget"
@@ -16,13 +16,7 @@ MONITOR = "Bandwidth Monitor"
 ROUNDS = 12
 
 
-class XWindowsTest(XTest):
-    """The five widgets beside openbox, and the other windows of the host found by their titles."""
-
-    def begin(self):
-        self.host = self.start_host()
-        self.assert_all_shown(self.wait_for_widgets())
-
+class WindowsTest(XWindowsTest):
     def start_host_of_late_extension(self):
         """Its extension says nothing before there is the file that is returned."""
         signal = self.session.folder / "signal"
@@ -32,47 +26,6 @@ class XWindowsTest(XTest):
             LANTERNFOLD_WIDGET_EXTENSION=os.environ["LANTERNFOLD_WIDGET_EXTENSION"])
         return signal
 
-    def finish_silently(self):
-        self.finish(self.host)
-        self.assertEqual([], self.host.errors)
-
-    def window_state(self, window):
-        return self.display.properties(window).get("_NET_WM_STATE", "")
-
-    def wait_for_window(self, title):
-        return wait_until(lambda: self.titled(title), f"a window {title}", 10)[0]
-
-    def wait_for_no_window(self, title):
-        wait_until(lambda: not self.titled(title), f"no window {title}", 10)
-
-    def card(self, widget):
-        return self.card_windows()[widget["x"], widget["y"]]
-
-    def focus_card(self, widget):
-        self.display.focus(self.card(widget))
-
-    def menus(self):
-        """Windows that no window manager has: menus."""
-        try:
-            found = self.display.run("xdotool", "search", "--onlyvisible", "--class",
-                                     "lanternfold").split()
-            managed = set(self.display.windows())
-            return [each for each in found if int(each) not in managed
-                    and "MENU" in self.display.properties(each).get("_NET_WM_WINDOW_TYPE", "")]
-        except AssertionError:  # one of them has gone meanwhile
-            return self.menus()
-
-    def open_menu(self, widget):
-        self.display.click(*self.empty_corner(widget), button=RIGHT)
-        return wait_until(self.menus, "a menu", 10)
-
-    def choose(self, label):
-        """Of an open menu, whose last entries are these."""
-        last = ("Quit", "Wi-Fi names", "Add widget…", "Remove", "Refresh")
-        self.display.key(*["Up"] * (last.index(label) + 1), "Return")
-
-
-class WindowsTest(XWindowsTest):
     # What goes with its widget
 
     def test_a_menu_goes_with_its_widget(self):
@@ -296,73 +249,6 @@ class WindowsTest(XWindowsTest):
         self.raise_cards()
         self.display.click(*self.middle(gauge))
         self.assert_above_cards(MONITOR)
-        self.finish_silently()
-
-    # The window manager's own means
-
-    def test_a_card_that_the_window_manager_moves_stays_there(self):
-        self.begin()
-        widget = self.widget(ADAPTER)
-        x, y = self.empty_corner(widget)
-        self.display.run("xdotool", "keydown", "alt")
-        self.display.drag((x, y), (x - 501, y - 53))
-        self.display.run("xdotool", "keyup", "alt")
-        place = widget["x"] - 501, widget["y"] - 53
-        wait_until(lambda: (self.widget(ADAPTER)["x"], self.widget(ADAPTER)["y"]) == place,
-                   "the new place", 10)
-        self.ctl("reload")
-        time.sleep(2)  # for the answer, which once put it back
-        self.assertIn(place, self.card_windows())
-        self.finish_silently()
-
-    def test_a_card_that_the_keyboard_moves_with_pauses_stays_where_it_ends(self):
-        self.begin()
-        widget = self.widget(ADAPTER)
-        self.display.move(*self.empty_corner(widget))
-        self.focus_card(widget)
-        self.display.key("alt+F8")
-        for _ in range(5):
-            time.sleep(0.5)  # for the user, who looks where it is
-            self.display.key("Left")
-        time.sleep(1.5)
-        self.display.key("Down")
-        self.display.key("Return")
-        self.display.run("xdotool", "mousemove", "1", "1")
-        time.sleep(2)
-        there = self.widget(ADAPTER)
-        self.assertLess(there["x"], widget["x"])
-        self.assertGreater(there["y"], widget["y"])
-        self.assertIn((there["x"], there["y"]), self.card_windows())
-        self.finish_silently()
-
-    def test_a_card_that_the_keyboard_moves_stays_wherever_the_pointer_is(self):
-        self.begin()
-        widget = self.widget(ADAPTER)
-        self.focus_card(widget)
-        self.display.move(1, 1)
-        self.display.key("alt+F8")
-        time.sleep(2)  # for the user, who looks for the arrow keys
-        for key in ("Left", "Left", "Down"):
-            self.display.key(key)
-            time.sleep(0.5)
-        self.display.key("Return")
-        there = wait_until(lambda: (found := self.widget(ADAPTER))["y"] > widget["y"] and found, "the new place", 10)
-        self.assertLess(there["x"], widget["x"])
-        self.ctl("reload")
-        time.sleep(2)  # for the answer, with which it is placed
-        self.assertIn((there["x"], there["y"]), self.card_windows())
-        self.finish_silently()
-
-    def test_a_card_that_was_put_off_the_work_area_comes_back(self):
-        self.begin()
-        widget = self.widget(ADAPTER)
-        x, y = self.empty_corner(widget)
-        self.display.run("xdotool", "keydown", "alt")
-        self.display.drag((x, y), (x, self.display.size[1] - 1))
-        self.display.run("xdotool", "keyup", "alt")
-        bottom = self.display.size[1] - SIZES["medium"][1]
-        wait_until(lambda: self.widget(ADAPTER)["y"] == bottom, "the new place", 10)
-        wait_until(lambda: (widget["x"], bottom) in self.card_windows(), "the window there", 10)
         self.finish_silently()
 
     # The keyboard
