@@ -111,8 +111,9 @@ HostDesktop::Parts::Parts(WindowKind kind, const HostServices& services, Handler
                 .log = services.log},
                windowHandlers()),
       paths_(services.pathMonitors.makePathMonitor(std::nullopt)),
-      schemes_(services.appearance, {.changed = [this](ColourScheme scheme) { setScheme(scheme); },
-                                     .settled = [this] { reveal(); }}) {
+      schemes_(services.appearance, services.forcedTheme,
+               {.changed = [this](ColourScheme scheme) { setScheme(scheme); },
+                .settled = [this] { reveal(); }}) {
   drawing_.scheme = schemes_.scheme();
   listen();
   services_.desk.start();

@@ -31,6 +31,8 @@ std::vector<GivenVariable> givenVariablesOfProcess() {
   return given;
 }
 
+std::optional<std::string> forcedThemeOfProcess() { return variable("GTK_THEME"); }
+
 std::string loginSessionOfProcess() { return variable("XDG_SESSION_ID").value_or(""); }
 
 }  // namespace lanternfold

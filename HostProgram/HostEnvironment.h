@@ -18,6 +18,10 @@ namespace lanternfold {
 /// of none.
 [[nodiscard]] std::string loginSessionOfProcess();
 
+/// GTK_THEME, the theme that the toolkit uses instead of the one that the desktop's settings name;
+/// none when there is no such wish.
+[[nodiscard]] std::optional<std::string> forcedThemeOfProcess();
+
 /// A variable as it was given to this program; none when it was not set.
 struct GivenVariable {
   std::string name;

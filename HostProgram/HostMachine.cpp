@@ -88,6 +88,7 @@ struct HostMachine::Parts {
                  .log = log,
                  .language = spoken,
                  .assets = assetsFolder(),
+                 .forcedTheme = forcedThemeOfProcess(),
                  .givenVariables = std::move(givenVariables)} {}
 
   DiagnosticLog& log;

@@ -5,6 +5,8 @@
 
 #include <filesystem>
 #include <functional>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "HostProgram/HostEnvironment.h"
@@ -50,6 +52,7 @@ struct HostServices {
   DiagnosticLog& log;
   UserLanguage language;
   std::filesystem::path assets;
+  std::optional<std::string> forcedTheme;     ///< the user's, instead of the desktop's
   std::vector<GivenVariable> givenVariables;  ///< for programs that are started for the user
 };
 

@@ -19,7 +19,7 @@ constexpr const char* noAnswer =
 constexpr const char* noAnswerOfX =
     "the X server does not answer; end what holds it up, or sign in anew, and start the widgets "
     "again";
-constexpr const char* noXServer =
+constexpr const char* noServer =
     "the display cannot be opened; check DISPLAY or WAYLAND_DISPLAY, and that its server is there";
 constexpr std::string_view notBelow =
     "this compositor has no layer below the windows, so the widgets are ordinary windows; move "
@@ -65,7 +65,7 @@ class Displays {
     const bool isOneLeftOut =
         (environment_.x11 && !xServer_) || (environment_.wayland && !compositor_);
     if (isOneLeftOut) return noneOfBackends;
-    return xServer_ ? noXServer : noDisplay;
+    return environment_.x11 || environment_.wayland ? noServer : noDisplay;
   }
 
  private:

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <gdk/gdkwayland.h>
 #include <glibmm/main.h>
 #include <gtk-layer-shell/gtk-layer-shell.h>
 #include <utility>
+#include <wayland-client-protocol.h>
 
 #include "HostProgram/Display/Monitors.h"
 #include "HostProgram/Display/TranslucentWindow.h"
@@ -20,6 +22,13 @@ void putOnLayer(Gtk::Window& window, GtkLayerShellLayer layer) {
   gtk_layer_set_layer(window.gobj(), layer);
   gtk_layer_set_anchor(window.gobj(), GTK_LAYER_SHELL_EDGE_LEFT, TRUE);
   gtk_layer_set_anchor(window.gobj(), GTK_LAYER_SHELL_EDGE_TOP, TRUE);
+}
+
+/// What was asked for so far holds from now on, not only together with the next frame.
+void commit(Gtk::Window& window) {
+  const auto surface = window.get_window();
+  if (!surface) return;
+  wl_surface_commit(gdk_wayland_window_get_wl_surface(surface->gobj()));
 }
 
 /// From the left top corner of the room on the monitor, in points.
@@ -170,8 +179,12 @@ void LayerWindowPlacer::raiseWithFocus(Gtk::Window& window) {
   gtk_layer_set_keyboard_mode(window.gobj(), GTK_LAYER_SHELL_KEYBOARD_MODE_EXCLUSIVE);
 }
 
+/// Some compositors leave the keyboard to a surface that had it up there for as long as it would
+/// take it, and to no window that is opened.
 void LayerWindowPlacer::lower(Gtk::Window& window) {
   gtk_layer_set_layer(window.gobj(), GTK_LAYER_SHELL_LAYER_BOTTOM);
+  gtk_layer_set_keyboard_mode(window.gobj(), GTK_LAYER_SHELL_KEYBOARD_MODE_NONE);
+  commit(window);
   gtk_layer_set_keyboard_mode(window.gobj(), GTK_LAYER_SHELL_KEYBOARD_MODE_ON_DEMAND);
 }
 

@@ -12,8 +12,9 @@ constexpr unsigned patienceMilliseconds = 250;
 
 }  // namespace
 
-SchemeWatch::SchemeWatch(DesktopAppearance& appearance, Handlers handlers)
-    : handlers_(std::move(handlers)) {
+SchemeWatch::SchemeWatch(DesktopAppearance& appearance, std::optional<std::string> forcedTheme,
+                         Handlers handlers)
+    : handlers_(std::move(handlers)), forcedTheme_(std::move(forcedTheme)) {
   const auto settings = Gtk::Settings::get_default();
   themePrefersDark_ = settings->property_gtk_application_prefer_dark_theme();
   readTheme();
@@ -47,7 +48,9 @@ void SchemeWatch::settle() {
 }
 
 void SchemeWatch::readTheme() {
-  themeName_ = Gtk::Settings::get_default()->property_gtk_theme_name().get_value();
+  themeName_ = forcedTheme_
+                   ? *forcedTheme_
+                   : Gtk::Settings::get_default()->property_gtk_theme_name().get_value().raw();
 }
 
 void SchemeWatch::choose() {

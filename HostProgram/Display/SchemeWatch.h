@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <sigc++/connection.h>
 #include <string>
 
@@ -22,8 +23,10 @@ class SchemeWatch {
     std::function<void()> settled;
   };
 
-  /// `appearance`, which is started, may outlive this.
-  SchemeWatch(DesktopAppearance& appearance, Handlers handlers);
+  /// `appearance`, which is started, may outlive this. `forcedTheme` is the name of the toolkit's
+  /// theme when it is not the one of the desktop's settings.
+  SchemeWatch(DesktopAppearance& appearance, std::optional<std::string> forcedTheme,
+              Handlers handlers);
   ~SchemeWatch();
   SchemeWatch(const SchemeWatch&) = delete;
   SchemeWatch& operator=(const SchemeWatch&) = delete;
@@ -36,6 +39,7 @@ class SchemeWatch {
   void settle();
 
   Handlers handlers_;
+  std::optional<std::string> forcedTheme_;
   PreferredColourScheme preference_ = PreferredColourScheme::noPreference;
   std::string themeName_;
   bool themePrefersDark_ = false;  ///< as the user has set it, before the cards' scheme did

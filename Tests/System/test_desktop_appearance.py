@@ -27,6 +27,11 @@ class AppearanceTests:
         self.start_host()
         self.assert_all_shown(self.wait_for_widgets(), scheme="dark")
 
+    def test_a_theme_of_the_environment(self):
+        """The dialogs once were dark, and the widgets light."""
+        self.start_host(GTK_THEME="Adwaita:dark")
+        self.assert_all_shown(self.wait_for_widgets(), scheme="dark")
+
     def test_a_portal_that_comes_later(self):
         self.start_host()
         widget = self.wait_for_widgets()[0]

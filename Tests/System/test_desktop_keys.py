@@ -65,6 +65,23 @@ class KeyTests(AccessibleTest):
         wait_until(lambda: self.pixel(*middle) == RED, "a window above the widgets", 10)
 
 
+    def test_escape_cancels_a_removal(self):
+        self.ask_for_removal()
+        self.display.key("Escape")
+        wait_until(lambda: not self.is_shown("Cancel"), "the end of the question", 10)
+        self.assertEqual(5, len(self.widgets()))
+
+    def test_escape_cancels_a_removal_of_a_raised_card(self):
+        self.begin()
+        self.assertEqual(0, self.show().returncode)
+        wait_until(self.has_focus, "a card with the focus", 10)
+        self.display.key("Delete")
+        wait_until(lambda: self.is_shown("Cancel"), "a question", 10)
+        self.display.key("Escape")
+        wait_until(lambda: not self.is_shown("Cancel"), "the end of the question", 10)
+        self.assertEqual(5, len(self.widgets()))
+
+
 class XKeyTest(KeyTests, XTest):
     """Here one keyboard presses all keys, so that there can be a look between two of them."""
 

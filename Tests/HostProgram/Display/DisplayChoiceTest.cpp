@@ -121,6 +121,8 @@ TEST(DisplayChoiceTest, AServerThatIsTheCauseIsNamed) {
   EXPECT_THAT(sentenceOn({.x11 = ":0"}, mustNotBeAsked, silentServer),
               HasSubstr("X server does not answer"));
   EXPECT_THAT(sentenceOn({.x11 = ":0"}, mustNotBeAsked, deadServer), HasSubstr("check DISPLAY"));
+  EXPECT_THAT(sentenceOn({.wayland = "nope"}, unreachable, serverMustNotBeAsked),
+              HasSubstr("check DISPLAY or WAYLAND_DISPLAY"));
   const DisplayEnvironment both{.x11 = ":0", .wayland = "wayland-0"};
   EXPECT_THAT(sentenceOn(both, unreachable, silentServer), HasSubstr("X server does not answer"));
   EXPECT_THAT(sentenceOn(both, silent, deadServer), HasSubstr("compositor does not answer"));
