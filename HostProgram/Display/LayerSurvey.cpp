@@ -30,7 +30,7 @@ void makeUnseen(Gtk::Window& window) {
 }  // namespace
 
 LayerSurvey::LayerSurvey(GdkMonitor* output, std::function<void()> changed)
-    : output_(output), changed_(std::move(changed)) {}
+    : output_(Glib::wrap(output, true)), changed_(std::move(changed)) {}
 
 /// What was found in a larger monitor would keep widgets outside of one that has become smaller.
 Size LayerSurvey::room(Size whole) {
@@ -55,7 +55,7 @@ std::unique_ptr<LayerSurvey::Probe> LayerSurvey::makeProbe(bool isAcross) {
   auto probe = std::make_unique<Probe>();
   Gtk::Window& window = probe->window;
   makeUnseen(window);
-  putAcross(window, output_, isAcross ? GTK_LAYER_SHELL_EDGE_RIGHT : GTK_LAYER_SHELL_EDGE_BOTTOM);
+  putAcross(window, output(), isAcross ? GTK_LAYER_SHELL_EDGE_RIGHT : GTK_LAYER_SHELL_EDGE_BOTTOM);
   window.signal_size_allocate().connect(
       [this, found = probe.get(), isAcross](const Gtk::Allocation& size) {
         note(*found, isAcross ? size.get_width() : size.get_height());

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <functional>
+#include <gdkmm/monitor.h>
 #include <gtkmm/window.h>
 #include <memory>
 #include <sigc++/trackable.h>
@@ -17,13 +18,12 @@ namespace lanternfold {
 /// if they stayed, a screen reader would count them among the widgets. Main thread.
 class LayerSurvey : public sigc::trackable {
  public:
-  /// `changed` is called when the room becomes another one, never inside of a call. `output` is
-  /// there for as long as this.
+  /// `changed` is called when the room becomes another one, never inside of a call.
   LayerSurvey(GdkMonitor* output, std::function<void()> changed);
   LayerSurvey(const LayerSurvey&) = delete;
   LayerSurvey& operator=(const LayerSurvey&) = delete;
 
-  [[nodiscard]] GdkMonitor* output() const { return output_; }
+  [[nodiscard]] GdkMonitor* output() const { return output_->gobj(); }
 
   /// Looks anew.
   void begin();
@@ -44,7 +44,7 @@ class LayerSurvey : public sigc::trackable {
   [[nodiscard]] bool isComplete() const;
   void finish();
 
-  GdkMonitor* output_;
+  Glib::RefPtr<Gdk::Monitor> output_;  ///< may be unplugged by now
   std::function<void()> changed_;
   Size whole_;                     ///< of the monitor that is looked at
   int width_ = 0;                  ///< 0 before it is known

@@ -26,9 +26,9 @@ void putOnLayer(Gtk::Window& window, GtkLayerShellLayer layer) {
 
 /// What was asked for so far holds from now on, not only together with the next frame.
 void commit(Gtk::Window& window) {
-  const auto surface = window.get_window();
-  if (!surface) return;
-  wl_surface_commit(gdk_wayland_window_get_wl_surface(surface->gobj()));
+  // One that is hidden has no surface, even while it is realized.
+  if (!window.get_mapped()) return;
+  wl_surface_commit(gdk_wayland_window_get_wl_surface(window.get_window()->gobj()));
 }
 
 /// From the left top corner of the room on the monitor, in points.
@@ -43,17 +43,17 @@ Margins marginsOf(Gtk::Window& window) {
           .top = gtk_layer_get_margin(window.gobj(), GTK_LAYER_SHELL_EDGE_TOP)};
 }
 
-bool isInside(const Margins& margins, Size size, Size room) {
-  return margins.left + size.width <= room.width && margins.top + size.height <= room.height;
+bool isOutside(const Margins& margins, Size room) {
+  return margins.left >= room.width || margins.top >= room.height;
 }
 
 /// A monitor that has become smaller leaves surfaces outside of it. The compositor asks for no more
 /// frames of those, so that the toolkit would wait with the new place for one that never comes:
 /// they are made anew.
-void moveOnLayer(Gtk::Window& window, const Margins& margins, Size size, Size room) {
+void moveOnLayer(Gtk::Window& window, const Margins& margins, Size room) {
   const Margins former = marginsOf(window);
   if (former == margins) return;
-  if (!isInside(former, size, room)) window.hide();
+  if (isOutside(former, room)) window.hide();
   gtk_layer_set_margin(window.gobj(), GTK_LAYER_SHELL_EDGE_LEFT, margins.left);
   gtk_layer_set_margin(window.gobj(), GTK_LAYER_SHELL_EDGE_TOP, margins.top);
 }
@@ -62,7 +62,7 @@ void placeOnLayer(Gtk::Window& window, const PlacedMonitor& monitor, Point origi
   window.resize(static_cast<int>(size.width), static_cast<int>(size.height));
   const Margins margins{.left = static_cast<int>(std::lround(origin.x)),
                         .top = static_cast<int>(std::lround(origin.y))};
-  moveOnLayer(window, margins, size, monitor.area.size);
+  moveOnLayer(window, margins, monitor.area.size);
   // Another monitor makes another surface, which would flicker.
   GdkMonitor* const output = monitorNamed(monitor.area.name);
   if (gtk_layer_get_monitor(window.gobj()) != output) {

@@ -148,22 +148,25 @@ class SwayDisplay(Display):
     background = "3f3f3f"
 
     def __init__(self, session, size=SIZE, configuration=()):
+        self._begin(session, "sway", ["output HEADLESS-1 resolution {}x{}".format(*size),
+                                      *configuration], WLR_BACKENDS="headless")
+
+    def _begin(self, session, name, configuration, **backend):
         self._session = session
-        self._folder = session.folder / "sway"
-        self._folder.mkdir(mode=0o700)
+        folder = session.folder / name
+        folder.mkdir(mode=0o700)
         session.folder.chmod(0o711)
         # Ended by `session`; the compositor's own files belong to nobody.
-        os.chown(self._folder, 65534, 65534)
-        (session.folder / "sway.conf").write_text("\n".join(
-            ["output HEADLESS-1 resolution {}x{}".format(*size), "default_border none",
-             "xwayland disable", "focus_follows_mouse no", *configuration]) + "\n")
+        os.chown(folder, 65534, 65534)
+        file = session.folder / f"{name}.conf"
+        file.write_text("\n".join(["default_border none", "xwayland disable",
+                                   "focus_follows_mouse no", *configuration]) + "\n")
         self.server = session.begin(
-            ["setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", "sway", "-c",
-             str(session.folder / "sway.conf")],
-            WLR_BACKENDS="headless", WLR_RENDERER="pixman", WLR_LIBINPUT_NO_DEVICES="1",
-            XDG_RUNTIME_DIR=str(self._folder), HOME=str(self._folder))
-        ipc, = wait_until(lambda: list(self._folder.glob("sway-ipc.*.sock")), "the start of sway")
-        socket = wait_until(lambda: [each for each in self._folder.glob("wayland-*")
+            ["setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", "sway", "-c", str(file)],
+            WLR_RENDERER="pixman", WLR_LIBINPUT_NO_DEVICES="1", XDG_RUNTIME_DIR=str(folder),
+            HOME=str(folder), **backend)
+        ipc, = wait_until(lambda: list(folder.glob("sway-ipc.*.sock")), "the start of sway")
+        socket = wait_until(lambda: [each for each in folder.glob("wayland-*")
                                      if each.suffix != ".lock"], "the socket of sway")[0]
         self.environment = {"WAYLAND_DISPLAY": str(socket), "SWAYSOCK": str(ipc)}
         wait_until(self.outputs, "an output")
@@ -243,3 +246,35 @@ class SwayDisplay(Display):
         said = self._pointer.stdout.readline()
         if said != line:
             raise AssertionError(f"the pointer said {said}")
+
+
+class NestedSwayDisplay(SwayDisplay):
+    """sway whose outputs, from WL-1 on, are windows of another one: those can be closed, which
+    unplugs them. Outputs without a window cannot."""
+
+    def __init__(self, session, outputs=1, size=SIZE):
+        self._output_size = size
+        self._outer = SwayDisplay(session, size=(outputs * size[0], size[1]),
+                                  configuration=["for_window [app_id=wlroots] floating enable"])
+        self._begin(session, "nested", [], WLR_BACKENDS="wayland", WLR_WL_OUTPUTS=str(outputs),
+                    WAYLAND_DISPLAY=self._outer.environment["WAYLAND_DISPLAY"])
+        wait_until(lambda: len(self.outputs()) == outputs, "its outputs")
+        self._size_outputs()
+
+    def add_output(self):
+        super().add_output()
+        self._size_outputs()
+
+    def unplug(self, name):
+        self._order_window(name, "kill")
+        wait_until(lambda: name not in self.outputs(), "an output less")
+
+    def _order_window(self, name, order):
+        self._outer.command(f'[title="{name}$"] {order}')
+
+    def _size_outputs(self):
+        width, height = self._output_size
+        for name in self.outputs():
+            self._order_window(name, f"resize set {width} {height}")
+        wait_until(lambda: all((each["rect"]["width"], each["rect"]["height"]) == (width, height)
+                               for each in self.outputs().values()), "the size of its outputs")

@@ -1,11 +1,15 @@
 """Monitors that come, go, and change their scale or their size under the widgets."""
 
 import json
+import time
 
-from displays import SwayDisplay, XDisplay
+from displays import SIZE, NestedSwayDisplay, SwayDisplay, XDisplay
 from xorg_display import LEFT, RIGHT, WIDTH, XorgDisplay
 from host_test import BANDWIDTH, INTERNET, PANORAMIC, SIZES, SwayTest, XTest
 from process_tree import wait_until
+
+# For how long cards stay up there.
+RAISED_SECONDS = 10
 
 # What a second output becomes as soon as there is one.
 SIDE_BY_SIDE = ("output HEADLESS-1 position 0 0",
@@ -33,10 +37,9 @@ class OtherSizeTest(SwayTest):
         self.display.command("output", "HEADLESS-1", *words)
 
     def assert_stand(self, gauge, internet, scale=1):
-        """Long before a panel is looked for again."""
         for widget in self.widgets():
             x, y = {BANDWIDTH: gauge, INTERNET: internet}[widget["kind"]]
-            self.assert_shown(widget | {"x": x, "y": y}, scale=scale, seconds=5)
+            self.assert_shown(widget | {"x": x, "y": y}, scale=scale)
 
     def test_widgets_are_brought_into_a_monitor_that_becomes_smaller(self):
         self.store.parent.mkdir(parents=True)
@@ -49,6 +52,8 @@ class OtherSizeTest(SwayTest):
         self.assert_all_shown(widgets)
         self.set_output("resolution", "800x600")
         self.assert_stand((630, 24), (400, 430))
+        self.set_output("resolution", "740x560")  # of the gauge a part remains, of the other nothing
+        self.assert_stand((570, 24), (376, 390))
         self.set_output("resolution", "1000x700")
         self.assert_stand((830, 24), (400, 530))
         self.set_output("resolution", "1280x900", "scale", "2")
@@ -58,6 +63,44 @@ class OtherSizeTest(SwayTest):
         self.set_output("transform", "normal")
         self.assert_stand((1086, 24), (400, 706))
         self.assertEqual(widgets, self.widgets())
+        self.finish(host)
+        self.assertEqual([], host.errors)
+
+
+class OnlyOutputTest(SwayTest):
+    def make_display(self):
+        return NestedSwayDisplay(self.session)
+
+    def test_it_is_unplugged_while_the_cards_are_raised_and_another_is_plugged(self):
+        """The cards are lowered while none of them is shown, which once ended the host."""
+        host = self.start_host()
+        widgets = self.wait_for_widgets()
+        self.assert_all_shown(widgets)
+        self.assertEqual(0, self.show().returncode)
+        self.display.unplug("WL-1")
+        time.sleep(RAISED_SECONDS + 1)
+        self.assertTrue(host.is_alive())
+        self.display.add_output()
+        self.assert_all_shown(widgets)
+        self.assertEqual(widgets, self.widgets())
+        self.finish(host)
+        self.assertEqual([], host.errors)
+
+
+class LostOutputTest(SwayTest):
+    def make_display(self):
+        return NestedSwayDisplay(self.session, outputs=2)
+
+    def test_its_widgets_are_shown_on_the_other_one(self):
+        self.store.parent.mkdir(parents=True)
+        self.store.write_text(json.dumps({"version": 1, "widgets": [
+            {"id": "1", "kind": BANDWIDTH, "family": "small", "monitor": "WL-2", "x": 200, "y": 600}]}))
+        host = self.start_host()
+        widget, = self.wait_for_widgets(1)
+        self.assert_shown(widget, offset=(SIZE[0], 0))
+        self.display.unplug("WL-2")
+        self.assert_shown(widget)
+        self.assertEqual([widget], self.widgets())
         self.finish(host)
         self.assertEqual([], host.errors)
 
@@ -90,7 +133,7 @@ class DoubleXTest(XTest):
 
 
 class NewMonitorTest(SwayTest):
-    """A compositor without monitors makes new ones, and can switch none off."""
+    """A compositor without monitors makes new ones."""
 
     def make_display(self):
         return super().make_display(configuration=SIDE_BY_SIDE)
