@@ -50,7 +50,7 @@ class HostDesktop::Parts {
   void listen();
   void openGallery();
   void askForConsent();
-  void consentChanged();
+  void consentChanged(bool isRevoked);
   void cardRemoved(const std::string& id);
   void setScheme(ColourScheme scheme);
   void reveal();
@@ -102,7 +102,7 @@ HostDesktop::Parts::Parts(WindowKind kind, const HostServices& services, Handler
                   .extension = services.extension,
                   .hasWifi = services.hasWifi,
                   .askUser = [this] { askForConsent(); },
-                  .changed = [this] { consentChanged(); }}),
+                  .changed = [this](bool isRevoked) { consentChanged(isRevoked); }}),
       menus_(menuSurroundings(std::move(handlers.quit))),
       windows_({.desk = services.desk,
                 .drawing = drawing_,
@@ -216,7 +216,7 @@ void HostDesktop::Parts::catalogueChanged() {
   gallery_.catalogueChanged();
   // The user has taken all of them off the desktop.
   if (services_.desk.cards().empty() && windows_.hasMonitors()) {
-    if (shown_) services_.log.line(noWidgets);
+    services_.log.line(noWidgets);
     tellShown();
   }
 }
@@ -241,9 +241,14 @@ void HostDesktop::Parts::askForConsent() {
 }
 
 /// It may have been decided elsewhere, and the question be open still.
-void HostDesktop::Parts::consentChanged() {
+void HostDesktop::Parts::consentChanged(bool isRevoked) {
   if (wifiNames_.decision() != ConsentDecision::notDetermined) dialogs_.withdraw(consentSubject);
-  services_.desk.reloadAll();
+  if (isRevoked) {
+    services_.desk.forgetAll();
+    gallery_.forgetAll();
+  } else {
+    services_.desk.reloadAll();
+  }
 }
 
 HostDesktop::HostDesktop(WindowKind kind, const HostServices& services, Handlers handlers)

@@ -84,9 +84,12 @@ std::expected<void, std::string> WifiNames::record(ConsentDecision decision) {
 
 void WifiNames::tellChange() {
   const std::int32_t status = surroundings_.consent.authorizationStatus();
-  if (std::exchange(told_, status) == status) return;
+  const std::int32_t former = std::exchange(told_, status);
+  if (former == status) return;
   surroundings_.extension.tellLocationStatus(status);
-  surroundings_.changed();
+  // Others than the decisions are allowed nothing.
+  surroundings_.changed(allows(static_cast<ConsentDecision>(former)) &&
+                        !allows(static_cast<ConsentDecision>(status)));
 }
 
 }  // namespace lanternfold

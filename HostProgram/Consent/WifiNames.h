@@ -29,8 +29,8 @@ class WifiNames {
     std::function<bool()> hasWifi;
     /// Shows the dialog, which ends in `decide` or in nothing. Inside a sandbox the portal has one.
     std::function<void()> askUser;
-    /// What widgets show may have changed.
-    std::function<void()> changed;
+    /// What widgets show may have changed; when a consent `isRevoked`, names must vanish.
+    std::function<void(bool isRevoked)> changed;
   };
   /// The error is a sentence for the user, without its full stop.
   using Decided = std::function<void(std::expected<void, std::string>)>;

@@ -40,6 +40,10 @@ void Gallery::catalogueChanged() {
   if (window_) window_->showCatalogue(services_.desk.catalogue());
 }
 
+void Gallery::forgetAll() {
+  if (window_) window_->askAnew();
+}
+
 /// Cards of an extension that is left alone show a card of the host's own.
 std::optional<ViewEntry> Gallery::shownAlready(const std::string& kind, WidgetFamily family) const {
   if (services_.extension.hasFailedTooOften()) return std::nullopt;

@@ -31,6 +31,8 @@ class Gallery {
   void refreshScheme();
   /// That of the desk.
   void catalogueChanged();
+  /// What the previews show may be shown no longer. After the desk has forgotten it.
+  void forgetAll();
 
  private:
   void close();

@@ -51,6 +51,10 @@ GalleryWindow::GalleryWindow(Surroundings surroundings, std::vector<WidgetDescri
 void GalleryWindow::showCatalogue(std::vector<WidgetDescription> catalogue) {
   if (catalogue_ == catalogue) return;
   catalogue_ = std::move(catalogue);
+  askAnew();
+}
+
+void GalleryWindow::askAnew() {
   clear();
   build();
 }

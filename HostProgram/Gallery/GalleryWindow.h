@@ -32,6 +32,9 @@ class GalleryWindow final : public Gtk::Window {
   /// In the place of the one that it shows.
   void showCatalogue(std::vector<WidgetDescription> catalogue);
 
+  /// Until the previews are answered they show nothing.
+  void askAnew();
+
   /// The colour scheme has changed.
   void refresh();
 

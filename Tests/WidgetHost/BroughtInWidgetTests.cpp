@@ -105,6 +105,16 @@ TEST_F(BroughtInWidgetTest, StaysWhereItIsWhenTheUserTakesTheOtherOneAway) {
   EXPECT_THAT(told(), ElementsAre("changed 2"));
 }
 
+TEST_F(BroughtInWidgetTest, StaysWhereItIsWhenMonitorsAreToldOfThatAreAsTheyWere) {
+  startAndSettle();
+  ASSERT_TRUE(desk_->move("2", {"HDMI-1", 1532, 430}));
+  ASSERT_TRUE(desk_->move("3", {"HDMI-1", 1532, 430}));
+  const auto aside = desk_->card("3")->shownAt;
+  ASSERT_TRUE(desk_->move("2", {"DP-1", 8, 8}));
+  desk_->monitorsChanged(oneMonitor());
+  EXPECT_EQ(desk_->card("3")->shownAt, aside);
+}
+
 TEST_F(BroughtInWidgetTest, ThoseThatWereAddedWithoutAMonitorStandAside) {
   startAndSettle();
   for (const char* id : {"1", "2", "3"}) ASSERT_TRUE(desk_->remove(id));

@@ -16,6 +16,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 const std::vector<std::string> allTimelines{"timeline A large", "timeline B medium",
                                             "timeline C small"};
@@ -191,6 +192,33 @@ TEST_F(DeskScheduleTest, AfterTwoMissesInARowACardIsMarkedStaleUntilTheNextAnswe
   desk_->reloadAll();
   dispatch_.runReady();
   EXPECT_FALSE(desk_->card("1")->isStale);
+  EXPECT_EQ(saidBy("1"), "A");
+}
+
+/// A name once stayed on its card for as long as the extension did not answer.
+TEST_F(DeskScheduleTest, WhatIsForgottenIsNotShownAgainWhenNoAnswerComes) {
+  startAndSettle();
+  extension_.setFailure(ExtensionFailure::timedOut);
+  desk_->forgetAll();
+  EXPECT_EQ(asked().size(), 3U);
+  EXPECT_THAT(saidBy("1"), Not(HasSubstr("A")));
+  EXPECT_FALSE(desk_->card("1")->date.has_value());
+  extension_.setFailure(std::nullopt);
+  dispatch_.advance(minutes(5));
+  EXPECT_EQ(saidBy("1"), "A");
+}
+
+TEST_F(DeskScheduleTest, AnAnswerThatWasUnderWayIsForgottenAsWell) {
+  startAndSettle();
+  extension_.setSilent(true);
+  desk_->reloadAll();
+  EXPECT_EQ(asked(), allTimelines);
+  desk_->forgetAll();
+  extension_.answerAll();
+  dispatch_.runReady();
+  EXPECT_NE(saidBy("1"), "A");
+  extension_.setSilent(false);
+  dispatch_.runReady();
   EXPECT_EQ(saidBy("1"), "A");
 }
 

@@ -136,7 +136,17 @@ void WidgetDesk::reloadAll() {
   if (state_->isLeftAlone()) {
     state_->letStartAgain();
   } else {
-    state_->askAllAnew();
+    state_->askAllAnew(false);
+  }
+  state_->proceed();
+}
+
+void WidgetDesk::forgetAll() {
+  state_->forgetContents();
+  if (state_->isLeftAlone()) {
+    state_->letStartAgain();
+  } else {
+    state_->askAllAnew(true);
   }
   state_->proceed();
 }

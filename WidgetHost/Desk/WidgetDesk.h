@@ -120,6 +120,9 @@ class WidgetDesk {
   /// that is left alone be started again.
   [[nodiscard]] std::expected<void, std::string> reload(std::string_view id);
   void reloadAll();
+  /// The same, when what is shown may be shown no longer: until it is answered each card is as it
+  /// was before its first answer, and no answer counts that is under way.
+  void forgetAll();
   /// A button of a card was pressed: has the extension perform its intent and asks anew; the button
   /// of the host's own cards lets the extension be started again, and asks anew.
   void press(std::string_view id, const std::string& intent);

@@ -142,9 +142,13 @@ void WidgetDesk::State::askAnew(Item& item, bool isAnother) {
   if (isAnother) extension_.cancel(item.question);
 }
 
-void WidgetDesk::State::askAllAnew() {
+void WidgetDesk::State::forgetContents() {
+  for (Item& item : items_) item.content.forget();
+}
+
+void WidgetDesk::State::askAllAnew(bool areOthers) {
   for (Item& item : items_) {
-    if (item.isShown) askAnew(item, false);
+    if (item.isShown) askAnew(item, areOthers);
   }
   if (catalogue_.empty()) schedule_.wishAll(now());
 }
@@ -167,7 +171,7 @@ void WidgetDesk::State::perform(Item& item, const std::string& intent) {
 
 void WidgetDesk::State::letStartAgain() {
   extension_.tryAgain();
-  askAllAnew();
+  askAllAnew(false);
   leftAloneChanged();
 }
 
@@ -178,8 +182,10 @@ void WidgetDesk::State::tryAgain(Item& item) {
 }
 
 void WidgetDesk::State::setMonitors(std::vector<MonitorArea> monitors) {
+  // Displays tell of them also when they are as they were.
+  const bool areOthers = monitors != monitors_;
   monitors_ = std::move(monitors);
-  standAll();
+  if (areOthers) standAll();
   placeDefaultSet();
 }
 

@@ -64,7 +64,8 @@ class WidgetDesk::State : public std::enable_shared_from_this<State> {
   void save();
   /// Somebody wants `item` anew. What is asked for it is of no use when `isAnother`.
   void askAnew(Item& item, bool isAnother);
-  void askAllAnew();
+  void askAllAnew(bool areOthers);
+  void forgetContents();
   void perform(Item& item, const std::string& intent);
   void letStartAgain();
   /// The button of a card without an answer; of no effect on others.

@@ -35,7 +35,11 @@ class WifiNamesTest : public testing::Test {
                                                   .extension = extension_,
                                                   .hasWifi = [this] { return hasWifi_; },
                                                   .askUser = [this] { ++questions_; },
-                                                  .changed = [this] { ++changes_; }});
+                                                  .changed =
+                                                      [this](bool isRevoked) {
+                                                        ++changes_;
+                                                        isRevoked_ = isRevoked;
+                                                      }});
   }
   void request() {
     extension_.requestLocation(/*whenInUse=*/false);
@@ -60,6 +64,7 @@ class WifiNamesTest : public testing::Test {
   bool hasWifi_ = true;
   int questions_ = 0;
   int changes_ = 0;
+  bool isRevoked_ = false;
   std::optional<WifiNames> names_;
 };
 
@@ -128,6 +133,18 @@ TEST_F(WifiNamesTest, TheExtensionHearsOfTheDecisionAndOfItsChanges) {
   settle();
   EXPECT_THAT(extension_.toldStatuses(), ElementsAre(0, 3));
   EXPECT_EQ(changes_, 1);
+}
+
+TEST_F(WifiNamesTest, NamesVanishWhenAConsentIsRevokedAndOnlyThen) {
+  (void)start();
+  // Each as the first decision, as it was given, changed and taken back.
+  for (const auto& [status, isRevoked] :
+       {std::pair{2, false}, {3, false}, {4, false}, {0, true}, {4, false}, {2, true}}) {
+    consent_.setAuthorizationStatus(status);
+    settle();
+    EXPECT_EQ(isRevoked_, isRevoked) << status;
+  }
+  EXPECT_EQ(changes_, 6);
 }
 
 TEST_F(WifiNamesTest, ADecisionIsRecorded) {
