@@ -22,20 +22,30 @@ std::filesystem::path programAt(const std::filesystem::path& path) {
   return std::filesystem::canonical(path, error);
 }
 
-/// Whether a program that is not this one has the product's own scheme.
-bool areOwnLinksHandledElsewhere() {
-  const auto application = Gio::AppInfo::get_default_for_uri_scheme(std::string(deepLinkScheme));
-  if (!application) return false;
+bool isThisProgram(const Gio::AppInfo& application) {
   const LinkHandler handler{
-      .desktopFile = application->get_id(),
-      .program = programAt(Glib::find_program_in_path(application->get_executable()))};
-  return !isThisProgram(handler, programAt("/proc/self/exe"));
+      .desktopFile = application.get_id(),
+      .program = programAt(Glib::find_program_in_path(application.get_executable()))};
+  return isThisProgram(handler, programAt("/proc/self/exe"));
+}
+
+/// The system's default unless that is this program, which is the default also by chance: without
+/// a choice of the user it is any of those that are installed. Null for none.
+Glib::RefPtr<Gio::AppInfo> handlerOf(const Glib::ustring& scheme) {
+  if (const auto first = Gio::AppInfo::get_default_for_uri_scheme(scheme)) {
+    if (!isThisProgram(*first.operator->())) return first;
+  }
+  for (const auto& each :
+       Gio::AppInfo::get_all_for_type("x-scheme-handler/" + scheme.lowercase())) {
+    if (!isThisProgram(*each.operator->())) return each;
+  }
+  return {};
 }
 
 /// Without streams: what it says is nothing of the host's, and would fill the file of its messages.
 /// The error is a sentence without its full stop.
 std::optional<std::string> startProgramFor(std::string url, Gio::AppLaunchContext& context) {
-  const auto program = Gio::AppInfo::get_default_for_uri_scheme(Glib::uri_parse_scheme(url));
+  const auto program = handlerOf(Glib::uri_parse_scheme(url));
   if (!program || !G_IS_DESKTOP_APP_INFO(program->gobj())) {
     return "no program is there for it; install one, or choose one in the desktop's settings";
   }
@@ -55,7 +65,8 @@ std::optional<std::string> startProgramFor(std::string url, Gio::AppLaunchContex
 }  // namespace
 
 void LinkOpener::open(const std::string& url) {
-  follow(linkTarget(url, areOwnLinksHandledElsewhere()), url);
+  const bool isHandledElsewhere = static_cast<bool>(handlerOf(std::string(deepLinkScheme)));
+  follow(linkTarget(url, isHandledElsewhere), url);
 }
 
 void LinkOpener::openFromOutside(const std::string& url) {

@@ -4,8 +4,9 @@ traffic, in the main program or else in a window of the host's own."""
 import re
 
 from accessible_test import AccessibleTest, nodes
+from host_process import PROGRAM
 from host_test import BANDWIDTH, PANORAMIC, SwayTest, XTest
-from link_handler import install_handler
+from link_handler import install_handler, install_handler_behind
 from process_tree import wait_until
 from traffic import Traffic
 
@@ -53,12 +54,17 @@ class ButtonTests(AccessibleTest):
 
 class XButtonTest(ButtonTests, XTest):
     def test_a_main_program_opens_the_deep_link(self):
-        opened = install_handler(self.session.folder)
+        self.assert_opened_in(install_handler(self.session.folder))
+
+    def test_a_main_program_opens_it_also_when_no_user_has_chosen_one(self):
+        """The host once opened a window of its own when it came first among those installed."""
+        self.assert_opened_in(install_handler_behind(self.session.folder, PROGRAM))
+
+    def assert_opened_in(self, opened):
         self.begin()
         self.display.click(*self.middle(self.widget(BANDWIDTH)))
         wait_until(lambda: opened.exists() and opened.read_text(), "the opened link", 10)
-        self.assertEqual(LINK.lower(), opened.read_text().strip().lower())
-
+        self.assertEqual(LINK, opened.read_text().strip())
 
     def test_the_bandwidth_monitor_is_wide_enough_for_the_names_of_adapters(self):
         """The choice once had room for half of what stands in it. French takes more than the window's
