@@ -126,7 +126,8 @@ void BandwidthWindow::setUsualSize(BandwidthWindowMode mode) {
                             room.get_height()));
 }
 
-/// They become known one after the other. A window that the user has made narrow stays so.
+/// They become known one after the other. A window that the user has made narrower
+/// than usual stays so.
 void BandwidthWindow::makeRoomForNames() {
   int widest = 0;
   for (const NetworkAdapter& adapter : offered_) {

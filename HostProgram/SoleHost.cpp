@@ -3,6 +3,7 @@
 #include <chrono>
 #include <functional>
 #include <string>
+#include <unistd.h>
 
 #include "HostProgram/Links/LinkStart.h"
 
@@ -48,10 +49,18 @@ std::expected<std::optional<SoleHostClaim>, CommandFailure> claimFolder(
   }
 }
 
+/// None when nobody else has the folder, whatever stands in the file.
+std::optional<pid_t> otherHolder(const std::filesystem::path& file) {
+  const auto claim = FileClaim::claim(file);
+  if (!claim || *claim) return std::nullopt;
+  const auto holder = FileClaim::signature(file);
+  return holder == ::getpid() ? std::nullopt : holder;
+}
+
 /// Only SIGKILL ends one that hangs: it hears of the others in its main loop.
 CommandFailure hangs(const ConfigurationDirectory& configuration) {
   const auto folder = configuration.folder();
-  const auto holder = folder ? FileClaim::signature(*folder / lockFile) : std::nullopt;
+  const auto holder = folder ? otherHolder(*folder / lockFile) : std::nullopt;
   const std::string remedy = holder ? " with \"kill -KILL " + std::to_string(*holder) + "\"" : "";
   return workFailed("the program that shows the widgets does not answer; try again, or end it" +
                     remedy + " and start it anew with \"lanternfold-widgets show\"");

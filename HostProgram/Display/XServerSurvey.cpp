@@ -23,8 +23,9 @@ struct DisplayName {
   int number = 0;
 };
 
-/// None when that is no display's name.
+/// None when that is no display's name. Of an empty one the library would take DISPLAY's.
 std::optional<DisplayName> parsed(const std::string& name) {
+  if (name.empty()) return std::nullopt;
   char* text = nullptr;
   int number = 0;
   if (xcb_parse_display(name.c_str(), &text, &number, nullptr) == 0) return std::nullopt;

@@ -1,6 +1,6 @@
 // Asks an X server whether it is there before the toolkit does, whose library waits without end.
 //
-// Made by: `runHostProgram`, once.
+// Made by: HostProgram.cpp, once.
 #pragma once
 
 #include <chrono>

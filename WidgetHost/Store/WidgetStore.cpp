@@ -107,7 +107,7 @@ void WidgetStore::setAside(const std::string& reason) {
   isWritable_ = kept.has_value();
   if (!kept) {
     log_.line(place_.file.string() + " cannot be used, since " + reason +
-              ", and cannot be kept aside: " + kept.error().message() +
+              ", and cannot be kept aside: " + reasonOf(kept.error()) +
               "; move it away, until then the widgets are not remembered");
     return;
   }
