@@ -91,7 +91,12 @@ class XChoiceTest(ChoiceTests, XTest):
 
 
 class SwayChoiceTest(ChoiceTests, SwayTest):
-    pass
+    def test_a_size_is_chosen_by_the_keyboard(self):
+        """By one keyboard: a menu goes when that from which its keys come does."""
+        self.begin()
+        self.focus_card(self.widget(INTERNET))
+        self.display.key("shift+F10", "Down", "Right", "Return")
+        wait_until(lambda: self.widget(INTERNET)["family"] == "small", "the size", 10)
 
 
 class ConsentTest(AccessibleTest, XTest):
