@@ -14,6 +14,8 @@ import time
 
 MANNER = os.environ["LANTERNFOLD_MANNER"]
 KIND = "BandwidthMonitorWidget"
+# The numbers of the decisions "always" and "while in use".
+ALLOWED = (3, 4)
 TEXT = {"type": "text", "text": "Text", "fontSize": 13}
 
 
@@ -65,6 +67,7 @@ VIEWS = {
     "slow to lay out": stack_of(100, nested(50, "hstack") | {"type": "firstThatFits"}),
     "odd texts": stack_of(5, {"type": "text", "fontSize": 13, "text":
                               "<b>bold</b> & \u202eevil\u2066 \x01\x02\n\n%s%n {} \U0001f525 \ud7ff"}),
+    "clings to a name": TEXT | {"text": "Home network"},
     "odd names": {"type": "zstack", "children": [
         {"type": "image", "name": "../../../../etc/passwd"},
         {"type": "symbol", "name": "/dev/zero"}]},
@@ -74,6 +77,7 @@ VIEWS = {
 class Hostile:
     def __init__(self, descriptor):
         self.socket = socket.socket(fileno=descriptor)
+        self.may_name = False
 
     def say(self, message):
         self.socket.sendall(json.dumps(message).encode() + b"\n")
@@ -89,6 +93,13 @@ class Hostile:
         else:
             result = self.view(method == "widget/timeline")
         self.say({"jsonrpc": "2.0", "id": identifier, "result": result})
+
+    def cling(self, request):
+        """Answers for as long as names are allowed, and never again."""
+        if request.get("method") == "location/changed":
+            self.may_name = request["params"]["status"] in ALLOWED
+        elif self.may_name:
+            self.answer(request)
 
     def catalogue(self):
         return {"many kinds": lambda: catalogue(20_000),
@@ -130,6 +141,7 @@ ALONE = {
     "nested json": lambda self, request: self.socket.sendall(b"[" * 1_000_000 + b"\n"),
     "wrong types": lambda self, request: self.say(
         {"jsonrpc": "2.0", "id": request.get("id"), "result": {"entries": 7, "policy": [None]}}),
+    "clings to a name": Hostile.cling,
     "stays": lambda self, request: (self.answer(request), time.sleep(1000)),
 }
 

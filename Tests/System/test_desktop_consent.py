@@ -3,9 +3,9 @@ when it comes, when it goes, and what its answers are worth."""
 
 import time
 
-from accessible_test import AccessibleTest
-from host_process import WITH_WIFI
-from host_test import INTERNET, SwayTest, XTest
+from accessible_test import AccessibleTest, nodes
+from host_process import WITH_WIFI, host_beside
+from host_test import BANDWIDTH, INTERNET, SwayTest, XTest
 from process_tree import wait_until
 from program import run
 
@@ -112,6 +112,26 @@ class ConsentTests(AccessibleTest):
         self.location("deny")
         self.wait_for_no_question()
         self.finish_silently(host)
+
+
+class RevokedTest(AccessibleTest, XTest):
+    consent = "allow"
+
+    def test_names_vanish_even_if_the_extension_does_not_answer(self):
+        """They once stayed on the cards, and in the gallery."""
+        program = host_beside(self.session.folder / "clinging", "hostile_extension.py")
+        host = self.start_host(program=program, LANTERNFOLD_MANNER="clings to a name")
+        wait_until(lambda: self.names() == 1, "a name on a card")
+        self.open_menu(BANDWIDTH)
+        self.press("Add widget…")
+        wait_until(lambda: self.names() == 2, "a name in the gallery", 10)
+        run("location", "deny", "--data-dir", str(self.data), env=self.environment, check=True)
+        wait_until(lambda: self.names() == 0, "no name", 10)
+        self.finish(host)
+
+    def names(self):
+        """How often one is shown."""
+        return sum("Home network" in each["description"] + each["name"] for each in nodes(self.tree()))
 
 
 class XConsentTest(ConsentTests, XTest):
