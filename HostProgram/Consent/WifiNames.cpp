@@ -65,7 +65,7 @@ void WifiNames::request() {
   }
 }
 
-void WifiNames::decide(ConsentDecision decision, Decided decided) {
+void WifiNames::decide(ConsentDecision decision, const Decided& decided) {
   if (allows(decision) && surroundings_.authority != nullptr) {
     surroundings_.authority->ask(
         [&record = surroundings_.record, decided](const ConsentAuthority::Answer& answer) {

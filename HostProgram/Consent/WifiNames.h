@@ -50,7 +50,7 @@ class WifiNames {
   void networkPathChanged();
 
   /// Records it, or has the portal asked. `decided` is called once, perhaps inside of the call.
-  void decide(ConsentDecision decision, Decided decided);
+  void decide(ConsentDecision decision, const Decided& decided);
 
  private:
   void request();
