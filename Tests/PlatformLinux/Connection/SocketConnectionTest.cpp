@@ -25,6 +25,7 @@ constexpr std::size_t largestIPv4Datagram = 65'507;
 class SocketConnectionTest : public testing::Test {
  protected:
   void start(Transport transport, std::uint16_t port, const std::string& host = "127.0.0.1") {
+    state_ = setup;  // what a former one told is over
     connection_ = factory_.connection({transport, host, port});
     connection_->setStateHandler([this](ConnectionState state, std::error_code error) {
       state_ = state;
@@ -191,7 +192,6 @@ TEST_F(SocketConnectionTest, FailsForWhatIsNoHostsName) {
   for (const std::string& host :
        {std::string(), std::string("local\0host", 10), std::string("127.0.0.1\0x", 11),
         std::string("::1%junk"), std::string("\xFF\xFE"), std::string("..")}) {
-    state_ = setup;
     start(Transport::tcp, 7, host);
     EXPECT_TRUE(runUntil([this] { return state_ == failed; })) << host;
     EXPECT_TRUE(error_) << host;
@@ -227,7 +227,6 @@ TEST_F(SocketConnectionInNamespace, TriesTheNextAddressWhenTheFirstRefuses) {
   startUntilReady(Transport::udp, 7, "both.example");
   EXPECT_EQ(connection_->remoteEndpoint(), "[::1]:7");  // the first, in the system's order
   LoopbackListener peer;                                // listens at the second alone
-  state_ = setup;
   startUntilReady(Transport::tcp, peer.port(), "both.example");
   EXPECT_EQ(connection_->remoteEndpoint(), "127.0.0.1:" + std::to_string(peer.port()));
   peer.accept();
@@ -244,7 +243,7 @@ TEST_F(SocketConnectionInNamespace, FailsWithTheErrorOfTheLastAddress) {
   ASSERT_TRUE(runUntil([this] { return state_ == failed; }));
   EXPECT_EQ(error_, std::errc::connection_refused);
   start(Transport::tcp, 7, "far.example");  // to the second there is no way
-  ASSERT_TRUE(runUntil([this] { return error_ != std::errc::connection_refused; }));
+  ASSERT_TRUE(runUntil([this] { return state_ == failed; }));
   EXPECT_EQ(error_, std::errc::network_unreachable);
 }
 
