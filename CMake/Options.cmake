@@ -18,6 +18,11 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
   # Asio 1.22 looks for the coroutines of the technical specification there, and has none without.
   target_compile_definitions(LanternfoldFlags INTERFACE ASIO_HAS_CO_AWAIT=1)
 endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # With full optimisation it takes an empty optional for a value that was never set. Builds for
+  # development keep the warning.
+  target_compile_options(LanternfoldFlags INTERFACE $<$<CONFIG:Release>:-Wno-maybe-uninitialized>)
+endif()
 if(LANTERNFOLD_WERROR)
   target_compile_options(LanternfoldFlags INTERFACE -Werror)
 endif()
